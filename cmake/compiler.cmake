@@ -1,0 +1,36 @@
+# What all of the project's own code is compiled with. Results are the same to the bit in every
+# build: no contraction of products and sums, nothing of fast-math.
+add_library(zelmo_options INTERFACE)
+target_compile_options(zelmo_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Werror
+    -ffp-contract=off -fno-fast-math)
+target_include_directories(zelmo_options INTERFACE ${CMAKE_SOURCE_DIR})
+
+if(WIN32)
+    target_compile_definitions(zelmo_options INTERFACE
+        UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0601 __USE_MINGW_ANSI_STDIO=1)
+    target_link_options(zelmo_options INTERFACE -static)
+endif()
+
+if(ZELMO_SANITIZE)
+    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined
+                        -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=address,undefined)
+endif()
+
+# A library of the project: zelmo_library(<name> SOURCES ... LINK ...)
+function(zelmo_library name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+    add_library(${name} STATIC ${ARG_SOURCES})
+    target_link_libraries(${name} PUBLIC zelmo_options ${ARG_LINK})
+endfunction()
+
+# A test program, registered with CTest: zelmo_test(<name> SOURCES ... LINK ...)
+function(zelmo_test name)
+    cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+    add_executable(${name} ${ARG_SOURCES})
+    target_link_libraries(${name} PRIVATE zelmo_options zelmo_test_support ${ARG_LINK}
+                          GTest::gtest_main)
+    add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${CMAKE_BINARY_DIR})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 900)
+endfunction()

@@ -1,0 +1,68 @@
+# Libraries that the project calls. On Linux they are the system's; for Windows the same libraries
+# are used as headers, or compiled from the source packages that scripts/setup.sh unpacks.
+set(THIRD_PARTY ${CMAKE_SOURCE_DIR}/build/third_party)
+
+find_package(Threads REQUIRED)
+
+# {fmt}, headers alone
+add_library(zelmo_fmt INTERFACE)
+target_compile_definitions(zelmo_fmt INTERFACE FMT_HEADER_ONLY=1)
+target_include_directories(zelmo_fmt SYSTEM INTERFACE ${THIRD_PARTY}/include)
+
+# CLI11, headers alone
+add_library(zelmo_cli11 INTERFACE)
+target_include_directories(zelmo_cli11 SYSTEM INTERFACE ${THIRD_PARTY}/include)
+
+# GLEW, compiled here so that it finds its entry points through EGL where there is no display
+add_library(zelmo_glew STATIC ${THIRD_PARTY}/glew/src/glew.c)
+target_include_directories(zelmo_glew SYSTEM PUBLIC ${THIRD_PARTY}/glew/include)
+target_compile_definitions(zelmo_glew PUBLIC GLEW_NO_GLU)
+target_compile_options(zelmo_glew PRIVATE -w)
+if(WIN32)
+    target_compile_definitions(zelmo_glew PUBLIC GLEW_STATIC)
+    target_link_libraries(zelmo_glew PUBLIC opengl32 gdi32)
+else()
+    find_package(OpenGL REQUIRED COMPONENTS OpenGL EGL)
+    target_compile_definitions(zelmo_glew PUBLIC GLEW_EGL)
+    target_link_libraries(zelmo_glew PUBLIC OpenGL::OpenGL OpenGL::EGL)
+endif()
+
+# libpng and zlib
+if(WIN32)
+    find_library(MINGW_ZLIB NAMES libz.a PATHS /usr/x86_64-w64-mingw32/lib REQUIRED)
+    set(PNG_DIR ${THIRD_PARTY}/libpng1.6)
+    configure_file(${PNG_DIR}/scripts/pnglibconf.h.prebuilt
+                   ${CMAKE_BINARY_DIR}/third_party/png/pnglibconf.h COPYONLY)
+    set(PNG_FILES png pngerror pngget pngmem pngpread pngread pngrio pngrtran pngrutil pngset
+        pngtrans pngwio pngwrite pngwtran pngwutil)
+    list(TRANSFORM PNG_FILES REPLACE "(.+)" "${PNG_DIR}/\\1.c")
+    add_library(zelmo_png STATIC ${PNG_FILES})
+    target_include_directories(zelmo_png SYSTEM PUBLIC ${PNG_DIR}
+                               ${CMAKE_BINARY_DIR}/third_party/png)
+    target_compile_definitions(zelmo_png PRIVATE PNG_INTEL_SSE_OPT=0)
+    target_compile_options(zelmo_png PRIVATE -w)
+    target_link_libraries(zelmo_png PUBLIC ${MINGW_ZLIB})
+else()
+    find_package(PNG REQUIRED)
+    add_library(zelmo_png INTERFACE)
+    target_link_libraries(zelmo_png INTERFACE PNG::PNG)
+endif()
+
+# GoogleTest and Google Benchmark: the system's, or GoogleTest's sources where the build is for
+# another machine than this one
+if(CMAKE_CROSSCOMPILING)
+    set(INSTALL_GTEST OFF CACHE BOOL "" FORCE)
+    add_subdirectory(/usr/src/googletest ${CMAKE_BINARY_DIR}/third_party/googletest
+                     EXCLUDE_FROM_ALL)
+    foreach(target gtest gtest_main)
+        set_target_properties(${target} PROPERTIES RUNTIME_OUTPUT_DIRECTORY
+                              ${CMAKE_BINARY_DIR}/third_party)
+    endforeach()
+    if(NOT TARGET GTest::gtest_main)
+        add_library(GTest::gtest_main ALIAS gtest_main)
+        add_library(GTest::gtest ALIAS gtest)
+    endif()
+else()
+    find_package(GTest REQUIRED)
+    find_package(benchmark REQUIRED)
+endif()

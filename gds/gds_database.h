@@ -1,0 +1,80 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "model/gds_point.h"
+
+// A loaded layout library. Coordinates are database units, angles radians.
+
+namespace zelmo {
+
+struct GdsCell;
+
+/// An axis-aligned box. The start values are those of the empty box.
+struct GdsRect {
+    std::int64_t xmin = 2147483647;
+    std::int64_t ymin = 2147483647;
+    std::int64_t xmax = -2147483648LL;
+    std::int64_t ymax = -2147483648LL;
+
+    bool operator==(const GdsRect&) const = default;
+};
+
+/// One polygon of a cell; a path stands here too, already expanded.
+struct GdsBoundary {
+    std::uint16_t layer = 0;
+    std::vector<GdsPoint> points;
+    GdsRect bounds;
+};
+
+/// One placed cell.
+struct GdsSref {
+    std::uint16_t strans = 0;
+    double angle = 0.0;
+    double mag = 0.0;
+    GdsPoint origin;
+    std::string name;
+    GdsCell* cell = nullptr; ///< not owned
+};
+
+/// One placed array.
+struct GdsAref {
+    double angle = 0.0;
+    double mag = 0.0;
+    std::uint16_t strans = 0;
+    std::int32_t columns = 0;
+    std::int32_t rows = 0;
+    std::vector<GdsPoint> points; ///< origin, end of the columns, end of the rows
+    std::string name;
+    GdsCell* cell = nullptr; ///< not owned
+};
+
+/// One structure of the library. Move-only.
+struct GdsCell {
+    GdsCell() = default;
+    GdsCell(GdsCell&&) = default;
+    GdsCell& operator=(GdsCell&&) = default;
+
+    std::string name; ///< the bytes of the file; a use of the name stops at its first NUL
+    std::vector<GdsBoundary> boundaries;
+    std::vector<GdsSref> srefs;
+    std::vector<GdsAref> arefs;
+    GdsRect bounds;
+    bool boundsValid = false;
+};
+
+struct GdsDatabase {
+    std::uint16_t version = 0;
+    double userUnit = 0.001;
+    double metresPerUnit = 1e-9;
+    double micronsPerUnit = 1e-9 * 1000000.0;
+    std::vector<GdsCell> cells;
+};
+
+/// The part of a stored name that counts: up to its first NUL.
+std::string_view NameText(const std::string& name);
+
+}  // namespace zelmo

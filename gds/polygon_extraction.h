@@ -1,0 +1,14 @@
+#pragma once
+
+namespace zelmo {
+
+class LogConsole;
+struct GdsDatabase;
+struct ProcessModel;
+
+/// Replaces `rawPolygons` and `polygons` of the model by the polygons of its cell that meet the
+/// grid, depth first. Throws std::runtime_error with empty text, after a line on the console, if
+/// the cell is unknown or 10,000,000 polygons are reached.
+void ExtractPolygons(ProcessModel& model, LogConsole* console, const GdsDatabase& database);
+
+}  // namespace zelmo

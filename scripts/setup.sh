@@ -1,0 +1,75 @@
+#!/bin/sh
+# Installs what the project is built with, from Debian's packages, and unpacks the two Debian source
+# packages that are compiled as part of the build. Does nothing where everything is there already.
+set -eu
+cd "$(dirname "$0")/.."
+
+packages="build-essential cmake ninja-build pkg-config dpkg-dev ca-certificates python3 \
+clang-14 clang-tidy-14 \
+libfmt-dev libcli11-dev libpng-dev zlib1g-dev googletest libgtest-dev libbenchmark-dev \
+libegl-dev libgl-dev libglu1-mesa-dev libegl1 libegl-mesa0 libgl1-mesa-dri libfreetype-dev libfontconfig-dev \
+fonts-liberation g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64 xvfb xauth"
+sources="glew libpng1.6"
+
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
+}
+
+missing=""
+for package in $packages; do
+    state=$(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null || true)
+    [ "$state" = installed ] || missing="$missing $package"
+done
+
+if [ -n "$missing" ]; then
+    echo "Installing:$missing"
+    as_root apt-get update -q
+    # shellcheck disable=SC2086
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -q -y --no-install-recommends $missing
+fi
+
+# Source packages come from the same places as the machine's binary packages: its own lists, read
+# with deb-src in place of deb, in a private folder so that the machine's lists stay as they are.
+fetch_source() {
+    name=$1
+    target=build/third_party/$name
+    [ -d "$target" ] && return 0
+    lists=build/third_party/apt
+    mkdir -p "$lists/sources.d" "$lists/state/partial" "$lists/download"
+    for file in /etc/apt/sources.list /etc/apt/sources.list.d/*; do
+        [ -f "$file" ] || continue
+        case $file in
+            *.sources) sed 's/^Types:.*/Types: deb-src/' "$file" ;;
+            *) sed -n 's/^deb\( \)/deb-src\1/p' "$file" ;;
+        esac > "$lists/sources.d/$(basename "$file")"
+    done
+    options="-o Dir::Etc::sourcelist=/dev/null -o Dir::Etc::sourceparts=$PWD/$lists/sources.d \
+-o Dir::State::lists=$PWD/$lists/state -o APT::Sandbox::User=root"
+    if [ ! -f "$lists/updated" ]; then
+        # Lists of other software may offer no sources; only the package that is wanted matters.
+        # shellcheck disable=SC2086
+        apt-get $options update -q || true
+        touch "$lists/updated"
+    fi
+    # Mirrors may name a version that they do not hold (any more): older ones do as well.
+    # shellcheck disable=SC2086
+    for version in $(apt-cache $options showsrc "$name" | sed -n 's/^Version: //p' | sort -rV | uniq); do
+        rm -rf "$lists/download/${name%%[0-9]*}"*/
+        if (cd "$lists/download" && apt-get $options source -q "$name=$version"); then
+            mv "$lists/download/${name%%[0-9]*}"*/ "$target"
+            return 0
+        fi
+    done
+    echo "setup: the source package $name could not be fetched" >&2
+    return 1
+}
+
+for source in $sources; do
+    fetch_source "$source"
+done
+
+# {fmt} and CLI11 are used as headers alone where the target is not this machine; a folder that
+# holds only links to them keeps the rest of the machine's headers out.
+mkdir -p build/third_party/include
+ln -sfn /usr/include/fmt build/third_party/include/fmt
+ln -sfn /usr/include/CLI build/third_party/include/CLI

@@ -1,0 +1,21 @@
+#!/bin/sh
+# Runs a Windows program under Wine, in a prefix of the build folder. One server is kept alive for
+# all test programs: starting a prefix anew for each would cost seconds every time.
+set -eu
+root=$(cd "$(dirname "$0")/.." && pwd)
+export WINEPREFIX="$root/build/wine"
+export WINEDEBUG=-all
+export WINEDLLOVERRIDES="mscoree=;mshtml="
+export WINEARCH=win64
+mkdir -p "$WINEPREFIX"
+# The prefix is made by one program alone, while the others wait.
+exec 9> "$root/build/wine.lock"
+flock 9
+if [ ! -f "$WINEPREFIX/ready" ]; then
+    wineboot --init > /dev/null 2>&1 9>&- || true
+    touch "$WINEPREFIX/ready"
+fi
+wineserver -p600 > /dev/null 2>&1 9>&- || true
+flock -u 9
+exec 9>&-
+exec wine "$@"

@@ -1,0 +1,1 @@
+#include "shell/saved_images.h"

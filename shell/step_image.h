@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace zelmo {
+
+/// The captured picture of a step: 4 bytes a pixel in the order blue, green, red, alpha, row 0 at
+/// the bottom of the picture.
+struct StepImage {
+    std::vector<std::uint8_t> pixels;
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    std::wstring name; ///< "001 oxide deposition"
+};
+
+}  // namespace zelmo

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "shell/log_console.h"
+#include "shell/text.h"
+
+namespace zelmo {
+
+/// A console that keeps its lines, as UTF-8.
+class RecordingConsole : public LogConsole {
+public:
+    std::vector<std::string> lines;
+
+protected:
+    void AppendLine(std::wstring line) override { lines.push_back(Utf8FromWide(line)); }
+};
+
+}  // namespace zelmo

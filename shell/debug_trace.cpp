@@ -16,7 +16,7 @@ void SetDebugTraceSink(DebugTraceSink sink) {
 }
 
 void DebugTrace(const char* format, ...) {
-    char buffer[1024];
+    char buffer[1024] = "";
     std::va_list arguments;
     va_start(arguments, format);
     std::vsnprintf(buffer, sizeof buffer, format, arguments);

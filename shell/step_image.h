@@ -12,7 +12,7 @@ struct StepImage {
     std::vector<std::uint8_t> pixels;
     std::int32_t width = 0;
     std::int32_t height = 0;
-    std::wstring name; ///< "001 oxide deposition"
+    std::wstring name;  ///< "001 oxide deposition"
 };
 
 }  // namespace zelmo

@@ -1,0 +1,209 @@
+#include "process_file/arguments.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cstddef>
+#include <limits>
+#include <optional>
+#include <system_error>
+
+#include "model/process_model.h"
+#include "process_file/decimal.h"
+#include "process_file/reader_state.h"
+#include "process_file/words.h"
+#include "shell/color_table.h"
+
+namespace zelmo {
+
+namespace {
+
+/// The line from the first occurrence of the argument's text, or nothing.
+std::optional<std::string_view> FindArgument(std::string_view line, std::string_view argument) {
+    const std::size_t position = line.find(argument);
+    if (position == std::string_view::npos) {
+        return std::nullopt;
+    }
+    return line.substr(position);
+}
+
+/// The same, for an argument that has to be there.
+std::optional<std::string_view> RequireArgument(ReaderState& state, std::string_view line,
+                                                std::string_view argument) {
+    const std::optional<std::string_view> found = FindArgument(line, argument);
+    if (!found) {
+        ReportError(state, "Argument %s not found", argument);
+    }
+    return found;
+}
+
+bool LooksLikeArgument(std::string_view word) {
+    return word.size() >= 2 && word[0] == '-' && IsAsciiLetter(word[1]);
+}
+
+std::int32_t SaturatingInteger(std::string_view digits) {
+    std::int32_t value = 0;
+    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    return result.ec == std::errc::result_out_of_range ? std::numeric_limits<std::int32_t>::max()
+                                                       : value;
+}
+
+void CheckChannels(ReaderState& state, const std::array<std::int32_t, 4>& values) {
+    const auto isTooBright = [](std::int32_t channel) { return channel > 255; };
+    if (std::any_of(values.begin(), values.begin() + 3, isTooBright) || values[3] > 100) {
+        ReportError(state, "Invalid value(s) in -color argument");
+    }
+}
+
+void ReadNumericColor(ReaderState& state, std::string_view line, ProcessStep& step) {
+    std::array<std::int32_t, 4> values{};
+    ReadIntegers(state, line, "-color", values);
+    CheckChannels(state, values);
+    const float factor = static_cast<float>(values[3]) / 25500.0f;
+    for (std::size_t channel = 0; channel < 3; ++channel) {
+        step.color[channel] = static_cast<float>(values[channel]) * factor;
+    }
+}
+
+void ReadNamedColor(ReaderState& state, std::string_view line, ProcessStep& step,
+                    std::string_view unknownNameText) {
+    const std::string name = ReadWord(state, line, "-scolor");
+    const ColorEntry* const entry = FindColor(GetColorTable(), name);
+    if (entry == nullptr) {
+        ReportError(state, unknownNameText);
+        return;
+    }
+    step.color = {static_cast<float>(entry->red) / 255.0f,
+                  static_cast<float>(entry->green) / 255.0f,
+                  static_cast<float>(entry->blue) / 255.0f};
+}
+
+/// Appends the names of the materials of one type.
+void AddTargetsOfType(ReaderState& state, std::string_view type,
+                      std::vector<std::string>& targets) {
+    bool found = false;
+    for (const MaterialEntry& material : state.materials) {
+        if (material.type == type) {
+            targets.push_back(material.name);
+            found = true;
+        }
+    }
+    if (!found) {
+        ReportError(state, "Target etch type %s is undefined", type);
+    }
+}
+
+}  // namespace
+
+bool HasArgument(std::string_view line, std::string_view argument) {
+    return FindArgument(line, argument).has_value();
+}
+
+void CheckArguments(ReaderState& state, std::string_view line, ArgumentList allowed) {
+    TakeBlankSeparated(line);
+    std::string_view word = TakeBlankSeparated(line);
+    if (word.empty()) {
+        ReportError(state, "Command has no argument");
+        return;
+    }
+    for (; !word.empty(); word = TakeBlankSeparated(line)) {
+        if (LooksLikeArgument(word) &&
+            std::find(allowed.begin(), allowed.end(), word) == allowed.end()) {
+            ReportError(state, "Invalid argument %s", word);
+        }
+    }
+}
+
+void ReadIntegers(ReaderState& state, std::string_view line, std::string_view argument,
+                  std::span<std::int32_t> values) {
+    std::optional<std::string_view> rest = RequireArgument(state, line, argument);
+    if (!rest) {
+        return;
+    }
+    TakeBlankSeparated(*rest);
+    std::string_view word = TakeBlankSeparated(*rest);
+    if (word.empty()) {
+        ReportError(state, "No integer value or values found reading argument %s", argument);
+        return;
+    }
+    std::size_t count = 0;
+    for (; count < values.size() && !word.empty(); ++count, word = TakeBlankSeparated(*rest)) {
+        if (word[0] == '-') {
+            ReportError(state, "Not enough integer values found reading argument %s", argument);
+            return;
+        }
+        if (!std::all_of(word.begin(), word.end(), IsAsciiDigit)) {
+            ReportError(state, "Non integer value or values found reading argument %s", argument);
+            return;
+        }
+        values[count] = SaturatingInteger(word);
+    }
+    if (count < values.size()) {
+        ReportError(state, "Argument %s should be followed by %d integer(s)", argument,
+                    values.size());
+    }
+}
+
+std::int32_t ReadInteger(ReaderState& state, std::string_view line, std::string_view argument) {
+    std::int32_t value = 0;
+    ReadIntegers(state, line, argument, std::span(&value, 1));
+    return value;
+}
+
+float ReadDecimal(ReaderState& state, std::string_view line, std::string_view argument) {
+    std::optional<std::string_view> rest = RequireArgument(state, line, argument);
+    if (!rest) {
+        return 0.0f;
+    }
+    TakeWord(*rest);
+    const std::optional<float> value = ParseDecimal(SkipWhiteSpace(*rest));
+    if (!value) {
+        ReportError(state, "No decimal number found reading %s argument", argument);
+    }
+    return value.value_or(0.0f);
+}
+
+std::string ReadWord(ReaderState& state, std::string_view line, std::string_view argument) {
+    std::optional<std::string_view> rest = RequireArgument(state, line, argument);
+    if (!rest) {
+        return {};
+    }
+    TakeWord(*rest);
+    const std::string_view word = TakeWord(*rest);
+    if (word.empty()) {
+        ReportError(state, "No string found reading %s argument", argument);
+    } else if (word[0] == '-') {
+        ReportError(state, "Invalid character '-' in argument");
+    }
+    return std::string(word);
+}
+
+void ReadTargets(ReaderState& state, std::string_view line, std::vector<std::string>& targets) {
+    std::optional<std::string_view> rest = RequireArgument(state, line, "-targets");
+    if (!rest) {
+        return;
+    }
+    TakeBlankSeparated(*rest);
+    std::string_view word = TakeBlankSeparated(*rest);
+    if (word.empty()) {
+        ReportError(state,
+                    "No targets found reading -targets argument: provide at least one target");
+        return;
+    }
+    for (; !word.empty() && word[0] != '-'; word = TakeBlankSeparated(*rest)) {
+        AddTargetsOfType(state, word, targets);
+    }
+}
+
+void ReadColor(ReaderState& state, std::string_view line, ProcessStep& step,
+               std::string_view unknownNameText) {
+    if (HasArgument(line, "-color")) {
+        ReadNumericColor(state, line, step);
+    } else if (HasArgument(line, "-scolor")) {
+        ReadNamedColor(state, line, step, unknownNameText);
+    } else {
+        ReportError(state, "Missing -color or -scolor argument");
+    }
+}
+
+}  // namespace zelmo

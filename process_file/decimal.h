@@ -1,0 +1,14 @@
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+namespace zelmo {
+
+/// The decimal number that `text` begins with: an optional sign, digits with an optional point,
+/// an optional exponent; what follows is ignored. Rounded once to single precision, whatever the
+/// locale; too large gives infinity, too small a zero. Nothing if `text` begins with no number,
+/// which "inf" and "nan" are not.
+std::optional<float> ParseDecimal(std::string_view text);
+
+}  // namespace zelmo

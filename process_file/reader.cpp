@@ -1,0 +1,121 @@
+#include "process_file/reader.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "model/process_model.h"
+#include "process_file/reader_state.h"
+#include "process_file/step_commands.h"
+#include "process_file/words.h"
+#include "shell/file.h"
+#include "shell/log_console.h"
+#include "shell/text.h"
+
+namespace zelmo {
+
+namespace {
+
+using StepHandler = void (*)(ReaderState&, std::string_view, ProcessStep&);
+
+StepHandler FindStepHandler(std::string_view command) {
+    constexpr std::pair<std::string_view, StepHandler> handlers[] = {
+        {"deposition", ReadDeposition}, {"coating", ReadCoating},
+        {"photo", ReadPhoto},           {"etch", ReadEtch},
+        {"release", ReadRelease},       {"strip", ReadStrip},
+    };
+    for (const auto& [name, handler] : handlers) {
+        if (name == command) {
+            return handler;
+        }
+    }
+    return nullptr;
+}
+
+void AppendPlainStep(ProcessModel& model, StepKind kind, std::string description) {
+    ProcessStep step;
+    step.kind = kind;
+    step.description = std::move(description);
+    model.steps.push_back(std::move(step));
+}
+
+/// Acts on a command line; its first word is `command`.
+void HandleCommand(ReaderState& state, ProcessModel& model, std::string_view command,
+                   std::string_view line) {
+    const bool settingsSeenBefore = state.settingsSeen;
+    if (!state.settingsSeen && command != "settings") {
+        ReportError(state, "First command in process file needs to be the \"settings\" command");
+        state.settingsSeen = true;
+    }
+    if (command == "settings") {
+        if (settingsSeenBefore) {
+            ReportError(state, "Duplicate settings (gen) command found");
+        }
+        ReadSettings(state, line, model);
+        state.settingsSeen = true;
+    } else if (command == "location") {
+        if (state.locationSeen) {
+            ReportError(state, "Duplicate location (cut) command found");
+        }
+        ReadLocation(state, line, model);
+        state.locationSeen = true;
+    } else if (command == "gds") {
+        if (state.gdsSeen) {
+            ReportError(state, "Duplicate gds command found");
+        }
+        ReadGds(state, line, model);
+        state.gdsSeen = true;
+    } else if (const StepHandler handler = FindStepHandler(command)) {
+        ProcessStep step;
+        handler(state, line, step);
+        model.steps.push_back(std::move(step));
+    } else if (command == "dump") {
+        AppendPlainStep(model, StepDump, "dumping of stack data");
+    } else if (command == "stop") {
+        state.stopSeen = true;
+    } else {
+        ReportError(state, "Unknown command");
+    }
+}
+
+/// Handles one line of the file, which may be a comment or blank.
+void HandleLine(ReaderState& state, ProcessModel& model, std::string_view line) {
+    if (line.starts_with('#') || line.find_first_not_of(" \r\n\t") == std::string_view::npos) {
+        return;
+    }
+    line = line.substr(0, line.find_first_of("\r\n"));
+    std::string_view rest = line;
+    const std::string_view command = TakeWord(rest);
+    if (command.empty()) {
+        ReportError(state, "Unknown command");
+        return;
+    }
+    HandleCommand(state, model, command, line);
+}
+
+}  // namespace
+
+std::int32_t ReadProcessFile(ProcessModel& model, const std::filesystem::path& path,
+                             LogConsole* console) {
+    // Binary, so that line ends and control bytes mean the same on every platform.
+    const FilePointer file = OpenFile(path, "rb");
+    if (!file) {
+        console->Write(L"Failed to open process file: " + PathText(path));
+        return 1;
+    }
+    ReaderState state;
+    state.console = console;
+    AppendPlainStep(model, StepSubstrate, "Substrate");
+    std::string line;
+    while (!state.stopSeen && ReadTextLine(file.get(), line)) {
+        ++state.lineNumber;
+        HandleLine(state, model, line);
+    }
+    if (!state.gdsSeen || !state.locationSeen || !state.settingsSeen) {
+        ReportError(state, "Missing gds, location, or settings command");
+    }
+    return state.errorSeen ? 1 : 0;
+}
+
+}  // namespace zelmo

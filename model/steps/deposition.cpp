@@ -1,0 +1,35 @@
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+#include "model/cover_map.h"
+#include "model/process_model.h"
+#include "model/steps/steps.h"
+#include "model/surface_offset.h"
+#include "shell/debug_trace.h"
+
+namespace zelmo {
+
+void ExecuteDeposition(ProcessModel& model, const ProcessStep& step) {
+    DebugTrace("Executing deposition");
+    auto layer = CreateLayer(model.gridRows, model.gridColumns, model.gridSpacing, model.graphics);
+    layer->material = step.material;
+    layer->label = step.label;
+    layer->color = step.color;
+    layer->alpha = step.alpha;
+
+    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+        layer->bottom[cell] = model.coverMap[cell].height;
+    }
+    std::vector<float> offset(model.CellCount());
+    OffsetSurface(model, offset, layer->bottom, step.thickness, step.stepCoverage);
+    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+        const float bottom = layer->bottom[cell];
+        // Also where the offset is no number there is no film.
+        layer->top[cell] = offset[cell] > bottom ? offset[cell] : bottom;
+    }
+    AppendLayer(model, std::move(layer));
+    UpdateCoverMap(model);
+}
+
+}  // namespace zelmo

@@ -141,7 +141,8 @@ struct HeightMarkers {
     float marginY = 0.0f;
     const CoverCell* cover = nullptr; ///< the model's cover map, not owned
     std::uint32_t rowCount = 0;
-    std::int32_t columns = 0;
+    std::int32_t columns = 0; ///< of the grid, as are `rows`
+    std::int32_t rows = 0;
     float spacing = 0.0f;
     float pitch = 0.0f; ///< distance between markers, in cells
     std::vector<MarkerVertex> vertices;

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+
+namespace zelmo {
+
+struct Camera;
+struct ProcessModel;
+class ShaderProgram;
+class TextFont;
+
+/// What pictures are drawn with, for the program's life.
+struct PictureTools {
+    const ShaderProgram& surfaceShader;
+    const ShaderProgram& pointShader;
+    TextFont& textFont;
+};
+
+/// Draws the complete picture of a model into the framebuffer that is bound, `width` by `height`
+/// pixels: white background, the layers in stack order, height markers, width label, legend. The
+/// meshes must be up to date, and the GL state as InitGlState left it.
+void RenderFrame(const ProcessModel& model, const Camera& camera, const PictureTools& tools,
+                 std::int32_t width, std::int32_t height);
+
+}  // namespace zelmo

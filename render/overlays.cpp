@@ -1,0 +1,154 @@
+#include "render/overlays.h"
+
+#include <GL/glew.h>
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <utility>
+
+#include "model/process_model.h"
+#include "render/number_format.h"
+
+namespace zelmo {
+
+namespace {
+
+constexpr std::int32_t markersInFrontRow = 10;
+constexpr float flatAngle = 15.0f;  // below this only the front row of markers is shown
+constexpr float unitsPerMicrometre = 10000.0f;
+
+constexpr std::int32_t legendPitch = 36;
+constexpr float swatchWidth = 72.0f;
+constexpr std::int32_t legendTextLeft = 77;
+constexpr std::int32_t dotsLength = 3;
+
+std::array<GLint, 4> CurrentViewport() {
+    std::array<GLint, 4> viewport{};
+    glGetIntegerv(GL_VIEWPORT, viewport.data());
+    return viewport;
+}
+
+/// Draws a text in black with its lower left corner at this pixel of the picture.
+void DrawTextAtPixel(const std::string& text, float x, float y, const GlFont& font) {
+    glColor4f(0.0f, 0.0f, 0.0f, 1.0f);
+    glWindowPos2f(x, y);
+    glListBase(font.listBase);
+    glCallLists(static_cast<GLsizei>(text.size()), GL_UNSIGNED_BYTE, text.data());
+}
+
+/// How far to the left a text starts whose middle is to be at 0, by the font's average width.
+float CentringOffset(const std::string& text, const GlFont& font) {
+    return -1.0f * static_cast<float>(font.averageWidth) * static_cast<float>(text.size()) * 0.5f;
+}
+
+/// A height in micrometres in units of 0.1 nm, truncated.
+std::int64_t LabelValue(float height) {
+    const float units = height * unitsPerMicrometre;
+    if (units >= -9223372036854775808.0f && units < 9223372036854775808.0f) {
+        return static_cast<std::int64_t>(units);
+    }
+    return std::numeric_limits<std::int64_t>::min();
+}
+
+/// The label's text where it is shorter than `maxChars` less the room for three dots, else as much
+/// of it and the dots.
+std::string LegendText(const std::string& label, std::int32_t maxChars) {
+    const auto cut = static_cast<std::size_t>(std::max(maxChars - dotsLength, 0));
+    return label.size() < cut ? label : label.substr(0, cut) + "...";
+}
+
+void DrawSwatch(const Layer& layer, float y0, float y1) {
+    const std::array<std::pair<float, float>, 4> corners{
+        PixelToClip(0.0f, y0), PixelToClip(0.0f, y1), PixelToClip(swatchWidth, y1),
+        PixelToClip(swatchWidth, y0)};
+    glUseProgram(0);
+    glBegin(GL_QUADS);
+    glColor4f(layer.color[0], layer.color[1], layer.color[2], layer.alpha);
+    for (const auto& [x, y] : corners) {
+        glVertex2f(x, y);
+    }
+    glEnd();
+}
+
+}  // namespace
+
+void DrawTextAt(const std::string& text, const Matrix4& matrix, const Vector3& position,
+                float xOffset, float yOffset, const GlFont& font) {
+    const Matrix4& m = matrix;
+    const auto& [x, y, z] = position;
+    float cx = m[0] * x + m[4] * y + m[8] * z + m[12];
+    float cy = m[1] * x + m[5] * y + m[9] * z + m[13];
+    const float cw = m[3] * x + m[7] * y + m[11] * z + m[15];
+    if (cw != 0.0f && cw != 1.0f) {
+        cx /= cw;
+        cy /= cw;
+    }
+    const std::array<GLint, 4> viewport = CurrentViewport();
+    const float px =
+        (cx + 1.0f) * static_cast<float>(viewport[2]) * 0.5f + static_cast<float>(viewport[0]);
+    const float py =
+        (cy + 1.0f) * static_cast<float>(viewport[3]) * 0.5f + static_cast<float>(viewport[1]);
+    glUseProgram(0);
+    DrawTextAtPixel(text, px + xOffset, py + yOffset, font);
+}
+
+std::pair<float, float> PixelToClip(float x, float y) {
+    const std::array<GLint, 4> viewport = CurrentViewport();
+    return {2.0f * x / static_cast<float>(viewport[2]) - 1.0f,
+            2.0f * y / static_cast<float>(viewport[3]) - 1.0f};
+}
+
+std::int32_t ShownMarkerCount(const ProcessModel& model) {
+    const auto count = static_cast<std::int32_t>(model.heightMarkers.vertexCount);
+    return flatAngle > model.cameraAngle ? std::min(count, markersInFrontRow) : count;
+}
+
+void DrawHeightLabels(const ProcessModel& model, const Camera& camera, TextFont& textFont) {
+    const std::int32_t count = ShownMarkerCount(model);
+    for (std::int32_t k = 0; k < count; ++k) {
+        const MarkerVertex& marker = model.heightMarkers.vertices[static_cast<std::size_t>(k)];
+        const Vector3 position{marker.position[0], marker.position[1], marker.position[2]};
+        const std::string text =
+            FormatThousands(LabelValue(position[2] - model.substrateThickness));
+        const GlFont font = textFont.GetFont(24, 900);
+        DrawTextAt(text, camera.transform, position, CentringOffset(text, font),
+                   static_cast<float>(font.height) * 0.5f, font);
+    }
+}
+
+void DrawWidthLabel(const ProcessModel& model, const Camera& camera, TextFont& textFont) {
+    const std::string text = static_cast<double>(model.windowWidth) > 0.2
+                                 ? fmt::format("W = {:.2f} um", model.windowWidth)
+                                 : fmt::format("W = {:.2f} nm", model.windowWidth * 1000.0f);
+    const GlFont font = textFont.GetFont(32, 700);
+    DrawTextAt(text, camera.transform, {model.windowWidth * 0.5f, 0.0f, 0.0f},
+               CentringOffset(text, font), -1.0f * static_cast<float>(font.height) - 1.0f, font);
+}
+
+void DrawLegend(const ProcessModel& model, TextFont& textFont, std::int32_t strip,
+                std::int32_t height) {
+    const GlFont font = textFont.GetFont(30, 700);
+    const std::int32_t maxChars = font.averageWidth > 0
+                                      ? (strip - legendTextLeft) / font.averageWidth
+                                      : std::numeric_limits<std::int32_t>::max();
+    glViewport(0, 0, strip, height);
+    const std::int64_t fullHeight = std::int64_t{model.layerCount} * legendPitch;
+    const float scale =
+        fullHeight > height ? static_cast<float>(height) / static_cast<float>(fullHeight) : 1.0f;
+    std::int32_t row = 0;
+    for (const std::unique_ptr<Layer>& layer : model.layers) {
+        if (layer == nullptr) {
+            continue;
+        }
+        const float y0 = static_cast<float>(row) * scale;
+        const float y1 = static_cast<float>(row + legendPitch) * scale;
+        DrawSwatch(*layer, y0, y1);
+        DrawTextAtPixel(LegendText(layer->label, maxChars), static_cast<float>(legendTextLeft),
+                        y0 + 2.0f, font);
+        row += legendPitch;
+    }
+}
+
+}  // namespace zelmo

@@ -1,0 +1,87 @@
+#include "render/step_picture.h"
+
+#include <GL/glew.h>
+#include <fmt/format.h>
+
+#include <stdexcept>
+
+#include "model/process_model.h"
+#include "render/layer_mesh.h"
+#include "render/offscreen_buffer.h"
+#include "shell/text.h"
+
+namespace zelmo {
+
+namespace {
+
+constexpr std::int32_t pictureWidth = 1920;
+constexpr std::size_t bytesPerPixel = 4;
+
+std::unique_ptr<Camera> MakeCamera(const ProcessModel& model, float top) {
+    return std::make_unique<Camera>(
+        static_cast<double>(model.windowWidth), static_cast<double>(model.windowHeight),
+        static_cast<double>(top), static_cast<double>(model.cameraAngle));
+}
+
+/// The first error of OpenGL since this was last asked for. Each kind of error is kept by itself,
+/// so that a few questions clear them all; without a working context they never end.
+GLenum TakeGlError() {
+    const GLenum first = glGetError();
+    for (int kinds = 0; kinds < 16 && glGetError() != GL_NO_ERROR; ++kinds) {
+    }
+    return first;
+}
+
+std::string PictureProblem(const OffscreenBuffer& buffer) {
+    const std::string problem = buffer.Problem();
+    const GLenum error = TakeGlError();
+    if (!problem.empty() || error == GL_NO_ERROR) {
+        return problem;
+    }
+    return error == GL_OUT_OF_MEMORY ? "OpenGL has no memory left"
+                                     : fmt::format("OpenGL reports error 0x{:04X}", error);
+}
+
+/// An image of the right size, without a name.
+StepImage MakeImage(std::int32_t width, std::int32_t height) {
+    if (height < 0) {
+        throw std::runtime_error(fmt::format("A picture cannot be {} pixels high", height));
+    }
+    StepImage image;
+    image.width = width;
+    image.height = height;
+    image.pixels.resize(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) *
+                        bytesPerPixel);
+    return image;
+}
+
+void ReadPixels(StepImage& image) {
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glReadPixels(0, 0, image.width, image.height, GL_BGRA, GL_UNSIGNED_BYTE, image.pixels.data());
+}
+
+}  // namespace
+
+StepImage TakeStepPicture(ProcessModel& model, const ProcessStep& step, const PictureTools& tools,
+                          std::int32_t imageNumber, std::unique_ptr<Camera>& camera,
+                          std::string* problem) {
+    if (problem != nullptr) {
+        TakeGlError();
+    }
+    const float top = UpdateMeshes(model);
+    camera = MakeCamera(model, top);
+
+    const std::int32_t height = PictureHeight(*camera, model.showLegend != 0.0f, model.layerCount);
+    StepImage image = MakeImage(pictureWidth, height);
+    image.name = WidenBytes(fmt::format("{:03d} {}", imageNumber, step.description));
+    const OffscreenBuffer buffer(image.width, image.height);
+    RenderFrame(model, *camera, tools, image.width, image.height);
+    ReadPixels(image);
+    if (problem != nullptr) {
+        *problem = PictureProblem(buffer);
+    }
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    return image;
+}
+
+}  // namespace zelmo

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace zelmo {
@@ -14,5 +15,9 @@ struct StepImage {
     std::int32_t height = 0;
     std::wstring name;  ///< "001 oxide deposition"
 };
+
+/// The name of the picture with this number, of a step with this description: "008 oxide
+/// deposition".
+std::wstring StepImageName(std::int32_t imageNumber, std::string_view description);
 
 }  // namespace zelmo

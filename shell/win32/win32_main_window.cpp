@@ -78,10 +78,7 @@ LRESULT Win32MainWindow::Dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
             SendMessageW(consoleEdit_, message, wParam, lParam);
             return 0;
         case WM_ENTERSIZEMOVE:
-            inSizeMove_ = true;
-            return 0;
         case WM_EXITSIZEMOVE:
-            inSizeMove_ = false;
             return 0;
         case stepDoneMessage:
             logic_.RunStepDone(*reinterpret_cast<const ProcessStep*>(wParam));

@@ -70,7 +70,6 @@ private:
     Font consoleFont_;
     Font statusFont_;
     std::unique_ptr<EditConsole> console_;
-    bool inSizeMove_ = false;
     MainWindow logic_;
     RenderWindow renderWindow_;
 };

@@ -10,11 +10,18 @@
 
 namespace zelmo {
 
+/// How a referenced cell is placed: mirrored at its x axis, turned counter-clockwise, scaled.
+struct GdsWriterPlacement {
+    bool reflect = false;
+    double mag = 1.0;
+    double degrees = 0.0;
+};
+
 /// Writes GDSII streams, record by record: the examples' layouts and the tests' good and bad files.
 class GdsWriter {
 public:
     /// Any record, also a wrong one: `code` holds the record type in its high byte and the data
-    /// type in its low one.
+    /// type in its low one. Throws std::length_error above 65531 bytes of data.
     void Record(std::uint16_t code, const std::vector<std::uint8_t>& data = {});
     void RecordU16(std::uint16_t code, const std::vector<std::uint16_t>& values);
     void RecordI32(std::uint16_t code, const std::vector<std::int32_t>& values);
@@ -27,6 +34,7 @@ public:
     void BeginCell(std::string_view name);
     void EndCell();
 
+    /// Points that do not fit 32 bits throw std::out_of_range, here and below.
     /// Closes the polygon by repeating its first point.
     void Boundary(std::uint16_t layer, std::vector<GdsPoint> points);
     void Rectangle(std::uint16_t layer, std::int32_t x0, std::int32_t y0, std::int32_t x1,
@@ -34,11 +42,7 @@ public:
     void Path(std::uint16_t layer, const std::vector<GdsPoint>& points, std::int32_t width,
               std::uint16_t pathType = 0);
 
-    struct Placement {
-        bool reflect = false;
-        double mag = 1.0;
-        double degrees = 0.0;
-    };
+    using Placement = GdsWriterPlacement;
     void Reference(std::string_view cell, GdsPoint origin, Placement placement = {});
     /// `columnEnd` and `rowEnd` are `columns` pitches and `rows` pitches away from `origin`.
     void Array(std::string_view cell, std::uint16_t columns, std::uint16_t rows, GdsPoint origin,
@@ -55,7 +59,8 @@ private:
     std::vector<std::uint8_t> bytes_;
 };
 
-/// The eight bytes of a GDSII real nearest to `value`.
+/// The eight bytes of the GDSII real nearest to `value`. Throws std::out_of_range if that is not
+/// finite or too large for the format.
 std::vector<std::uint8_t> DoubleToGdsReal8(double value);
 
 }  // namespace zelmo

@@ -1,0 +1,53 @@
+#shader vertex
+#version 330 compatibility
+
+layout(location = 0) in vec3 position; // micrometres
+layout(location = 1) in vec3 normal;   // of any length
+
+uniform mat4 transform;
+
+out vec3 surfacePosition;
+out vec3 surfaceNormal;
+
+void main() {
+    surfacePosition = position;
+    // Of one length at all corners, so that a steep corner does not outweigh a flat one. A normal
+    // without a length stands for a flat place.
+    float size = length(normal);
+    surfaceNormal = size > 0.0 ? normal / size : vec3(0.0, 0.0, 1.0);
+    gl_Position = transform * vec4(position, 1.0);
+}
+
+#shader fragment
+#version 330 compatibility
+
+in vec3 surfacePosition;
+in vec3 surfaceNormal;
+
+uniform vec3 lightPos;
+uniform vec3 lightColor;
+uniform vec3 color;
+uniform float alpha;
+
+out vec4 pixel;
+
+void main() {
+    vec3 n = normalize(surfaceNormal);
+    // Lower surfaces carry the inverted normals of the upper ones: they are lit like those, from
+    // above, but a little weaker.
+    float under = n.z < 0.0 ? 1.0 : 0.0;
+    n = under > 0.0 ? -n : n;
+    vec3 toLight = normalize(lightPos - surfacePosition);
+
+    // Light from the sky, from the lamp, and from the left, so that sides that face left and right
+    // differ. A flat top comes out close to the pure colour.
+    float sky = 0.5 + 0.5 * n.z;
+    float lamp = max(dot(n, toLight), 0.0);
+    float shade = 0.45 + 0.30 * sky + 0.31 * lamp - 0.07 * n.x - 0.10 * under;
+
+    // Colours near black take up little light: a grey sheen keeps their steps visible.
+    float darkness = 1.0 - max(max(color.r, color.g), color.b);
+    vec3 sheen = vec3(0.27 * darkness * darkness * shade);
+
+    pixel = vec4((color + sheen) * shade * lightColor, alpha);
+}

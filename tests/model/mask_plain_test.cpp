@@ -1,0 +1,169 @@
+// The mask kernels against their plain versions, bit for bit, on random grids.
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <vector>
+
+#include "model/mask.h"
+#include "tests/model/grid_model.h"
+#include "tests/plain/mask_plain.h"
+
+namespace zelmo {
+namespace {
+
+constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
+constexpr double kInfinity = std::numeric_limits<double>::infinity();
+
+void SetUpRandomGrid(ProcessModel& model, TestRandom& random) {
+    constexpr float kSpacings[] = {1.0f, 0.1f, 0.25f, 0.0373f, 12.5f, 1.0f / 3.0f};
+    const auto cols = static_cast<std::int32_t>(1 + random.Below(24));
+    const auto rows = static_cast<std::int32_t>(1 + random.Below(static_cast<std::uint32_t>(cols)));
+    SetUpGrid(model, cols, rows, kSpacings[random.Below(6)]);
+}
+
+/// A coordinate in or around the grid, often on a grid line or halfway between two.
+double RandomCoordinate(TestRandom& random, std::int32_t cells, float spacing) {
+    const float span = static_cast<float>(cells + 6);
+    float position = random.Unit() * span - 3.0f;
+    if (random.Below(2) == 0) {
+        position =
+            static_cast<float>(random.Below(static_cast<std::uint32_t>(2 * cells + 8))) / 2.0f -
+            2.0f;
+    }
+    return static_cast<double>(position * spacing);
+}
+
+MaskPolygon RandomPolygon(const ProcessModel& model, TestRandom& random) {
+    MaskPolygon polygon;
+    polygon.layer = random.Below(3);
+    const std::uint32_t count = 1 + random.Below(9);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        MaskPoint point{RandomCoordinate(random, model.gridColumns, model.gridSpacing),
+                        RandomCoordinate(random, model.gridRows, model.gridSpacing)};
+        if (!polygon.points.empty() && random.Below(2) == 0) {
+            // Upright and level edges, as layouts have them.
+            (random.Below(2) == 0 ? point.x : point.y) =
+                random.Below(2) == 0 ? polygon.points.back().x : polygon.points.back().y;
+        }
+        polygon.points.push_back(point);
+    }
+    polygon.minX = polygon.maxX = polygon.points[0].x;
+    polygon.minY = polygon.maxY = polygon.points[0].y;
+    for (const MaskPoint& point : polygon.points) {
+        polygon.minX = std::min(polygon.minX, point.x);
+        polygon.maxX = std::max(polygon.maxX, point.x);
+        polygon.minY = std::min(polygon.minY, point.y);
+        polygon.maxY = std::max(polygon.maxY, point.y);
+    }
+    return polygon;
+}
+
+std::vector<std::uint8_t> RandomMask(const ProcessModel& model, TestRandom& random) {
+    std::vector<std::uint8_t> mask(model.CellCount(), 1);
+    const std::uint32_t rarity = 1 + random.Below(30) * random.Below(8);
+    for (std::uint8_t& cell : mask) {
+        if (random.Below(rarity) == 0) {
+            cell = 0;
+        }
+    }
+    return mask;
+}
+
+TEST(MaskRasterAgainstPlain, SetsTheSameCells) {
+    for (std::uint32_t seed = 0; seed < 2000; ++seed) {
+        TestRandom random(seed);
+        ProcessModel model;
+        SetUpRandomGrid(model, random);
+        const std::uint32_t count = random.Below(6);
+        for (std::uint32_t i = 0; i < count; ++i) {
+            model.polygons.push_back(RandomPolygon(model, random));
+        }
+        const bool maskDark = random.Below(2) == 0;
+        std::vector<std::uint8_t> mask(model.CellCount(), 7);
+        std::vector<std::uint8_t> plain(model.CellCount(), 9);
+        const double smallest = RasteriseMask(model, mask, 1, maskDark);
+        EXPECT_EQ(smallest, RasteriseMaskPlain(model, plain, 1, maskDark)) << "seed " << seed;
+        ASSERT_EQ(mask, plain) << "seed " << seed;
+    }
+}
+
+TEST(MaskRasterAgainstPlain, SurvivesImpossiblePolygons) {
+    constexpr double kOdd[] = {kNaN, kInfinity, -kInfinity, 1.0e300, -1.0e300, 3.0e9, -3.0e9};
+    for (std::uint32_t seed = 0; seed < 1000; ++seed) {
+        TestRandom random(seed);
+        ProcessModel model;
+        SetUpRandomGrid(model, random);
+        MaskPolygon polygon = RandomPolygon(model, random);
+        polygon.layer = 1;
+        polygon.points[random.Below(static_cast<std::uint32_t>(polygon.points.size()))].x =
+            kOdd[random.Below(7)];
+        polygon.points[random.Below(static_cast<std::uint32_t>(polygon.points.size()))].y =
+            kOdd[random.Below(7)];
+        if (random.Below(2) == 0) {
+            double* const box[] = {&polygon.minX, &polygon.minY, &polygon.maxX, &polygon.maxY};
+            *box[random.Below(4)] = kOdd[random.Below(7)];
+        }
+        model.polygons.push_back(polygon);
+        std::vector<std::uint8_t> mask(model.CellCount());
+        std::vector<std::uint8_t> plain(model.CellCount());
+        const double smallest = RasteriseMask(model, mask, 1, true);
+        EXPECT_EQ(smallest, RasteriseMaskPlain(model, plain, 1, true)) << "seed " << seed;
+        ASSERT_EQ(mask, plain) << "seed " << seed;
+    }
+}
+
+TEST(PointInPolygonAgainstPlain, GivesTheSameAnswer) {
+    int insideCount = 0;
+    for (std::uint32_t seed = 0; seed < 20000; ++seed) {
+        TestRandom random(seed);
+        ProcessModel model;
+        model.gridColumns = 8;
+        model.gridRows = 8;
+        model.gridSpacing = 0.5f;
+        const MaskPolygon polygon = RandomPolygon(model, random);
+        const double x = RandomCoordinate(random, 8, 0.5f);
+        const double y = RandomCoordinate(random, 8, 0.5f);
+        const bool inside = PointInPolygon(polygon, x, y);
+        ASSERT_EQ(inside, PointInPolygonPlain(polygon, x, y)) << "seed " << seed;
+        insideCount += inside ? 1 : 0;
+    }
+    EXPECT_GT(insideCount, 1000);
+}
+
+TEST(MaskBlurAgainstPlain, GivesTheSameMask) {
+    for (std::uint32_t seed = 0; seed < 600; ++seed) {
+        TestRandom random(seed);
+        ProcessModel model;
+        SetUpRandomGrid(model, random);
+        const std::vector<std::uint8_t> rawMask = RandomMask(model, random);
+        // Radii of whole cells lie on the disc's edge.
+        const float cells =
+            random.Below(2) == 0 ? static_cast<float>(random.Below(6)) : random.Unit() * 12.0f;
+        std::vector<std::uint8_t> mask(model.CellCount(), 5);
+        std::vector<std::uint8_t> plain(model.CellCount(), 6);
+        BlurMask(model, mask, rawMask, cells * model.gridSpacing);
+        BlurMaskPlain(model, plain, rawMask, cells * model.gridSpacing);
+        ASSERT_EQ(mask, plain) << "seed " << seed;
+    }
+}
+
+TEST(MaskEdgeDistanceAgainstPlain, GivesTheSameBits) {
+    for (std::uint32_t seed = 0; seed < 1500; ++seed) {
+        TestRandom random(seed);
+        ProcessModel model;
+        SetUpRandomGrid(model, random);
+        const std::vector<std::uint8_t> mask = RandomMask(model, random);
+        std::vector<float> distance(model.CellCount(), -1.0f);
+        std::vector<float> plain(model.CellCount(), -2.0f);
+        MaskEdgeDistance(model, distance, mask);
+        MaskEdgeDistancePlain(model, plain, mask);
+        ASSERT_EQ(BitsOf(distance), BitsOf(plain)) << "seed " << seed;
+    }
+}
+
+}  // namespace
+}  // namespace zelmo

@@ -1,0 +1,214 @@
+// The offset engine against its plain version, bit for bit, on random grids.
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "model/surface_offset.h"
+#include "tests/model/grid_model.h"
+#include "tests/plain/surface_offset_plain.h"
+
+namespace zelmo {
+namespace {
+
+enum Shape { Flat, Noise, Steps, Trench, Ramp, Spikes, Coarse, ShapeCount };
+
+float HeightOf(Shape shape, float base, float size, std::int32_t col, std::int32_t row,
+               TestRandom& random) {
+    switch (shape) {
+        case Noise:
+            return base + size * random.Unit();
+        case Steps:
+            return base + size * static_cast<float>((col / 3 + row / 4) % 3);
+        case Trench:
+            return col > 3 && col < 7 && row > 1 ? base : base + size;
+        case Ramp:
+            return base + size * 0.1f * static_cast<float>(col - row);
+        case Spikes:
+            return random.Below(6) == 0 ? base + size * 10.0f : base;
+        case Coarse:
+            // Few heights, in eighths: sums are exact, and 0.0 comes up by itself.
+            return static_cast<float>(random.Below(5)) * 0.125f - 0.25f;
+        default:
+            return base;
+    }
+}
+
+std::vector<float> RandomSurface(const ProcessModel& model, TestRandom& random) {
+    const auto shape = static_cast<Shape>(random.Below(ShapeCount));
+    const float base = random.Below(3) == 0 ? 0.0f : random.Unit() * 2.0f - 0.5f;
+    const float size = random.Below(3) == 0 ? 0.5f : random.Unit() * 4.0f;
+    std::vector<float> surface;
+    for (std::int32_t row = 0; row < model.gridRows; ++row) {
+        for (std::int32_t col = 0; col < model.gridColumns; ++col) {
+            surface.push_back(HeightOf(shape, base, size, col, row, random));
+        }
+    }
+    return surface;
+}
+
+/// Numbers that no surface should hold.
+void Spoil(std::vector<float>& surface, TestRandom& random) {
+    constexpr float kOdd[] = {std::numeric_limits<float>::quiet_NaN(),
+                              std::numeric_limits<float>::infinity(),
+                              -std::numeric_limits<float>::infinity(),
+                              std::numeric_limits<float>::max(),
+                              -1.0e30f,
+                              -0.0f,
+                              1.0e-40f};
+    for (float& height : surface) {
+        if (random.Below(12) == 0) {
+            height = kOdd[random.Below(7)];
+        }
+    }
+}
+
+void SetUpRandomGrid(ProcessModel& model, TestRandom& random) {
+    constexpr float kSpacings[] = {1.0f, 0.1f, 0.25f, 0.0373f, 12.5f};
+    const auto cols = static_cast<std::int32_t>(1 + random.Below(14));
+    const auto rows = static_cast<std::int32_t>(1 + random.Below(14));
+    SetUpGrid(model, cols, rows, kSpacings[random.Below(5)]);
+}
+
+float RandomDistance(const ProcessModel& model, TestRandom& random) {
+    switch (random.Below(6)) {
+        case 0:
+            return 0.25f;
+        case 1:
+            return -0.25f;
+        case 2:
+            return 0.0f;
+        case 3:
+            return -0.5f;
+        default:
+            return (random.Unit() - 0.5f) * 8.0f * model.gridSpacing;
+    }
+}
+
+float RandomLateral(TestRandom& random) {
+    constexpr float kLaterals[] = {0.0f, 0.1f, 0.5f, 1.0f, 5.0f};
+    const std::uint32_t pick = random.Below(6);
+    return pick < 5 ? kLaterals[pick] : random.Unit() * 5.0f;
+}
+
+TEST(SurfaceOffsetAgainstPlain, GivesTheSameBits) {
+    for (std::uint32_t seed = 0; seed < 3000; ++seed) {
+        TestRandom random(seed);
+        ProcessModel model;
+        SetUpRandomGrid(model, random);
+        std::vector<float> heights = RandomSurface(model, random);
+        if (random.Below(4) == 0) {
+            Spoil(heights, random);
+        }
+        const float distance = RandomDistance(model, random);
+        const float lateral = RandomLateral(random);
+
+        // What `out` held before does not show.
+        std::vector<float> out(model.CellCount(), 77.0f);
+        std::vector<float> plain(model.CellCount(), -1.0f);
+        OffsetSurface(model, out, heights, distance, lateral);
+        OffsetSurfacePlain(model, plain, heights, distance, lateral);
+        ASSERT_EQ(BitsOf(out), BitsOf(plain))
+            << "seed " << seed << ": " << model.gridColumns << " by " << model.gridRows
+            << ", distance " << distance << ", lateral " << lateral;
+    }
+}
+
+TEST(SurfaceOffsetAgainstPlain, SurvivesExtremeArguments) {
+    constexpr float kExtremes[] = {std::numeric_limits<float>::quiet_NaN(),
+                                   std::numeric_limits<float>::infinity(),
+                                   -std::numeric_limits<float>::infinity(),
+                                   1.0e38f,
+                                   -1.0e20f,
+                                   -0.0f};
+    TestRandom random(1);
+    ProcessModel model;
+    SetUpGrid(model, 7, 5, 0.5f);
+    for (const float distance : kExtremes) {
+        for (const float lateral : {0.0f, 1.0f, 1.0e30f}) {
+            const std::vector<float> heights = RandomSurface(model, random);
+            std::vector<float> out(model.CellCount());
+            std::vector<float> plain(model.CellCount());
+            OffsetSurface(model, out, heights, distance, lateral);
+            OffsetSurfacePlain(model, plain, heights, distance, lateral);
+            ASSERT_EQ(BitsOf(out), BitsOf(plain)) << distance << ", " << lateral;
+        }
+    }
+}
+
+TEST(VertexNormalsAgainstPlain, GiveTheSameBits) {
+    for (std::uint32_t seed = 0; seed < 500; ++seed) {
+        TestRandom random(seed);
+        ProcessModel model;
+        SetUpRandomGrid(model, random);
+        std::vector<float> heights = RandomSurface(model, random);
+        if (random.Below(3) == 0) {
+            Spoil(heights, random);
+        }
+        std::vector<float> normals(3 * heights.size(), 5.0f);
+        std::vector<float> plain(3 * heights.size(), 6.0f);
+        ComputeVertexNormals(model.gridColumns, model.gridRows, model.gridSpacing, normals,
+                             heights);
+        ComputeVertexNormalsPlain(model.gridColumns, model.gridRows, model.gridSpacing, plain,
+                                  heights);
+        ASSERT_EQ(BitsOf(normals), BitsOf(plain)) << "seed " << seed;
+    }
+}
+
+TEST(MissingCellsAgainstPlain, AreFilledWithTheSameBits) {
+    for (std::uint32_t seed = 0; seed < 1500; ++seed) {
+        TestRandom random(seed);
+        ProcessModel model;
+        SetUpRandomGrid(model, random);
+        std::vector<float> raster(model.CellCount(), 0.0f);
+        const std::uint32_t rarity = 1 + random.Below(12) * random.Below(12);
+        for (float& value : raster) {
+            if (random.Below(rarity) == 0) {
+                value = random.Unit() - 0.5f;
+            } else if (random.Below(40) == 0) {
+                value = -0.0f;
+            }
+        }
+        if (random.Below(8) == 0) {
+            Spoil(raster, random);
+        }
+        std::vector<float> out(raster.size(), 5.0f);
+        std::vector<float> plain(raster.size(), 6.0f);
+        const std::int32_t filled = FillMissingCells(
+            model.gridColumns, model.gridRows, model.gridSpacing, model.neighbours, out, raster);
+        EXPECT_EQ(filled,
+                  FillMissingCellsPlain(model.gridColumns, model.gridRows, model.gridSpacing,
+                                        model.neighbours, plain, raster));
+        ASSERT_EQ(BitsOf(out), BitsOf(plain)) << "seed " << seed;
+    }
+}
+
+TEST(LineSearchAgainstPlain, GivesTheSameHits) {
+    constexpr std::int32_t kSteps[4][2] = {{0, 1}, {-1, 0}, {0, -1}, {1, 0}};
+    TestRandom random(3);
+    for (int round = 0; round < 2000; ++round) {
+        const auto cols = static_cast<std::int32_t>(1 + random.Below(12));
+        const auto rows = static_cast<std::int32_t>(1 + random.Below(12));
+        std::vector<float> in(static_cast<std::size_t>(cols * rows), 0.0f);
+        for (float& value : in) {
+            if (random.Below(3) == 0) {
+                value = random.Unit() - 0.5f;
+            }
+        }
+        const auto col = static_cast<std::int32_t>(random.Below(static_cast<std::uint32_t>(cols)));
+        const auto row = static_cast<std::int32_t>(random.Below(static_cast<std::uint32_t>(rows)));
+        const auto& step = kSteps[random.Below(4)];
+        const LineHit hit = FindAlongLine(cols, rows, 0.3f, col, row, step[0], step[1], in);
+        const LineHit plain = FindAlongLinePlain(cols, rows, 0.3f, col, row, step[0], step[1], in);
+        ASSERT_EQ(hit.found, plain.found);
+        ASSERT_EQ(BitsOf(std::vector<float>{hit.value, hit.distance}),
+                  BitsOf(std::vector<float>{plain.value, plain.distance}));
+    }
+}
+
+}  // namespace
+}  // namespace zelmo

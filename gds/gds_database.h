@@ -37,7 +37,7 @@ struct GdsSref {
     double mag = 0.0;
     GdsPoint origin;
     std::string name;
-    GdsCell* cell = nullptr; ///< not owned
+    GdsCell* cell = nullptr;  ///< not owned
 };
 
 /// One placed array.
@@ -47,9 +47,9 @@ struct GdsAref {
     std::uint16_t strans = 0;
     std::int32_t columns = 0;
     std::int32_t rows = 0;
-    std::vector<GdsPoint> points; ///< origin, end of the columns, end of the rows
+    std::vector<GdsPoint> points;  ///< origin, end of the columns, end of the rows
     std::string name;
-    GdsCell* cell = nullptr; ///< not owned
+    GdsCell* cell = nullptr;  ///< not owned
 };
 
 /// One structure of the library. Move-only.
@@ -58,12 +58,13 @@ struct GdsCell {
     GdsCell(GdsCell&&) = default;
     GdsCell& operator=(GdsCell&&) = default;
 
-    std::string name; ///< the bytes of the file; a use of the name stops at its first NUL
+    std::string name;  ///< the bytes of the file; a use of the name stops at its first NUL
     std::vector<GdsBoundary> boundaries;
     std::vector<GdsSref> srefs;
     std::vector<GdsAref> arefs;
     GdsRect bounds;
     bool boundsValid = false;
+    bool withoutPolygons = false;  ///< neither here nor below; found out with the bounds
 };
 
 struct GdsDatabase {

@@ -1,0 +1,209 @@
+#include "gds/cell_bounds.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "gds/array_lattice.h"
+#include "gds/coordinates.h"
+#include "gds/gds_database.h"
+#include "shell/log_console.h"
+
+namespace zelmo {
+
+namespace {
+
+void WidenByPoint(GdsRect& box, GdsPoint point) {
+    box.xmin = std::min(box.xmin, point.x);
+    box.ymin = std::min(box.ymin, point.y);
+    box.xmax = std::max(box.xmax, point.x);
+    box.ymax = std::max(box.ymax, point.y);
+}
+
+void ComputeBounds(GdsBoundary& boundary) {
+    if (boundary.points.empty()) {
+        throw std::out_of_range("invalid vector subscript");
+    }
+    for (const GdsPoint point : boundary.points) {
+        WidenByPoint(boundary.bounds, point);
+    }
+}
+
+bool HasZeroSize(const GdsRect& box) {
+    return std::min(SaturatingSubtract(box.ymax, box.ymin),
+                    SaturatingSubtract(box.xmax, box.xmin)) == 0;
+}
+
+bool Contains(const GdsRect& outer, const GdsRect& inner) {
+    return outer.xmin <= inner.xmin && outer.ymin <= inner.ymin && outer.xmax >= inner.xmax &&
+           outer.ymax >= inner.ymax;
+}
+
+/// A cell that is being sized, and how far that has come.
+struct SizingVisit {
+    GdsCell* cell;
+    GdsTransform transform;
+    LinearPart linear;
+    GdsRect bounds;  ///< under the transform
+    bool withoutPolygons;
+    std::size_t next = 0;  ///< the reference to follow next: srefs, then arefs
+};
+
+SizingVisit BeginVisit(GdsCell& cell, const GdsTransform& transform) {
+    GdsRect own{0, 0, 0, 0};
+    for (const GdsBoundary& boundary : cell.boundaries) {
+        MergeRect(own, boundary.bounds);
+    }
+    const LinearPart linear = LinearPartOf(transform);
+    return {&cell, transform, linear, PlaceRect(own, transform, linear), cell.boundaries.empty()};
+}
+
+GdsRect EndVisit(const SizingVisit& visit) {
+    visit.cell->bounds = TransformRect(visit.bounds, visit.transform, true);
+    visit.cell->boundsValid = true;
+    visit.cell->withoutPolygons = visit.withoutPolygons;
+    return visit.bounds;
+}
+
+GdsTransform PlaceInstance(const SizingVisit& visit, const GdsAref& aref, GdsPoint position) {
+    return PlaceChild(position, aref.mag, aref.angle, aref.strans, visit.transform, visit.linear);
+}
+
+/// Widens `offsets` by those of all instances of a block. A block is taken apart only where it
+/// could still widen the result, so that no more than a few of its instances are looked at.
+void WidenByOffsets(GdsRect& offsets, const SizingVisit& visit, const GdsAref& aref,
+                    const ArrayLattice& lattice, const LatticeBlock& block) {
+    for (const std::int32_t column : {block.firstColumn, block.lastColumn}) {
+        for (const std::int32_t row : {block.firstRow, block.lastRow}) {
+            const GdsTransform child = PlaceInstance(
+                visit, aref, InstancePosition(lattice, PositionRule::Truncate64, column, row));
+            WidenByPoint(offsets, {child.dx, child.dy});
+        }
+    }
+    if (Contains(offsets, BlockOffsets(lattice, PositionRule::Truncate64, block, visit.transform,
+                                       visit.linear))) {
+        return;
+    }
+    const bool wide = block.lastColumn - block.firstColumn > block.lastRow - block.firstRow;
+    const BlockHalves halves = wide ? SplitColumns(block) : SplitRows(block);
+    WidenByOffsets(offsets, visit, aref, lattice, halves.first);
+    WidenByOffsets(offsets, visit, aref, lattice, halves.second);
+}
+
+/// Widens the visit's box by a block of instances of a sized cell. They differ in their offset
+/// alone, and no side of a placed box falls when its offset rises: the least and the greatest
+/// offsets give the box of all.
+void TakeBlock(SizingVisit& visit, const GdsAref& aref, const ArrayLattice& lattice,
+               const LatticeBlock& block) {
+    if (block.IsEmpty()) {
+        return;
+    }
+    GdsTransform child = PlaceInstance(
+        visit, aref,
+        InstancePosition(lattice, PositionRule::Truncate64, block.firstColumn, block.firstRow));
+    GdsRect offsets{child.dx, child.dy, child.dx, child.dy};
+    WidenByOffsets(offsets, visit, aref, lattice, block);
+    child.dx = offsets.xmin;
+    child.dy = offsets.ymin;
+    MergeRect(visit.bounds, TransformRect(aref.cell->bounds, child, false));
+    child.dx = offsets.xmax;
+    child.dy = offsets.ymax;
+    MergeRect(visit.bounds, TransformRect(aref.cell->bounds, child, false));
+}
+
+/// All instances but the first.
+void TakeRestOfArray(SizingVisit& visit, const GdsAref& aref) {
+    const ArrayLattice lattice = LatticeOf(aref);
+    LatticeBlock firstColumn = WholeBlock(aref);
+    firstColumn.lastColumn = 0;
+    firstColumn.firstRow = 1;
+    LatticeBlock otherColumns = WholeBlock(aref);
+    otherColumns.firstColumn = 1;
+    TakeBlock(visit, aref, lattice, firstColumn);
+    TakeBlock(visit, aref, lattice, otherColumns);
+}
+
+/// The next reference of a visit: its cell, under the placement of the first instance.
+struct FirstInstance {
+    GdsCell* cell = nullptr;  ///< null for an array without instances
+    GdsTransform transform;
+};
+
+FirstInstance NextReference(const SizingVisit& visit) {
+    const GdsCell& cell = *visit.cell;
+    if (visit.next < cell.srefs.size()) {
+        const GdsSref& sref = cell.srefs[visit.next];
+        return {sref.cell, PlaceChild(sref.origin, sref.mag, sref.angle, sref.strans,
+                                      visit.transform, visit.linear)};
+    }
+    const GdsAref& aref = cell.arefs[visit.next - cell.srefs.size()];
+    const ArrayLattice lattice = LatticeOf(aref);
+    if (WholeBlock(aref).IsEmpty()) {
+        return {};
+    }
+    return {aref.cell,
+            PlaceInstance(visit, aref, InstancePosition(lattice, PositionRule::Truncate64, 0, 0))};
+}
+
+/// Adds the reference that was up next, whose cell is sized by now. `first` is the box of its first
+/// instance.
+void TakeReference(SizingVisit& visit, const GdsRect& first) {
+    const GdsCell& cell = *visit.cell;
+    MergeRect(visit.bounds, first);
+    if (visit.next < cell.srefs.size()) {
+        visit.withoutPolygons &= cell.srefs[visit.next].cell->withoutPolygons;
+    } else {
+        const GdsAref& aref = cell.arefs[visit.next - cell.srefs.size()];
+        visit.withoutPolygons &= aref.cell->withoutPolygons;
+        TakeRestOfArray(visit, aref);
+    }
+    ++visit.next;
+}
+
+}  // namespace
+
+void ComputeBoundaryBounds(GdsDatabase& database, LogConsole* console) {
+    for (GdsCell& cell : database.cells) {
+        for (GdsBoundary& boundary : cell.boundaries) {
+            ComputeBounds(boundary);
+            if (HasZeroSize(boundary.bounds)) {
+                console->Write(
+                    fmt::format("WARNING: Zero size boundary element in cell {:s} with at ({}, {})",
+                                NameText(cell.name), boundary.bounds.xmin, boundary.bounds.ymin));
+            }
+        }
+    }
+}
+
+GdsRect ComputeCellBounds(GdsCell& cell, const GdsTransform& transform) {
+    if (cell.boundsValid) {
+        return TransformRect(cell.bounds, transform, false);
+    }
+    std::vector<SizingVisit> path{BeginVisit(cell, transform)};
+    while (true) {
+        SizingVisit& visit = path.back();
+        if (visit.next == visit.cell->srefs.size() + visit.cell->arefs.size()) {
+            const GdsRect bounds = EndVisit(visit);
+            path.pop_back();
+            if (path.empty()) {
+                return bounds;
+            }
+            TakeReference(path.back(), bounds);
+            continue;
+        }
+        const FirstInstance instance = NextReference(visit);
+        if (instance.cell == nullptr) {
+            ++visit.next;
+        } else if (instance.cell->boundsValid) {
+            TakeReference(visit, TransformRect(instance.cell->bounds, instance.transform, false));
+        } else {
+            path.push_back(BeginVisit(*instance.cell, instance.transform));
+        }
+    }
+}
+
+}  // namespace zelmo

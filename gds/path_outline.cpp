@@ -1,0 +1,132 @@
+#include "gds/path_outline.h"
+
+#include <cmath>
+#include <vector>
+
+#include "gds/coordinates.h"
+#include "model/conversions.h"
+
+namespace zelmo {
+
+namespace {
+
+constexpr std::uint16_t extendedEnds = 2;
+
+/// The points with a * x + b * y + c = 0.
+struct Line {
+    double a = 0.0;
+    double b = 0.0;
+    double c = 0.0;
+};
+
+struct Vector {
+    double x = 0.0;
+    double y = 0.0;
+};
+
+Vector Difference(GdsPoint to, GdsPoint from) {
+    return {static_cast<double>(SaturatingSubtract(to.x, from.x)),
+            static_cast<double>(SaturatingSubtract(to.y, from.y))};
+}
+
+double Length(Vector v) {
+    return std::sqrt(v.x * v.x + v.y * v.y);
+}
+
+double Determinant(const Line& first, const Line& second) {
+    return second.b * first.a - second.a * first.b;
+}
+
+GdsPoint Intersection(const Line& first, const Line& second) {
+    const double determinant = Determinant(first, second);
+    const double x = (second.c * first.b - first.c * second.b) / determinant;
+    const double y = (second.a * first.c - second.c * first.a) / determinant;
+    return {TruncateToI64(x), TruncateToI64(y)};
+}
+
+GdsPoint Foot(GdsPoint point, const Line& line) {
+    const double e = line.a * static_cast<double>(point.y) - line.b * static_cast<double>(point.x);
+    const double determinant = -line.a * line.a - line.b * line.b;
+    const double x = (e * line.b + line.c * line.a) / determinant;
+    const double y = (line.c * line.b - e * line.a) / determinant;
+    return {TruncateToI64(x), TruncateToI64(y)};
+}
+
+/// The two sides of every segment. False if a segment has no length.
+bool OffsetLines(const GdsPoint* points, std::int32_t n, double halfWidth, std::vector<Line>& left,
+                 std::vector<Line>& right) {
+    for (std::int32_t i = 0; i + 1 < n; ++i) {
+        const Vector step = Difference(points[i + 1], points[i]);
+        if (step.x == 0.0 && step.y == 0.0) {
+            return false;
+        }
+        const double c =
+            static_cast<double>(points[i].y) * step.x - static_cast<double>(points[i].x) * step.y;
+        const double d = Length(step) * halfWidth;
+        left.push_back({step.y, -step.x, c + d});
+        right.push_back({step.y, -step.x, c - d});
+    }
+    return true;
+}
+
+/// Moves the end of a type 2 path outward by half the width. False if the end is refused; the test
+/// compares an x with a y, so it is not one of equal points.
+bool ExtendEnd(GdsPoint& end, GdsPoint inner, double halfWidth) {
+    if (end.x == inner.x && end.x == inner.y) {
+        return false;
+    }
+    const Vector outward = Difference(end, inner);
+    const double length = Length(outward);
+    if (length != 0.0) {
+        const double scale = halfWidth / length;
+        end.x = SaturatingAdd(end.x, TruncateToI32(scale * outward.x));
+        end.y = SaturatingAdd(end.y, TruncateToI32(scale * outward.y));
+    }
+    return true;
+}
+
+/// The corners of one side between its two ends. False where two segments are parallel.
+bool PlaceCorners(GdsPoint* out, std::int32_t direction, const std::vector<Line>& side) {
+    for (std::size_t i = 1; i < side.size(); ++i) {
+        if (Determinant(side[i - 1], side[i]) == 0.0) {
+            return false;
+        }
+        out += direction;
+        *out = Intersection(side[i - 1], side[i]);
+    }
+    return true;
+}
+
+}  // namespace
+
+std::int32_t ExpandPath(GdsPoint* out, const GdsPoint* points, std::int32_t n, std::uint32_t width,
+                        std::uint16_t pathType) {
+    if (n < 2) {
+        return 1;
+    }
+    const double halfWidth = static_cast<double>(width) * 0.5;
+    std::vector<Line> left;
+    std::vector<Line> right;
+    left.reserve(static_cast<std::size_t>(n) - 1);
+    right.reserve(static_cast<std::size_t>(n) - 1);
+    if (!OffsetLines(points, n, halfWidth, left, right)) {
+        return 1;
+    }
+    GdsPoint start = points[0];
+    GdsPoint end = points[n - 1];
+    if (pathType == extendedEnds &&
+        (!ExtendEnd(start, points[1], halfWidth) || !ExtendEnd(end, points[n - 2], halfWidth))) {
+        return 1;
+    }
+    out[0] = Foot(start, left.front());
+    out[2 * n - 1] = Foot(start, right.front());
+    out[2 * n] = out[0];
+    if (!PlaceCorners(out, 1, left) || !PlaceCorners(out + 2 * n - 1, -1, right)) {
+        return 1;
+    }
+    out[n - 1] = Foot(end, left.back());
+    out[n] = Foot(end, right.back());
+    return 0;
+}
+
+}  // namespace zelmo

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+
+#include "gds/gds_database.h"
+
+// Placing points and boxes through references to cells. Arithmetic is in double precision, and
+// every way back to integer coordinates truncates toward zero.
+
+namespace zelmo {
+
+/// The placement of a cell in the frame of the cell where a walk of the hierarchy started:
+/// mirror in y, turn, scale, truncate, shift. The default is the identity.
+struct GdsTransform {
+    std::uint16_t flip = 0;  ///< 0 or 0x8000
+    std::int64_t dx = 0;
+    std::int64_t dy = 0;
+    double mag = 1.0;
+    double angle = 0.0;  ///< radians, counter-clockwise
+};
+
+/// The part of a placement before the shift, with its sine and cosine worked out.
+struct LinearPart {
+    double cosine = 1.0;
+    double sine = 0.0;
+    double mirror = 1.0;  ///< -1 where y is mirrored
+    double mag = 1.0;
+};
+
+LinearPart LinearPartOf(const GdsTransform& transform);
+
+/// The point mirrored, turned, scaled and truncated. Monotone in x for a fixed y and the other way
+/// round, whatever the numbers are.
+GdsPoint TurnPoint(GdsPoint point, const LinearPart& linear);
+
+/// The same with the shift: forward through a transform whose linear part is at hand.
+GdsPoint PlacePoint(GdsPoint point, const GdsTransform& transform, const LinearPart& linear);
+
+/// Places a point, forward or back. The way back mirrors before it turns, as the way forward does,
+/// and so undoes the placement only where `flip` or `angle` is 0.
+GdsPoint TransformPoint(GdsPoint point, const GdsTransform& transform, bool inverse);
+
+/// The box of the four placed corners. It starts from the empty box: what lies beyond 32 bits
+/// leaves a side at the limit.
+GdsRect TransformRect(const GdsRect& rect, const GdsTransform& transform, bool inverse);
+GdsRect PlaceRect(const GdsRect& rect, const GdsTransform& transform, const LinearPart& linear);
+
+/// Widens `target` by `rect`.
+void MergeRect(GdsRect& target, const GdsRect& rect);
+
+/// The placement of a referenced cell from the reference's own and that of the cell it stands in.
+/// Angles add, also in a mirrored cell. `linear` belongs to `parent`.
+GdsTransform PlaceChild(GdsPoint origin, double mag, double angle, std::uint16_t strans,
+                        const GdsTransform& parent, const LinearPart& linear);
+
+}  // namespace zelmo

@@ -1,7 +1,6 @@
 #include <fmt/format.h>
 
 #include <cmath>
-#include <cstdint>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -29,19 +28,10 @@ void ReadOrThrow(ProcessModel& model, const std::filesystem::path& path, LogCons
     console->Write(L"Successfully read process file \"" + PathText(path) + L"\"");
 }
 
-/// The distance between opposite corners of the grid, the last entry of its neighbour table.
-float GridDiagonal(const ProcessModel& model) {
-    const std::int32_t dx = model.gridColumns - 1;
-    const std::int32_t dy = model.gridRows - 1;
-    return std::sqrt(static_cast<float>(dx * dx + dy * dy)) * model.gridSpacing;
-}
-
-/// Windows at the ends of single precision can leave a grid that no array can be made for, or
-/// whose distances are no numbers.
+/// Windows at the ends of single precision can leave a grid that no array can be made for.
 bool IsUsableGrid(const ProcessModel& model) {
     return std::isfinite(model.gridSpacing) && model.gridSpacing > 0.0f && model.gridRows >= 1 &&
-           model.gridRows <= model.gridColumns && std::isfinite(GridDiagonal(model)) &&
-           std::isfinite(model.gridOriginX) && std::isfinite(model.gridOriginY);
+           model.gridRows <= model.gridColumns;
 }
 
 void SizeGridOrThrow(ProcessModel& model, LogConsole* console) {

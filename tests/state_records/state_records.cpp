@@ -1,0 +1,176 @@
+#include "tests/state_records/state_records.h"
+
+#include <array>
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <span>
+#include <stdexcept>
+
+#include <fmt/format.h>
+
+#include "gds/gds_database.h"
+#include "gds/gds_reader.h"
+#include "model/execute_step.h"
+#include "model/process_model.h"
+#include "render/camera.h"
+#include "render/layer_mesh.h"
+#include "tests/state_records/fnv_hash.h"
+
+namespace zelmo {
+
+namespace {
+
+/// What is told of a mesh.
+struct MeshRecord {
+    std::size_t indexCount = 0;
+    std::size_t vertexCount = 0;
+    std::string vertexHash;
+    std::string indexHash;
+};
+
+template <typename Values>
+std::string HashOf(const Values& values) {
+    FnvHash hash;
+    hash.AddAll(values);
+    return hash.Text();
+}
+
+/// Stands in the graphics card's place and keeps the hashes of the meshes that it is given.
+class MeshRecorder : public LayerGraphics {
+public:
+    void CreateLayerObjects(Layer&) override {}
+
+    void UploadLayerMesh(const Layer& layer, std::span<const MeshVertex> vertices,
+                         std::span<const std::uint32_t> indices) override {
+        FnvHash vertexHash;
+        for (const MeshVertex& vertex : vertices) {
+            vertexHash.AddAll(vertex.position);
+            vertexHash.AddAll(vertex.normal);
+        }
+        records_[&layer] = {indices.size(), vertices.size(), vertexHash.Text(), HashOf(indices)};
+    }
+
+    void DestroyLayerObjects(Layer& layer) noexcept override { records_.erase(&layer); }
+    void CreateMarkerObjects(HeightMarkers&) override {}
+    void UploadMarkers(const HeightMarkers&) override {}
+    void DestroyMarkerObjects(HeightMarkers&) noexcept override {}
+
+    const MeshRecord& RecordOf(const Layer& layer) const { return records_.at(&layer); }
+
+private:
+    std::map<const Layer*, MeshRecord> records_;
+};
+
+/// A number with all its bits, as C's "%a" writes it.
+std::string HexFloat(double value) {
+    std::array<char, 64> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(),
+                                   value < 0.0 ? -value : value, std::chars_format::hex);
+    return fmt::format("{}0x{}", value < 0.0 ? "-" : "", std::string_view(digits.data(), end.ptr));
+}
+
+std::string PolygonsHash(const ProcessModel& model) {
+    FnvHash hash;
+    for (const MaskPolygon& polygon : model.polygons) {
+        hash.Add(fmt::format("L{};", polygon.layer));
+        for (const MaskPoint& point : polygon.points) {
+            hash.Add(fmt::format("{},{};", HexFloat(point.x), HexFloat(point.y)));
+        }
+    }
+    return hash.Text();
+}
+
+std::string NeighboursHash(const NeighbourTable& table) {
+    FnvHash hash;
+    for (const NeighbourOffset& entry : table.entries) {
+        hash.Add(entry.dx);
+        hash.Add(entry.dy);
+        hash.Add(entry.distance);
+    }
+    return hash.Text();
+}
+
+std::string CoverHash(const ProcessModel& model) {
+    FnvHash hash;
+    for (const CoverCell& cell : model.coverMap) {
+        hash.Add(cell.layerId);
+        hash.Add(cell.height);
+    }
+    return hash.Text();
+}
+
+std::string MarkersHash(const HeightMarkers& markers) {
+    FnvHash hash;
+    for (const MarkerVertex& vertex : markers.vertices) {
+        hash.AddAll(vertex.position);
+        hash.AddAll(vertex.normal);
+        hash.Add(vertex.weight);
+    }
+    return hash.Text();
+}
+
+/// "<index>:<bottom>/<top>" of cells that are spread over the grid.
+std::string CellsText(const Layer& layer) {
+    constexpr std::size_t sampleCount = 24;
+    std::string text;
+    for (std::size_t sample = 0; sample < sampleCount; ++sample) {
+        const std::size_t i = (12345 + sample * 35761) % layer.top.size();
+        text += fmt::format(" {}:{}/{}", i, HexFloat(layer.bottom[i]), HexFloat(layer.top[i]));
+    }
+    return text;
+}
+
+void TellHead(const ProcessModel& model, const RecordSink& sink) {
+    sink(fmt::format("grid {} x {} spacing {} polygons {}", model.gridColumns, model.gridRows,
+                     HexFloat(model.gridSpacing), model.polygons.size()));
+    sink(fmt::format("polygons-hash {} (text L<layer>; then <x>,<y>; of each point, C hex floats)",
+                     PolygonsHash(model)));
+    sink(fmt::format("neighbours {} hash {}", model.neighbours.count,
+                     NeighboursHash(model.neighbours)));
+    sink(fmt::format("distance-index hash {}", HashOf(model.distanceIndex)));
+}
+
+void TellState(ProcessModel& model, const MeshRecorder& recorder, const RecordSink& sink) {
+    const float top = UpdateMeshes(model);
+    const Camera camera(model.windowWidth, model.windowHeight, top, model.cameraAngle);
+    sink(fmt::format(
+        "  top {} aspect {} picture-height {} layers {} cover {} transform {} "
+        "markers {}",
+        HexFloat(top), HexFloat(camera.aspect),
+        PictureHeight(camera, model.showLegend != 0.0f, model.layerCount), model.layerCount,
+        CoverHash(model), HashOf(camera.transform), MarkersHash(model.heightMarkers)));
+    for (std::size_t id = 0; id < model.layers.size(); ++id) {
+        if (!model.layers[id]) {
+            continue;
+        }
+        const Layer& layer = *model.layers[id];
+        const MeshRecord& mesh = recorder.RecordOf(layer);
+        sink(fmt::format("  layer {} {} top {} bottom {} indices {} vertices {} mesh {} {}", id,
+                         layer.label, HashOf(layer.top), HashOf(layer.bottom), mesh.indexCount,
+                         mesh.vertexCount, mesh.vertexHash, mesh.indexHash));
+        sink(fmt::format("    cells{}", CellsText(layer)));
+    }
+}
+
+}  // namespace
+
+void TellStateRecords(const std::filesystem::path& layout, const std::filesystem::path& process,
+                      LogConsole* console, const RecordSink& sink) {
+    GdsDatabase database;
+    if (const std::int32_t code = ReadGdsFile(database, layout, console); code != 0) {
+        throw std::runtime_error(fmt::format("the layout did not load: code {}", code));
+    }
+    MeshRecorder recorder;
+    ProcessModel model(process, database, console, &recorder);
+    TellHead(model, sink);
+    for (std::size_t i = 0; i < model.steps.size(); ++i) {
+        sink("");
+        sink(fmt::format("step {} {}", i + 1, model.steps[i].description));
+        ExecuteStep(model, model.steps[i], console);
+        TellState(model, recorder, sink);
+    }
+}
+
+}  // namespace zelmo

@@ -18,6 +18,11 @@ if(ZELMO_SANITIZE)
     add_link_options(-fsanitize=address,undefined)
 endif()
 
+if(ZELMO_SANITIZE_THREADS)
+    add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=thread)
+endif()
+
 # A library of the project: zelmo_library(<name> SOURCES ... LINK ...)
 function(zelmo_library name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})

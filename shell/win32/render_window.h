@@ -7,7 +7,7 @@ namespace zelmo {
 
 /// The upper part of the main window: owns the program's one GL context and shows the picture that
 /// is browsed to, scaled to fit. It never draws the model itself.
-class RenderWindow : public BaseWindow<RenderWindow> {
+class RenderWindow final : public BaseWindow<RenderWindow> {
 public:
     /// `pictures` are shown, not owned.
     explicit RenderWindow(const PictureList& pictures) : pictures_(pictures) {}

@@ -12,7 +12,7 @@ namespace zelmo {
 
 /// The top-level window: the picture above, the console below, the status bar at the foot and a
 /// menu bar without drop-downs. It is the platform that the main window's logic runs on.
-class Win32MainWindow : public BaseWindow<Win32MainWindow>, public Platform {
+class Win32MainWindow final : public BaseWindow<Win32MainWindow>, public Platform {
 public:
     Win32MainWindow();
     ~Win32MainWindow() override;

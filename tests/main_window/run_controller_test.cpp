@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <new>
 #include <random>
 #include <regex>
 #include <string>
@@ -168,12 +169,34 @@ TEST(RunController, EveryStepIsTracedWithItsThread) {
     }
     SetDebugTraceSink(nullptr);
     std::vector<std::string> names;
+    std::vector<std::string> threads;
     for (const std::string& trace : traces) {
-        names.push_back(trace.substr(0, trace.find(" (Thread ")));
+        const auto end = trace.find(" (Thread ");
+        names.push_back(trace.substr(0, end));
+        threads.push_back(end == std::string::npos ? "" : trace.substr(end));
     }
-    EXPECT_EQ(names, (std::vector<std::string>{"Handling run", "RunNext", "RunStepThread",
+    ASSERT_EQ(names, (std::vector<std::string>{"Handling run", "RunNext", "RunStepThread",
                                                "RunStepDone", "RunNext"}));
-    EXPECT_NE(traces[1], traces[2].substr(0, 7) + traces[2].substr(13));
+    EXPECT_NE(threads[1], threads[2]);
+    EXPECT_EQ(threads[1], threads[3]);
+    EXPECT_EQ(threads[1], threads[4]);
+}
+
+TEST(RunControllerDeathTest, AnExceptionInAStepEndsTheProgram) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_DEATH(
+        {
+            Desktop desktop;
+            desktop.LoadLayout();
+            desktop.platform.ObserveLines([](const std::wstring& line) {
+                if (line == L"Executing layer1 deposition ...") {
+                    throw std::bad_alloc();
+                }
+            });
+            desktop.StartRun(desktop.ProcessFile(2));
+            desktop.FinishRun();
+        },
+        "");
 }
 
 TEST(RunController, StopAndCloseAtAnyMomentEndEveryRun) {

@@ -43,8 +43,14 @@ private:
 /// Reads process files given as texts, and keeps what came of the last one.
 class ProcessFileTest : public testing::Test {
 protected:
-    /// Reads a whole file; returns the console's lines.
-    Lines Read(std::string_view text) { return ReadPath(folder.Write("process.txt", text)); }
+    /// Reads a whole file; returns the console's lines. The file is deleted again: writing over an
+    /// existing one makes some file systems wait for the disk.
+    Lines Read(std::string_view text) {
+        const std::filesystem::path path = folder.Write("process.txt", text);
+        const Lines lines = ReadPath(path);
+        std::filesystem::remove(path);
+        return lines;
+    }
 
     Lines ReadPath(const std::filesystem::path& path) {
         model = std::make_unique<ProcessModel>();

@@ -1,0 +1,133 @@
+#include "batch/batch_run.h"
+
+#include <algorithm>
+#include <exception>
+#include <filesystem>
+#include <memory>
+#include <new>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include "batch/assets.h"
+#include "batch/consoles.h"
+#include "batch/inputs.h"
+#include "batch/picture_saver.h"
+#include "batch/platform.h"
+#include "batch/progress.h"
+#include "gds/gds_database.h"
+#include "model/process_model.h"
+#include "render/layer_mesh.h"
+#include "shell/clock.h"
+#include "shell/run_report.h"
+#include "shell/text.h"
+
+namespace zelmo {
+
+namespace {
+
+/// Where a run reports to.
+struct Reporting {
+    explicit Reporting(bool quiet)
+        : progress(quiet ? 0 : TerminalColumns()), console(progress, quiet) {}
+
+    void Error(const std::string& message) {
+        progress.Interrupt([&] { WriteErrorLine(message); });
+    }
+
+    Progress progress;
+    OutputConsole console;
+};
+
+/// The dump step replaces its file without a word.
+void WarnOfDump(const ProcessModel& model, Reporting& reporting) {
+    const bool dumps = std::any_of(model.steps.begin(), model.steps.end(),
+                                   [](const ProcessStep& step) { return step.kind == StepDump; });
+    std::error_code ignored;
+    if (dumps && std::filesystem::exists("VertexData.txt", ignored)) {
+        reporting.Error("warning: VertexData.txt in the current directory is replaced by the dump");
+    }
+}
+
+/// Executes all steps, with a picture after each where there is a saver. False if one is missing.
+bool RunSteps(ProcessModel& model, PictureSaver* saver, Reporting& reporting) {
+    bool complete = true;
+    ReportRunStart(&reporting.console);
+    const std::int32_t start = ElapsedMilliseconds();
+    for (std::size_t index = 0; index < model.steps.size(); ++index) {
+        const ProcessStep& step = model.steps[index];
+        reporting.progress.BeginStep(index + 1, model.steps.size(),
+                                     Utf8FromWide(WidenBytes(step.description)));
+        ExecuteTimedStep(model, step, &reporting.console);
+        if (saver == nullptr) {
+            // Layers with nothing to show leave the stack here, pictures or not.
+            UpdateMeshes(model);
+        } else if (const std::string problem = saver->Save(model, index); !problem.empty()) {
+            reporting.Error(problem);
+            complete = false;
+        }
+    }
+    reporting.progress.End();
+    ReportRunEnd(start, &reporting.console);
+    return complete;
+}
+
+ExitStatus RunFiles(const BatchOptions& options, Reporting& reporting) {
+    const auto assetFolders = AssetFolders(options.assets, ProgramFolder());
+    LoadColors(FindAsset(assetFolders, "colors.txt"));
+    const auto database = LoadLayoutFile(options.layout, &reporting.console);
+    std::optional<PictureSaver> saver;  // to go after the model
+    const auto model = PrepareProcess(options.process, *database, &reporting.console);
+    if (options.checkOnly) {
+        return ExitStatus::Success;
+    }
+    if (options.pictures) {
+        saver.emplace(options, assetFolders);
+        saver->Begin(*model);
+    }
+    WarnOfDump(*model, reporting);
+    const bool complete = RunSteps(*model, saver ? &*saver : nullptr, reporting);
+    return complete ? ExitStatus::Success : ExitStatus::Picture;
+}
+
+}  // namespace
+
+ExitStatus RunBatch(const BatchOptions& options) {
+    Reporting reporting(options.quiet);
+    ExitStatus status = ExitStatus::Other;
+    try {
+        status = RunFiles(options, reporting);
+    } catch (const BatchFailure& failure) {
+        status = failure.status;
+        reporting.Error(failure.message);
+    } catch (const std::bad_alloc&) {
+        reporting.Error("there is not enough memory for this run");
+    } catch (const std::exception& error) {
+        reporting.Error(error.what());
+    }
+    if (!reporting.console.Failure().empty()) {
+        reporting.Error(reporting.console.Failure());
+        return status == ExitStatus::Success ? ExitStatus::Other : status;
+    }
+    return status;
+}
+
+ExitStatus RunProgram(const std::vector<std::string>& arguments) {
+    const CommandLine commandLine = ParseCommandLine(arguments);
+    if (commandLine.options) {
+        return RunBatch(*commandLine.options);
+    }
+    if (commandLine.status != ExitStatus::Success) {
+        WriteErrorLine(commandLine.text);
+        return commandLine.status;
+    }
+    std::string failure;
+    if (!WriteToOutput(commandLine.text, failure)) {
+        WriteErrorLine(failure);
+        return ExitStatus::Other;
+    }
+    return ExitStatus::Success;
+}
+
+}  // namespace zelmo

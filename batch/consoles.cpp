@@ -1,0 +1,79 @@
+#include "batch/consoles.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <system_error>
+#include <utility>
+
+#include "batch/progress.h"
+#include "shell/text.h"
+
+namespace zelmo {
+
+namespace {
+
+bool TellsOfError(const std::string& line) {
+    return line.starts_with("Error") || line.starts_with("ERROR") || line.starts_with("Failed");
+}
+
+/// The text with every run of control characters, line ends among them, as one blank.
+std::string OnOneLine(std::string_view text) {
+    std::string line;
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        const bool control = byte < 0x20 || byte == 0x7F;
+        if (!control) {
+            line.push_back(character);
+        } else if (!line.empty() && line.back() != ' ') {
+            line.push_back(' ');
+        }
+    }
+    return line.substr(0, line.find_last_not_of(' ') + 1);
+}
+
+}  // namespace
+
+bool WriteToOutput(std::string_view text, std::string& failure) {
+    errno = 0;
+    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() &&
+        std::fflush(stdout) == 0) {
+        return true;
+    }
+    failure = "standard output cannot be written: " +
+              (errno != 0 ? std::generic_category().message(errno) : std::string("it is closed"));
+    return false;
+}
+
+void WriteErrorLine(std::string_view message) {
+    const std::string line = fmt::format("zelmo-batch: {}\n", OnOneLine(message));
+    std::fwrite(line.data(), 1, line.size(), stderr);
+    std::fflush(stderr);
+}
+
+void OutputConsole::AppendLine(std::wstring line) {
+    if (quiet_ || !failure_.empty()) {
+        return;
+    }
+    progress_.Interrupt([&] { WriteToOutput(Utf8FromWide(line) + '\n', failure_); });
+}
+
+std::string RememberingConsole::FirstError() const {
+    const auto first = std::find_if(lines_.begin(), lines_.end(), TellsOfError);
+    if (first == lines_.end()) {
+        return {};
+    }
+    const auto more = std::count_if(first + 1, lines_.end(), TellsOfError);
+    return more == 0 ? *first : fmt::format("{} (and {} more)", *first, more);
+}
+
+void RememberingConsole::AppendLine(std::wstring line) {
+    lines_.push_back(Utf8FromWide(line));
+    if (next_ != nullptr) {
+        next_->Write(std::move(line));
+    }
+}
+
+}  // namespace zelmo

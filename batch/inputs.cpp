@@ -1,0 +1,104 @@
+#include "batch/inputs.h"
+
+#include <fmt/format.h>
+
+#include <cstdint>
+#include <exception>
+#include <new>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include "batch/consoles.h"
+#include "batch/exit_status.h"
+#include "batch/layout_errors.h"
+#include "gds/gds_database.h"
+#include "model/process_model.h"
+#include "shell/color_table.h"
+#include "shell/log_console.h"
+#include "shell/run_report.h"
+#include "shell/text.h"
+
+namespace zelmo {
+
+namespace {
+
+constexpr const char* outOfMemory = "there is not enough memory";
+constexpr std::int32_t cannotBeOpened = 2;
+
+/// What keeps a file from being opened, as far as looking at it from outside can tell.
+std::string WhyNotOpened(const std::filesystem::path& path) {
+    std::error_code error;
+    const auto status = std::filesystem::status(path, error);
+    if (std::filesystem::is_directory(status)) {
+        return "it is a folder";
+    }
+    if (status.type() == std::filesystem::file_type::not_found) {
+        return "there is no such file";
+    }
+    return error ? error.message() : std::string("it cannot be read");
+}
+
+[[noreturn]] void RefuseLayout(const std::filesystem::path& path, const std::string& reason) {
+    throw BatchFailure{ExitStatus::Layout, fmt::format("the layout {} did not load: {}",
+                                                       Utf8FromWide(PathText(path)), reason)};
+}
+
+[[noreturn]] void RefuseProcess(const std::filesystem::path& path, const std::string& reason) {
+    throw BatchFailure{ExitStatus::Process, fmt::format("the process file {} cannot be run: {}",
+                                                        Utf8FromWide(PathText(path)), reason)};
+}
+
+std::string LayoutReason(const std::filesystem::path& path, std::int32_t code) {
+    const std::string reason =
+        code == cannotBeOpened ? WhyNotOpened(path) : LayoutErrorReason(code);
+    return fmt::format("{} (error {})", reason, code);
+}
+
+}  // namespace
+
+void LoadColors(const std::filesystem::path& path) {
+    if (LoadColorTable(path) != 0) {
+        throw BatchFailure{
+            ExitStatus::Other,
+            fmt::format("Could not load color file or color file contains errors: {}",
+                        Utf8FromWide(PathText(path)))};
+    }
+}
+
+std::unique_ptr<GdsDatabase> LoadLayoutFile(const std::filesystem::path& path,
+                                            LogConsole* console) {
+    console->Write(std::string("--- Handling \"Load GDS\" command ---"));
+    LayoutLoad load;
+    try {
+        load = LoadLayout(path, console);
+    } catch (const std::bad_alloc&) {
+        RefuseLayout(path, outOfMemory);
+    } catch (const std::exception& error) {
+        RefuseLayout(path, error.what());
+    }
+    if (load.code != 0) {
+        RefuseLayout(path, LayoutReason(path, load.code));
+    }
+    return std::move(load.database);
+}
+
+std::unique_ptr<ProcessModel> PrepareProcess(const std::filesystem::path& path,
+                                             const GdsDatabase& database, LogConsole* console) {
+    RememberingConsole remembering(console);
+    remembering.Write(std::string("--- Handling \"Run\" command ---"));
+    try {
+        return std::make_unique<ProcessModel>(path, database, &remembering, nullptr);
+    } catch (const std::bad_alloc&) {
+        RefuseProcess(path, outOfMemory);
+    } catch (const std::exception& error) {
+        // As a rule the reason is on the console, and the exception has no text of its own.
+        std::string reason = remembering.FirstError();
+        if (reason.starts_with("Failed to open")) {
+            reason = WhyNotOpened(path);
+        }
+        RefuseProcess(path, reason.empty() ? error.what() : reason);
+    }
+}
+
+}  // namespace zelmo

@@ -1,0 +1,114 @@
+#include "batch/options.h"
+
+#include <algorithm>
+#include <map>
+
+#include <CLI/CLI.hpp>
+
+#include "shell/text.h"
+
+namespace zelmo {
+
+namespace {
+
+constexpr const char* description =
+    "Runs a process on a layout, step by step, and saves a picture of the stack after every step.\n"
+    "Standard output shows the lines of the run; errors and progress go to standard error.";
+
+constexpr const char* exitStatuses =
+    "Exit status: 0 all done, 1 wrong usage, 2 the layout did not load, 3 the process file was\n"
+    "refused or the run could not be prepared, 4 a picture could not be made or written,\n"
+    "5 anything else.";
+
+const std::map<std::string, PictureFormat> formats = {{"bmp", PictureFormat::Bmp},
+                                                      {"png", PictureFormat::Png}};
+
+/// The command line as it was typed.
+struct Texts {
+    std::string layout;
+    std::string process;
+    std::string output;
+    std::string assets;
+    std::string format = "png";
+    bool noPictures = false;
+};
+
+std::filesystem::path PathFromArgument(const std::string& argument) {
+    return PathFromText(WideFromUtf8(argument));
+}
+
+void AddOptions(CLI::App& app, Texts& texts, BatchOptions& options) {
+    app.allow_windows_style_options(false);
+    app.set_version_flag("--version", "zelmo-batch " ZELMO_VERSION);
+    app.footer(exitStatuses);
+    app.add_option("LAYOUT.gds", texts.layout, "The layout, a GDSII stream file")
+        ->required()
+        ->type_name("");
+    app.add_option("PROCESS.txt", texts.process, "The process file")->required()->type_name("");
+    app.add_option("-o,--output", texts.output,
+                   "Folder for the pictures (default: a new one beside the process file, named "
+                   "after it and the time)")
+        ->type_name("DIR");
+    app.add_option("--format", texts.format, "Picture files: png (default) or bmp")
+        ->type_name("bmp|png");
+    app.add_flag("--check", options.checkOnly, "Read and check both files, run nothing");
+    app.add_flag("--no-pictures", texts.noPictures, "Run the steps, draw nothing (needs no GL)");
+    app.add_option("--assets", texts.assets,
+                   "Folder of colors.txt and the shaders (default: the program's own, then the "
+                   "current directory)")
+        ->type_name("DIR");
+    app.add_flag("--quiet", options.quiet, "Write only errors");
+}
+
+/// What the parser cannot see; the reason, or nothing if all is well.
+std::string CheckTexts(const CLI::App& app, const Texts& texts) {
+    if (formats.count(texts.format) == 0) {
+        return "--format: \"" + texts.format + "\" is neither bmp nor png";
+    }
+    for (const auto& [name, value] :
+         {std::pair("--output", &texts.output), std::pair("--assets", &texts.assets)}) {
+        if (app.count(name) > 0 && value->empty()) {
+            return std::string(name) + ": the folder has no name";
+        }
+    }
+    return {};
+}
+
+CommandLine UsageError(const std::string& reason) {
+    return {std::nullopt, ExitStatus::Usage, reason + " (--help lists the options)"};
+}
+
+}  // namespace
+
+CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
+    Texts texts;
+    BatchOptions options;
+    CLI::App app(description, "zelmo-batch");
+    AddOptions(app, texts, options);
+    try {
+        // The parser takes its arguments last first.
+        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    } catch (const CLI::CallForHelp&) {
+        return {std::nullopt, ExitStatus::Success, app.help()};
+    } catch (const CLI::CallForVersion& version) {
+        return {std::nullopt, ExitStatus::Success, std::string(version.what()) + "\n"};
+    } catch (const CLI::Error& error) {
+        return UsageError(error.what());
+    }
+    if (const std::string reason = CheckTexts(app, texts); !reason.empty()) {
+        return UsageError(reason);
+    }
+    options.layout = PathFromArgument(texts.layout);
+    options.process = PathFromArgument(texts.process);
+    options.format = formats.at(texts.format);
+    options.pictures = !texts.noPictures;
+    if (app.count("--output") > 0) {
+        options.output = PathFromArgument(texts.output);
+    }
+    if (app.count("--assets") > 0) {
+        options.assets = PathFromArgument(texts.assets);
+    }
+    return {options, ExitStatus::Success, {}};
+}
+
+}  // namespace zelmo

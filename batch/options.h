@@ -1,0 +1,36 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "batch/exit_status.h"
+#include "batch/picture_format.h"
+
+namespace zelmo {
+
+/// What the command line asks for.
+struct BatchOptions {
+    std::filesystem::path layout;
+    std::filesystem::path process;
+    std::optional<std::filesystem::path> output;  ///< none: a new folder beside the process file
+    PictureFormat format = PictureFormat::Png;
+    bool checkOnly = false;
+    bool pictures = true;
+    std::optional<std::filesystem::path> assets;  ///< none: where the program's own are
+    bool quiet = false;
+};
+
+/// A command line that was understood, or how the program ends at once: with `text` on standard
+/// output for Success (help, version), else with the one line `text` on standard error.
+struct CommandLine {
+    std::optional<BatchOptions> options;
+    ExitStatus status = ExitStatus::Success;
+    std::string text;
+};
+
+/// Reads the arguments behind the program's name, all in UTF-8 (on Linux, the bytes as they are).
+CommandLine ParseCommandLine(const std::vector<std::string>& arguments);
+
+}  // namespace zelmo

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "batch/picture_format.h"
+#include "shell/step_image.h"
+
+namespace zelmo {
+
+/// Where a run's pictures go.
+struct PictureFolder {
+    std::filesystem::path path;
+    PictureFormat format = PictureFormat::Png;
+};
+
+/// Makes the folder with its missing parents and sees that files can be made in it and that none of
+/// the pictures is there yet. `imageNames` are the names of the pictures in their order. Throws
+/// BatchFailure before anything but the folder has been made.
+void PreparePictureFolder(const PictureFolder& folder, const std::vector<std::wstring>& imageNames);
+
+/// How the saving of a picture went.
+enum class SaveOutcome {
+    Saved,
+    Refused,  ///< this picture cannot be saved, others may
+    NoRoom,   ///< the disk takes no more
+};
+
+struct SaveResult {
+    SaveOutcome outcome = SaveOutcome::Saved;
+    std::string message;  ///< names the file and the reason, if it was not saved
+};
+
+/// Saves the picture with this ordinal, counted from 1. Its name stands for a whole file at every
+/// moment: it is written under another one first. Never replaces a file.
+SaveResult SavePicture(const PictureFolder& folder, std::size_t ordinal, const StepImage& image);
+
+}  // namespace zelmo

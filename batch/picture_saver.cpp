@@ -1,0 +1,79 @@
+#include "batch/picture_saver.h"
+
+#include <fmt/format.h>
+
+#include <cstdint>
+#include <exception>
+#include <new>
+#include <system_error>
+
+#include "batch/assets.h"
+#include "batch/exit_status.h"
+#include "model/process_model.h"
+#include "shell/saved_images.h"
+#include "shell/text.h"
+
+namespace zelmo {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Pictures are numbered from 1, as in a program that has just started.
+std::int32_t ImageNumber(std::size_t index) {
+    return static_cast<std::int32_t>(index) + 1;
+}
+
+fs::path OutputFolder(const BatchOptions& options) {
+    if (options.output) {
+        return *options.output;
+    }
+    // The name is cut at the last dot of the whole path: dots that only lead the way to the file
+    // would mislead it.
+    std::error_code error;
+    const fs::path process = fs::absolute(options.process, error).lexically_normal();
+    return MakeOutputFolderName(error ? options.process : process);
+}
+
+std::string NoPicture(const ProcessModel& model, std::size_t index, const std::string& reason) {
+    const std::wstring name = StepImageName(ImageNumber(index), model.steps[index].description);
+    return fmt::format("the picture \"{}\" could not be made: {}", Utf8FromWide(name), reason);
+}
+
+}  // namespace
+
+PictureSaver::PictureSaver(const BatchOptions& options, const std::vector<fs::path>& assetFolders)
+    : studio_(FindAsset(assetFolders, "surface.shader"), FindAsset(assetFolders, "point.shader")),
+      folder_{OutputFolder(options), options.format} {}
+
+void PictureSaver::Begin(ProcessModel& model) {
+    std::vector<std::wstring> names;
+    for (std::size_t index = 0; index < model.steps.size(); ++index) {
+        names.push_back(StepImageName(ImageNumber(index), model.steps[index].description));
+    }
+    PreparePictureFolder(folder_, names);
+    studio_.AttachGraphics(model);
+}
+
+std::string PictureSaver::Save(ProcessModel& model, std::size_t index) {
+    StepImage image;
+    std::string problem;
+    try {
+        image = studio_.TakePicture(model, model.steps[index], ImageNumber(index), problem);
+    } catch (const std::bad_alloc&) {
+        throw BatchFailure{ExitStatus::Picture,
+                           NoPicture(model, index, "there is not enough memory")};
+    } catch (const std::exception& error) {
+        throw BatchFailure{ExitStatus::Picture, NoPicture(model, index, error.what())};
+    }
+    if (!problem.empty()) {
+        return NoPicture(model, index, problem);
+    }
+    SaveResult result = SavePicture(folder_, index + 1, image);
+    if (result.outcome == SaveOutcome::NoRoom) {
+        throw BatchFailure{ExitStatus::Picture, result.message};
+    }
+    return result.message;
+}
+
+}  // namespace zelmo

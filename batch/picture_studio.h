@@ -1,0 +1,46 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "render/gl_context.h"
+#include "render/layer_graphics_gl.h"
+#include "render/shader_program.h"
+#include "render/text_font.h"
+#include "shell/step_image.h"
+
+namespace zelmo {
+
+struct Camera;
+struct ProcessModel;
+struct ProcessStep;
+
+/// What pictures are made with. To outlive every model that it draws.
+class PictureStudio {
+public:
+    /// Sets up GL without a window, and the shaders. Throws BatchFailure with the reason if no
+    /// picture could be made.
+    PictureStudio(const std::filesystem::path& surfaceShader,
+                  const std::filesystem::path& pointShader);
+    ~PictureStudio();
+
+    /// Gives GL to a model that was prepared without it and has no layers yet.
+    void AttachGraphics(ProcessModel& model);
+
+    /// Brings the model's meshes up to date and takes the picture of a finished step. `problem`
+    /// receives the reason if it could not be drawn, else an empty text.
+    StepImage TakePicture(ProcessModel& model, const ProcessStep& step, std::int32_t imageNumber,
+                          std::string& problem);
+
+private:
+    std::unique_ptr<GlContext> context_;  // first: everything else goes while it is current
+    LayerGraphicsGl layerGraphics_;
+    TextFont textFont_;
+    std::unique_ptr<ShaderProgram> surfaceShader_;
+    std::unique_ptr<ShaderProgram> pointShader_;
+    std::unique_ptr<Camera> camera_;
+};
+
+}  // namespace zelmo

@@ -1,0 +1,187 @@
+#include "model/cover_map.h"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "tests/model/grid_model.h"
+#include "tests/plain/cover_map_plain.h"
+
+namespace zelmo {
+namespace {
+
+constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+constexpr float infinity = std::numeric_limits<float>::infinity();
+
+/// A layer on height 1 that is 2 thick at one cell and has no thickness elsewhere.
+Layer& AppendBump(ProcessModel& model, std::int32_t col, std::int32_t row) {
+    Layer& layer = AppendFlatLayer(model, 1.0f, 0.0f);
+    layer.top[CellAt(model, col, row)] = 3.0f;
+    return layer;
+}
+
+TEST(CoverMap, WithoutLayersCellsStayAsTheyWere) {
+    ProcessModel model;
+    SetUpGrid(model, 4, 3, 1.0f);
+    model.coverMap[5] = {7, 2.5f};
+    const auto before = BitsOf(model.coverMap);
+    UpdateCoverMap(model);
+    EXPECT_EQ(BitsOf(model.coverMap), before);
+}
+
+TEST(CoverMap, WithoutColumnsNothingIsTouched) {
+    ProcessModel model;
+    model.gridRows = 3;
+    AppendFlatLayer(model, 0.0f, 1.0f);
+    UpdateCoverMap(model);
+    EXPECT_TRUE(model.coverMap.empty());
+}
+
+TEST(CoverMap, CellsThatNoLayerCoversStayAsTheyWere) {
+    ProcessModel model;
+    SetUpGrid(model, 5, 1, 1.0f);
+    model.coverMap.assign(5, {9, 4.0f});
+    AppendBump(model, 0, 0);
+    UpdateCoverMap(model);
+    EXPECT_EQ(model.coverMap[0].layerId, 0);
+    EXPECT_EQ(model.coverMap[0].height, 3.0f);
+    EXPECT_EQ(model.coverMap[1].layerId, 0);
+    EXPECT_EQ(model.coverMap[1].height, 1.0f);
+    for (std::size_t cell = 2; cell < 5; ++cell) {
+        EXPECT_EQ(model.coverMap[cell].layerId, 9);
+        EXPECT_EQ(model.coverMap[cell].height, 4.0f);
+    }
+}
+
+TEST(CoverMap, TheTopmostLayerWins) {
+    ProcessModel model;
+    SetUpGrid(model, 3, 3, 1.0f);
+    AppendFlatLayer(model, 0.0f, 5.0f);
+    AppendFlatLayer(model, 1.0f, 2.0f);
+    UpdateCoverMap(model);
+    for (const CoverCell& cover : model.coverMap) {
+        EXPECT_EQ(cover.layerId, 1);
+        EXPECT_EQ(cover.height, 3.0f) << "also where a lower layer stands higher";
+    }
+}
+
+TEST(CoverMap, ALayerCoversTheCellsAroundItsThicknessAtTheirOwnHeight) {
+    ProcessModel model;
+    SetUpGrid(model, 7, 7, 1.0f);
+    AppendFlatLayer(model, 0.0f, 1.0f);
+    AppendBump(model, 3, 3);
+    UpdateCoverMap(model);
+    for (std::int32_t row = 0; row < 7; ++row) {
+        for (std::int32_t col = 0; col < 7; ++col) {
+            const bool near = std::abs(col - 3) <= 1 && std::abs(row - 3) <= 1;
+            const CoverCell& cover = model.coverMap[CellAt(model, col, row)];
+            EXPECT_EQ(cover.layerId, near ? 1 : 0) << col << ", " << row;
+            EXPECT_EQ(cover.height, col == 3 && row == 3 ? 3.0f : 1.0f) << col << ", " << row;
+        }
+    }
+}
+
+TEST(CoverMap, TheEdgeOfTheGridDoesNotWrapAround) {
+    ProcessModel model;
+    SetUpGrid(model, 4, 4, 1.0f);
+    AppendFlatLayer(model, 0.0f, 1.0f);
+    AppendBump(model, 3, 1);
+    UpdateCoverMap(model);
+    for (std::int32_t row = 0; row < 4; ++row) {
+        EXPECT_EQ(model.coverMap[CellAt(model, 0, row)].layerId, 0) << row;
+    }
+    EXPECT_EQ(model.coverMap[CellAt(model, 2, 2)].layerId, 1);
+}
+
+TEST(CoverMap, EmptySlotsAreSkippedAndKeepTheirNumber) {
+    ProcessModel model;
+    SetUpGrid(model, 2, 2, 1.0f);
+    AppendFlatLayer(model, 0.0f, 1.0f);
+    AppendFlatLayer(model, 1.0f, 1.0f);
+    AppendFlatLayer(model, 2.0f, 1.0f);
+    AppendFlatLayer(model, 3.0f, 1.0f);
+    DestroyLayer(model.layers[1]);
+    DestroyLayer(model.layers[3]);
+    UpdateCoverMap(model);
+    EXPECT_EQ(model.coverMap[0].layerId, 2);
+    DestroyLayer(model.layers[2]);
+    UpdateCoverMap(model);
+    EXPECT_EQ(model.coverMap[0].layerId, 0);
+    EXPECT_EQ(model.coverMap[0].height, 1.0f);
+}
+
+TEST(CoverMap, ANaNCountsAsThickness) {
+    ProcessModel model;
+    SetUpGrid(model, 3, 1, 1.0f);
+    AppendFlatLayer(model, 0.0f, 1.0f);
+    Layer& film = AppendFlatLayer(model, 1.0f, 0.0f);
+    film.top[0] = nan;
+    UpdateCoverMap(model);
+    EXPECT_EQ(model.coverMap[0].layerId, 1);
+    EXPECT_NE(model.coverMap[0].height, model.coverMap[0].height);
+    EXPECT_EQ(model.coverMap[1].layerId, 1);
+    EXPECT_EQ(model.coverMap[1].height, 1.0f);
+    EXPECT_EQ(model.coverMap[2].layerId, 0);
+}
+
+TEST(CoverMap, InfiniteHeightsHaveThicknessAlsoWhereTheyAreEqual) {
+    // The difference of two infinities is no number.
+    ProcessModel model;
+    SetUpGrid(model, 1, 1, 1.0f);
+    AppendFlatLayer(model, 0.0f, 1.0f);
+    AppendFlatLayer(model, infinity, 0.0f);
+    UpdateCoverMap(model);
+    EXPECT_EQ(model.coverMap[0].layerId, 1);
+}
+
+TEST(CoverMap, TheSmallestDifferenceIsThickness) {
+    ProcessModel model;
+    SetUpGrid(model, 1, 1, 1.0f);
+    AppendFlatLayer(model, 0.0f, 1.0f);
+    AppendFlatLayer(model, 1e-38f, 1e-45f);
+    UpdateCoverMap(model);
+    EXPECT_EQ(model.coverMap[0].layerId, 1);
+}
+
+/// Layers with holes, NaN and infinite heights, and empty slots between them.
+void AppendRandomLayers(ProcessModel& model, TestRandom& random) {
+    const std::uint32_t thickIn = 1 + random.Below(30);
+    const std::uint32_t slots = random.Below(6);
+    for (std::uint32_t slot = 0; slot < slots; ++slot) {
+        Layer& layer = AppendFlatLayer(model, 0.0f, 0.0f);
+        for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+            layer.bottom[cell] = random.Unit();
+            layer.top[cell] =
+                layer.bottom[cell] + (random.Below(thickIn) == 0 ? random.Unit() : 0.0f);
+            if (random.Below(200) == 0) {
+                layer.top[cell] = random.Below(2) == 0 ? nan : infinity;
+            }
+        }
+        if (random.Below(4) == 0) {
+            DestroyLayer(model.layers.back());
+        }
+    }
+}
+
+TEST(CoverMap, IsTheSameAsByNineLooksAtEachLayer) {
+    TestRandom random(7);
+    for (int i = 0; i < 200; ++i) {
+        ProcessModel model;
+        const std::int32_t cols = 1 + static_cast<std::int32_t>(random.Below(20));
+        const std::int32_t rows = i % 5 == 0 ? 1 : 1 + static_cast<std::int32_t>(random.Below(20));
+        SetUpGrid(model, cols, rows, 0.1f);
+        AppendRandomLayers(model, random);
+        for (CoverCell& cover : model.coverMap) {
+            cover = {static_cast<std::int32_t>(random.Below(3)), random.Unit()};
+        }
+        const std::vector<CoverCell> before = model.coverMap;
+        UpdateCoverMapPlain(model);
+        const std::vector<CoverCell> plain = model.coverMap;
+        model.coverMap = before;
+        UpdateCoverMap(model);
+        ASSERT_EQ(BitsOf(model.coverMap), BitsOf(plain)) << i;
+    }
+}
+
+}  // namespace
+}  // namespace zelmo

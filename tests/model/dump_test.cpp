@@ -1,0 +1,200 @@
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <limits>
+#include <string>
+
+#include "model/execute_step.h"
+#include "tests/model/grid_model.h"
+#include "tests/support/recording_console.h"
+#include "tests/support/temp_folder.h"
+
+namespace zelmo {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Makes a fresh folder the current one for the length of a test.
+class DumpStep : public testing::Test {
+protected:
+    DumpStep() : before_(fs::current_path()) { fs::current_path(folder_.Path()); }
+    ~DumpStep() override { fs::current_path(before_); }
+
+    static void Dump(ProcessModel& model, RecordingConsole* console = nullptr) {
+        ProcessStep step;
+        step.kind = StepDump;
+        step.description = "dumping of stack data";
+        ExecuteStep(model, step, console);
+    }
+
+    /// What the file says, with the platform's line ends read as '\n'.
+    static std::string Text() {
+        std::ifstream file("VertexData.txt");
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+private:
+    TempFolder folder_;
+    fs::path before_;
+};
+
+TEST_F(DumpStep, WritesTheWholeStack) {
+    ProcessModel model;
+    SetUpGrid(model, 2, 2, 1.0f);
+    AppendFlatLayer(model, 0.0f, 0.5f);
+    AppendFlatLayer(model, 0.5f, 0.1f);
+    AppendFlatLayer(model, 0.6f, 0.0f);
+    DestroyLayer(model.layers[1]);
+    model.layers[2]->top[3] = 12.5f;
+    for (std::int32_t id = 0; id < 4; ++id) {
+        model.coverMap[static_cast<std::size_t>(id)] = {id, 0.6f + static_cast<float>(id)};
+    }
+    RecordingConsole console;
+    Dump(model, &console);
+    EXPECT_EQ(console.lines, (std::vector<std::string>{"Executing dumping of stack data ..."}));
+
+    const std::string film = "\tBOT: 0.600000023842\tTOP: 0.600000023842\tTHI: 0.000000000000\n";
+    const std::string ground = "\tBOT: 0.000000000000\tTOP: 0.500000000000\tTHI: 0.500000000000\n";
+    EXPECT_EQ(Text(),
+              "\nCOVER LAYER ID: 0\tHEIGHT: 0.6000000238\n"
+              "M: 0\tN: 0\tL: 0" +
+                  ground + "M: 0\tN: 0\tL: 2" + film +
+                  "\n"
+                  "\nCOVER LAYER ID: 1\tHEIGHT: 1.6000000238\n"
+                  "M: 0\tN: 1\tL: 0" +
+                  ground + "M: 0\tN: 1\tL: 2" + film +
+                  "\n"
+                  "\n\n"
+                  "\nCOVER LAYER ID: 2\tHEIGHT: 2.5999999046\n"
+                  "M: 1\tN: 0\tL: 0" +
+                  ground + "M: 1\tN: 0\tL: 2" + film +
+                  "\n"
+                  "\nCOVER LAYER ID: 3\tHEIGHT: 3.5999999046\n"
+                  "M: 1\tN: 1\tL: 0" +
+                  ground +
+                  "M: 1\tN: 1\tL: 2\tBOT: 0.600000023842\tTOP: 12.500000000000\t"
+                  "THI: 11.899999618530\n\n"
+                  "\n\n");
+}
+
+TEST_F(DumpStep, ChangesNothingInTheModel) {
+    ProcessModel model;
+    SetUpGrid(model, 3, 2, 1.0f);
+    Layer& layer = AppendFlatLayer(model, 0.0f, 0.5f);
+    layer.meshDirty = false;
+    model.coverMap[4] = {3, 0.7f};
+    const auto cover = BitsOf(model.coverMap);
+    const auto top = BitsOf(layer.top);
+    Dump(model);
+    EXPECT_EQ(BitsOf(model.coverMap), cover);
+    EXPECT_EQ(BitsOf(layer.top), top);
+    EXPECT_FALSE(layer.meshDirty);
+    EXPECT_EQ(model.layers.size(), 1U);
+}
+
+TEST_F(DumpStep, OverwritesAnOlderFile) {
+    std::ofstream("VertexData.txt") << std::string(10000, 'x');
+    ProcessModel model;
+    SetUpGrid(model, 1, 1, 1.0f);
+    Dump(model);
+    EXPECT_EQ(Text(), "\nCOVER LAYER ID: 0\tHEIGHT: 0.0000000000\n\n\n\n");
+}
+
+TEST_F(DumpStep, LineEndsArePlatformsOwn) {
+    ProcessModel model;
+    SetUpGrid(model, 1, 1, 1.0f);
+    Dump(model);
+    std::ofstream("lines.txt") << "\n\n\n\n\n";
+    EXPECT_EQ(
+        fs::file_size("VertexData.txt"),
+        fs::file_size("lines.txt") + std::string("COVER LAYER ID: 0\tHEIGHT: 0.0000000000").size());
+}
+
+TEST_F(DumpStep, SaysNothingWhereTheFileCannotBeOpened) {
+    fs::create_directory("VertexData.txt");
+    ProcessModel model;
+    SetUpGrid(model, 2, 2, 1.0f);
+    RecordingConsole console;
+    Dump(model, &console);
+    EXPECT_EQ(console.lines, (std::vector<std::string>{"Executing dumping of stack data ..."}));
+    EXPECT_TRUE(fs::is_directory("VertexData.txt"));
+    fs::remove("VertexData.txt");
+}
+
+TEST_F(DumpStep, WritesStrangeNumbersTheSameOnEveryPlatform) {
+    const float infinity = std::numeric_limits<float>::infinity();
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    ProcessModel model;
+    SetUpGrid(model, 8, 1, 1.0f);
+    const float heights[] = {infinity, -infinity,        nan,          -nan, -0.0f,
+                             1e-45f,   0.0001220703125f, 3.4028235e38f};
+    for (std::size_t cell = 0; cell < 8; ++cell) {
+        model.coverMap[cell].height = heights[cell];
+    }
+    Layer& layer = AppendFlatLayer(model, 0.0f, 0.0f);
+    layer.top.assign(heights, heights + 8);
+    Dump(model);
+    const std::string text = Text();
+    const char* covers[] = {"inf",           "-inf",
+                            "nan",           "-nan",
+                            "-0.0000000000", "0.0000000000",
+                            "0.0001220703",  "340282346638528859811704183484516925440.0000000000"};
+    // 2^-13 lies half-way between two texts of twelve decimals: the even one is taken.
+    const char* tops[] = {"inf",
+                          "-inf",
+                          "nan",
+                          "-nan",
+                          "-0.000000000000",
+                          "0.000000000000",
+                          "0.000122070312",
+                          "340282346638528859811704183484516925440.000000000000"};
+    std::size_t from = 0;
+    for (int cell = 0; cell < 8; ++cell) {
+        const std::string cover = std::string("HEIGHT: ") + covers[cell] + "\n";
+        const std::string top = std::string("TOP: ") + tops[cell] + "\t";
+        from = text.find(cover, from);
+        ASSERT_NE(from, std::string::npos) << cover;
+        from = text.find(top, from);
+        ASSERT_NE(from, std::string::npos) << top;
+    }
+}
+
+TEST_F(DumpStep, NumbersReadAsThePlatformPrintsThem) {
+    TestRandom random(12);
+    ProcessModel model;
+    SetUpGrid(model, 2000, 1, 1.0f);
+    Layer& layer = AppendFlatLayer(model, 0.0f, 0.0f);
+    for (std::size_t cell = 0; cell < 2000; ++cell) {
+        // Heights, multiples of small powers of two that end in a tie, and any bits at all.
+        const float values[] = {
+            10.0f * random.Unit(), static_cast<float>(random.Below(9999)) / 8192.0f,
+            static_cast<float>(random.Below(9999)) / 2048.0f, std::bit_cast<float>(random.Bits())};
+        layer.top[cell] = values[random.Below(4)];
+        layer.bottom[cell] = values[random.Below(4)];
+        model.coverMap[cell].height = values[random.Below(4)];
+        if (layer.top[cell] != layer.top[cell] || layer.bottom[cell] != layer.bottom[cell]) {
+            layer.top[cell] = layer.bottom[cell] = 1.0f;
+        }
+    }
+    Dump(model);
+    std::string expected;
+    for (std::size_t cell = 0; cell < 2000; ++cell) {
+        char line[1024];
+        std::snprintf(line, sizeof line, "\nCOVER LAYER ID: %d\tHEIGHT: %.10f\n", 0,
+                      static_cast<double>(model.coverMap[cell].height));
+        expected += line;
+        const float thickness = layer.top[cell] - layer.bottom[cell];
+        std::snprintf(line, sizeof line,
+                      "M: %d\tN: %d\tL: %d\tBOT: %.12f\tTOP: %.12f\tTHI: %.12f\n\n", 0,
+                      static_cast<int>(cell), 0, static_cast<double>(layer.bottom[cell]),
+                      static_cast<double>(layer.top[cell]), static_cast<double>(thickness));
+        expected += line;
+    }
+    EXPECT_EQ(Text(), expected + "\n\n");
+}
+
+}  // namespace
+}  // namespace zelmo

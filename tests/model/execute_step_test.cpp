@@ -1,0 +1,283 @@
+#include "model/execute_step.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "model/cover_map.h"
+#include "shell/color_table.h"
+#include "shell/debug_trace.h"
+#include "tests/model/call_log_graphics.h"
+#include "tests/model/grid_model.h"
+#include "tests/plain/disc_filter_plain.h"
+#include "tests/support/recording_console.h"
+
+namespace zelmo {
+namespace {
+
+using Lines = std::vector<std::string>;
+
+Lines traceLines;
+
+/// Collects the trace while it lives.
+struct TraceRecorder {
+    TraceRecorder() {
+        traceLines.clear();
+        SetDebugTraceSink([](const char* text) { traceLines.emplace_back(text); });
+    }
+    ~TraceRecorder() { SetDebugTraceSink(nullptr); }
+};
+
+ProcessStep StepOf(StepKind kind, std::string description = "") {
+    ProcessStep step;
+    step.kind = kind;
+    step.description = std::move(description);
+    return step;
+}
+
+/// A model with its substrate on.
+void SetUpSubstrate(ProcessModel& model, std::int32_t cols, std::int32_t rows) {
+    SetUpGrid(model, cols, rows, 0.1f);
+    ExecuteStep(model, StepOf(StepSubstrate), nullptr);
+}
+
+Layer& AppendResist(ProcessModel& model, float bottom, float thickness) {
+    Layer& resist = AppendFlatLayer(model, bottom, thickness, "PR");
+    resist.isPhotoresist = true;
+    return resist;
+}
+
+TEST(ExecuteStep, SaysWhatItExecutes) {
+    ProcessModel model;
+    SetUpGrid(model, 3, 3, 1.0f);
+    RecordingConsole console;
+    ExecuteStep(model, StepOf(StepStrip, "PR strip {}"), &console);
+    EXPECT_EQ(console.lines, (Lines{"Executing PR strip {} ..."}));
+}
+
+TEST(ExecuteStep, WithoutADescriptionSaysNothing) {
+    ProcessModel model;
+    SetUpGrid(model, 3, 3, 1.0f);
+    RecordingConsole console;
+    ExecuteStep(model, StepOf(StepSubstrate), &console);
+    EXPECT_TRUE(console.lines.empty());
+    EXPECT_EQ(model.layers.size(), 1U);
+}
+
+TEST(ExecuteStep, OtherKindsDoNothing) {
+    for (const std::int32_t kind : {1, 5, 6, 11, -1, 2147483647}) {
+        ProcessModel model;
+        SetUpSubstrate(model, 3, 3);
+        const auto before = BitsOf(model.coverMap);
+        ProcessStep step;
+        step.kind = kind;
+        step.description = "something";
+        RecordingConsole console;
+        ExecuteStep(model, step, &console);
+        EXPECT_EQ(console.lines, (Lines{"Executing something ..."}));
+        EXPECT_EQ(model.layers.size(), 1U);
+        EXPECT_EQ(BitsOf(model.coverMap), before);
+    }
+}
+
+TEST(ExecuteStep, TracesEveryKindButSubstrateAndDump) {
+    const TraceRecorder recorder;
+    const std::pair<StepKind, Lines> kinds[] = {
+        {StepCoating, {"Executing coating"}},
+        {StepDeposition, {"Executing deposition"}},
+        {StepSubstrate, {}},
+        {StepPhoto, {"Executing photo"}},
+        {StepEtch, {"Executing etch"}},
+        {StepStrip, {"Executing strip"}},
+        {StepRelease, {"Executing release"}},
+    };
+    for (const auto& [kind, lines] : kinds) {
+        ProcessModel model;
+        SetUpSubstrate(model, 4, 4);
+        traceLines.clear();
+        ExecuteStep(model, StepOf(kind), nullptr);
+        EXPECT_EQ(traceLines, lines) << kind;
+    }
+}
+
+TEST(SubstrateStep, LiesOnTheCoverAndBecomesIt) {
+    ProcessModel model;
+    SetUpGrid(model, 4, 3, 0.1f);
+    model.windowWidth = 86.0f;
+    model.coverMap[5].height = 2.0f;
+    model.coverMap[6].layerId = 9;
+    ExecuteStep(model, StepOf(StepSubstrate), nullptr);
+
+    const float thickness = 0x1.133334p+2f;  // 86 times the single-precision 0.05
+    EXPECT_EQ(model.substrateThickness, thickness);
+    ASSERT_EQ(model.layers.size(), 1U);
+    const Layer& substrate = *model.layers[0];
+    EXPECT_EQ(substrate.material, "_SUB_");
+    EXPECT_EQ(substrate.label, "SUBSTRATE");
+    EXPECT_EQ(substrate.alpha, 1.0f);
+    EXPECT_TRUE(substrate.meshDirty);
+    EXPECT_FALSE(substrate.isPhotoresist);
+    for (std::size_t cell = 0; cell < 12; ++cell) {
+        const float bottom = cell == 5 ? 2.0f : 0.0f;
+        EXPECT_EQ(substrate.bottom[cell], bottom);
+        EXPECT_EQ(substrate.top[cell], bottom + thickness);
+        EXPECT_EQ(model.coverMap[cell].height, bottom + thickness);
+        EXPECT_EQ(model.coverMap[cell].layerId, 0);
+    }
+}
+
+TEST(SubstrateStep, IsBeigeWhereTheColourTableHasIt) {
+    GetColorTable() = {{"Beige", 1, 2, 3}, {"beige", 245, 245, 220}, {"beige", 9, 9, 9}};
+    ProcessModel model;
+    SetUpSubstrate(model, 2, 2);
+    GetColorTable().clear();
+    EXPECT_EQ(model.layers[0]->color,
+              (std::array<float, 3>{245.0f / 255.0f, 245.0f / 255.0f, 220.0f / 255.0f}));
+}
+
+TEST(SubstrateStep, IsBlackWithoutAMessageWhereTheColourTableLacksBeige) {
+    GetColorTable() = {{"Beige", 1, 2, 3}};
+    ProcessModel model;
+    SetUpGrid(model, 2, 2, 1.0f);
+    RecordingConsole console;
+    ExecuteStep(model, StepOf(StepSubstrate, "Substrate"), &console);
+    GetColorTable().clear();
+    EXPECT_EQ(model.layers[0]->color, (std::array<float, 3>{}));
+    EXPECT_EQ(console.lines, (Lines{"Executing Substrate ..."}));
+}
+
+TEST(CoatingStep, AddsALevelledLayerAndUpdatesTheCover) {
+    ProcessModel model;
+    SetUpSubstrate(model, 20, 12);
+    Layer& bump = AppendFlatLayer(model, model.substrateThickness, 0.0f, "bump");
+    bump.top[CellAt(model, 7, 6)] += 0.4f;
+    UpdateCoverMap(model);
+    const std::vector<CoverCell> coverBefore = model.coverMap;
+
+    ProcessStep step = StepOf(StepCoating, "SOG coating");
+    step.material = "SOG";
+    step.materialType = "glass";
+    step.label = "Spin on glass";
+    step.color = {0.25f, 0.5f, 0.75f};
+    step.alpha = 0.5f;
+    step.thickness = 0.15f;
+    step.dop = 0.8f;
+    RecordingConsole console;
+    ExecuteStep(model, step, &console);
+
+    EXPECT_EQ(console.lines, (Lines{"Executing SOG coating ..."}));
+    ASSERT_EQ(model.layers.size(), 3U);
+    const Layer& film = *model.layers[2];
+    EXPECT_EQ(film.material, "SOG");
+    EXPECT_EQ(film.label, "Spin on glass");
+    EXPECT_EQ(film.color, step.color);
+    EXPECT_EQ(film.alpha, 0.5f);
+    EXPECT_TRUE(film.meshDirty);
+    EXPECT_FALSE(film.isPhotoresist);
+
+    const auto expected = CreateLayer(12, 20, 0.1f, nullptr);
+    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+        expected->bottom[cell] = coverBefore[cell].height;
+        expected->top[cell] = 0.15f + coverBefore[cell].height;
+    }
+    SmoothLayerTopPlain(model, *expected, 0.15f * 2.2f * 0.8f);
+    EXPECT_EQ(BitsOf(film.bottom), BitsOf(expected->bottom));
+    EXPECT_EQ(BitsOf(film.top), BitsOf(expected->top));
+    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+        EXPECT_EQ(model.coverMap[cell].layerId, 2);
+        EXPECT_EQ(model.coverMap[cell].height, film.top[cell]);
+    }
+}
+
+TEST(CoatingStep, LeavesTheOtherLayersAlone) {
+    ProcessModel model;
+    SetUpSubstrate(model, 8, 8);
+    model.layers[0]->meshDirty = false;
+    const auto top = BitsOf(model.layers[0]->top);
+    ProcessStep step = StepOf(StepCoating);
+    step.thickness = 0.3f;
+    step.dop = 1.0f;
+    ExecuteStep(model, step, nullptr);
+    EXPECT_EQ(BitsOf(model.layers[0]->top), top);
+    EXPECT_FALSE(model.layers[0]->meshDirty);
+}
+
+TEST(StripStep, DeletesAllResistAndBringsTheLayerBelowBack) {
+    ProcessModel model;
+    SetUpSubstrate(model, 5, 5);
+    const float ground = model.substrateThickness;
+    AppendFlatLayer(model, ground, 0.5f, "OX");
+    AppendResist(model, ground + 0.5f, 1.0f);
+    AppendFlatLayer(model, ground, 0.0f, "none");
+    AppendResist(model, ground, 0.0f);
+    UpdateCoverMap(model);
+    EXPECT_EQ(model.coverMap[12].layerId, 2);
+
+    ExecuteStep(model, StepOf(StepStrip), nullptr);
+    ASSERT_EQ(model.layers.size(), 5U);
+    EXPECT_NE(model.layers[0], nullptr);
+    EXPECT_NE(model.layers[1], nullptr);
+    EXPECT_EQ(model.layers[2], nullptr);
+    EXPECT_NE(model.layers[3], nullptr);
+    EXPECT_EQ(model.layers[4], nullptr);
+    for (const CoverCell& cover : model.coverMap) {
+        EXPECT_EQ(cover.layerId, 1);
+        EXPECT_EQ(cover.height, ground + 0.5f);
+    }
+}
+
+TEST(StripStep, MarksNoMeshDirty) {
+    ProcessModel model;
+    SetUpSubstrate(model, 3, 3);
+    AppendResist(model, model.substrateThickness, 1.0f);
+    model.layers[0]->meshDirty = false;
+    ExecuteStep(model, StepOf(StepStrip), nullptr);
+    EXPECT_FALSE(model.layers[0]->meshDirty);
+}
+
+TEST(StripStep, EmptiesASlotBeforeTheLayerGoes) {
+    CallLogGraphics graphics;
+    ProcessModel model;
+    model.graphics = &graphics;
+    SetUpSubstrate(model, 3, 3);
+    AppendResist(model, 0.0f, 1.0f);
+    AppendFlatLayer(model, 0.0f, 1.0f);
+    AppendResist(model, 0.0f, 1.0f);
+    graphics.onDestroy = [&](const Layer& layer) {
+        for (const auto& slot : model.layers) {
+            EXPECT_NE(slot.get(), &layer);
+        }
+        EXPECT_EQ(layer.top.size(), 9U);
+    };
+    ExecuteStep(model, StepOf(StepStrip), nullptr);
+    EXPECT_EQ(graphics.calls,
+              (Lines{"create 1", "create 2", "create 3", "create 4", "destroy 2", "destroy 4"}));
+    graphics.onDestroy = nullptr;
+}
+
+TEST(StripStep, WithoutLayersLeavesTheCoverAlone) {
+    ProcessModel model;
+    SetUpGrid(model, 2, 2, 1.0f);
+    model.coverMap[1] = {4, 2.0f};
+    ExecuteStep(model, StepOf(StepStrip), nullptr);
+    EXPECT_EQ(model.coverMap[1].layerId, 4);
+    EXPECT_EQ(model.coverMap[1].height, 2.0f);
+}
+
+TEST(EmptiedLayer, StaysInItsSlot) {
+    ProcessModel model;
+    SetUpSubstrate(model, 4, 4);
+    AppendFlatLayer(model, model.substrateThickness, 0.5f, "OX");
+    UpdateCoverMap(model);
+    ProcessStep release = StepOf(StepRelease);
+    release.targets = {"OX"};
+    ExecuteStep(model, release, nullptr);
+    ASSERT_EQ(model.layers.size(), 2U);
+    ASSERT_NE(model.layers[1], nullptr);
+    EXPECT_EQ(model.layers[1]->top, model.layers[1]->bottom);
+    EXPECT_EQ(model.coverMap[5].layerId, 0);
+}
+
+}  // namespace
+}  // namespace zelmo

@@ -1,0 +1,154 @@
+// What a step leaves behind when memory runs out: every allocation of every step is made to fail
+// once.
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <functional>
+#include <new>
+#include <string>
+#include <vector>
+
+#include "model/cover_map.h"
+#include "model/execute_step.h"
+#include "model/height_markers.h"
+#include "tests/model/grid_model.h"
+#include "tests/model/limited_memory.h"
+
+namespace zelmo {
+namespace {
+
+/// Runs `work` with memory for `allocations` allocations only. False if it ran out.
+bool RunWithin(std::int64_t allocations, const std::function<void()>& work) {
+    LimitAllocations(allocations);
+    try {
+        work();
+    } catch (const std::bad_alloc&) {
+        LimitAllocations(-1);
+        return false;
+    }
+    LimitAllocations(-1);
+    return true;
+}
+
+/// A graphics card that counts, without any allocation of its own.
+class CountingGraphics : public LayerGraphics {
+public:
+    void CreateLayerObjects(Layer&) override { ++layers; }
+    void UploadLayerMesh(const Layer&, std::span<const MeshVertex>,
+                         std::span<const std::uint32_t>) override {}
+    void DestroyLayerObjects(Layer&) noexcept override { --layers; }
+    void CreateMarkerObjects(HeightMarkers&) override { ++markers; }
+    void UploadMarkers(const HeightMarkers&) override {}
+    void DestroyMarkerObjects(HeightMarkers&) noexcept override { --markers; }
+
+    int layers = 0;
+    int markers = 0;
+};
+
+ProcessStep StepOf(StepKind kind) {
+    ProcessStep step;
+    step.kind = kind;
+    step.material = "a material whose name is too long to be kept in place";
+    step.label = "a label that is too long to be kept in place as well";
+    step.thickness = 0.4f;
+    step.stepCoverage = 0.5f;
+    step.dop = 0.5f;
+    step.depth = 0.3f;
+    step.iso = 0.2f;
+    step.res = 0.5f;
+    step.taper = 80.0f;
+    step.targets = {"OX"};
+    return step;
+}
+
+/// A substrate, an oxide and a piece of resist.
+void SetUpStack(ProcessModel& model) {
+    SetUpGrid(model, 9, 7, 0.25f);
+    ExecuteStep(model, StepOf(StepSubstrate), nullptr);
+    AppendFlatLayer(model, model.substrateThickness, 0.2f, "OX");
+    Layer& resist = AppendFlatLayer(model, model.substrateThickness + 0.2f, 0.0f, "PR");
+    resist.isPhotoresist = true;
+    resist.top[CellAt(model, 4, 3)] += 1.0f;
+    UpdateCoverMap(model);
+    // The stack is full, so that the next layer needs a larger one.
+    model.layers.shrink_to_fit();
+}
+
+std::vector<std::vector<std::uint32_t>> ArraysOf(const ProcessModel& model) {
+    std::vector<std::vector<std::uint32_t>> arrays{BitsOf(model.coverMap)};
+    for (const auto& layer : model.layers) {
+        arrays.push_back(layer == nullptr ? std::vector<std::uint32_t>{} : BitsOf(layer->top));
+    }
+    return arrays;
+}
+
+class ExhaustedMemory : public testing::TestWithParam<StepKind> {};
+
+TEST_P(ExhaustedMemory, LeavesTheStackAsItWas) {
+    const ProcessStep step = StepOf(GetParam());
+    bool finished = false;
+    int failures = 0;
+    for (std::int64_t allocations = 0; !finished; ++allocations) {
+        ASSERT_LT(allocations, 10000) << "the step never ends";
+        CountingGraphics graphics;
+        {
+            ProcessModel model;
+            model.graphics = &graphics;
+            SetUpStack(model);
+            const auto before = ArraysOf(model);
+            const int layersBefore = graphics.layers;
+            finished = RunWithin(allocations, [&] { ExecuteStep(model, step, nullptr); });
+            if (!finished) {
+                ++failures;
+                ASSERT_EQ(ArraysOf(model), before) << "after " << allocations << " allocations";
+                ASSERT_EQ(graphics.layers, layersBefore);
+            }
+        }
+        ASSERT_EQ(graphics.layers, 0);
+    }
+    const bool allocates = GetParam() != StepStrip && GetParam() != StepRelease;
+    EXPECT_EQ(failures > 0, allocates);
+}
+
+INSTANTIATE_TEST_SUITE_P(Steps, ExhaustedMemory,
+                         testing::Values(StepCoating, StepDeposition, StepPhoto, StepEtch,
+                                         StepStrip, StepRelease));
+
+TEST(ExhaustedMemoryTables, TablesAndMarkersAreReleased) {
+    bool finished = false;
+    for (std::int64_t allocations = 0; !finished; ++allocations) {
+        ASSERT_LT(allocations, 1000);
+        CountingGraphics graphics;
+        {
+            ProcessModel model;
+            model.graphics = &graphics;
+            finished = RunWithin(allocations, [&] {
+                SetUpGrid(model, 20, 20, 0.1f);
+                InitHeightMarkers(model);
+            });
+        }
+        ASSERT_EQ(graphics.markers, 0);
+    }
+}
+
+TEST(ExhaustedMemoryTables, SubstrateIsReleased) {
+    bool finished = false;
+    for (std::int64_t allocations = 0; !finished; ++allocations) {
+        ASSERT_LT(allocations, 1000);
+        CountingGraphics graphics;
+        {
+            ProcessModel model;
+            model.graphics = &graphics;
+            SetUpGrid(model, 5, 5, 0.1f);
+            finished =
+                RunWithin(allocations, [&] { ExecuteStep(model, StepOf(StepSubstrate), nullptr); });
+            ASSERT_EQ(model.layers.size(), finished ? 1U : 0U);
+            ASSERT_EQ(graphics.layers, finished ? 1 : 0);
+        }
+        ASSERT_EQ(graphics.layers, 0);
+    }
+}
+
+}  // namespace
+}  // namespace zelmo

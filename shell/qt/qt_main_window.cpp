@@ -6,6 +6,7 @@
 #include <QFileDialog>
 #include <QFontDatabase>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QMenuBar>
@@ -18,6 +19,7 @@
 #include <string>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include "shell/data_files.h"
 #include "shell/picture_maker.h"
@@ -30,6 +32,13 @@ namespace {
 
 constexpr int windowWidth = 1200;
 constexpr int windowHeight = 800;
+
+/// The current directory comes first: there the user can bring data files of his own.
+std::vector<std::filesystem::path> DataFolders() {
+    auto folders = InstalledDataFolders();
+    folders.insert(folders.begin(), std::filesystem::path());
+    return folders;
+}
 
 QString ToQString(const std::wstring& text) {
     return QString::fromStdWString(text);
@@ -45,6 +54,7 @@ QtMainWindow::QtMainWindow() : logic_(*this) {
     resize(std::min(windowWidth, screen.width()), std::min(windowHeight, screen.height()));
     move(screen.center() - rect().center());
     setFocusPolicy(Qt::StrongFocus);
+    setWindowIcon(QIcon(ToQString(PathText(FindDataFile(DataFolders(), "zelmo.ico")))));
 }
 
 QtMainWindow::~QtMainWindow() = default;
@@ -96,7 +106,7 @@ bool QtMainWindow::Prepare() {
     if (!context_) {
         return Fail("Could not initialize graphics");
     }
-    const auto folders = DesktopDataFolders();
+    const auto folders = DataFolders();
     if (!logic_.LoadColors(FindDataFile(folders, "colors.txt"))) {
         return Fail("Could not load color file or color file contains errors. Redo installation.");
     }

@@ -1,0 +1,79 @@
+#include "tests/batch/batch_fixture.h"
+
+#include <algorithm>
+#include <fstream>
+#include <iterator>
+#include <regex>
+
+#include "examples/gds_writer.h"
+#include "shell/text.h"
+
+namespace zelmo {
+
+std::filesystem::path BatchProgram() {
+    // Tests run in the build folder, where the programs lie.
+    return std::filesystem::current_path() / ZELMO_BATCH_FILE;
+}
+
+std::vector<std::uint8_t> SquareLayout() {
+    GdsWriter writer;
+    writer.BeginLibrary();
+    writer.BeginCell("TOP");
+    writer.Rectangle(1, 3000, 3000, 7000, 7000);
+    writer.EndCell();
+    writer.EndLibrary();
+    return writer.Bytes();
+}
+
+std::string MaskTimes(const std::string& text) {
+    return std::regex_replace(text, std::regex("[0-9]+\\.[0-9]{3} (s|sec)\n"), "# $1\n");
+}
+
+void ExpectRefusal(const Ended& ended, int status, const std::vector<std::string>& pieces) {
+    EXPECT_EQ(ended.status, status) << ended.errors;
+    EXPECT_EQ(std::count(ended.errors.begin(), ended.errors.end(), '\n'), 1) << ended.errors;
+    EXPECT_TRUE(ended.errors.starts_with("zelmo-batch: ")) << ended.errors;
+    EXPECT_TRUE(ended.errors.ends_with("\n")) << ended.errors;
+    for (const std::string& piece : pieces) {
+        EXPECT_NE(ended.errors.find(piece), std::string::npos) << piece << " in " << ended.errors;
+    }
+}
+
+BatchTest::BatchTest() {
+    WriteLayout(SquareLayout());
+    WriteProcess("deposition -name Oxide -type oxide -thickness 500 -color 200 100 50 100\n");
+}
+
+Ended BatchTest::Run(const std::vector<std::string>& arguments, const Launch& launch) const {
+    Launch here = launch;
+    here.workingFolder = folder_.Path();
+    return RunToEnd(BatchProgram(), arguments, here);
+}
+
+void BatchTest::WriteProcess(const std::string& steps, const std::string& name) const {
+    folder_.Write(name,
+                  "settings -version 4 -N 200 -angle 30\n"
+                  "location -x 0 -y 0 -dx 10 -dy 10\n"
+                  "gds -cell TOP\n" +
+                      steps);
+}
+
+void BatchTest::WriteLayout(const std::vector<std::uint8_t>& bytes) const {
+    folder_.Write("square.gds", bytes);
+}
+
+std::string BatchTest::FileText(const std::string& name) const {
+    std::ifstream stream(InFolder(name), std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+std::vector<std::string> BatchTest::FilesIn(const std::string& name) const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(InFolder(name))) {
+        names.push_back(Utf8FromWide(PathText(entry.path().filename())));
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+}  // namespace zelmo

@@ -1,0 +1,84 @@
+#include "batch/options.h"
+
+#include <gtest/gtest.h>
+
+#include "shell/text.h"
+
+namespace zelmo {
+namespace {
+
+BatchOptions Parse(const std::vector<std::string>& arguments) {
+    const CommandLine line = ParseCommandLine(arguments);
+    EXPECT_TRUE(line.options) << line.text;
+    return line.options.value_or(BatchOptions{});
+}
+
+void ExpectUsageError(const std::vector<std::string>& arguments, const std::string& piece) {
+    const CommandLine line = ParseCommandLine(arguments);
+    EXPECT_FALSE(line.options);
+    EXPECT_EQ(line.status, ExitStatus::Usage);
+    EXPECT_NE(line.text.find(piece), std::string::npos) << line.text;
+    EXPECT_EQ(line.text.find('\n'), std::string::npos) << line.text;
+}
+
+TEST(ParseCommandLine, TwoFilesAreEnough) {
+    const BatchOptions options = Parse({"a.gds", "b.txt"});
+    EXPECT_EQ(options.layout, "a.gds");
+    EXPECT_EQ(options.process, "b.txt");
+    EXPECT_FALSE(options.output);
+    EXPECT_EQ(options.format, PictureFormat::Png);
+    EXPECT_FALSE(options.checkOnly);
+    EXPECT_TRUE(options.pictures);
+    EXPECT_FALSE(options.assets);
+    EXPECT_FALSE(options.quiet);
+}
+
+TEST(ParseCommandLine, OptionsMayStandAnywhere) {
+    const BatchOptions options = Parse({"--check", "a.gds", "-o", "out", "--no-pictures", "b.txt",
+                                        "--quiet", "--format", "bmp", "--assets=data"});
+    EXPECT_EQ(options.layout, "a.gds");
+    EXPECT_EQ(options.process, "b.txt");
+    EXPECT_EQ(options.output, std::filesystem::path("out"));
+    EXPECT_EQ(options.format, PictureFormat::Bmp);
+    EXPECT_TRUE(options.checkOnly);
+    EXPECT_FALSE(options.pictures);
+    EXPECT_EQ(options.assets, std::filesystem::path("data"));
+    EXPECT_TRUE(options.quiet);
+}
+
+TEST(ParseCommandLine, FilesMayLookLikeOptions) {
+    EXPECT_EQ(Parse({"--", "-a.gds", "--quiet"}).process, "--quiet");
+    EXPECT_EQ(Parse({"/a.gds", "/b"}).layout, "/a.gds");
+}
+
+TEST(ParseCommandLine, ArgumentsAreUtf8) {
+    const BatchOptions options = Parse({"\xC3\xA9.gds", "b.txt"});
+    EXPECT_EQ(PathText(options.layout), L"\u00E9.gds");
+}
+
+TEST(ParseCommandLine, WrongUsageNamesWhatIsWrong) {
+    ExpectUsageError({}, "LAYOUT.gds");
+    ExpectUsageError({"a.gds"}, "PROCESS.txt");
+    ExpectUsageError({"a.gds", "b.txt", "c"}, "c");
+    ExpectUsageError({"a.gds", "b.txt", "--frob"}, "--frob");
+    ExpectUsageError({"a.gds", "b.txt", "--format", "tiff"}, "\"tiff\" is neither bmp nor png");
+    ExpectUsageError({"a.gds", "b.txt", "--format", "PNG"}, "PNG");
+    ExpectUsageError({"a.gds", "b.txt", "-o"}, "--output");
+    ExpectUsageError({"a.gds", "b.txt", "--output="}, "--output");
+    ExpectUsageError({"a.gds", "b.txt", "--assets", ""}, "--assets");
+    ExpectUsageError({"a.gds", "b.txt", "-o", "c", "--output", "d"}, "--output");
+    ExpectUsageError({"a.gds", "b.txt", "--quiet=maybe"}, "maybe");
+}
+
+TEST(ParseCommandLine, HelpAndVersionNeedNoFiles) {
+    for (const char* argument : {"-h", "--help", "--version"}) {
+        const CommandLine line = ParseCommandLine({argument});
+        EXPECT_FALSE(line.options);
+        EXPECT_EQ(line.status, ExitStatus::Success);
+        EXPECT_TRUE(line.text.ends_with("\n"));
+    }
+    EXPECT_EQ(ParseCommandLine({"--version"}).text, "zelmo-batch 3.2.1\n");
+}
+
+}  // namespace
+}  // namespace zelmo

@@ -1,0 +1,126 @@
+#include "batch/picture_folder.h"
+
+#include <gtest/gtest.h>
+
+#include "batch/exit_status.h"
+#include "batch/platform.h"
+#include "shell/saved_images.h"
+#include "shell/text.h"
+#include "tests/support/temp_folder.h"
+
+namespace zelmo {
+namespace {
+
+namespace fs = std::filesystem;
+
+StepImage SmallImage(std::wstring name) {
+    StepImage image;
+    image.width = 3;
+    image.height = 2;
+    image.name = std::move(name);
+    image.pixels.assign(24, 100);
+    return image;
+}
+
+std::size_t CountFiles(const fs::path& folder) {
+    return static_cast<std::size_t>(
+        std::distance(fs::directory_iterator(folder), fs::directory_iterator()));
+}
+
+class PictureFolderTest : public testing::Test {
+protected:
+    TempFolder temp_;
+    PictureFolder folder_{temp_.Path(), PictureFormat::Bmp};
+};
+
+TEST_F(PictureFolderTest, SavesUnderTheOrdinalAndThePicturesName) {
+    const SaveResult result = SavePicture(folder_, 3, SmallImage(L"008 oxide deposition"));
+    EXPECT_EQ(result.outcome, SaveOutcome::Saved);
+    EXPECT_EQ(result.message, "");
+    EXPECT_EQ(fs::file_size(temp_.Path() / "003 008 oxide deposition.bmp"), 24u + 54);
+    EXPECT_EQ(CountFiles(temp_.Path()), 1u);
+}
+
+TEST_F(PictureFolderTest, TheBytesAreThoseOfTheBitmapWriter) {
+    const StepImage image = SmallImage(L"001 a");
+    ASSERT_EQ(SavePicture(folder_, 1, image).outcome, SaveOutcome::Saved);
+    ASSERT_TRUE(WriteBitmap(image, temp_.Path() / "direct.bmp"));
+    std::string bytes[2];
+    for (const int i : {0, 1}) {
+        const FilePointer file =
+            OpenFile(temp_.Path() / (i == 0 ? "001 001 a.bmp" : "direct.bmp"), "rb");
+        bytes[i].resize(1000);
+        bytes[i].resize(std::fread(bytes[i].data(), 1, 1000, file.get()));
+    }
+    EXPECT_EQ(bytes[0].size(), 78u);
+    EXPECT_EQ(bytes[0], bytes[1]);
+}
+
+TEST_F(PictureFolderTest, NeverReplacesAFile) {
+    const fs::path file = temp_.Write("001 001 a.bmp", "mine");
+    const SaveResult result = SavePicture(folder_, 1, SmallImage(L"001 a"));
+    EXPECT_EQ(result.outcome, SaveOutcome::Refused);
+    EXPECT_NE(result.message.find("001 001 a.bmp"), std::string::npos) << result.message;
+    EXPECT_EQ(fs::file_size(file), 4u);
+    EXPECT_EQ(CountFiles(temp_.Path()), 1u);
+}
+
+TEST_F(PictureFolderTest, AnEmptyPictureIsRefused) {
+    StepImage image = SmallImage(L"001 a");
+    image.height = 0;
+    EXPECT_EQ(SavePicture(folder_, 1, image).outcome, SaveOutcome::Refused);
+    EXPECT_EQ(CountFiles(temp_.Path()), 0u);
+}
+
+TEST_F(PictureFolderTest, AFolderThatIsGoneTakesNoMore) {
+    folder_.path = temp_.Path() / "gone";
+    EXPECT_EQ(SavePicture(folder_, 1, SmallImage(L"001 a")).outcome, SaveOutcome::NoRoom);
+}
+
+TEST_F(PictureFolderTest, PreparingMakesTheFolderAndLeavesItEmpty) {
+    folder_.path = temp_.Path() / "a" / "b";
+    PreparePictureFolder(folder_, {L"001 a", L"002 b"});
+    EXPECT_TRUE(fs::is_directory(folder_.path));
+    EXPECT_EQ(CountFiles(folder_.path), 0u);
+}
+
+TEST_F(PictureFolderTest, PreparingRefusesAnyPictureThatIsThereAlready) {
+    temp_.Write("002 002 b.bmp", "mine");
+    PreparePictureFolder(folder_, {L"001 a", L"002 c"});
+    PreparePictureFolder({folder_.path, PictureFormat::Png}, {L"001 a", L"002 b"});
+    try {
+        PreparePictureFolder(folder_, {L"001 a", L"002 b"});
+        FAIL();
+    } catch (const BatchFailure& failure) {
+        EXPECT_EQ(failure.status, ExitStatus::Picture);
+        EXPECT_NE(failure.message.find("002 002 b.bmp"), std::string::npos) << failure.message;
+    }
+}
+
+TEST(CanNameFile, KnowsTheSeparators) {
+    EXPECT_TRUE(CanNameFile(L"001 001 \u00E9 (1).png"));
+    EXPECT_FALSE(CanNameFile(L"001 a/b.png"));
+    EXPECT_FALSE(CanNameFile(std::wstring(L"a\0b", 3)));
+}
+
+TEST(RenameToNew, NeverReplacesAFile) {
+    const TempFolder folder;
+    const fs::path from = folder.Write("from", "new");
+    const fs::path to = folder.Write("to", "older");
+    EXPECT_EQ(RenameToNew(from, to), std::errc::file_exists);
+    EXPECT_EQ(fs::file_size(from), 3u);
+    EXPECT_EQ(fs::file_size(to), 5u);
+    EXPECT_FALSE(RenameToNew(from, folder.Path() / "other"));
+    EXPECT_FALSE(fs::exists(from));
+    EXPECT_EQ(fs::file_size(folder.Path() / "other"), 3u);
+    EXPECT_TRUE(RenameToNew(folder.Path() / "other", folder.Path() / "absent" / "x"));
+}
+
+TEST(CreateNewFile, OpensNoFileThatExists) {
+    const TempFolder folder;
+    EXPECT_EQ(CreateNewFile(folder.Write("old", "kept")), nullptr);
+    EXPECT_NE(CreateNewFile(folder.Path() / "new"), nullptr);
+}
+
+}  // namespace
+}  // namespace zelmo

@@ -1,0 +1,231 @@
+#include "examples/gds_writer.h"
+#include "tests/batch/batch_fixture.h"
+
+namespace zelmo {
+namespace {
+
+class RefusalsTest : public BatchTest {
+protected:
+    /// Runs without pictures, so that only the two files matter.
+    Ended RunFiles() const { return Run({"--no-pictures", "square.gds", "flow.txt"}); }
+};
+
+TEST_F(RefusalsTest, WrongUsageIsOneLineThatLeadsToTheHelp) {
+    const std::vector<std::vector<std::string>> wrong = {
+        {},
+        {"square.gds"},
+        {"square.gds", "flow.txt", "third"},
+        {"--format", "jpeg", "square.gds", "flow.txt"},
+        {"--format", "square.gds", "flow.txt"},
+        {"--unknown", "square.gds", "flow.txt"},
+        {"square.gds", "flow.txt", "-o"},
+        {"square.gds", "flow.txt", "-o", ""},
+        {"square.gds", "flow.txt", "-o", "a", "-o", "b"},
+        {"square.gds", "flow.txt", "--assets", ""},
+        {"--check=maybe", "square.gds", "flow.txt"},
+    };
+    for (const auto& arguments : wrong) {
+        const Ended ended = Run(arguments);
+        ExpectRefusal(ended, 1, {"--help"});
+        EXPECT_EQ(ended.output, "");
+    }
+    EXPECT_EQ(FilesIn(".").size(), 2u);
+}
+
+TEST_F(RefusalsTest, AMissingLayout) {
+    const Ended ended = Run({"--no-pictures", "absent.gds", "flow.txt"});
+    ExpectRefusal(ended, 2, {"absent.gds", "there is no such file", "2"});
+    EXPECT_EQ(ended.output,
+              "--- Handling \"Load GDS\" command ---\n"
+              "Loading GDS database absent.gds and calculating cell sizes\n"
+              "Loading GDS database failed with error 2\n");
+}
+
+TEST_F(RefusalsTest, AFolderInPlaceOfTheLayout) {
+    std::filesystem::create_directory(InFolder("folder.gds"));
+    ExpectRefusal(Run({"--no-pictures", "folder.gds", "flow.txt"}), 2,
+                  {"folder.gds", "it is a folder"});
+}
+
+TEST_F(RefusalsTest, ATextInPlaceOfTheLayout) {
+    folder_.Write("square.gds", std::string("\0\2\0\2 no layout", 14));
+    const Ended ended = RunFiles();
+    ExpectRefusal(ended, 2, {"square.gds", "shorter than its own header", "5"});
+    EXPECT_TRUE(ended.output.ends_with("Loading GDS database failed with error 5\n"));
+}
+
+TEST_F(RefusalsTest, ACellThatRefersToItself) {
+    GdsWriter writer;
+    writer.BeginLibrary();
+    writer.BeginCell("TOP");
+    writer.Reference("SUB", {0, 0});
+    writer.EndCell();
+    writer.BeginCell("SUB");
+    writer.Reference("TOP", {0, 0});
+    writer.EndCell();
+    writer.EndLibrary();
+    WriteLayout(writer.Bytes());
+    const Ended ended = RunFiles();
+    ExpectRefusal(ended, 2, {"square.gds", "a cell refers to itself", "30"});
+    EXPECT_TRUE(ended.output.ends_with("Loading GDS database failed with error 30\n"));
+}
+
+TEST_F(RefusalsTest, APathWithoutPoints) {
+    GdsWriter writer;
+    writer.BeginLibrary();
+    writer.BeginCell("TOP");
+    writer.RecordU16(0x0900, {});
+    writer.RecordU16(0x0D02, {1});
+    writer.RecordU16(0x1100, {});
+    writer.EndCell();
+    writer.EndLibrary();
+    WriteLayout(writer.Bytes());
+    ExpectRefusal(RunFiles(), 2, {"square.gds", "invalid vector subscript"});
+}
+
+TEST_F(RefusalsTest, ALayoutCutAnywhereEndsWithOneLineOrRuns) {
+    const std::vector<std::uint8_t> whole = SquareLayout();
+    for (std::size_t length = 0; length < whole.size(); length += 7) {
+        WriteLayout({whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length)});
+        const Ended ended = Run({"--check", "square.gds", "flow.txt"});
+        if (ended.status != 0) {
+            // With the cell lost, it is the process file that cannot be run.
+            EXPECT_TRUE(ended.status == 2 || ended.status == 3) << length;
+            ExpectRefusal(ended, ended.status, {ended.status == 2 ? "square.gds" : "flow.txt"});
+        }
+    }
+}
+
+TEST_F(RefusalsTest, AMissingProcessFile) {
+    const Ended ended = Run({"--no-pictures", "square.gds", "absent.txt"});
+    ExpectRefusal(ended, 3, {"absent.txt", "there is no such file"});
+    EXPECT_TRUE(ended.output.ends_with(
+        "Failed to open process file: absent.txt\n"
+        "Opening process file absent.txt failed with error(s) given above\n"))
+        << ended.output;
+}
+
+TEST_F(RefusalsTest, AFaultyProcessFileNamesItsFirstErrorAndCountsTheOthers) {
+    WriteProcess("nonsense\netch -name E\n");
+    const Ended ended = RunFiles();
+    ExpectRefusal(ended, 3, {"flow.txt", "Error in line 4: Unknown command", "more"});
+    EXPECT_NE(ended.output.find("\nError in line 4: Unknown command\n"), std::string::npos);
+    EXPECT_TRUE(
+        ended.output.ends_with("Opening process file flow.txt failed with error(s) given above\n"));
+    EXPECT_EQ(ended.output.find("Grid size"), std::string::npos);
+    EXPECT_EQ(ended.output.find("EXECUTING"), std::string::npos);
+}
+
+TEST_F(RefusalsTest, TheReasonIsToldWithoutStandardOutputToo) {
+    WriteProcess("nonsense\n");
+    const Ended ended = Run({"--quiet", "--no-pictures", "square.gds", "flow.txt"});
+    ExpectRefusal(ended, 3, {"flow.txt", "Error in line 4: Unknown command"});
+    EXPECT_EQ(ended.output, "");
+}
+
+TEST_F(RefusalsTest, ACellThatTheLayoutDoesNotHave) {
+    folder_.Write(
+        "flow.txt",
+        "settings -version 4 -N 200\nlocation -x 0 -y 0 -dx 10 -dy 10\ngds -cell OTHER\n");
+    const Ended ended = RunFiles();
+    ExpectRefusal(ended, 3, {"flow.txt", "Cell name OTHER was not found in the GDS database"});
+    EXPECT_TRUE(
+        ended.output.ends_with("ERROR: Cell name OTHER was not found in the GDS database\n"));
+}
+
+TEST_F(RefusalsTest, AGridThatCannotBeMade) {
+    folder_.Write("flow.txt",
+                  "settings -version 4 -N 200\nlocation -x 0 -y 0 -dx 1e-44 -dy 1e-44\n"
+                  "gds -cell TOP\n");
+    ExpectRefusal(RunFiles(), 3, {"flow.txt", "ERROR"});
+}
+
+TEST_F(RefusalsTest, MissingColorsEndTheProgramBeforeAnythingElse) {
+    std::filesystem::create_directory(InFolder("assets"));
+    const Ended ended = Run({"--check", "--assets", "assets", "square.gds", "flow.txt"});
+    ExpectRefusal(
+        ended, 5,
+        {"Could not load color file or color file contains errors", "assets", "colors.txt"});
+    EXPECT_EQ(ended.output, "");
+}
+
+TEST_F(RefusalsTest, FaultyColorsToo) {
+    std::filesystem::create_directory(InFolder("assets"));
+    folder_.Write("assets/colors.txt", "red X 255 , 0, 0\n");
+    ExpectRefusal(Run({"--check", "--assets", "assets", "square.gds", "flow.txt"}), 5,
+                  {"colors.txt"});
+}
+
+TEST_F(RefusalsTest, MissingShadersEndTheProgramBeforeTheFirstStep) {
+    std::filesystem::create_directory(InFolder("assets"));
+    folder_.Write("assets/colors.txt", "beige X 245, 245, 220\n");
+    const Ended ended = Run({"--assets", "assets", "square.gds", "flow.txt", "-o", "out"});
+    ExpectRefusal(ended, 4, {"surface.shader", "Failed to open shader file"});
+    EXPECT_EQ(ended.output.find("Executing"), std::string::npos);
+    EXPECT_FALSE(std::filesystem::exists(InFolder("out")));
+}
+
+TEST_F(RefusalsTest, AShaderThatDoesNotCompile) {
+    std::filesystem::create_directory(InFolder("assets"));
+    folder_.Write("assets/colors.txt", "beige X 245, 245, 220\n");
+    folder_.Write("assets/surface.shader", "#shader vertex\nnonsense\n#shader fragment\nmore\n");
+    ExpectRefusal(Run({"--assets", "assets", "square.gds", "flow.txt", "-o", "out"}), 4,
+                  {"surface.shader", "Failed to compile vertex shader with error"});
+}
+
+TEST_F(RefusalsTest, NoShadersAreNeededWithoutPictures) {
+    std::filesystem::create_directory(InFolder("assets"));
+    folder_.Write("assets/colors.txt", "beige X 245, 245, 220\n");
+    EXPECT_EQ(Run({"--no-pictures", "--assets", "assets", "square.gds", "flow.txt"}).status, 0);
+    EXPECT_EQ(Run({"--check", "--assets", "assets", "square.gds", "flow.txt"}).status, 0);
+}
+
+TEST_F(RefusalsTest, AnExistingPictureIsKeptAndNothingIsRun) {
+    std::filesystem::create_directory(InFolder("out"));
+    folder_.Write("out/002 002 Oxide deposition.png", "mine");
+    const Ended ended = Run({"square.gds", "flow.txt", "-o", "out"});
+    ExpectRefusal(ended, 4, {"002 002 Oxide deposition.png", "exists already"});
+    EXPECT_EQ(ended.output.find("Executing"), std::string::npos);
+    EXPECT_EQ(FilesIn("out").size(), 1u);
+    EXPECT_EQ(FileText("out/002 002 Oxide deposition.png"), "mine");
+}
+
+TEST_F(RefusalsTest, PicturesOfTheOtherFormatDoNotCollide) {
+    EXPECT_EQ(Run({"square.gds", "flow.txt", "-o", "out"}).status, 0);
+    EXPECT_EQ(Run({"--format", "bmp", "square.gds", "flow.txt", "-o", "out"}).status, 0);
+    EXPECT_EQ(FilesIn("out").size(), 4u);
+}
+
+TEST_F(RefusalsTest, AFileInPlaceOfTheOutputFolder) {
+    const Ended ended = Run({"square.gds", "flow.txt", "-o", "square.gds"});
+    ExpectRefusal(ended, 4, {"square.gds"});
+    EXPECT_EQ(ended.output.find("Executing"), std::string::npos);
+    ExpectRefusal(Run({"square.gds", "flow.txt", "-o", "square.gds/below"}), 4, {"square.gds"});
+}
+
+TEST_F(RefusalsTest, APictureWhoseNameNoFileCanBearIsReportedAndTheOthersAreSaved) {
+    WriteProcess(
+        "deposition -name a/b -type oxide -thickness 500 -color 200 100 50 100\n"
+        "deposition -name c -type oxide -thickness 500 -color 20 100 50 100\n");
+    // Where such a folder exists, the name must not lead into it.
+    std::filesystem::create_directories(InFolder("out/002 002 a"));
+    const Ended ended = Run({"square.gds", "flow.txt", "-o", "out"});
+    ExpectRefusal(
+        ended, 4,
+        {"Error while saving image", "002 002 a/b deposition.png", "to output folder \"out\""});
+    EXPECT_EQ(FilesIn("out"), (std::vector<std::string>{"001 001 Substrate.png", "002 002 a",
+                                                        "003 003 c deposition.png"}));
+    EXPECT_EQ(FilesIn("out/002 002 a").size(), 0u);
+    EXPECT_NE(ended.output.find("All process steps completed"), std::string::npos);
+}
+
+TEST_F(RefusalsTest, APictureWhoseNameIsTooLongIsReportedToo) {
+    WriteProcess("deposition -name " + std::string(400, 'x') +
+                 " -type oxide -thickness 500 -color 200 100 50 100\n");
+    const Ended ended = Run({"square.gds", "flow.txt", "-o", "out"});
+    ExpectRefusal(ended, 4, {"Error while saving image", "xxxx deposition.png"});
+    EXPECT_EQ(FilesIn("out"), (std::vector<std::string>{"001 001 Substrate.png"}));
+}
+
+}  // namespace
+}  // namespace zelmo

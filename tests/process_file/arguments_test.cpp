@@ -301,7 +301,9 @@ TEST_F(ColorTest, NumbersGoBeforeANameWhichIsNotLookedUp) {
 }
 
 TEST_F(ColorTest, AColorIsNeeded) {
-    EXPECT_EQ(Color("c color scolor"), Lines{"Missing -color or -scolor argument"});
+    for (const char* const line : {"c color scolor", "c -colo 1 2 3 4", "c -scolo navy"}) {
+        EXPECT_EQ(Color(line), Lines{"Missing -color or -scolor argument"}) << line;
+    }
 }
 
 /// Traps of looking for arguments by their text alone, on whole lines.

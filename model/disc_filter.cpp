@@ -16,10 +16,6 @@ struct MeanWindow {
     double sum = 0.0;
     std::int32_t count = 0;
 
-    void Clear() {
-        sum = 0.0;
-        count = 0;
-    }
     void Add(std::size_t cell) {
         sum += heights[cell];
         ++count;

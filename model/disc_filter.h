@@ -24,15 +24,16 @@ struct SlidingDisc {
 /// The disc of `radius` micrometres on the model's grid.
 SlidingDisc SelectSlidingDisc(const ProcessModel& model, float radius);
 
-/// Slides `disc` over the grid, row by row from column 0 on, and drives `window`, which has
-///   void Clear();                  a new row begins
+/// Slides `disc` over the grid, row by row from column 0 on. Every row begins with a copy of
+/// `emptyWindow`, which has
 ///   void Add(std::size_t cell);    a cell of the grid enters the disc
 ///   void Remove(std::size_t cell); a cell of the grid leaves it
 ///   void Store(std::size_t cell);  the disc stands complete around this cell
 /// The calls come in the order of the two lists; for each entry of `leaving` the cell that leaves
 /// is removed before its counterpart on the right is added. Rounded sums depend on that order.
 template <typename Window>
-void SlideDisc(std::int32_t cols, std::int32_t rows, const SlidingDisc& disc, Window& window) {
+void SlideDisc(std::int32_t cols, std::int32_t rows, const SlidingDisc& disc,
+               const Window& emptyWindow) {
     struct Edge {
         std::int32_t dx;
         std::size_t rowStart;
@@ -47,7 +48,14 @@ void SlideDisc(std::int32_t cols, std::int32_t rows, const SlidingDisc& disc, Wi
     edges.reserve(disc.leaving.size());
 
     for (std::int32_t row = 0; row < rows && cols > 0; ++row) {
-        window.Clear();
+        edges.clear();
+        for (const GridOffset& offset : disc.leaving) {
+            if (inGrid(row + offset.dy, rows)) {
+                edges.push_back({offset.dx, startOf(row + offset.dy)});
+            }
+        }
+
+        Window window = emptyWindow;
         for (const GridOffset& offset : disc.inside) {
             if (inGrid(offset.dx, cols) && inGrid(row + offset.dy, rows)) {
                 window.Add(startOf(row + offset.dy) + static_cast<std::size_t>(offset.dx));
@@ -55,12 +63,6 @@ void SlideDisc(std::int32_t cols, std::int32_t rows, const SlidingDisc& disc, Wi
         }
         window.Store(startOf(row));
 
-        edges.clear();
-        for (const GridOffset& offset : disc.leaving) {
-            if (inGrid(row + offset.dy, rows)) {
-                edges.push_back({offset.dx, startOf(row + offset.dy)});
-            }
-        }
         for (std::int32_t col = 1; col < cols; ++col) {
             for (const Edge& edge : edges) {
                 const std::int32_t left = col + edge.dx;

@@ -99,10 +99,6 @@ struct MajorityWindow {
     std::int32_t total = 0;
     std::int32_t on = 0;
 
-    void Clear() {
-        total = 0;
-        on = 0;
-    }
     void Add(std::size_t cell) {
         ++total;
         on += rawMask[cell] != 0 ? 1 : 0;

@@ -20,9 +20,9 @@
 namespace zelmo {
 namespace {
 
-constexpr std::int32_t kSize = 1000;
-constexpr float kPitch = 0.012f;
-constexpr std::uint32_t kMaskId = 1;
+constexpr std::int32_t gridSize = 1000;
+constexpr float pitch = 0.012f;
+constexpr std::uint32_t maskId = 1;
 
 double RandomUpTo(std::mt19937& random, double limit) {
     return static_cast<double>(random() % 1000000U) / 1000000.0 * limit;
@@ -44,11 +44,11 @@ void SetBox(MaskPolygon& polygon) {
 /// Two hundred shapes of a layout: lines and pads, every tenth a round one.
 std::vector<MaskPolygon> MakeLayout() {
     std::mt19937 random(7);
-    const double extent = static_cast<double>(kSize) * static_cast<double>(kPitch);
+    const double extent = static_cast<double>(gridSize) * static_cast<double>(pitch);
     std::vector<MaskPolygon> polygons(200);
     for (std::size_t i = 0; i < polygons.size(); ++i) {
         MaskPolygon& polygon = polygons[i];
-        polygon.layer = kMaskId;
+        polygon.layer = maskId;
         const double x = RandomUpTo(random, extent);
         const double y = RandomUpTo(random, extent);
         if (i % 10 == 0) {
@@ -70,10 +70,10 @@ std::vector<MaskPolygon> MakeLayout() {
 const ProcessModel& Model() {
     static const std::unique_ptr<ProcessModel> model = [] {
         auto result = std::make_unique<ProcessModel>();
-        result->gridColumns = kSize;
-        result->gridRows = kSize;
-        result->gridSpacing = kPitch;
-        BuildNeighbourTable(result->neighbours, kSize, kSize, kPitch);
+        result->gridColumns = gridSize;
+        result->gridRows = gridSize;
+        result->gridSpacing = pitch;
+        BuildNeighbourTable(result->neighbours, gridSize, gridSize, pitch);
         BuildDistanceIndex(*result);
         result->polygons = MakeLayout();
         return result;
@@ -83,7 +83,7 @@ const ProcessModel& Model() {
 
 std::vector<std::uint8_t> PatternedMask() {
     std::vector<std::uint8_t> mask(Model().CellCount());
-    RasteriseMask(Model(), mask, kMaskId, true);
+    RasteriseMask(Model(), mask, maskId, true);
     return mask;
 }
 
@@ -92,8 +92,8 @@ std::vector<float> PatternedSurface() {
     const std::vector<std::uint8_t> mask = PatternedMask();
     std::vector<float> surface(mask.size());
     for (std::size_t cell = 0; cell < mask.size(); ++cell) {
-        const auto col = static_cast<float>(cell % kSize);
-        const auto row = static_cast<float>(cell / kSize);
+        const auto col = static_cast<float>(cell % gridSize);
+        const auto row = static_cast<float>(cell / gridSize);
         const float wave = 0.05f * std::sin(col * 0.02f) * std::cos(row * 0.013f);
         surface[cell] = 1.0f + wave + (mask[cell] != 0 ? 0.4f : 0.0f);
     }
@@ -130,7 +130,7 @@ using RasterFunction = double (*)(const ProcessModel&, std::span<std::uint8_t>, 
 void RunRaster(benchmark::State& state, RasterFunction rasteriseMask) {
     std::vector<std::uint8_t> mask(Model().CellCount());
     for (auto _ : state) {
-        benchmark::DoNotOptimize(rasteriseMask(Model(), mask, kMaskId, true));
+        benchmark::DoNotOptimize(rasteriseMask(Model(), mask, maskId, true));
     }
 }
 
@@ -170,7 +170,7 @@ void RunEdgeDistance(benchmark::State& state, DistanceFunction maskEdgeDistance,
 /// Resist between the shapes: a clear mask.
 std::vector<std::uint8_t> OpenedMask() {
     std::vector<std::uint8_t> mask(Model().CellCount());
-    RasteriseMask(Model(), mask, kMaskId, false);
+    RasteriseMask(Model(), mask, maskId, false);
     return mask;
 }
 
@@ -179,7 +179,7 @@ std::vector<std::uint8_t> OneWindow() {
     std::vector<std::uint8_t> mask(Model().CellCount(), 1);
     for (std::int32_t row = 480; row < 520; ++row) {
         for (std::int32_t col = 480; col < 520; ++col) {
-            mask[static_cast<std::size_t>(row * kSize + col)] = 0;
+            mask[static_cast<std::size_t>(row * gridSize + col)] = 0;
         }
     }
     return mask;

@@ -15,7 +15,7 @@ namespace zelmo {
 
 namespace {
 
-constexpr float kLargestFloat = std::numeric_limits<float>::max();
+constexpr float largestFloat = std::numeric_limits<float>::max();
 
 std::size_t CellIndex(const ProcessModel& model, std::int32_t col, std::int32_t row) {
     return static_cast<std::size_t>(row) * static_cast<std::size_t>(model.gridColumns) +
@@ -145,7 +145,7 @@ double RasteriseMask(const ProcessModel& model, std::span<std::uint8_t> rawMask,
                      std::uint32_t maskId, bool maskDark) {
     const std::uint8_t inside = maskDark ? 1 : 0;
     std::fill(rawMask.begin(), rawMask.end(), static_cast<std::uint8_t>(1 - inside));
-    float smallest = kLargestFloat;
+    float smallest = largestFloat;
     for (const MaskPolygon& polygon : model.polygons) {
         if (polygon.layer != maskId) {
             continue;
@@ -193,7 +193,7 @@ void MaskEdgeDistance(const ProcessModel& model, std::span<float> edgeDistance,
             if (distance) {
                 running = *distance;
             } else if (cell == 0) {
-                std::fill(edgeDistance.begin(), edgeDistance.end(), kLargestFloat);
+                std::fill(edgeDistance.begin(), edgeDistance.end(), largestFloat);
                 return;
             }
             edgeDistance[cell] = running;

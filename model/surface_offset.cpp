@@ -15,11 +15,11 @@ namespace zelmo {
 
 namespace {
 
-constexpr float kMissing = 0.0f;
+constexpr float missing = 0.0f;
 
 /// How far outside a triangle a cell may lie and still take its height, in barycentric units.
-constexpr float kInsideLow = -0.001f;
-constexpr float kInsideHigh = 1.001f;
+constexpr float insideLow = -0.001f;
+constexpr float insideHigh = 1.001f;
 
 struct Vector {
     float x = 0.0f;
@@ -52,7 +52,7 @@ std::size_t CellIndex(std::int32_t cols, std::int32_t col, std::int32_t row) {
 }
 
 bool IsMissing(float value) {
-    return value == kMissing;
+    return value == missing;
 }
 
 // NaN: skipped, unless it is the first.
@@ -178,7 +178,7 @@ void RasteriseTriangle(Raster& raster, const Vector& a, const Vector& b, const V
             const float u = (d11 * d02 - d12 * d01) * inverse;
             const float v = (d12 * d00 - d02 * d01) * inverse;
             // Triangles seen edge-on give NaN here and drop out.
-            if (u >= kInsideLow && v >= kInsideLow && kInsideHigh >= u + v) {
+            if (u >= insideLow && v >= insideLow && insideHigh >= u + v) {
                 Keep(raster.heights[CellIndex(raster.cols, col, row)], z, raster.lowestWins);
             }
         }
@@ -194,14 +194,14 @@ float DistanceBetween(float spacing, std::int32_t colA, std::int32_t rowA, std::
 
 /// The mean of the hits at the smallest distance. Not found where no hit is.
 LineHit MeanOfNearest(const std::array<LineHit, 4>& hits) {
-    constexpr float kNone = std::numeric_limits<float>::max();
-    float nearest = kNone;
+    constexpr float none = std::numeric_limits<float>::max();
+    float nearest = none;
     for (const LineHit& hit : hits) {
         if (hit.found && hit.distance < nearest) {
             nearest = hit.distance;
         }
     }
-    if (nearest == kNone) {
+    if (nearest == none) {
         return {};
     }
     float sum = 0.0f;
@@ -281,7 +281,7 @@ std::int32_t FillMissingCells(std::int32_t cols, std::int32_t rows, float spacin
                               const NeighbourTable& table, std::span<float> out,
                               std::span<const float> in) {
     if (std::all_of(in.begin(), in.end(), IsMissing)) {
-        std::fill(out.begin(), out.end(), kMissing);
+        std::fill(out.begin(), out.end(), missing);
         return 0;
     }
     std::int32_t filled = 0;
@@ -295,7 +295,7 @@ std::int32_t FillMissingCells(std::int32_t cols, std::int32_t rows, float spacin
             const auto along = [&](std::int32_t stepCol, std::int32_t stepRow) {
                 return FindAlongLine(cols, rows, spacing, col, row, stepCol, stepRow, in);
             };
-            out[i] = kMissing;
+            out[i] = missing;
             const LineHit hit =
                 MeanOfNearest({along(0, 1), along(-1, 0), along(0, -1), along(1, 0)});
             if (hit.found) {

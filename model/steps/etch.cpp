@@ -13,8 +13,8 @@ namespace zelmo {
 
 namespace {
 
-constexpr float kTargetWeight = 1.0f;
-constexpr float kResistWeight = 0.5f;
+constexpr float targetWeight = 1.0f;
+constexpr float resistWeight = 0.5f;
 
 /// One weight for each slot: a layer with any weight can be etched, all to the same front.
 std::vector<float> EtchWeights(const ProcessModel& model, const std::vector<std::string>& targets) {
@@ -26,11 +26,11 @@ std::vector<float> EtchWeights(const ProcessModel& model, const std::vector<std:
                 continue;
             }
             if (std::strcmp(layer->material.c_str(), target.c_str()) == 0) {
-                weights[id] = kTargetWeight;
+                weights[id] = targetWeight;
             }
             // Any etch attacks the resist as well, named or not.
             if (layer->isPhotoresist) {
-                weights[id] = kResistWeight;
+                weights[id] = resistWeight;
             }
         }
     }

@@ -15,11 +15,11 @@ namespace zelmo {
 
 namespace {
 
-constexpr float kSteepestTaper = 89.0f;
+constexpr float steepestTaper = 89.0f;
 
 /// The rise of the resist's edge per unit of distance, for an angle in degrees from the horizontal.
 float EdgeSlope(float taper) {
-    const float angle = (taper < kSteepestTaper ? taper : kSteepestTaper) * 3.1415927f / 180.0f;
+    const float angle = (taper < steepestTaper ? taper : steepestTaper) * 3.1415927f / 180.0f;
     // The tangent in double precision, rounded: the C libraries differ in single precision.
     return static_cast<float>(std::tan(static_cast<double>(angle)));
 }

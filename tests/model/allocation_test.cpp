@@ -17,14 +17,14 @@
 namespace {
 
 /// How many more allocations succeed; below zero there is no limit.
-long long gAllocationsLeft = -1;
+long long allocationsLeft = -1;
 
 void* Allocate(std::size_t size) {
-    if (gAllocationsLeft == 0) {
+    if (allocationsLeft == 0) {
         throw std::bad_alloc();
     }
-    if (gAllocationsLeft > 0) {
-        --gAllocationsLeft;
+    if (allocationsLeft > 0) {
+        --allocationsLeft;
     }
     if (void* memory = std::malloc(size > 0 ? size : 1)) {
         return memory;
@@ -115,13 +115,13 @@ void ExpectAllOrNothing(void (*execute)(ProcessModel&, const ProcessStep&), int 
         const std::vector<float> oxide = model.layers[1]->top;
         const std::vector<std::uint32_t> cover = BitsOf(model.coverMap);
         bool failed = false;
-        gAllocationsLeft = allocations;
+        allocationsLeft = allocations;
         try {
             execute(model, step);
         } catch (const std::bad_alloc&) {
             failed = true;
         }
-        gAllocationsLeft = -1;
+        allocationsLeft = -1;
         if (!failed) {
             EXPECT_EQ(model.layers.size(), static_cast<std::size_t>(2 + layersAdded));
             EXPECT_NE(BitsOf(model.coverMap), cover);

@@ -262,10 +262,10 @@ TEST_F(Etch, PassesALayerUnderTheFrontByOnItsWayDown) {
 }
 
 TEST_F(Etch, TreatsATopThatIsNoNumberAsOneUnderTheFront) {
-    constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
     Append(2.0f, "ox");
     Layer& film = Append(1.0f, "ox");
-    film.top[14] = kNaN;
+    film.top[14] = nan;
     for (CoverCell& cell : model.coverMap) {
         cell.height = 13.0f;
     }

@@ -15,15 +15,15 @@
 namespace zelmo {
 namespace {
 
-constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
 
 void SetUpRandomGrid(ProcessModel& model, TestRandom& random) {
     // With the last three, whole numbers of cells do not divide back to themselves.
-    constexpr float kSpacings[] = {1.0f, 0.1f, 12.5f, 1.0f / 3.0f, 0.013f, 0.091f, 0.018f};
+    constexpr float spacings[] = {1.0f, 0.1f, 12.5f, 1.0f / 3.0f, 0.013f, 0.091f, 0.018f};
     const auto cols = static_cast<std::int32_t>(1 + random.Below(random.Below(4) == 0 ? 40 : 16));
     const auto rows = static_cast<std::int32_t>(1 + random.Below(static_cast<std::uint32_t>(cols)));
-    SetUpGrid(model, cols, rows, kSpacings[random.Below(7)]);
+    SetUpGrid(model, cols, rows, spacings[random.Below(7)]);
 }
 
 /// A coordinate in or around the grid, often on a grid line or halfway between two.
@@ -93,7 +93,7 @@ TEST(MaskRasterAgainstPlain, SetsTheSameCells) {
 }
 
 TEST(MaskRasterAgainstPlain, SurvivesImpossiblePolygons) {
-    constexpr double kOdd[] = {kNaN, kInfinity, -kInfinity, 1.0e300, -1.0e300, 3.0e9, -3.0e9};
+    constexpr double odd[] = {nan, infinity, -infinity, 1.0e300, -1.0e300, 3.0e9, -3.0e9};
     for (std::uint32_t seed = 0; seed < 1000; ++seed) {
         TestRandom random(seed);
         ProcessModel model;
@@ -101,12 +101,12 @@ TEST(MaskRasterAgainstPlain, SurvivesImpossiblePolygons) {
         MaskPolygon polygon = RandomPolygon(model, random);
         polygon.layer = 1;
         polygon.points[random.Below(static_cast<std::uint32_t>(polygon.points.size()))].x =
-            kOdd[random.Below(7)];
+            odd[random.Below(7)];
         polygon.points[random.Below(static_cast<std::uint32_t>(polygon.points.size()))].y =
-            kOdd[random.Below(7)];
+            odd[random.Below(7)];
         if (random.Below(2) == 0) {
             double* const box[] = {&polygon.minX, &polygon.minY, &polygon.maxX, &polygon.maxY};
-            *box[random.Below(4)] = kOdd[random.Below(7)];
+            *box[random.Below(4)] = odd[random.Below(7)];
         }
         model.polygons.push_back(polygon);
         std::vector<std::uint8_t> mask(model.CellCount());

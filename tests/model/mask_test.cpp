@@ -16,7 +16,7 @@
 namespace zelmo {
 namespace {
 
-constexpr float kLargest = std::numeric_limits<float>::max();
+constexpr float largest = std::numeric_limits<float>::max();
 
 MaskPolygon MakePolygon(std::uint32_t layer, const std::vector<MaskPoint>& points) {
     MaskPolygon polygon;
@@ -163,7 +163,7 @@ TEST_F(MaskGrid, ImpossibleBoxesReachNoCell) {
 
 TEST_F(MaskGrid, SmallestSizeIsThatOfTheNarrowestBox) {
     std::vector<std::uint8_t> mask(model.CellCount());
-    EXPECT_EQ(RasteriseMask(model, mask, 1, true), static_cast<double>(kLargest));
+    EXPECT_EQ(RasteriseMask(model, mask, 1, true), static_cast<double>(largest));
     model.polygons.push_back(MakeRectangle(1, 0.0, 0.0, 3.0, 2.0));
     model.polygons.push_back(MakeRectangle(1, 0.0, 0.0, 0.3, 4.0));
     model.polygons.push_back(MakeRectangle(2, 0.0, 0.0, 0.1, 4.0));
@@ -338,8 +338,8 @@ TEST(MaskEdgeDistance, IsZeroWithoutResist) {
 }
 
 TEST(MaskEdgeDistance, OfAGridUnderResistIsTheLargestFloat) {
-    EXPECT_EQ(Distances({"###", "###"}, 1.0f), std::vector<float>(6, kLargest));
-    EXPECT_EQ(Distances({"#"}, 1.0f), std::vector<float>(1, kLargest));
+    EXPECT_EQ(Distances({"###", "###"}, 1.0f), std::vector<float>(6, largest));
+    EXPECT_EQ(Distances({"#"}, 1.0f), std::vector<float>(1, largest));
 }
 
 TEST(MaskEdgeDistance, FindsTheOneFreeCellOfALargeGrid) {
@@ -362,22 +362,22 @@ TEST(MaskEdgeDistance, CanStartBehindTheNearestCell) {
     // With this pitch ten cells truncate to nine, while eleven cells less one truncate to ten: at
     // the cell ten columns from the wall the search starts behind the entry straight to the right,
     // and finds its slanted neighbour.
-    constexpr float kPitch = 0.013f;
-    const std::vector<float> distances = Distances(Lines(12, "############."), kPitch);
-    EXPECT_EQ(distances[1], 11.0f * kPitch);
-    EXPECT_EQ(distances[2], std::sqrt(101.0f) * kPitch);
-    EXPECT_EQ(distances[3], 9.0f * kPitch);
+    constexpr float pitch = 0.013f;
+    const std::vector<float> distances = Distances(Lines(12, "############."), pitch);
+    EXPECT_EQ(distances[1], 11.0f * pitch);
+    EXPECT_EQ(distances[2], std::sqrt(101.0f) * pitch);
+    EXPECT_EQ(distances[3], 9.0f * pitch);
 }
 
 TEST(MaskEdgeDistance, KeepsThePreviousOneWhereTheSearchFindsNothing) {
     // The same, but with one free cell: nothing comes after it in the table.
-    constexpr float kPitch = 0.013f;
+    constexpr float pitch = 0.013f;
     Lines lines(12, "#############");
     lines[0] = "############.";
-    const std::vector<float> distances = Distances(lines, kPitch);
-    EXPECT_EQ(distances[1], 11.0f * kPitch);
-    EXPECT_EQ(distances[2], 11.0f * kPitch);
-    EXPECT_EQ(distances[13], std::sqrt(145.0f) * kPitch);
+    const std::vector<float> distances = Distances(lines, pitch);
+    EXPECT_EQ(distances[1], 11.0f * pitch);
+    EXPECT_EQ(distances[2], 11.0f * pitch);
+    EXPECT_EQ(distances[13], std::sqrt(145.0f) * pitch);
 }
 
 }  // namespace

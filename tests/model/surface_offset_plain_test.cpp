@@ -53,25 +53,25 @@ std::vector<float> RandomSurface(const ProcessModel& model, TestRandom& random) 
 
 /// Numbers that no surface should hold.
 void Spoil(std::vector<float>& surface, TestRandom& random) {
-    constexpr float kOdd[] = {std::numeric_limits<float>::quiet_NaN(),
-                              std::numeric_limits<float>::infinity(),
-                              -std::numeric_limits<float>::infinity(),
-                              std::numeric_limits<float>::max(),
-                              -1.0e30f,
-                              -0.0f,
-                              1.0e-40f};
+    constexpr float odd[] = {std::numeric_limits<float>::quiet_NaN(),
+                             std::numeric_limits<float>::infinity(),
+                             -std::numeric_limits<float>::infinity(),
+                             std::numeric_limits<float>::max(),
+                             -1.0e30f,
+                             -0.0f,
+                             1.0e-40f};
     for (float& height : surface) {
         if (random.Below(12) == 0) {
-            height = kOdd[random.Below(7)];
+            height = odd[random.Below(7)];
         }
     }
 }
 
 void SetUpRandomGrid(ProcessModel& model, TestRandom& random) {
-    constexpr float kSpacings[] = {1.0f, 0.1f, 0.25f, 0.0373f, 12.5f};
+    constexpr float spacings[] = {1.0f, 0.1f, 0.25f, 0.0373f, 12.5f};
     const auto cols = static_cast<std::int32_t>(1 + random.Below(14));
     const auto rows = static_cast<std::int32_t>(1 + random.Below(14));
-    SetUpGrid(model, cols, rows, kSpacings[random.Below(5)]);
+    SetUpGrid(model, cols, rows, spacings[random.Below(5)]);
 }
 
 float RandomDistance(const ProcessModel& model, TestRandom& random) {
@@ -90,9 +90,9 @@ float RandomDistance(const ProcessModel& model, TestRandom& random) {
 }
 
 float RandomLateral(TestRandom& random) {
-    constexpr float kLaterals[] = {0.0f, 0.1f, 0.5f, 1.0f, 5.0f};
+    constexpr float laterals[] = {0.0f, 0.1f, 0.5f, 1.0f, 5.0f};
     const std::uint32_t pick = random.Below(6);
-    return pick < 5 ? kLaterals[pick] : random.Unit() * 5.0f;
+    return pick < 5 ? laterals[pick] : random.Unit() * 5.0f;
 }
 
 TEST(SurfaceOffsetAgainstPlain, GivesTheSameBits) {
@@ -119,16 +119,16 @@ TEST(SurfaceOffsetAgainstPlain, GivesTheSameBits) {
 }
 
 TEST(SurfaceOffsetAgainstPlain, SurvivesExtremeArguments) {
-    constexpr float kExtremes[] = {std::numeric_limits<float>::quiet_NaN(),
-                                   std::numeric_limits<float>::infinity(),
-                                   -std::numeric_limits<float>::infinity(),
-                                   1.0e38f,
-                                   -1.0e20f,
-                                   -0.0f};
+    constexpr float extremes[] = {std::numeric_limits<float>::quiet_NaN(),
+                                  std::numeric_limits<float>::infinity(),
+                                  -std::numeric_limits<float>::infinity(),
+                                  1.0e38f,
+                                  -1.0e20f,
+                                  -0.0f};
     TestRandom random(1);
     ProcessModel model;
     SetUpGrid(model, 7, 5, 0.5f);
-    for (const float distance : kExtremes) {
+    for (const float distance : extremes) {
         for (const float lateral : {0.0f, 1.0f, 1.0e30f}) {
             const std::vector<float> heights = RandomSurface(model, random);
             std::vector<float> out(model.CellCount());
@@ -188,7 +188,7 @@ TEST(MissingCellsAgainstPlain, AreFilledWithTheSameBits) {
 }
 
 TEST(LineSearchAgainstPlain, GivesTheSameHits) {
-    constexpr std::int32_t kSteps[4][2] = {{0, 1}, {-1, 0}, {0, -1}, {1, 0}};
+    constexpr std::int32_t steps[4][2] = {{0, 1}, {-1, 0}, {0, -1}, {1, 0}};
     TestRandom random(3);
     for (int round = 0; round < 2000; ++round) {
         const auto cols = static_cast<std::int32_t>(1 + random.Below(12));
@@ -201,7 +201,7 @@ TEST(LineSearchAgainstPlain, GivesTheSameHits) {
         }
         const auto col = static_cast<std::int32_t>(random.Below(static_cast<std::uint32_t>(cols)));
         const auto row = static_cast<std::int32_t>(random.Below(static_cast<std::uint32_t>(rows)));
-        const auto& step = kSteps[random.Below(4)];
+        const auto& step = steps[random.Below(4)];
         const LineHit hit = FindAlongLine(cols, rows, 0.3f, col, row, step[0], step[1], in);
         const LineHit plain = FindAlongLinePlain(cols, rows, 0.3f, col, row, step[0], step[1], in);
         ASSERT_EQ(hit.found, plain.found);

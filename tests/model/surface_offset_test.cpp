@@ -13,7 +13,7 @@
 namespace zelmo {
 namespace {
 
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 
 std::vector<float> Offset(const ProcessModel& model, const std::vector<float>& heights,
                           float distance, float lateral) {
@@ -93,7 +93,7 @@ TEST(VertexNormals, AreZeroWhereThereAreNone) {
     EXPECT_EQ(normals, std::vector<float>(9, 0.0f));
 
     std::vector<float> square(12, 5.0f);
-    ComputeVertexNormals(2, 2, 1.0f, square, std::vector<float>{kNaN, 0.0f, 0.0f, 0.0f});
+    ComputeVertexNormals(2, 2, 1.0f, square, std::vector<float>{nan, 0.0f, 0.0f, 0.0f});
     EXPECT_EQ(square[0], 0.0f);
     EXPECT_EQ(square[2], 0.0f);
 
@@ -215,7 +215,7 @@ TEST(SurfaceOffset, IsZeroWhereNothingHasAValue) {
     SetUpGrid(model, 6, 5, 1.0f);
     const std::vector<float> zero(model.CellCount(), 0.0f);
     EXPECT_EQ(Offset(model, std::vector<float>(model.CellCount(), 0.5f), -0.5f, 0.3f), zero);
-    EXPECT_EQ(Offset(model, std::vector<float>(model.CellCount(), kNaN), 0.5f, 0.3f), zero);
+    EXPECT_EQ(Offset(model, std::vector<float>(model.CellCount(), nan), 0.5f, 0.3f), zero);
 }
 
 TEST(SurfaceOffset, OfASingleRowOrColumnIsZero) {
@@ -234,7 +234,7 @@ TEST(SurfaceOffset, LeavesANaNToItsSurroundings) {
     ProcessModel model;
     SetUpGrid(model, 9, 7, 1.0f);
     std::vector<float> heights(model.CellCount(), 1.0f);
-    heights[CellAt(model, 4, 3)] = kNaN;
+    heights[CellAt(model, 4, 3)] = nan;
     for (const float height : Offset(model, heights, 1.0f, 0.2f)) {
         EXPECT_NEAR(height, 2.0f, 1e-6f);
     }
@@ -257,7 +257,7 @@ TEST(SurfaceOffset, TakesInCellsJustOutsideATriangle) {
 }
 
 TEST(MissingCells, CopyTheCellsThatHaveAValue) {
-    const std::vector<float> raster{1, 2, 3, -4, kNaN, 6};
+    const std::vector<float> raster{1, 2, 3, -4, nan, 6};
     std::int32_t filled = -1;
     EXPECT_EQ(BitsOf(Fill(3, raster, &filled)), BitsOf(raster));
     EXPECT_EQ(filled, 0);
@@ -333,7 +333,7 @@ TEST(MissingCells, StayZeroWhereThereIsNoValueAtAll) {
 
 TEST(MissingCells, CountANegativeZeroAsMissingAndANaNAsAValue) {
     EXPECT_EQ(Fill(3, {-0.0f, 2, 2})[0], 2.0f);
-    EXPECT_TRUE(std::isnan(Fill(3, {0, kNaN, 2})[0]));
+    EXPECT_TRUE(std::isnan(Fill(3, {0, nan, 2})[0]));
 }
 
 TEST(LineSearch, FindsNothingWithoutAValueOnItsWay) {

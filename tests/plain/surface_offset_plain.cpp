@@ -30,7 +30,7 @@ float DotProduct(const Point3& a, const Point3& b) {
 }
 
 /// The neighbours of a cell in the order of the fan, up first, then counter-clockwise.
-constexpr int kFan[8][2] = {{0, 1}, {-1, 1}, {-1, 0}, {-1, -1}, {0, -1}, {1, -1}, {1, 0}, {1, 1}};
+constexpr int fan[8][2] = {{0, 1}, {-1, 1}, {-1, 0}, {-1, -1}, {0, -1}, {1, -1}, {1, 0}, {1, 1}};
 
 /// The squares around a cell: the pairs of the fan that span each one's two cross products.
 struct FanSquare {
@@ -38,7 +38,7 @@ struct FanSquare {
     bool lower;
     int pairs[2][2];
 };
-constexpr FanSquare kSquares[4] = {
+constexpr FanSquare squares[4] = {
     {true, false, {{0, 1}, {1, 2}}},
     {true, true, {{2, 3}, {3, 4}}},
     {false, true, {{4, 5}, {5, 6}}},
@@ -103,13 +103,13 @@ void ComputeVertexNormalsPlain(std::int32_t cols, std::int32_t rows, float spaci
     for (int row = 0; row < rows; ++row) {
         for (int col = 0; col < cols; ++col) {
             const auto neighbour = [&](int k) -> Point3 {
-                const int dcol = kFan[k][0];
-                const int drow = kFan[k][1];
+                const int dcol = fan[k][0];
+                const int drow = fan[k][1];
                 return {static_cast<float>(dcol) * spacing, static_cast<float>(drow) * spacing,
                         heights[At(cols, col + dcol, row + drow)] - heights[At(cols, col, row)]};
             };
             Point3 sum{0.0f, 0.0f, 0.0f};
-            for (const FanSquare& square : kSquares) {
+            for (const FanSquare& square : squares) {
                 if (!(square.left ? col > 0 : col < cols - 1) ||
                     !(square.lower ? row > 0 : row < rows - 1)) {
                     continue;

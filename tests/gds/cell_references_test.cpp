@@ -1,0 +1,120 @@
+#include "gds/cell_references.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+
+#include "tests/gds/layout_file.h"
+
+namespace zelmo {
+namespace {
+
+/// More than any stack could hold if every level took a call.
+constexpr int depth = 200000;
+
+/// A chain of cells "0", "1", ..., each with a reference to the next, one unit away.
+GdsWriter Chain(bool deepestFirst, bool asArrays) {
+    GdsWriter writer;
+    writer.BeginLibrary();
+    for (int k = 0; k < depth; ++k) {
+        const int level = deepestFirst ? depth - 1 - k : k;
+        writer.BeginCell(std::to_string(level));
+        if (level == depth - 1) {
+            writer.Rectangle(1, 0, 0, 10, 20);
+        } else if (asArrays) {
+            writer.Array(std::to_string(level + 1), 1, 1, {1, 0}, {2, 0}, {1, 1});
+        } else {
+            writer.Reference(std::to_string(level + 1), {1, 0});
+        }
+        writer.EndCell();
+    }
+    writer.EndLibrary();
+    return writer;
+}
+
+void ExpectChainSizes(const LoadedLayout& loaded, bool deepestFirst) {
+    ASSERT_EQ(loaded.result, 0);
+    for (int k = 0; k < depth; ++k) {
+        const int level = deepestFirst ? depth - 1 - k : k;
+        ASSERT_EQ(loaded.database.cells[static_cast<std::size_t>(k)].bounds,
+                  (GdsRect{0, 0, depth - 1 - level + 10, 20}));
+    }
+}
+
+TEST(CellReferences, AChainOf200000CellsIsSizedFromItsTop) {
+    ExpectChainSizes(Load(Chain(false, false)), false);
+}
+
+TEST(CellReferences, AChainOf200000CellsIsSizedFromItsEnd) {
+    ExpectChainSizes(Load(Chain(true, false)), true);
+}
+
+TEST(CellReferences, AChainOf200000ArraysIsSizedFromItsTop) {
+    ExpectChainSizes(Load(Chain(false, true)), false);
+}
+
+TEST(CellReferences, ACircleOf200000CellsIsRefused) {
+    GdsWriter writer;
+    writer.BeginLibrary();
+    for (int k = 0; k < depth; ++k) {
+        writer.BeginCell(std::to_string(k));
+        writer.Reference(std::to_string((k + 1) % depth), {1, 0});
+        writer.EndCell();
+    }
+    writer.EndLibrary();
+    EXPECT_EQ(Load(writer).result, 30);
+}
+
+TEST(CellReferences, CellsThatShareCellsAreNoCircle) {
+    GdsWriter writer;
+    writer.BeginLibrary();
+    writer.BeginCell("LEAF");
+    writer.Rectangle(1, 0, 0, 1, 1);
+    writer.EndCell();
+    // Each level refers to the one below twice: 2^60 paths, but only 60 cells.
+    std::string below = "LEAF";
+    for (int level = 0; level < 60; ++level) {
+        const std::string name = std::to_string(level);
+        writer.BeginCell(name);
+        writer.Reference(below, {0, 0});
+        writer.Reference(below, {0, 1});
+        writer.EndCell();
+        below = name;
+    }
+    writer.EndLibrary();
+    const LoadedLayout loaded = Load(writer);
+    ASSERT_EQ(loaded.result, 0);
+    EXPECT_EQ(loaded.database.cells.back().bounds, (GdsRect{0, 0, 1, 61}));
+}
+
+TEST(CellReferences, NamesAreComparedByteForByteUpToTheFirstNul) {
+    const LoadedLayout loaded = LoadCell([](GdsWriter& writer) {
+        writer.Reference("cell", {0, 0});
+        writer.EndCell();
+        for (const char* name : {"Cell", "cel", "cells", "cell"}) {
+            writer.BeginCell(name);
+            writer.EndCell();
+        }
+        writer.BeginCell("LAST");
+    });
+    ASSERT_EQ(loaded.result, 0);
+    EXPECT_EQ(loaded.database.cells.at(0).srefs.at(0).cell, &loaded.database.cells.at(4));
+}
+
+TEST(CellReferences, AnUnknownNameLeavesItsReferenceEmpty) {
+    GdsDatabase database;
+    database.cells.resize(1);
+    database.cells[0].name = std::string("CELL");
+    database.cells[0].srefs.resize(1);
+    database.cells[0].srefs[0].name = std::string("OTHER");
+    EXPECT_FALSE(BindReferences(database));
+    EXPECT_EQ(database.cells[0].srefs[0].cell, nullptr);
+    database.cells[0].srefs[0].name = std::string("CELL\0B", 6);
+    EXPECT_TRUE(BindReferences(database));
+    EXPECT_EQ(database.cells[0].srefs[0].cell, &database.cells[0]);
+    EXPECT_TRUE(HasReferenceCircle(database));
+}
+
+}  // namespace
+}  // namespace zelmo

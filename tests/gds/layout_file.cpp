@@ -1,0 +1,18 @@
+#include "tests/gds/layout_file.h"
+
+#include "gds/gds_reader.h"
+#include "tests/support/recording_console.h"
+#include "tests/support/temp_folder.h"
+
+namespace zelmo {
+
+LoadedLayout LoadBytes(const std::vector<std::uint8_t>& bytes) {
+    const TempFolder folder;
+    RecordingConsole console;
+    LoadedLayout loaded;
+    loaded.result = ReadGdsFile(loaded.database, folder.Write("layout.gds", bytes), &console);
+    loaded.lines = console.lines;
+    return loaded;
+}
+
+}  // namespace zelmo

@@ -1,0 +1,420 @@
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <limits>
+#include <random>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+#include "gds/cell_bounds.h"
+#include "gds/gds_database.h"
+#include "gds/polygon_extraction.h"
+#include "tests/gds/random_layout.h"
+#include "tests/plain/gds_plain.h"
+
+// Which polygons of a hierarchy a rectangle selects, and in which order.
+
+namespace zelmo {
+namespace {
+
+GdsBoundary Rectangle(std::uint16_t layer, std::int64_t x0, std::int64_t y0, std::int64_t x1,
+                      std::int64_t y1) {
+    GdsBoundary boundary;
+    boundary.layer = layer;
+    boundary.points = {{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}, {x0, y0}};
+    boundary.bounds = {x0, y0, x1, y1};
+    return boundary;
+}
+
+GdsSref Reference(GdsCell& cell, GdsPoint origin) {
+    GdsSref sref;
+    sref.cell = &cell;
+    sref.origin = origin;
+    sref.mag = 1.0;
+    return sref;
+}
+
+GdsAref Array(GdsCell& cell, std::int32_t columns, std::int32_t rows, GdsPoint origin,
+              GdsPoint columnEnd, GdsPoint rowEnd) {
+    GdsAref aref;
+    aref.cell = &cell;
+    aref.mag = 1.0;
+    aref.columns = columns;
+    aref.rows = rows;
+    aref.points = {origin, columnEnd, rowEnd};
+    return aref;
+}
+
+ExtractionScope ScopeOf(std::int64_t x0, std::int64_t y0, std::int64_t x1, std::int64_t y1) {
+    ExtractionScope scope;
+    scope.x0 = x0;
+    scope.y0 = y0;
+    scope.x1 = x1;
+    scope.y1 = y1;
+    return scope;
+}
+
+/// Sizes the cell and collects its polygons.
+std::uint32_t Collect(ExtractionScope& scope, GdsCell& cell) {
+    ComputeCellBounds(cell, GdsTransform());
+    return CollectCellPolygons(scope, {&cell, GdsTransform()});
+}
+
+std::vector<std::uint16_t> LayersOf(const ExtractionScope& scope) {
+    std::vector<std::uint16_t> layers;
+    for (const RawPolygon& polygon : scope.output) {
+        layers.push_back(polygon.layer);
+    }
+    return layers;
+}
+
+using Layers = std::vector<std::uint16_t>;
+
+TEST(CollectCellPolygons, KeepsPolygonsWholeAndShiftsThemToTheCorner) {
+    GdsCell cell;
+    cell.boundaries.push_back(Rectangle(7, -1000, -1000, 15, 25));
+    ExtractionScope scope = ScopeOf(10, 20, 100, 100);
+    EXPECT_EQ(Collect(scope, cell), 0u);
+    ASSERT_EQ(scope.output.size(), 1u);
+    EXPECT_EQ(scope.output[0].layer, 7);
+    EXPECT_EQ(
+        scope.output[0].points,
+        (std::vector<GdsPoint>{{-1010, -1020}, {5, -1020}, {5, 5}, {-1010, 5}, {-1010, -1020}}));
+}
+
+TEST(CollectCellPolygons, LeavesOutAPolygonThatOnlyTouchesTheRectangle) {
+    GdsCell cell;
+    cell.boundaries.push_back(Rectangle(1, 100, 0, 200, 100));  // on x1
+    cell.boundaries.push_back(Rectangle(2, -100, 0, 0, 100));   // on x0
+    cell.boundaries.push_back(Rectangle(3, 0, 100, 100, 200));  // on y1
+    cell.boundaries.push_back(Rectangle(4, 0, -100, 100, 0));   // on y0
+    cell.boundaries.push_back(Rectangle(5, 99, 99, 200, 200));
+    cell.boundaries.push_back(Rectangle(6, -100, -100, 1, 1));
+    ExtractionScope scope = ScopeOf(0, 0, 100, 100);
+    scope.minSize = 1000;
+    EXPECT_EQ(Collect(scope, cell), 0u);
+    EXPECT_EQ(scope.skipped, 2u);  // those that touch only are not counted
+    scope.minSize = 0;
+    Collect(scope, cell);
+    EXPECT_EQ(LayersOf(scope), (Layers{5, 6}));
+}
+
+TEST(CollectCellPolygons, DropsOnlyWhatIsBelowTheLeastSize) {
+    for (const auto& [minSize, kept] : {std::pair(100, true), {101, false}}) {
+        GdsCell cell;
+        cell.boundaries.push_back(Rectangle(1, 0, 0, 100, 5000));
+        ExtractionScope scope = ScopeOf(-10, -10, 1000, 1000);
+        scope.minSize = minSize;
+        EXPECT_EQ(Collect(scope, cell), 0u);
+        EXPECT_EQ(scope.output.size(), kept ? 1u : 0u);
+        EXPECT_EQ(scope.skipped, kept ? 0u : 1u);
+    }
+}
+
+TEST(CollectCellPolygons, JudgesTheSizeByThePlacedBox) {
+    // A strip of width 10 passes when it lies diagonally, and when its reference magnifies it.
+    GdsCell strip;
+    strip.boundaries.push_back(Rectangle(1, 0, 0, 1000, 10));
+    GdsCell top;
+    top.srefs.push_back(Reference(strip, {0, 0}));
+    top.srefs.push_back(Reference(strip, {0, 0}));
+    top.srefs.back().angle = 0.785f;
+    top.srefs.push_back(Reference(strip, {0, 0}));
+    top.srefs.back().mag = 10.0;
+    ExtractionScope scope = ScopeOf(-10000, -10000, 20000, 20000);
+    scope.minSize = 50;
+    EXPECT_EQ(Collect(scope, top), 0u);
+    EXPECT_EQ(scope.output.size(), 2u);
+    EXPECT_EQ(scope.skipped, 1u);
+}
+
+TEST(CollectCellPolygons, NeverDropsASubcellForBeingSmall) {
+    GdsCell small;
+    small.boundaries.push_back(Rectangle(1, 0, 0, 2, 2));
+    GdsCell top;
+    top.srefs.push_back(Reference(small, {5, 5}));
+    ExtractionScope scope = ScopeOf(0, 0, 100, 100);
+    scope.minSize = 10;
+    EXPECT_EQ(Collect(scope, top), 0u);
+    EXPECT_EQ(scope.skipped, 1u);  // it was entered, and its polygon counted
+}
+
+TEST(CollectCellPolygons, GoesDepthFirstOwnPolygonsThenReferencesThenArrays) {
+    GdsCell leaf;
+    leaf.boundaries.push_back(Rectangle(30, 0, 0, 5, 5));
+    GdsCell middle;
+    middle.boundaries.push_back(Rectangle(20, 0, 0, 5, 5));
+    middle.srefs.push_back(Reference(leaf, {1, 1}));
+    middle.boundaries.push_back(Rectangle(21, 0, 0, 5, 5));
+    GdsCell top;
+    top.arefs.push_back(Array(middle, 2, 1, {0, 0}, {2, 0}, {0, 2}));
+    top.srefs.push_back(Reference(leaf, {0, 0}));
+    top.srefs.push_back(Reference(middle, {0, 0}));
+    top.boundaries.push_back(Rectangle(10, 0, 0, 5, 5));
+    ExtractionScope scope = ScopeOf(-100, -100, 100, 100);
+    EXPECT_EQ(Collect(scope, top), 0u);
+    EXPECT_EQ(LayersOf(scope), (Layers{10, 30, 20, 21, 30, 20, 21, 30, 20, 21, 30}));
+}
+
+TEST(CollectCellPolygons, GoesThroughArraysColumnByColumn) {
+    GdsCell leaf;
+    leaf.boundaries.push_back(Rectangle(1, 0, 0, 1, 1));
+    GdsCell top;
+    top.arefs.push_back(Array(leaf, 20, 30, {0, 0}, {20 * 3, 0}, {0, 30 * 5}));
+    ExtractionScope scope = ScopeOf(0, 0, 1000, 1000);
+    EXPECT_EQ(Collect(scope, top), 0u);
+    ASSERT_EQ(scope.output.size(), 600u);
+    for (std::int64_t k = 0; k < 600; ++k) {
+        ASSERT_EQ(scope.output[static_cast<std::size_t>(k)].points[0],
+                  (GdsPoint{k / 30 * 3, k % 30 * 5}));
+    }
+}
+
+TEST(CollectCellPolygons, PrunesByTheReferencedCellsBoxAndItsOrigin) {
+    // The cell's box reaches from its origin to the polygon, across the rectangle: the reference
+    // passes, its polygon does not.
+    GdsCell far;
+    far.boundaries.push_back(Rectangle(1, 1000, 1000, 1100, 1100));
+    GdsCell top;
+    top.srefs.push_back(Reference(far, {0, 0}));
+    ExtractionScope scope = ScopeOf(400, 400, 600, 600);
+    EXPECT_EQ(Collect(scope, top), 0u);
+    EXPECT_TRUE(scope.output.empty());
+    EXPECT_EQ(scope.skipped, 0u);
+    // A stored box that misses the rectangle hides the polygons in it.
+    far.bounds = {0, 0, 10, 10};
+    scope = ScopeOf(900, 900, 1200, 1200);
+    CollectCellPolygons(scope, {&top, GdsTransform()});
+    EXPECT_TRUE(scope.output.empty());
+}
+
+TEST(CollectCellPolygons, StopsAsSoonAsTheLimitIsReached) {
+    GdsCell leaf;
+    for (std::uint16_t layer = 1; layer <= 3; ++layer) {
+        leaf.boundaries.push_back(Rectangle(layer, 0, 0, 5, 5));
+    }
+    GdsCell top;
+    top.arefs.push_back(Array(leaf, 2, 2, {0, 0}, {20, 0}, {0, 20}));
+    const auto collect = [&](std::size_t limit) {
+        ExtractionScope scope = ScopeOf(-100, -100, 100, 100);
+        scope.limit = limit;
+        const std::uint32_t result = Collect(scope, top);
+        EXPECT_EQ(scope.output.size(), std::min<std::size_t>(limit, 12));
+        return result;
+    };
+    EXPECT_EQ(collect(13), 0u);
+    EXPECT_EQ(collect(12), 2u);  // also at the very last polygon
+    EXPECT_EQ(collect(5), 2u);
+    EXPECT_EQ(ExtractionScope().limit, 10000000u);
+}
+
+TEST(CollectCellPolygons, ThrowsForAnArrayOfFewerThanThreePoints) {
+    GdsCell leaf;
+    GdsCell top;
+    top.arefs.push_back(Array(leaf, 0, 0, {}, {}, {}));
+    top.arefs.back().points.resize(2);
+    ExtractionScope scope = ScopeOf(0, 0, 10, 10);
+    EXPECT_THROW(CollectCellPolygons(scope, {&top, GdsTransform()}), std::out_of_range);
+}
+
+TEST(CollectCellPolygons, HasNothingToTakeFromAnArrayOfNoColumnsOrRows) {
+    GdsCell leaf;
+    leaf.boundaries.push_back(Rectangle(1, 0, 0, 5, 5));
+    GdsCell top;
+    top.arefs.push_back(Array(leaf, 0, 5, {0, 0}, {20, 0}, {0, 20}));
+    top.arefs.push_back(Array(leaf, 5, 0, {0, 0}, {20, 0}, {0, 20}));
+    ExtractionScope scope = ScopeOf(-10, -10, 100, 100);
+    EXPECT_EQ(Collect(scope, top), 0u);
+    EXPECT_TRUE(scope.output.empty());
+}
+
+TEST(CollectCellPolygons, PutsInstancesBeyond32BitsAtTheMostNegativeNumber) {
+    GdsCell leaf;
+    leaf.boundaries.push_back(Rectangle(1, 0, 0, 5, 5));
+    GdsCell top;
+    // The second column stands at 3,000,000,000.
+    top.arefs.push_back(Array(leaf, 2, 1, {2000000000, 0}, {4000000000, 0}, {2000000000, 1}));
+    ExtractionScope scope = ScopeOf(-2147483648LL, -10, -2147483000, 100);
+    EXPECT_EQ(Collect(scope, top), 0u);
+    // Sized at its true place, extracted at the other end of the world.
+    EXPECT_EQ(top.bounds, (GdsRect{0, 0, 3000000005, 5}));
+    ASSERT_EQ(scope.output.size(), 1u);
+    EXPECT_EQ(scope.output[0].points[0], (GdsPoint{0, 10}));
+}
+
+TEST(CollectCellPolygons, WalksAChainOf200000Cells) {
+    constexpr std::size_t depth = 200000;
+    std::vector<GdsCell> cells(depth);
+    cells.back().boundaries.push_back(Rectangle(1, 0, 0, 5, 5));
+    for (std::size_t i = 0; i + 1 < depth; ++i) {
+        if (i % 2 == 0) {
+            cells[i].srefs.push_back(Reference(cells[i + 1], {1, 0}));
+        } else {
+            cells[i].arefs.push_back(Array(cells[i + 1], 1, 1, {1, 0}, {2, 0}, {1, 1}));
+        }
+    }
+    ExtractionScope scope = ScopeOf(0, 0, 1000000, 100);
+    EXPECT_EQ(Collect(scope, cells.front()), 0u);
+    ASSERT_EQ(scope.output.size(), 1u);
+    EXPECT_EQ(scope.output[0].points[0], (GdsPoint{depth - 1, 0}));
+}
+
+TEST(CollectCellPolygons, FindsAFewInstancesOfNestedHugeArraysAtOnce) {
+    GdsCell a;
+    a.boundaries.push_back(Rectangle(1, 0, 0, 3, 4));
+    GdsCell b;
+    b.arefs.push_back(Array(a, 65535, 65535, {0, 0}, {65535 * 10, 0}, {0, 65535 * 20}));
+    GdsCell c;
+    // The copies stand side by side.
+    c.arefs.push_back(Array(b, 1000, 1000, {0, 0}, {1000 * 655350LL, 0}, {0, 1000 * 1310700LL}));
+    const std::int64_t x = 655350 * 600 + 30;
+    const std::int64_t y = 1310700 * 400 + 40;
+    ExtractionScope scope = ScopeOf(x, y, x + 31, y + 41);
+    EXPECT_EQ(Collect(scope, c), 0u);
+    std::vector<GdsPoint> corners;
+    for (const RawPolygon& polygon : scope.output) {
+        corners.push_back(polygon.points[0]);
+    }
+    std::vector<GdsPoint> expected;
+    for (const std::int64_t column : {0, 10, 20, 30}) {
+        for (const std::int64_t row : {0, 20, 40}) {
+            expected.push_back({column, row});
+        }
+    }
+    EXPECT_EQ(corners, expected);
+}
+
+TEST(CollectCellPolygons, PassesOverHugeArraysOfCellsWithoutPolygons) {
+    GdsCell hollow;
+    GdsCell b;
+    b.arefs.push_back(Array(hollow, 65535, 65535, {0, 0}, {0, 0}, {0, 0}));
+    GdsCell top;
+    top.arefs.push_back(Array(b, 65535, 65535, {50, 50}, {50, 50}, {50, 50}));
+    ExtractionScope scope = ScopeOf(0, 0, 100, 100);
+    EXPECT_EQ(Collect(scope, top), 0u);
+    EXPECT_TRUE(scope.output.empty());
+}
+
+// Against the plain version
+
+ExtractionScope RandomScope(std::mt19937& random, std::int64_t reach) {
+    const std::int64_t side = RandomInteger(random, 0, 3) == 0 ? reach * 4 : reach / 2 + 1;
+    ExtractionScope scope;
+    scope.x0 = RandomInteger(random, -2 * reach, 2 * reach);
+    scope.y0 = RandomInteger(random, -2 * reach, 2 * reach);
+    scope.x1 = scope.x0 + RandomInteger(random, 0, side);
+    scope.y1 = scope.y0 + RandomInteger(random, 0, side);
+    scope.minSize = random() % 2 == 0 ? 0 : RandomInteger(random, 0, reach / 8 + 1);
+    scope.limit = random() % 4 == 0 ? 1 + random() % 20 : 2000;
+    return scope;
+}
+
+void ExpectSamePolygons(const ExtractionScope& found, const ExtractionScope& expected) {
+    ASSERT_EQ(found.output.size(), expected.output.size());
+    ASSERT_EQ(found.skipped, expected.skipped);
+    for (std::size_t i = 0; i < found.output.size(); ++i) {
+        ASSERT_EQ(found.output[i].layer, expected.output[i].layer);
+        ASSERT_EQ(found.output[i].points, expected.output[i].points);
+    }
+}
+
+void ExpectPlainPolygons(const ExtractionScope& scope, const PlacedCell& placed) {
+    ExtractionScope found = scope;
+    ExtractionScope expected = scope;
+    ASSERT_EQ(CollectCellPolygons(found, placed), CollectCellPolygonsPlain(expected, placed));
+    ExpectSamePolygons(found, expected);
+}
+
+TEST(CollectCellPolygons, GivesThePolygonsOfThePlainVersionInTheirOrder) {
+    std::mt19937 random(71);
+    for (int run = 0; run < 1500; ++run) {
+        RandomLayoutSettings settings;
+        settings.cells = static_cast<std::int32_t>(RandomInteger(random, 1, 6));
+        settings.reach = run % 3 == 0 ? 30 : run % 3 == 1 ? 20000 : 2147483647;
+        settings.arraySide = 5;
+        settings.strangeMagnifications = run % 5 == 0;
+        GdsDatabase database = RandomLayout(random, settings);
+        for (GdsCell& cell : database.cells) {
+            ComputeCellBounds(cell, GdsTransform());
+        }
+        for (const GdsCell& cell : database.cells) {
+            ExpectPlainPolygons(RandomScope(random, settings.reach), {&cell, GdsTransform()});
+            if (HasFatalFailure()) {
+                FAIL() << "run " << run;
+            }
+        }
+    }
+}
+
+TEST(CollectCellPolygons, FindsTheInstancesOfAnyArrayUnderAnyPlacement) {
+    std::mt19937 random(72);
+    constexpr double infinity = std::numeric_limits<double>::infinity();
+    constexpr double magnifications[] = {1.0, 1.0, 0.5, 3.25, -1.0, 0.0, infinity, 1e-3};
+    std::size_t polygons = 0;
+    for (int run = 0; run < 1500; ++run) {
+        const std::int64_t reach = run % 3 == 0 ? 60 : run % 3 == 1 ? 3000 : 2147483647;
+        GdsCell leaf;
+        leaf.boundaries.push_back(Rectangle(1, -reach / 40, 0, reach / 20, reach / 30));
+        ComputeCellBounds(leaf, GdsTransform());
+        GdsCell parent;
+        GdsAref aref = Array(leaf, 1 + static_cast<std::int32_t>(random() % 60),
+                             1 + static_cast<std::int32_t>(random() % 60), {}, {}, {});
+        for (GdsPoint& point : aref.points) {
+            point.x = RandomInteger(random, -reach, reach);
+            point.y = RandomInteger(random, -reach, reach);
+        }
+        if (run % 2 == 0) {  // along the axes
+            aref.points[1].y = aref.points[0].y;
+            aref.points[2].x = aref.points[0].x;
+        }
+        aref.mag = magnifications[random() % std::size(magnifications)];
+        aref.angle = RandomAngle(random);
+        aref.strans = random() % 2 == 0 ? 0 : 0x8000;
+        parent.arefs.push_back(aref);
+        GdsTransform transform;
+        transform.flip = random() % 2 == 0 ? 0 : 0x8000;
+        transform.dx = RandomInteger(random, -reach, reach);
+        transform.mag = magnifications[random() % std::size(magnifications)];
+        transform.angle = RandomAngle(random);
+        const ExtractionScope scope = RandomScope(random, reach);
+        ExpectPlainPolygons(scope, {&parent, transform});
+        if (HasFatalFailure()) {
+            FAIL() << "run " << run;
+        }
+        ExtractionScope counted = scope;
+        CollectCellPolygons(counted, {&parent, transform});
+        polygons += counted.output.size();
+    }
+    EXPECT_GT(polygons, 10000u);
+}
+
+TEST(CollectCellPolygons, FindsTheWrappedInstancesOfArraysThatLeave32Bits) {
+    std::mt19937 random(73);
+    std::size_t polygons = 0;
+    for (int run = 0; run < 400; ++run) {
+        GdsCell leaf;
+        leaf.boundaries.push_back(Rectangle(1, 0, 0, 100, 100));
+        ComputeCellBounds(leaf, GdsTransform());
+        GdsCell parent;
+        const auto coordinate = [&] { return RandomInteger(random, -4, 4) * 1073741824; };
+        GdsAref aref = Array(leaf, 40, 40, {}, {}, {});
+        for (GdsPoint& point : aref.points) {
+            point.x = coordinate() + RandomInteger(random, -5, 5);
+            point.y = coordinate() + RandomInteger(random, -5, 5);
+        }
+        parent.arefs.push_back(aref);
+        const std::int64_t edge = run % 2 == 0 ? -2147483648LL : 2147483600;
+        ExtractionScope scope = ScopeOf(edge, -5000000000, edge + 60, 5000000000);
+        ExpectPlainPolygons(scope, {&parent, GdsTransform()});
+        if (HasFatalFailure()) {
+            FAIL() << "run " << run;
+        }
+        CollectCellPolygons(scope, {&parent, GdsTransform()});
+        polygons += scope.output.size();
+    }
+    EXPECT_GT(polygons, 1000u);
+}
+
+}  // namespace
+}  // namespace zelmo

@@ -1,0 +1,128 @@
+#include "gds/stream_records.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <vector>
+
+#include "examples/gds_writer.h"
+#include "tests/support/temp_folder.h"
+
+namespace zelmo {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+StreamRecord RecordOf(const Bytes& data) {
+    StreamRecord record;
+    record.data = data;
+    return record;
+}
+
+TEST(StreamRecord, DecodesNumbersMostSignificantByteFirst) {
+    const Bytes data{0x12, 0x34, 0xFF, 0xFE, 0x80, 0x00};
+    const StreamRecord record = RecordOf(data);
+    EXPECT_EQ(record.U16At(0), 0x1234);
+    EXPECT_EQ(record.U32At(0), 0x1234FFFEu);
+    EXPECT_EQ(record.I32At(2), static_cast<std::int32_t>(0xFFFE8000u));
+}
+
+TEST(StreamRecord, ReadsZerosBehindTheEndOfTheData) {
+    const Bytes data{0x12, 0x34, 0x56};
+    const StreamRecord record = RecordOf(data);
+    EXPECT_EQ(record.U16At(2), 0x5600);
+    EXPECT_EQ(record.U16At(3), 0);
+    EXPECT_EQ(record.U16At(1000), 0);
+    EXPECT_EQ(record.U32At(0), 0x12345600u);
+    EXPECT_EQ(record.I32At(3), 0);
+    EXPECT_EQ(RecordOf({}).RealAt(0), 0.0);
+}
+
+TEST(StreamRecord, ReadsARealWhoseEndIsMissing) {
+    const Bytes data{0x41, 0x10};
+    EXPECT_EQ(RecordOf(data).RealAt(0), 1.0);
+}
+
+class StreamRecordsTest : public testing::Test {
+protected:
+    StreamRecords Open(const Bytes& bytes) { return StreamRecords(folder_.Write("file", bytes)); }
+
+    TempFolder folder_;
+};
+
+TEST_F(StreamRecordsTest, HandsOutRecordAfterRecord) {
+    StreamRecords records = Open({0, 6, 0x0D, 0x02, 0, 7, 0, 4, 0x11, 0x00});
+    StreamRecord record;
+    ASSERT_EQ(records.Next(record), RecordStatus::Read);
+    EXPECT_EQ(record.code, 0x0D02);
+    ASSERT_EQ(record.data.size(), 2u);
+    EXPECT_EQ(record.U16At(0), 7);
+    ASSERT_EQ(records.Next(record), RecordStatus::Read);
+    EXPECT_EQ(record.code, 0x1100);
+    EXPECT_TRUE(record.data.empty());
+    EXPECT_EQ(records.Next(record), RecordStatus::EndOfFile);
+    EXPECT_EQ(records.Next(record), RecordStatus::EndOfFile);
+}
+
+TEST_F(StreamRecordsTest, TakesFewerThanFourBytesForTheEndOfTheFile) {
+    for (std::size_t size = 0; size < 4; ++size) {
+        StreamRecords records = Open(Bytes(size, 0));
+        StreamRecord record;
+        EXPECT_EQ(records.Next(record), RecordStatus::EndOfFile) << size;
+    }
+}
+
+TEST_F(StreamRecordsTest, ReportsALengthBelowFour) {
+    for (std::uint8_t length = 0; length < 4; ++length) {
+        StreamRecords records = Open({0, length, 0x11, 0x00});
+        StreamRecord record;
+        EXPECT_EQ(records.Next(record), RecordStatus::BadLength) << int{length};
+    }
+}
+
+TEST_F(StreamRecordsTest, FillsARecordThatTheFileCutsShortWithZeros) {
+    StreamRecords records = Open({0, 9, 0x06, 0x06, 'A', 'B'});
+    StreamRecord record;
+    ASSERT_EQ(records.Next(record), RecordStatus::Read);
+    EXPECT_EQ(record.Text(), std::string("AB\0\0\0", 5));
+    EXPECT_EQ(records.Next(record), RecordStatus::EndOfFile);
+}
+
+TEST_F(StreamRecordsTest, FillsTheLongestRecordOfAFileThatEndsBehindItsHead) {
+    StreamRecords records = Open({0xFF, 0xFF, 0x06, 0x06});
+    StreamRecord record;
+    ASSERT_EQ(records.Next(record), RecordStatus::Read);
+    EXPECT_EQ(record.Text(), std::string(65531, '\0'));
+}
+
+TEST_F(StreamRecordsTest, KeepsEveryByteOfRecordsThatLieAcrossBlocks) {
+    GdsWriter writer;
+    std::vector<std::size_t> sizes;
+    for (std::size_t size = 65531; writer.Bytes().size() < (std::size_t{2} << 20); size -= 997) {
+        sizes.push_back(size);
+        Bytes data(size);
+        for (std::size_t i = 0; i < size; ++i) {
+            data[i] = static_cast<std::uint8_t>(i * 31 + size);
+        }
+        writer.Record(0x1906, data);
+    }
+    StreamRecords records = Open(writer.Bytes());
+    StreamRecord record;
+    for (const std::size_t size : sizes) {
+        ASSERT_EQ(records.Next(record), RecordStatus::Read);
+        ASSERT_EQ(record.data.size(), size);
+        for (std::size_t i = 0; i < size; ++i) {
+            ASSERT_EQ(record.data[i], static_cast<std::uint8_t>(i * 31 + size));
+        }
+    }
+    EXPECT_EQ(records.Next(record), RecordStatus::EndOfFile);
+}
+
+TEST_F(StreamRecordsTest, ReportsWhatCannotBeRead) {
+    StreamRecord record;
+    EXPECT_EQ(StreamRecords(folder_.Path() / "missing").Next(record), RecordStatus::Unreadable);
+    EXPECT_EQ(StreamRecords(folder_.Path()).Next(record), RecordStatus::Unreadable);
+}
+
+}  // namespace
+}  // namespace zelmo

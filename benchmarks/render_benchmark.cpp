@@ -63,5 +63,3 @@ BENCHMARK(IndexCountOfOneLayer)->Name("LayerMesh/count")->Unit(benchmark::kMilli
 
 }  // namespace
 }  // namespace zelmo
-
-BENCHMARK_MAIN();

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <cstdio>
+#include <bit>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -162,7 +163,7 @@ TEST_F(DumpStep, WritesStrangeNumbersTheSameOnEveryPlatform) {
     }
 }
 
-TEST_F(DumpStep, NumbersReadAsThePlatformPrintsThem) {
+TEST_F(DumpStep, NumbersAreRoundedToTheNearestTextAndTiesToTheEvenOne) {
     TestRandom random(12);
     ProcessModel model;
     SetUpGrid(model, 2000, 1, 1.0f);
@@ -180,20 +181,12 @@ TEST_F(DumpStep, NumbersReadAsThePlatformPrintsThem) {
         }
     }
     Dump(model);
-    std::string expected;
-    for (std::size_t cell = 0; cell < 2000; ++cell) {
-        char line[1024];
-        std::snprintf(line, sizeof line, "\nCOVER LAYER ID: %d\tHEIGHT: %.10f\n", 0,
-                      static_cast<double>(model.coverMap[cell].height));
-        expected += line;
-        const float thickness = layer.top[cell] - layer.bottom[cell];
-        std::snprintf(line, sizeof line,
-                      "M: %d\tN: %d\tL: %d\tBOT: %.12f\tTOP: %.12f\tTHI: %.12f\n\n", 0,
-                      static_cast<int>(cell), 0, static_cast<double>(layer.bottom[cell]),
-                      static_cast<double>(layer.top[cell]), static_cast<double>(thickness));
-        expected += line;
+    // The hash of what the GNU C library prints for them. Others round the ties in other ways.
+    std::uint64_t hash = 1469598103934665603ULL;
+    for (const char letter : Text()) {
+        hash = (hash ^ static_cast<unsigned char>(letter)) * 1099511628211ULL;
     }
-    EXPECT_EQ(Text(), expected + "\n\n");
+    EXPECT_EQ(hash, 0xe6d132f496d877f3ULL);
 }
 
 }  // namespace

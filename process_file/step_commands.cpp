@@ -69,7 +69,7 @@ void ReadCameraAngle(ReaderState& state, std::string_view line, ProcessModel& mo
     if (HasArgument(line, "-angle")) {
         model.cameraAngle = static_cast<float>(ReadInteger(state, line, "-angle"));
     }
-    // The limit is wider than the text says: process files in use go up to the view from above.
+    // The limit is 90 though the text names 40: steeper views are welcome.
     if (model.cameraAngle > 90.0f || model.cameraAngle < 0.0f) {
         ReportError(state, "Camera angle should be between 0 and 40 degrees");
     }
@@ -256,7 +256,7 @@ void ReadEtch(ReaderState& state, std::string_view line, ProcessStep& step) {
                   "Step name of etch process %s already exists");
     ReadTargets(state, line, step.targets);
     step.iso = ReadDecimal(state, line, "-iso");
-    // The limit is wider than the text says: process files in use etch faster sideways than down.
+    // The limit is 5.0 though the text names 1.0: faster sideways than down is welcome.
     if (step.iso < 0.0f || step.iso > 5.0f) {
         ReportError(state,
                     "The value of the -iso argument needs to be between 0.0 (anisotropic) and 1.0 "

@@ -5,9 +5,11 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <optional>
 #include <vector>
 
 #include "model/conversions.h"
+#include "model/nearest_value.h"
 
 // Results are reproduced to the bit: the order of every sum and product here is part of them.
 
@@ -215,23 +217,6 @@ LineHit MeanOfNearest(const std::array<LineHit, 4>& hits) {
     return {sum / static_cast<float>(count), nearest, true};
 }
 
-/// The first entry of the table that leads from the cell to one with a value; null without any.
-const float* FindNearestValue(std::int32_t cols, std::int32_t rows, const NeighbourTable& table,
-                              std::span<const float> in, std::int32_t col, std::int32_t row) {
-    for (const NeighbourOffset& offset : table.entries) {
-        const std::int32_t x = col + offset.dx;
-        const std::int32_t y = row + offset.dy;
-        if (x < 0 || x >= cols || y < 0 || y >= rows) {
-            continue;
-        }
-        const float& value = in[CellIndex(cols, x, y)];
-        if (!IsMissing(value)) {
-            return &value;
-        }
-    }
-    return nullptr;
-}
-
 }  // namespace
 
 void OffsetSurface(const ProcessModel& model, std::span<float> out, std::span<const float> heights,
@@ -258,7 +243,7 @@ void OffsetSurface(const ProcessModel& model, std::span<float> out, std::span<co
             RasteriseTriangle(raster, b, d, c);
         }
     }
-    FillMissingCells(cols, rows, spacing, model.neighbours, out, raster.heights);
+    FillMissingCells(cols, rows, spacing, out, raster.heights);
 }
 
 void ComputeVertexNormals(std::int32_t cols, std::int32_t rows, float spacing,
@@ -278,13 +263,13 @@ void ComputeVertexNormals(std::int32_t cols, std::int32_t rows, float spacing,
 }
 
 std::int32_t FillMissingCells(std::int32_t cols, std::int32_t rows, float spacing,
-                              const NeighbourTable& table, std::span<float> out,
-                              std::span<const float> in) {
+                              std::span<float> out, std::span<const float> in) {
     if (std::all_of(in.begin(), in.end(), IsMissing)) {
         std::fill(out.begin(), out.end(), missing);
         return 0;
     }
     std::int32_t filled = 0;
+    std::optional<ValuedColumns> valued;  // made when the first cell needs it, which is rare
     for (std::int32_t row = 0; row < rows; ++row) {
         for (std::int32_t col = 0; col < cols; ++col) {
             const std::size_t i = CellIndex(cols, col, row);
@@ -295,16 +280,17 @@ std::int32_t FillMissingCells(std::int32_t cols, std::int32_t rows, float spacin
             const auto along = [&](std::int32_t stepCol, std::int32_t stepRow) {
                 return FindAlongLine(cols, rows, spacing, col, row, stepCol, stepRow, in);
             };
-            out[i] = missing;
             const LineHit hit =
                 MeanOfNearest({along(0, 1), along(-1, 0), along(0, -1), along(1, 0)});
             if (hit.found) {
                 out[i] = hit.value;
-                ++filled;
-            } else if (const float* value = FindNearestValue(cols, rows, table, in, col, row)) {
-                out[i] = *value;
-                ++filled;
+            } else {
+                if (!valued) {
+                    valued = FindValuedColumns(cols, rows, in);
+                }
+                out[i] = in[static_cast<std::size_t>(FindNearestValue(*valued, spacing, col, row))];
             }
+            ++filled;
         }
     }
     return filled;

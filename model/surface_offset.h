@@ -22,8 +22,8 @@ struct LineHit {
 /// Moves every point of the surface `heights` up by the signed `distance` (micrometres), and
 /// sideways by `lateral` * `distance` along the horizontal part of its unit normal, and stores the
 /// resulting height field in `out`. Where the moved surface folds over itself, the highest sheet
-/// counts for a rising surface, the lowest for a sinking one. Reads grid size, spacing and
-/// neighbours of the model. `out` and `heights` hold one float per cell and do not overlap.
+/// counts for a rising surface, the lowest for a sinking one. Reads grid size and spacing of the
+/// model. `out` and `heights` hold one float per cell and do not overlap.
 void OffsetSurface(const ProcessModel& model, std::span<float> out, std::span<const float> heights,
                    float distance, float lateral);
 
@@ -34,12 +34,12 @@ void ComputeVertexNormals(std::int32_t cols, std::int32_t rows, float spacing,
 
 /// Copies `in` to `out` and gives each cell without a value one from its surroundings: the
 /// surface continued along the nearest of the four grid directions that meets a cell with a value
-/// (the mean of equally near ones), or else the value of the nearest cell in the order of `table`.
+/// (the mean of equally near ones), or else the value of the nearest cell, of equally near ones the
+/// first in the order of the neighbour table.
 /// Filled values are not used for filling. A cell stays 0.0 only where no cell has a value.
 /// Returns the number of cells filled.
 std::int32_t FillMissingCells(std::int32_t cols, std::int32_t rows, float spacing,
-                              const NeighbourTable& table, std::span<float> out,
-                              std::span<const float> in);
+                              std::span<float> out, std::span<const float> in);
 
 /// Walks from the start, which does not count itself, by (stepCol, stepRow) to the grid's edge and
 /// continues the line through the first two cells with a value back to the start. One cell alone

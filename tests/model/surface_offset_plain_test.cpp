@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "model/nearest_value.h"
 #include "model/surface_offset.h"
 #include "tests/model/grid_model.h"
 #include "tests/plain/surface_offset_plain.h"
@@ -178,8 +179,8 @@ TEST(MissingCellsAgainstPlain, AreFilledWithTheSameBits) {
         }
         std::vector<float> out(raster.size(), 5.0f);
         std::vector<float> plain(raster.size(), 6.0f);
-        const std::int32_t filled = FillMissingCells(
-            model.gridColumns, model.gridRows, model.gridSpacing, model.neighbours, out, raster);
+        const std::int32_t filled =
+            FillMissingCells(model.gridColumns, model.gridRows, model.gridSpacing, out, raster);
         EXPECT_EQ(filled,
                   FillMissingCellsPlain(model.gridColumns, model.gridRows, model.gridSpacing,
                                         model.neighbours, plain, raster));
@@ -208,6 +209,62 @@ TEST(LineSearchAgainstPlain, GivesTheSameHits) {
         ASSERT_EQ(BitsOf(std::vector<float>{hit.value, hit.distance}),
                   BitsOf(std::vector<float>{plain.value, plain.distance}));
     }
+}
+
+/// The first cell with a value on a walk through the neighbour table, or -1.
+std::int64_t FirstInTable(const ProcessModel& model, const std::vector<float>& raster,
+                          std::int32_t col, std::int32_t row) {
+    for (const NeighbourOffset& entry : model.neighbours.entries) {
+        const std::int32_t x = col + entry.dx;
+        const std::int32_t y = row + entry.dy;
+        if (x >= 0 && x < model.gridColumns && y >= 0 && y < model.gridRows &&
+            raster[CellAt(model, x, y)] != 0.0f) {
+            return static_cast<std::int64_t>(CellAt(model, x, y));
+        }
+    }
+    return -1;
+}
+
+TEST(NearestValue, IsTheFirstOneInTheNeighbourTable) {
+    for (std::uint32_t seed = 0; seed < 400; ++seed) {
+        TestRandom random(seed);
+        ProcessModel model;
+        SetUpRandomGrid(model, random);
+        std::vector<float> raster(model.CellCount(), 0.0f);
+        const std::uint32_t rarity = 1 + random.Below(12) * random.Below(20);
+        for (float& value : raster) {
+            value = random.Below(rarity) == 0 ? 1.0f : 0.0f;
+        }
+        const ValuedColumns valued = FindValuedColumns(model.gridColumns, model.gridRows, raster);
+        for (std::int32_t row = 0; row < model.gridRows; ++row) {
+            for (std::int32_t col = 0; col < model.gridColumns; ++col) {
+                ASSERT_EQ(FindNearestValue(valued, model.gridSpacing, col, row),
+                          FirstInTable(model, raster, col, row))
+                    << "seed " << seed << ", cell " << col << ", " << row;
+            }
+        }
+    }
+}
+
+TEST(NearestValue, IsTheLeftOneWhereLengthsRoundToTheSame) {
+    // With the smallest float for a pitch every length is a whole number of it.
+    constexpr float pitch = std::numeric_limits<float>::denorm_min();
+    ProcessModel model;
+    SetUpGrid(model, 6, 90, pitch);
+    std::vector<float> raster(model.CellCount(), 0.0f);
+    for (const std::int32_t col : {0, 2, 3, 5}) {
+        raster[CellAt(model, col, 80)] = 1.0f;
+        raster[CellAt(model, col, 81)] = 1.0f;
+    }
+    const ValuedColumns valued = FindValuedColumns(6, 90, raster);
+    for (std::int32_t col = 0; col < 6; ++col) {
+        for (const std::int32_t row : {0, 40, 79, 80, 89}) {
+            EXPECT_EQ(FindNearestValue(valued, pitch, col, row),
+                      FirstInTable(model, raster, col, row));
+        }
+    }
+    EXPECT_EQ(FindNearestValue(valued, pitch, 4, 0),
+              static_cast<std::int64_t>(CellAt(model, 0, 80)));
 }
 
 }  // namespace

@@ -28,8 +28,7 @@ std::vector<float> Fill(std::int32_t cols, const std::vector<float>& raster,
     ProcessModel model;
     SetUpGrid(model, cols, static_cast<std::int32_t>(raster.size()) / cols, 1.0f);
     std::vector<float> out(raster.size(), 99.0f);
-    const std::int32_t count =
-        FillMissingCells(cols, model.gridRows, 1.0f, model.neighbours, out, raster);
+    const std::int32_t count = FillMissingCells(cols, model.gridRows, 1.0f, out, raster);
     if (filled != nullptr) {
         *filled = count;
     }

@@ -1,5 +1,7 @@
 #include "batch/batch_run.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <exception>
 #include <filesystem>
@@ -76,9 +78,10 @@ bool RunSteps(ProcessModel& model, PictureSaver* saver, Reporting& reporting) {
 ExitStatus RunFiles(const BatchOptions& options, Reporting& reporting) {
     const auto assetFolders = AssetFolders(options.assets, ProgramFolder());
     LoadColors(FindAsset(assetFolders, "colors.txt"));
-    const auto database = LoadLayoutFile(options.layout, &reporting.console);
+    auto database = LoadLayoutFile(options.layout, &reporting.console);
     std::optional<PictureSaver> saver;  // to go after the model
     const auto model = PrepareProcess(options.process, *database, &reporting.console);
+    database.reset();  // only the preparation reads it
     if (options.checkOnly) {
         return ExitStatus::Success;
     }
@@ -87,8 +90,15 @@ ExitStatus RunFiles(const BatchOptions& options, Reporting& reporting) {
         saver->Begin(*model);
     }
     WarnOfDump(*model, reporting);
-    const bool complete = RunSteps(*model, saver ? &*saver : nullptr, reporting);
-    return complete ? ExitStatus::Success : ExitStatus::Picture;
+    try {
+        const bool complete = RunSteps(*model, saver ? &*saver : nullptr, reporting);
+        return complete ? ExitStatus::Success : ExitStatus::Picture;
+    } catch (const std::bad_alloc&) {
+        throw BatchFailure{ExitStatus::Other,
+                           fmt::format("the process file {} was not run to its end: there is not "
+                                       "enough memory",
+                                       Utf8FromWide(PathText(options.process)))};
+    }
 }
 
 }  // namespace

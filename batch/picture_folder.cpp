@@ -98,12 +98,13 @@ void PreparePictureFolder(const PictureFolder& folder,
                           const std::vector<std::wstring>& imageNames) {
     std::error_code error;
     fs::create_directories(folder.path, error);
-    if (!fs::is_directory(folder.path)) {
+    std::error_code ignored;
+    if (!fs::is_directory(folder.path, ignored)) {
         RefuseFolder(folder.path, error ? error.message() : "a file has its name");
     }
     for (std::size_t i = 0; i < imageNames.size(); ++i) {
         const std::wstring name = FileName(folder, i + 1, imageNames[i]);
-        if (CanNameFile(name) && fs::exists(folder.path / PathFromText(name), error)) {
+        if (CanNameFile(name) && fs::exists(folder.path / PathFromText(name), ignored)) {
             throw BatchFailure{ExitStatus::Picture,
                                fmt::format("the picture {} exists already and is kept; nothing "
                                            "was run",

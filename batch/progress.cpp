@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <new>
 #include <utility>
 
 #include "shell/clock.h"
@@ -104,7 +105,11 @@ void Progress::Interrupt(const std::function<void()>& write) {
 void Progress::Tick() {
     std::unique_lock lock(mutex_);
     while (!wake_.wait_for(lock, refreshInterval, [this] { return ending_; })) {
-        Draw();
+        try {
+            Draw();
+        } catch (const std::bad_alloc&) {
+            // A run that is short of memory can do without this line for a while.
+        }
     }
 }
 

@@ -8,7 +8,6 @@
 #include "model/process_model.h"
 #include "render/layer_mesh.h"
 #include "render/offscreen_buffer.h"
-#include "shell/text.h"
 
 namespace zelmo {
 
@@ -73,7 +72,7 @@ StepImage TakeStepPicture(ProcessModel& model, const ProcessStep& step, const Pi
 
     const std::int32_t height = PictureHeight(*camera, model.showLegend != 0.0f, model.layerCount);
     StepImage image = MakeImage(pictureWidth, height);
-    image.name = WidenBytes(fmt::format("{:03d} {}", imageNumber, step.description));
+    image.name = StepImageName(imageNumber, step.description);
     const OffscreenBuffer buffer(image.width, image.height);
     RenderFrame(model, *camera, tools, image.width, image.height);
     ReadPixels(image);

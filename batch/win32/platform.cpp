@@ -10,6 +10,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 
 #include "shell/text.h"
 
@@ -27,7 +28,10 @@ std::vector<std::string> ProgramArguments(int, char**) {
 }
 
 void PrepareStandardStreams() {
+    // The console is the user's, and its code page outlives the program.
+    static const UINT codePageBefore = GetConsoleOutputCP();
     SetConsoleOutputCP(CP_UTF8);
+    std::atexit([] { SetConsoleOutputCP(codePageBefore); });
 }
 
 std::filesystem::path ProgramFolder() {

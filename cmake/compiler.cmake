@@ -13,9 +13,10 @@ if(WIN32)
 endif()
 
 if(ZELMO_SANITIZE)
-    add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined
+    add_compile_options(-fsanitize=address,undefined,float-cast-overflow
+                        -fno-sanitize-recover=undefined,float-cast-overflow
                         -fno-omit-frame-pointer)
-    add_link_options(-fsanitize=address,undefined)
+    add_link_options(-fsanitize=address,undefined,float-cast-overflow)
 endif()
 
 if(ZELMO_SANITIZE_THREADS)

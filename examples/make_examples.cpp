@@ -1,0 +1,25 @@
+// Writes the layouts of the examples into a folder: zelmo-make-examples DIR
+
+#include <cstdio>
+#include <exception>
+#include <filesystem>
+
+#include "examples/layouts.h"
+
+int main(int argc, char** argv) {
+    if (argc != 2) {
+        std::fputs("usage: zelmo-make-examples DIR\n", stderr);
+        return 1;
+    }
+    try {
+        const std::filesystem::path folder = argv[1];
+        std::filesystem::create_directories(folder);
+        zelmo::CmosInverterLayout().Save(folder / "cmos_inverter.gds");
+        zelmo::MicromotorLayout().Save(folder / "mems_release.gds");
+        zelmo::CrossbarLayout().Save(folder / "array.gds");
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "zelmo-make-examples: %s\n", error.what());
+        return 1;
+    }
+    return 0;
+}

@@ -8,7 +8,8 @@
 namespace zelmo {
 
 /// Fills `table` with all (2 * rows - 1) * (2 * cols - 1) offsets of a grid, sorted by distance.
-void BuildNeighbourTable(NeighbourTable& table, std::int32_t rows, std::int32_t cols, float spacing);
+void BuildNeighbourTable(NeighbourTable& table, std::int32_t rows, std::int32_t cols,
+                         float spacing);
 
 /// Fills `model.distanceIndex` from `model.neighbours`: slot d holds the last table position whose
 /// distance in cells truncates to d, or 0 where there is none.

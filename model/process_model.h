@@ -13,7 +13,8 @@
 
 // The records of the emulation. Lengths are micrometres in single precision; height 0 is the
 // underside of the substrate. Arrays over the grid are row-major: index = row * gridColumns + col,
-// columns run along x, rows along y, and a cell's position is (col * gridSpacing, row * gridSpacing).
+// columns run along x, rows along y, and a cell's position is (col * gridSpacing, row *
+// gridSpacing).
 
 namespace zelmo {
 
@@ -74,25 +75,25 @@ enum StepKind : std::int32_t {
 
 /// One step of a run, as the process file gives it. Lengths in micrometres.
 struct ProcessStep {
-    bool maskDark = false;        ///< photo: resist stays inside the mask's polygons
-    std::int32_t kind = 0;        ///< a StepKind
-    float alpha = 0.0f;           ///< opacity of the new layer, 0 to 1
-    std::array<float, 3> color{}; ///< red, green, blue, 0 to 1
-    float depth = 0.0f;           ///< etch
-    float dop = 0.0f;             ///< coating: degree of planarisation, 0 to 1
-    float iso = 0.0f;             ///< etch: sideways share of the depth
-    float res = 0.0f;             ///< photo: diameter of the disc that rounds the pattern
-    float stepCoverage = 0.0f;    ///< deposition: sideways share of the thickness, 0.1 to 1
-    float taper = 0.0f;           ///< photo: slope of the resist's edge in degrees
+    bool maskDark = false;         ///< photo: resist stays inside the mask's polygons
+    std::int32_t kind = 0;         ///< a StepKind
+    float alpha = 0.0f;            ///< opacity of the new layer, 0 to 1
+    std::array<float, 3> color{};  ///< red, green, blue, 0 to 1
+    float depth = 0.0f;            ///< etch
+    float dop = 0.0f;              ///< coating: degree of planarisation, 0 to 1
+    float iso = 0.0f;              ///< etch: sideways share of the depth
+    float res = 0.0f;              ///< photo: diameter of the disc that rounds the pattern
+    float stepCoverage = 0.0f;     ///< deposition: sideways share of the thickness, 0.1 to 1
+    float taper = 0.0f;            ///< photo: slope of the resist's edge in degrees
     float thickness = 0.0f;
-    std::uint32_t maskId = 0;     ///< photo: GDS layer number
-    std::string label;            ///< text in the legend
+    std::uint32_t maskId = 0;  ///< photo: GDS layer number
+    std::string label;         ///< text in the legend
     std::string photoName;
-    std::string material;         ///< what etch and release targets are matched with
-    std::string materialType;     ///< what `-targets` selects by
-    std::string description;      ///< text for the console and the picture
-    std::string processName;      ///< name of an etch, release or strip
-    std::vector<std::string> targets; ///< etch, release: names of the materials to remove
+    std::string material;              ///< what etch and release targets are matched with
+    std::string materialType;          ///< what `-targets` selects by
+    std::string description;           ///< text for the console and the picture
+    std::string processName;           ///< name of an etch, release or strip
+    std::vector<std::string> targets;  ///< etch, release: names of the materials to remove
 };
 
 /// A material layer: two surfaces over the grid. Where `top` equals `bottom` exactly, the layer
@@ -118,7 +119,7 @@ struct Layer {
     std::int32_t cols = 0;
     std::int32_t rows = 0;
     float spacing = 0.0f;
-    LayerGraphics* graphics = nullptr; ///< who made the GL objects; null without GL
+    LayerGraphics* graphics = nullptr;  ///< who made the GL objects; null without GL
 };
 
 /// A sampled point of the exposed surface. 28 bytes, uploaded as they stand.
@@ -139,12 +140,12 @@ struct HeightMarkers {
 
     float marginX = 0.0f;
     float marginY = 0.0f;
-    const CoverCell* cover = nullptr; ///< the model's cover map, not owned
+    const CoverCell* cover = nullptr;  ///< the model's cover map, not owned
     std::uint32_t rowCount = 0;
-    std::int32_t columns = 0; ///< of the grid, as are `rows`
+    std::int32_t columns = 0;  ///< of the grid, as `rows`
     std::int32_t rows = 0;
     float spacing = 0.0f;
-    float pitch = 0.0f; ///< distance between markers, in cells
+    float pitch = 0.0f;  ///< distance between markers, in cells
     std::vector<MarkerVertex> vertices;
     std::uint32_t vertexCount = 0;
     std::uint32_t vertexArray = 0;
@@ -167,20 +168,21 @@ struct ProcessModel {
     ProcessModel& operator=(const ProcessModel&) = delete;
     ~ProcessModel();
 
-    LayerGraphics* graphics = nullptr; ///< handed to every layer; null without GL
+    LayerGraphics* graphics = nullptr;  ///< handed to every layer; null without GL
 
     std::vector<CoverCell> coverMap;
     NeighbourTable neighbours;
-    std::vector<std::int32_t> distanceIndex; ///< truncated distance in cells -> last table position
+    std::vector<std::int32_t>
+        distanceIndex;  ///< truncated distance in cells -> last table position
     std::vector<MaskPolygon> polygons;
     std::int32_t gridColumns = 0;
     float windowWidth = 0.0f;
     float windowHeight = 0.0f;
     float windowX = 0.0f;
     float windowY = 0.0f;
-    float cameraAngle = 0.0f; ///< degrees, 0 to 89
-    float showHeights = 0.0f; ///< 1.0 or 0.0
-    float showLegend = 0.0f;  ///< 1.0 or 0.0
+    float cameraAngle = 0.0f;  ///< degrees, 0 to 89
+    float showHeights = 0.0f;  ///< 1.0 or 0.0
+    float showLegend = 0.0f;   ///< 1.0 or 0.0
     std::string cellName;
     std::int32_t gridRows = 0;
     float gridSpacing = 0.0f;
@@ -190,12 +192,12 @@ struct ProcessModel {
     float gridOriginY = 0.0f;
     float marginX = 0.0f;
     float marginY = 0.0f;
-    std::vector<ProcessStep> steps; ///< the substrate step first
+    std::vector<ProcessStep> steps;  ///< the substrate step first
     std::vector<RawPolygon> rawPolygons;
     std::vector<std::unique_ptr<Layer>> layers;
     HeightMarkers heightMarkers;
     float substrateThickness = 0.0f;
-    std::int32_t layerCount = 0; ///< non-empty slots, counted by UpdateMeshes
+    std::int32_t layerCount = 0;  ///< non-empty slots, counted by UpdateMeshes
 
     std::size_t CellCount() const {
         return static_cast<std::size_t>(gridRows) * static_cast<std::size_t>(gridColumns);

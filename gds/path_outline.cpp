@@ -1,6 +1,7 @@
 #include "gds/path_outline.h"
 
 #include <cmath>
+#include <cstddef>
 #include <vector>
 
 #include "gds/coordinates.h"
@@ -118,10 +119,11 @@ std::int32_t ExpandPath(GdsPoint* out, const GdsPoint* points, std::int32_t n, s
         (!ExtendEnd(start, points[1], halfWidth) || !ExtendEnd(end, points[n - 2], halfWidth))) {
         return 1;
     }
+    GdsPoint* const closing = out + std::ptrdiff_t{2} * n;
     out[0] = Foot(start, left.front());
-    out[2 * n - 1] = Foot(start, right.front());
-    out[2 * n] = out[0];
-    if (!PlaceCorners(out, 1, left) || !PlaceCorners(out + 2 * n - 1, -1, right)) {
+    closing[-1] = Foot(start, right.front());
+    closing[0] = out[0];
+    if (!PlaceCorners(out, 1, left) || !PlaceCorners(closing - 1, -1, right)) {
         return 1;
     }
     out[n - 1] = Foot(end, left.back());

@@ -19,7 +19,9 @@ struct GdsTransform {
     double angle = 0.0;  ///< radians, counter-clockwise
 };
 
-/// The part of a placement before the shift, with its sine and cosine worked out.
+/// The part of a placement before the shift, with its sine and cosine worked out. These are the
+/// platform's; where two platforms differ in the last bits of one (at one angle in 250), a placed
+/// coordinate shows it about once in 10^8.
 struct LinearPart {
     double cosine = 1.0;
     double sine = 0.0;

@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t headerSize = 4;
 constexpr std::size_t longestRecord = 65535;
-constexpr std::size_t blockSize = std::size_t{1} << 20;
+constexpr std::size_t blockSize = std::size_t{1} << 17;
 
 std::uint16_t ToU16(const std::uint8_t* bytes) {
     return static_cast<std::uint16_t>(bytes[0] << 8 | bytes[1]);

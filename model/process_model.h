@@ -13,8 +13,7 @@
 
 // The records of the emulation. Lengths are micrometres in single precision; height 0 is the
 // underside of the substrate. Arrays over the grid are row-major: index = row * gridColumns + col,
-// columns run along x, rows along y, and a cell's position is (col * gridSpacing, row *
-// gridSpacing).
+// columns run along x, rows along y, and a cell lies at (col * gridSpacing, row * gridSpacing).
 
 namespace zelmo {
 

@@ -127,6 +127,14 @@ TEST(SubstrateStep, LiesOnTheCoverAndBecomesIt) {
     }
 }
 
+TEST(SubstrateStep, ThicknessIsASinglePrecisionTwentiethOfTheWindow) {
+    ProcessModel model;
+    SetUpGrid(model, 2, 2, 0.1f);
+    model.windowWidth = 346.0f;
+    ExecuteStep(model, StepOf(StepSubstrate), nullptr);
+    EXPECT_EQ(model.substrateThickness, 0x1.14cccep+4f);
+}
+
 TEST(SubstrateStep, IsBeigeWhereTheColourTableHasIt) {
     GetColorTable() = {{"Beige", 1, 2, 3}, {"beige", 245, 245, 220}, {"beige", 9, 9, 9}};
     ProcessModel model;

@@ -85,6 +85,15 @@ TEST(GridGeometry, RoundsEveryOperationToSinglePrecision) {
     EXPECT_EQ(model.marginY, 0x1.8a3d7p-1f);
 }
 
+TEST(GridGeometry, TheTenthIsASinglePrecisionConstantAndItsProductIsRounded) {
+    ProcessModel model;
+    model.windowX = 53.4f;
+    model.windowY = 71.5f;
+    SizeFor(model, 200, 346.0f, 293.0f);
+    EXPECT_EQ(model.gridOriginX, 0x1.2cccccp+4f);
+    EXPECT_EQ(model.gridOriginY, 0x1.519998p+5f);
+}
+
 TEST(GridGeometry, StrangeWindowsAreSizedWithoutOverflow) {
     const float infinity = std::numeric_limits<float>::infinity();
     const float nan = std::numeric_limits<float>::quiet_NaN();

@@ -176,6 +176,17 @@ TEST_F(Etch, ThatEndsExactlyAtABottomDoesNotGoOn) {
     EXPECT_EQ(model.coverMap[0].layerId, 1);
 }
 
+TEST_F(Etch, ThatEndsExactlyAtABottomIsFinishedThere) {
+    // What lies under the film reaches above the front, but the front ended inside the film.
+    Append(5.0f, "ox");
+    Layer& film = Append(1.0f, "ox");
+    film.bottom.assign(model.CellCount(), 13.0f);
+    UpdateCoverMap(model);
+    Run(EtchStep({"ox"}, 3.0f));
+    EXPECT_EQ(TopOf(2), 13.0f);
+    EXPECT_EQ(TopOf(1), 15.0f);
+}
+
 TEST_F(Etch, LowersResistAsMuchAsTheTarget) {
     Append(2.0f, "ox");
     AppendResist(3.0f);

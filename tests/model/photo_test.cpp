@@ -112,6 +112,26 @@ TEST(Photo, CutsTheFirstCellByThicknessLessPitchTimesTangent) {
     EXPECT_EQ(model.layers[1]->top[cell], 3.0f - (2.0f - 0.5f * tangent));
 }
 
+TEST(Photo, HasTheSameSlopeToTheLastDigitEverywhere) {
+    struct Slope {
+        float taper;
+        float tangent;
+    };
+    // Angles at which the order of the products or the tangent's own precision makes a difference.
+    constexpr Slope slopes[] = {
+        {1.25f, 0x1.65800cp-6f}, {17.75f, 0x1.47c8f4p-2f}, {30.0f, 0x1.279a74p-1f},
+        {35.0f, 0x1.66819ep-1f}, {45.5f, 0x1.0481ecp+0f},  {68.0f, 0x1.3ccfaap+1f},
+        {70.5f, 0x1.6976p+1f},   {84.5f, 0x1.4c5546p+3f},  {89.0f, 0x1.ca52p+5f}};
+    for (const Slope& slope : slopes) {
+        ProcessModel model;
+        SetUpMask(model, 8, 6, 1.0f, 4);
+        // On height 0, and cut by less than half: what remains of the first cell is the tangent.
+        model.coverMap.assign(model.CellCount(), CoverCell{});
+        ExecutePhoto(model, PhotoStep(1.25f * slope.tangent, slope.taper));
+        EXPECT_EQ(model.layers[1]->top[CellAt(model, 4, 3)], slope.tangent) << slope.taper;
+    }
+}
+
 TEST(Photo, WithASteepTaperHasASingleStep) {
     // The thickness is less than a pitch times the tangent: no cell is cut.
     ProcessModel model;

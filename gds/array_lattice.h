@@ -19,7 +19,10 @@ struct LatticeBlock {
 
     bool IsEmpty() const { return firstColumn > lastColumn || firstRow > lastRow; }
     bool IsOneColumn() const { return firstColumn == lastColumn; }
-    bool IsOneRow() const { return firstRow == lastRow; }
+    std::uint64_t InstanceCount() const {
+        return static_cast<std::uint64_t>(lastColumn - firstColumn + 1) *
+               static_cast<std::uint64_t>(lastRow - firstRow + 1);
+    }
 };
 
 /// The first half of a block and the rest, divided across the columns or across the rows.

@@ -33,11 +33,6 @@ void ComputeBounds(GdsBoundary& boundary) {
     }
 }
 
-bool HasZeroSize(const GdsRect& box) {
-    return std::min(SaturatingSubtract(box.ymax, box.ymin),
-                    SaturatingSubtract(box.xmax, box.xmin)) == 0;
-}
-
 bool Contains(const GdsRect& outer, const GdsRect& inner) {
     return outer.xmin <= inner.xmin && outer.ymin <= inner.ymin && outer.xmax >= inner.xmax &&
            outer.ymax >= inner.ymax;
@@ -48,8 +43,7 @@ struct SizingVisit {
     GdsCell* cell;
     GdsTransform transform;
     LinearPart linear;
-    GdsRect bounds;  ///< under the transform
-    bool withoutPolygons;
+    GdsRect bounds;        ///< under the transform
     std::size_t next = 0;  ///< the reference to follow next: srefs, then arefs
 };
 
@@ -59,13 +53,12 @@ SizingVisit BeginVisit(GdsCell& cell, const GdsTransform& transform) {
         MergeRect(own, boundary.bounds);
     }
     const LinearPart linear = LinearPartOf(transform);
-    return {&cell, transform, linear, PlaceRect(own, transform, linear), cell.boundaries.empty()};
+    return {&cell, transform, linear, PlaceRect(own, transform, linear)};
 }
 
 GdsRect EndVisit(const SizingVisit& visit) {
     visit.cell->bounds = TransformRect(visit.bounds, visit.transform, true);
     visit.cell->boundsValid = true;
-    visit.cell->withoutPolygons = visit.withoutPolygons;
     return visit.bounds;
 }
 
@@ -154,12 +147,8 @@ FirstInstance NextReference(const SizingVisit& visit) {
 void TakeReference(SizingVisit& visit, const GdsRect& first) {
     const GdsCell& cell = *visit.cell;
     MergeRect(visit.bounds, first);
-    if (visit.next < cell.srefs.size()) {
-        visit.withoutPolygons &= cell.srefs[visit.next].cell->withoutPolygons;
-    } else {
-        const GdsAref& aref = cell.arefs[visit.next - cell.srefs.size()];
-        visit.withoutPolygons &= aref.cell->withoutPolygons;
-        TakeRestOfArray(visit, aref);
+    if (visit.next >= cell.srefs.size()) {
+        TakeRestOfArray(visit, cell.arefs[visit.next - cell.srefs.size()]);
     }
     ++visit.next;
 }
@@ -170,7 +159,7 @@ void ComputeBoundaryBounds(GdsDatabase& database, LogConsole* console) {
     for (GdsCell& cell : database.cells) {
         for (GdsBoundary& boundary : cell.boundaries) {
             ComputeBounds(boundary);
-            if (HasZeroSize(boundary.bounds)) {
+            if (SmallerSide(boundary.bounds) == 0) {
                 console->Write(
                     fmt::format("WARNING: Zero size boundary element in cell {:s} with at ({}, {})",
                                 NameText(cell.name), boundary.bounds.xmin, boundary.bounds.ymin));

@@ -64,7 +64,6 @@ struct GdsCell {
     std::vector<GdsAref> arefs;
     GdsRect bounds;
     bool boundsValid = false;
-    bool withoutPolygons = false;  ///< neither here nor below; found out with the bounds
 };
 
 struct GdsDatabase {

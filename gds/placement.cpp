@@ -86,6 +86,16 @@ void MergeRect(GdsRect& target, const GdsRect& rect) {
     target.ymax = std::max({target.ymax, rect.ymin, rect.ymax});
 }
 
+GdsRect MoveRect(const GdsRect& rect, const GdsRect& offsets) {
+    return {SaturatingAdd(rect.xmin, offsets.xmin), SaturatingAdd(rect.ymin, offsets.ymin),
+            SaturatingAdd(rect.xmax, offsets.xmax), SaturatingAdd(rect.ymax, offsets.ymax)};
+}
+
+std::int64_t SmallerSide(const GdsRect& rect) {
+    return std::min(SaturatingSubtract(rect.ymax, rect.ymin),
+                    SaturatingSubtract(rect.xmax, rect.xmin));
+}
+
 GdsTransform PlaceChild(GdsPoint origin, double mag, double angle, std::uint16_t strans,
                         const GdsTransform& parent, const LinearPart& linear) {
     const GdsPoint offset = PlacePoint(origin, parent, linear);

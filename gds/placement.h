@@ -50,6 +50,12 @@ GdsRect PlaceRect(const GdsRect& rect, const GdsTransform& transform, const Line
 /// Widens `target` by `rect`.
 void MergeRect(GdsRect& target, const GdsRect& rect);
 
+/// The box around a box at all offsets of a range.
+GdsRect MoveRect(const GdsRect& rect, const GdsRect& offsets);
+
+/// The lesser of a box's width and height.
+std::int64_t SmallerSide(const GdsRect& rect);
+
 /// The placement of a referenced cell from the reference's own and that of the cell it stands in.
 /// Angles add, also in a mirrored cell. `linear` belongs to `parent`.
 GdsTransform PlaceChild(GdsPoint origin, double mag, double angle, std::uint16_t strans,

@@ -1,39 +1,10 @@
 #pragma once
 
-#include <cstddef>
-#include <cstdint>
-#include <vector>
-
-#include "gds/placement.h"
-#include "model/process_model.h"
-
 namespace zelmo {
 
 class LogConsole;
-
-/// What one extraction selects, and what it has found.
-struct ExtractionScope {
-    std::vector<RawPolygon> output;
-    std::int64_t x0 = 0;  ///< the rectangle, in database units
-    std::int64_t y0 = 0;
-    std::int64_t x1 = 0;
-    std::int64_t y1 = 0;
-    std::int64_t minSize = 0;   ///< polygons whose placed box is lower or narrower are dropped
-    std::uint64_t skipped = 0;  ///< polygons dropped for their size
-    std::size_t limit = 10000000;
-};
-
-/// A cell under a placement.
-struct PlacedCell {
-    const GdsCell* cell = nullptr;
-    GdsTransform transform;
-};
-
-/// Appends the polygons of a cell and of all below it whose boxes overlap the rectangle, relative
-/// to the rectangle's lower left corner: a cell's own polygons, then those of its references, then
-/// those of its arrays column by column. Returns 0, or 2 as soon as `output` holds `limit`
-/// polygons. The cells are sized. Throws std::out_of_range if an array has no points.
-std::uint32_t CollectCellPolygons(ExtractionScope& scope, const PlacedCell& placedCell);
+struct GdsDatabase;
+struct ProcessModel;
 
 /// Replaces `rawPolygons` and `polygons` of the model by the polygons of its cell that meet the
 /// grid, depth first. Throws std::runtime_error with empty text, after a line on the console, if

@@ -111,7 +111,6 @@ TEST(ComputeCellBounds, GivesACellWithoutGeometryNoSize) {
     GdsCell cell;
     EXPECT_EQ(SizeAlone(cell), (GdsRect{0, 0, 0, 0}));
     EXPECT_TRUE(cell.boundsValid);
-    EXPECT_TRUE(cell.withoutPolygons);
 }
 
 TEST(ComputeCellBounds, TakesInReferencedCells) {
@@ -236,27 +235,6 @@ TEST(ComputeCellBounds, ThrowsForAnArrayWithoutPoints) {
     parent.arefs.push_back(Array(child, 1, 1, {}, {}, {}));
     parent.arefs.back().points.clear();
     EXPECT_THROW(SizeAlone(parent), std::out_of_range);
-}
-
-TEST(ComputeCellBounds, MarksCellsThatHoldNoPolygonsAtAnyDepth) {
-    const LoadedLayout loaded = LoadCell([](GdsWriter& writer) {
-        writer.Reference("HOLLOW", {0, 0});
-        writer.Array("FULL", 0, 5, {0, 0}, {1, 0}, {0, 1});
-        writer.EndCell();
-        writer.BeginCell("HOLLOW");
-        writer.EndCell();
-        writer.BeginCell("FULL");
-        writer.Rectangle(1, 0, 0, 1, 1);
-        writer.EndCell();
-        writer.BeginCell("OTHER");
-        writer.Array("FULL", 1, 5, {0, 0}, {1, 0}, {0, 1});
-    });
-    ASSERT_EQ(loaded.result, 0);
-    const std::vector<GdsCell>& cells = loaded.database.cells;
-    EXPECT_TRUE(cells[0].withoutPolygons);
-    EXPECT_TRUE(cells[1].withoutPolygons);
-    EXPECT_FALSE(cells[2].withoutPolygons);
-    EXPECT_FALSE(cells[3].withoutPolygons);
 }
 
 TEST(ComputeCellBounds, SizesNestedArraysOfBillionsOfInstancesAtOnce) {

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "gds/gds_reader.h"
-#include "gds/polygon_extraction.h"
+#include "gds/polygon_selection.h"
 #include "tests/gds/layout_file.h"
 #include "tests/gds/random_layout.h"
 #include "tests/support/recording_console.h"

@@ -9,7 +9,7 @@
 
 #include "gds/cell_bounds.h"
 #include "gds/gds_database.h"
-#include "gds/polygon_extraction.h"
+#include "gds/polygon_selection.h"
 #include "tests/gds/random_layout.h"
 #include "tests/plain/gds_plain.h"
 
@@ -285,15 +285,81 @@ TEST(CollectCellPolygons, FindsAFewInstancesOfNestedHugeArraysAtOnce) {
     EXPECT_EQ(corners, expected);
 }
 
+// What selects nothing is told in advance, however many instances there are
+
+/// Three nested arrays of 65535 by 65535 instances, all in one place.
+struct Heap {
+    explicit Heap(const GdsBoundary* polygon) {
+        if (polygon != nullptr) {
+            leaf.boundaries.push_back(*polygon);
+        }
+        GdsCell* below = &leaf;
+        for (GdsCell& level : levels) {
+            level.arefs.push_back(Array(*below, 65535, 65535, {0, 0}, {0, 0}, {0, 0}));
+            below = &level;
+        }
+    }
+    GdsCell leaf;
+    GdsCell levels[3];
+};
+
 TEST(CollectCellPolygons, PassesOverHugeArraysOfCellsWithoutPolygons) {
-    GdsCell hollow;
-    GdsCell b;
-    b.arefs.push_back(Array(hollow, 65535, 65535, {0, 0}, {0, 0}, {0, 0}));
-    GdsCell top;
-    top.arefs.push_back(Array(b, 65535, 65535, {50, 50}, {50, 50}, {50, 50}));
-    ExtractionScope scope = ScopeOf(0, 0, 100, 100);
-    EXPECT_EQ(Collect(scope, top), 0u);
+    Heap heap(nullptr);
+    ExtractionScope scope = ScopeOf(-100, -100, 100, 100);
+    EXPECT_EQ(Collect(scope, heap.levels[2]), 0u);
     EXPECT_TRUE(scope.output.empty());
+    EXPECT_EQ(scope.skipped, 0u);
+}
+
+TEST(CollectCellPolygons, CountsTheSmallPolygonsOfHugeArraysTogether) {
+    const GdsBoundary small = Rectangle(1, 0, 0, 3, 4);
+    Heap heap(&small);
+    ExtractionScope scope = ScopeOf(-100, -100, 100, 100);
+    scope.minSize = 5;
+    EXPECT_EQ(Collect(scope, heap.levels[0]), 0u);
+    EXPECT_TRUE(scope.output.empty());
+    EXPECT_EQ(scope.skipped, 65535u * 65535u);
+    scope.skipped = 0;
+    GdsCell two;
+    two.arefs.push_back(Array(heap.levels[0], 65535, 1000, {0, 0}, {0, 0}, {0, 0}));
+    EXPECT_EQ(Collect(scope, two), 0u);
+    EXPECT_EQ(scope.skipped, std::uint64_t{65535} * 65535 * 65535 * 1000);
+}
+
+TEST(CollectCellPolygons, PassesOverHugeArraysWhosePolygonsLieElsewhere) {
+    // Every instance's box reaches from its origin across the rectangle to the polygon.
+    const GdsBoundary far = Rectangle(1, 1000, 1000, 1100, 1100);
+    Heap heap(&far);
+    ExtractionScope scope = ScopeOf(400, 400, 600, 600);
+    EXPECT_EQ(Collect(scope, heap.levels[2]), 0u);
+    EXPECT_TRUE(scope.output.empty());
+    EXPECT_EQ(scope.skipped, 0u);
+}
+
+TEST(CollectCellPolygons, PassesOverAHierarchyOfManyPathsThatSelectsNothing) {
+    // 2^100 paths lead down to one small polygon.
+    std::vector<GdsCell> cells(101);
+    cells[0].boundaries.push_back(Rectangle(1, 0, 0, 3, 4));
+    for (std::size_t i = 1; i < cells.size(); ++i) {
+        cells[i].srefs.push_back(Reference(cells[i - 1], {1, 0}));
+        cells[i].srefs.push_back(Reference(cells[i - 1], {0, 1}));
+    }
+    ExtractionScope scope = ScopeOf(-1000, -1000, 1000, 1000);
+    scope.minSize = 5;
+    EXPECT_EQ(Collect(scope, cells.back()), 0u);
+    EXPECT_EQ(scope.skipped, 0u);  // 2^100 in 64 bits
+    EXPECT_EQ(Collect(scope, cells[60]), 0u);
+    EXPECT_EQ(scope.skipped, std::uint64_t{1} << 60);
+}
+
+TEST(CollectCellPolygons, EndsAtTheLimitInHugeArraysOfPolygonsInReach) {
+    const GdsBoundary polygon = Rectangle(1, 0, 0, 30, 40);
+    Heap heap(&polygon);
+    ExtractionScope scope = ScopeOf(-100, -100, 100, 100);
+    scope.minSize = 5;
+    scope.limit = 100000;
+    EXPECT_EQ(Collect(scope, heap.levels[2]), 2u);
+    EXPECT_EQ(scope.output.size(), 100000u);
 }
 
 // Against the plain version
@@ -307,6 +373,7 @@ ExtractionScope RandomScope(std::mt19937& random, std::int64_t reach) {
     scope.y1 = scope.y0 + RandomInteger(random, 0, side);
     scope.minSize = random() % 2 == 0 ? 0 : RandomInteger(random, 0, reach / 8 + 1);
     scope.limit = random() % 4 == 0 ? 1 + random() % 20 : 2000;
+    scope.patience = random() % 3 == 0 ? 50000 : random() % 4;
     return scope;
 }
 

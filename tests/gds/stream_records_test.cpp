@@ -88,6 +88,18 @@ TEST_F(StreamRecordsTest, FillsARecordThatTheFileCutsShortWithZeros) {
     EXPECT_EQ(records.Next(record), RecordStatus::EndOfFile);
 }
 
+TEST_F(StreamRecordsTest, FillsWithZerosAlsoWhereOtherBytesStoodBefore) {
+    GdsWriter writer;
+    writer.Record(0x1906, Bytes(200, 0xFF));
+    writer.Record(0x0606, Bytes(96, 0xFF));
+    writer.Bytes().resize(writer.Bytes().size() - 95);
+    StreamRecords records = Open(writer.Bytes());
+    StreamRecord record;
+    ASSERT_EQ(records.Next(record), RecordStatus::Read);
+    ASSERT_EQ(records.Next(record), RecordStatus::Read);
+    EXPECT_EQ(record.Text(), std::string(1, '\xFF') + std::string(95, '\0'));
+}
+
 TEST_F(StreamRecordsTest, FillsTheLongestRecordOfAFileThatEndsBehindItsHead) {
     StreamRecords records = Open({0xFF, 0xFF, 0x06, 0x06});
     StreamRecord record;

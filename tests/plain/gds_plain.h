@@ -6,7 +6,7 @@
 
 #include "gds/gds_database.h"
 #include "gds/placement.h"
-#include "gds/polygon_extraction.h"
+#include "gds/polygon_selection.h"
 
 // The geometry of layouts in its plainest form: recursive, sine and cosine afresh for every point,
 // every instance of every array visited.

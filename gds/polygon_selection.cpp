@@ -1,0 +1,241 @@
+#include "gds/polygon_selection.h"
+
+#include <optional>
+#include <utility>
+
+#include "gds/array_lattice.h"
+#include "gds/coordinates.h"
+#include "gds/gds_database.h"
+#include "gds/placed_content.h"
+
+namespace zelmo {
+
+namespace {
+
+constexpr std::uint32_t limitReached = 2;
+
+/// Columns of an array are taken apart down to pieces of this many instances, which are then tested
+/// one by one.
+constexpr std::int32_t shortPiece = 8;
+
+/// The array whose instances a visit is going through.
+struct OpenArray {
+    const GdsCell* cell = nullptr;
+    ArrayLattice lattice;
+    GdsTransform child;  ///< of an instance, without its offset
+    LinearPart childLinear;
+    std::vector<LatticeBlock> pending;  ///< the next block last
+};
+
+/// A cell whose references are being followed.
+struct CellVisit {
+    const GdsCell* cell = nullptr;
+    GdsTransform transform;
+    LinearPart linear;
+    std::size_t next = 0;  ///< the reference to follow next: srefs, then arefs
+    std::optional<OpenArray> array;
+};
+
+/// A walk through a hierarchy, on a stack of its own.
+struct CellWalk {
+    ExtractionScope& scope;
+    ContentTable contents;
+    std::size_t visits = 0;
+    std::vector<CellVisit> path;
+};
+
+bool Overlaps(const ExtractionScope& scope, const GdsRect& box) {
+    return scope.x0 < box.xmax && scope.x1 > box.xmin && scope.y1 > box.ymin && scope.y0 < box.ymax;
+}
+
+bool LiesInside(const ExtractionScope& scope, const GdsRect& box) {
+    return scope.x0 < box.xmin && scope.x1 > box.xmax && scope.y1 > box.ymax && scope.y0 < box.ymin;
+}
+
+RawPolygon PlacePolygon(const ExtractionScope& scope, const GdsBoundary& boundary,
+                        const GdsTransform& transform, const LinearPart& linear) {
+    RawPolygon polygon;
+    polygon.layer = boundary.layer;
+    polygon.points.reserve(boundary.points.size());
+    for (const GdsPoint point : boundary.points) {
+        const GdsPoint placed = PlacePoint(point, transform, linear);
+        polygon.points.push_back(
+            {SaturatingSubtract(placed.x, scope.x0), SaturatingSubtract(placed.y, scope.y0)});
+    }
+    return polygon;
+}
+
+/// Appends the cell's own polygons. False when the limit is reached.
+bool CollectBoundaries(ExtractionScope& scope, const PlacedCell& placed, const LinearPart& linear) {
+    for (const GdsBoundary& boundary : placed.cell->boundaries) {
+        const GdsRect box = PlaceRect(boundary.bounds, placed.transform, linear);
+        if (!Overlaps(scope, box)) {
+            continue;
+        }
+        if (SmallerSide(box) < scope.minSize) {
+            ++scope.skipped;
+            continue;
+        }
+        scope.output.push_back(PlacePolygon(scope, boundary, placed.transform, linear));
+        if (scope.output.size() == scope.limit) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// Whether instances of a cell at some offsets select nothing, so that they need not be entered.
+/// Those of their polygons that are dropped for their size are counted here.
+bool SelectNothing(CellWalk& walk, const GdsCell& cell, const GdsTransform& child,
+                   const GdsRect& offsets, std::uint64_t instances) {
+    if (walk.visits < walk.scope.patience) {
+        return false;
+    }
+    const PlacedContent* content = walk.contents.Of(cell, child);
+    if (content == nullptr || content->empty) {
+        return content != nullptr;
+    }
+    if (!StaysBounded(*content, offsets)) {
+        return false;
+    }
+    if (!Overlaps(walk.scope, MoveRect(content->polygonBox, offsets))) {
+        return true;
+    }
+    if (content->allSmall && LiesInside(walk.scope, MoveRect(content->wholeBox, offsets))) {
+        walk.scope.skipped += instances * content->small;
+        return true;
+    }
+    return false;
+}
+
+/// Whether a cell is to be entered. `linear` belongs to the child.
+bool IsInReach(CellWalk& walk, const GdsCell& cell, const GdsTransform& child,
+               const LinearPart& linear) {
+    return Overlaps(walk.scope, PlaceRect(cell.bounds, child, linear)) &&
+           !SelectNothing(walk, cell, child, {child.dx, child.dy, child.dx, child.dy}, 1);
+}
+
+OpenArray BeginArray(const CellVisit& visit, const GdsAref& aref) {
+    OpenArray array;
+    array.cell = aref.cell;
+    array.lattice = LatticeOf(aref);
+    array.child = PlaceChild({}, aref.mag, aref.angle, aref.strans, visit.transform, visit.linear);
+    array.childLinear = LinearPartOf(array.child);
+    if (const LatticeBlock all = WholeBlock(aref); !all.IsEmpty()) {
+        array.pending.push_back(all);
+    }
+    return array;
+}
+
+GdsTransform WithOffset(GdsTransform transform, std::int64_t dx, std::int64_t dy) {
+    transform.dx = dx;
+    transform.dy = dy;
+    return transform;
+}
+
+/// Whether some of the instances of a block can be in reach. Sides of placed boxes rise with their
+/// offsets, so the least and the greatest offsets bound them all.
+bool CanBeInReach(CellWalk& walk, const CellVisit& visit, const LatticeBlock& block) {
+    const OpenArray& array = *visit.array;
+    const GdsRect offsets =
+        BlockOffsets(array.lattice, PositionRule::Truncate32, block, visit.transform, visit.linear);
+    const GdsRect lowest = PlaceRect(
+        array.cell->bounds, WithOffset(array.child, offsets.xmin, offsets.ymin), array.childLinear);
+    const GdsRect highest = PlaceRect(
+        array.cell->bounds, WithOffset(array.child, offsets.xmax, offsets.ymax), array.childLinear);
+    return Overlaps(walk.scope, {lowest.xmin, lowest.ymin, highest.xmax, highest.ymax}) &&
+           !SelectNothing(walk, *array.cell, array.child, offsets, block.InstanceCount());
+}
+
+/// The placement of the first instance of a piece of a column, which is taken off the piece.
+GdsTransform TakeInstance(CellVisit& visit) {
+    OpenArray& array = *visit.array;
+    LatticeBlock& piece = array.pending.back();
+    const GdsPoint position = InstancePosition(array.lattice, PositionRule::Truncate32,
+                                               piece.firstColumn, piece.firstRow);
+    const GdsPoint offset = PlacePoint(position, visit.transform, visit.linear);
+    if (++piece.firstRow > piece.lastRow) {
+        array.pending.pop_back();
+    }
+    return WithOffset(array.child, offset.x, offset.y);
+}
+
+/// The next instance in reach of the visit's open array, column by column.
+std::optional<PlacedCell> NextInstance(CellWalk& walk, CellVisit& visit) {
+    OpenArray& array = *visit.array;
+    while (!array.pending.empty()) {
+        const LatticeBlock block = array.pending.back();
+        if (block.IsOneColumn() && block.lastRow - block.firstRow < shortPiece) {
+            const GdsTransform child = TakeInstance(visit);
+            if (IsInReach(walk, *array.cell, child, array.childLinear)) {
+                return PlacedCell{array.cell, child};
+            }
+            continue;
+        }
+        array.pending.pop_back();
+        if (CanBeInReach(walk, visit, block)) {
+            const BlockHalves halves = block.IsOneColumn() ? SplitRows(block) : SplitColumns(block);
+            array.pending.push_back(halves.second);
+            array.pending.push_back(halves.first);
+        }
+    }
+    return std::nullopt;
+}
+
+/// The next cell in reach below the visited one.
+std::optional<PlacedCell> NextChild(CellWalk& walk, CellVisit& visit) {
+    const GdsCell& cell = *visit.cell;
+    while (visit.next < cell.srefs.size()) {
+        const GdsSref& sref = cell.srefs[visit.next++];
+        const GdsTransform child = PlaceChild(sref.origin, sref.mag, sref.angle, sref.strans,
+                                              visit.transform, visit.linear);
+        if (IsInReach(walk, *sref.cell, child, LinearPartOf(child))) {
+            return PlacedCell{sref.cell, child};
+        }
+    }
+    while (visit.next < cell.srefs.size() + cell.arefs.size()) {
+        if (!visit.array) {
+            visit.array = BeginArray(visit, cell.arefs[visit.next - cell.srefs.size()]);
+        }
+        if (const std::optional<PlacedCell> instance = NextInstance(walk, visit)) {
+            return instance;
+        }
+        visit.array.reset();
+        ++visit.next;
+    }
+    return std::nullopt;
+}
+
+/// Collects the cell's own polygons and sets out for its references. False when the limit is
+/// reached.
+bool Enter(CellWalk& walk, const PlacedCell& placed) {
+    ++walk.visits;
+    const LinearPart linear = LinearPartOf(placed.transform);
+    if (!CollectBoundaries(walk.scope, placed, linear)) {
+        return false;
+    }
+    if (!placed.cell->srefs.empty() || !placed.cell->arefs.empty()) {
+        walk.path.push_back({placed.cell, placed.transform, linear, 0, std::nullopt});
+    }
+    return true;
+}
+
+}  // namespace
+
+std::uint32_t CollectCellPolygons(ExtractionScope& scope, const PlacedCell& placedCell) {
+    CellWalk walk{scope, ContentTable(scope.minSize), 0, {}};
+    if (!Enter(walk, placedCell)) {
+        return limitReached;
+    }
+    while (!walk.path.empty()) {
+        const std::optional<PlacedCell> child = NextChild(walk, walk.path.back());
+        if (!child) {
+            walk.path.pop_back();
+        } else if (!Enter(walk, *child)) {
+            return limitReached;
+        }
+    }
+    return 0;
+}
+
+}  // namespace zelmo

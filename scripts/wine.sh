@@ -15,7 +15,11 @@ if [ ! -f "$WINEPREFIX/ready" ]; then
     wineboot --init > /dev/null 2>&1 9>&- || true
     touch "$WINEPREFIX/ready"
 fi
-wineserver -p600 > /dev/null 2>&1 9>&- || true
+# The services of a new server would hold the output of the first program open for as long as they
+# run, and with it whoever reads that output to its end: a program without output starts them.
+if wineserver -p600 > /dev/null 2>&1 9>&-; then
+    wine cmd /c exit > /dev/null 2>&1 < /dev/null 9>&- || true
+fi
 flock -u 9
 exec 9>&-
 exec wine "$@"

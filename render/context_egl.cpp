@@ -27,7 +27,8 @@ public:
         if (context_ != EGL_NO_CONTEXT) {
             eglDestroyContext(display_, context_);
         }
-        eglTerminate(display_);
+        // The display is one for the whole process and stays: its end would take other contexts
+        // with it, and unload a driver that leaves memory behind.
     }
 
     /// Makes the context and leaves it current. False if the display has none of the right kind.

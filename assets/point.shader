@@ -18,16 +18,18 @@ void main() {
     gl_Position = transform * vec4(position, 1.0);
 
     // A marker lies on the surface, which would cut off its lower half. Its depth is therefore
-    // taken from a little nearer to the eye: depth is a + b / distance, and the rows of the
-    // transform tell a and b.
-    vec4 across = vec4(transform[0].x, transform[1].x, transform[2].x, transform[3].x);
-    vec4 depth = vec4(transform[0].z, transform[1].z, transform[2].z, transform[3].z);
-    vec4 away = vec4(transform[0].w, transform[1].w, transform[2].w, transform[3].w);
-    float distance = gl_Position.w;
-    float viewWidth = 2.0 * distance / length(across.xyz);
-    float a = dot(depth.xyz, away.xyz) / dot(away.xyz, away.xyz);
-    float b = gl_Position.z - a * distance;
-    gl_Position.z = (a + b / (distance - lift * viewWidth)) * distance;
+    // taken from a little nearer to the eye: in a perspective view, depth is a + b / distance, and
+    // the rows of the transform tell a and b.
+    vec3 across = vec3(transform[0].x, transform[1].x, transform[2].x);
+    vec3 depth = vec3(transform[0].z, transform[1].z, transform[2].z);
+    vec3 away = vec3(transform[0].w, transform[1].w, transform[2].w);
+    if (dot(away, away) > 0.0) {
+        float distance = gl_Position.w;
+        float viewWidth = 2.0 * distance / length(across);
+        float a = dot(depth, away) / dot(away, away);
+        float b = gl_Position.z - a * distance;
+        gl_Position.z = (a + b / (distance - lift * viewWidth)) * distance;
+    }
 }
 
 #shader fragment

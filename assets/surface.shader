@@ -11,10 +11,11 @@ out vec3 surfaceNormal;
 
 void main() {
     surfacePosition = position;
-    // Of one length at all corners, so that a steep corner does not outweigh a flat one. A normal
-    // without a length stands for a flat place.
-    float size = length(normal);
-    surfaceNormal = size > 0.0 ? normal / size : vec3(0.0, 0.0, 1.0);
+    // Of one length at all corners, so that a steep corner does not outweigh a flat one. The
+    // largest component goes first: the square of a very short or long normal has no number. A
+    // normal without a length stands for a flat place.
+    float largest = max(max(abs(normal.x), abs(normal.y)), abs(normal.z));
+    surfaceNormal = largest > 0.0 ? normalize(normal / largest) : vec3(0.0, 0.0, 1.0);
     gl_Position = transform * vec4(position, 1.0);
 }
 
@@ -47,7 +48,7 @@ void main() {
 
     // Colours near black take up little light: a grey sheen keeps their steps visible.
     float darkness = 1.0 - max(max(color.r, color.g), color.b);
-    vec3 sheen = vec3(0.27 * darkness * darkness * shade);
+    vec3 sheen = vec3(0.27 * darkness * darkness * darkness * shade);
 
     pixel = vec4((color + sheen) * shade * lightColor, alpha);
 }

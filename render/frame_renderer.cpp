@@ -56,7 +56,22 @@ void DrawLayer(const Layer& layer, const ShaderProgram& shader) {
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
 }
 
+/// Draws nothing with a shader that failed: fixed functions would take its place.
+void DrawLayers(const ProcessModel& model, const ShaderProgram& shader) {
+    if (!shader.IsUsable()) {
+        return;
+    }
+    for (const std::unique_ptr<Layer>& layer : model.layers) {
+        if (layer != nullptr) {
+            DrawLayer(*layer, shader);
+        }
+    }
+}
+
 void DrawMarkers(const ProcessModel& model, const Camera& camera, const ShaderProgram& shader) {
+    if (!shader.IsUsable()) {
+        return;
+    }
     UseShader(shader, camera);
     glBindVertexArray(model.heightMarkers.vertexArray);
     glDrawArrays(GL_POINTS, 0, ShownMarkerCount(model));
@@ -75,11 +90,7 @@ void RenderFrame(const ProcessModel& model, const Camera& camera, const PictureT
 
     const std::int32_t strip = model.showLegend != 0.0f ? legendStrip : 0;
     SetViewport(camera, width, height, strip);
-    for (const std::unique_ptr<Layer>& layer : model.layers) {
-        if (layer != nullptr) {
-            DrawLayer(*layer, tools.surfaceShader);
-        }
-    }
+    DrawLayers(model, tools.surfaceShader);
     glUseProgram(0);
 
     if (model.showHeights != 0.0f) {

@@ -113,7 +113,11 @@ ShaderProgram::ShaderProgram(const std::filesystem::path& path, LogConsole* cons
     glAttachShader(program_, vertexShader);
     glAttachShader(program_, fragmentShader);
     glLinkProgram(program_);
-    if (!IsUsable()) {
+    GLint status = 0;
+    glGetProgramiv(program_, GL_LINK_STATUS, &status);
+    // Some drivers link a program that lacks a stage; it would draw in colours of its own.
+    usable_ = status == 1 && vertexShader != 0 && fragmentShader != 0;
+    if (!usable_) {
         console->Write(fmt::format("Failed to link program with error {}", LinkLog(program_)));
     }
     glValidateProgram(program_);
@@ -123,12 +127,6 @@ ShaderProgram::ShaderProgram(const std::filesystem::path& path, LogConsole* cons
 
 ShaderProgram::~ShaderProgram() {
     glDeleteProgram(program_);
-}
-
-bool ShaderProgram::IsUsable() const {
-    GLint status = 0;
-    glGetProgramiv(program_, GL_LINK_STATUS, &status);
-    return status == 1;
 }
 
 }  // namespace zelmo

@@ -34,11 +34,12 @@ public:
     ShaderProgram& operator=(const ShaderProgram&) = delete;
 
     std::uint32_t Program() const { return program_; }
-    /// Whether the program linked and can draw.
-    bool IsUsable() const;
+    /// Whether both stages compiled and the program linked: it can draw.
+    bool IsUsable() const { return usable_; }
 
 private:
     std::uint32_t program_ = 0;
+    bool usable_ = false;
 };
 
 }  // namespace zelmo

@@ -105,7 +105,7 @@ TEST(CmosInverter, HasWellsGatesContactsAndTwoMetalsInAtLeast25Steps) {
         materials.insert(step.material);
     }
     for (const char* material :
-         {"N-well", "STI", "Poly", "N-plus", "P-plus", "Contacts", "Metal1", "Vias", "Metal2"}) {
+         {"NWell", "STI", "Poly", "NPlus", "PPlus", "Contacts", "Metal1", "Vias", "Metal2"}) {
         EXPECT_EQ(materials.count(material), 1u) << material;
     }
 }

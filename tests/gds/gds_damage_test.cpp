@@ -115,7 +115,7 @@ TEST_F(GdsDamage, ChangedBytesEndWithACodeOrASuccess) {
     const Bytes whole = SmallLayout();
     std::mt19937 random(61);
     std::set<std::int32_t> seen;
-    for (int run = 0; run < 2000; ++run) {
+    for (int run = 0; run < 1500; ++run) {
         Bytes bytes = whole;
         for (std::uint32_t n = 1 + random() % 3; n > 0; --n) {
             std::uint8_t& byte = bytes[random() % bytes.size()];
@@ -130,7 +130,7 @@ TEST_F(GdsDamage, ChangedBytesEndWithACodeOrASuccess) {
 TEST_F(GdsDamage, MovedBytesEndWithACodeOrASuccess) {
     const Bytes whole = SmallLayout();
     std::mt19937 random(62);
-    for (int run = 0; run < 1000; ++run) {
+    for (int run = 0; run < 700; ++run) {
         Bytes bytes = whole;
         const auto from = static_cast<std::ptrdiff_t>(random() % bytes.size());
         const auto to = static_cast<std::ptrdiff_t>(
@@ -154,7 +154,7 @@ TEST_F(GdsDamage, RecordsInRandomOrderEndWithACodeOrASuccess) {
         record::strans,   record::mag,    record::angle,  record::endel, record::pathtype,
         record::endel,    record::endel,  record::layer,  record::xy,    record::sname,
         record::endstr,   record::bgnstr, record::strname};
-    for (int run = 0; run < 1500; ++run) {
+    for (int run = 0; run < 1000; ++run) {
         GdsWriter writer;
         writer.BeginCell("A");
         for (int n = 0; n < 12; ++n) {

@@ -74,7 +74,7 @@ TEST(ExpandPath, TruncatesTheExtensionOfAnObliqueEnd) {
     // Half the width is 5 along (3, 4) / 5: (3, 4). With 4.5 it is (2.7, 3.6), cut to (2, 3).
     const Points whole = Outline({{0, 0}, {30, 40}}, 10, 2);
     ASSERT_EQ(whole.size(), 5u);
-    EXPECT_EQ(whole[0], (GdsPoint{-7, 0 - 1}));
+    EXPECT_EQ(whole[0], (GdsPoint{-7, -1}));
     const Points cut = Outline({{0, 0}, {30, 40}}, 9, 2);
     EXPECT_EQ(cut, ExpandPathPlain({{0, 0}, {30, 40}}, 9, 2));
 }

@@ -44,7 +44,7 @@ void main() {
     // differ. A flat top comes out close to the pure colour.
     float sky = 0.5 + 0.5 * n.z;
     float lamp = max(dot(n, toLight), 0.0);
-    float shade = 0.45 + 0.30 * sky + 0.31 * lamp - 0.07 * n.x - 0.10 * under;
+    float shade = 0.355 + 0.43 * sky + 0.27 * lamp - 0.08 * n.x - 0.10 * under;
 
     // Colours near black take up little light: a grey sheen keeps their steps visible.
     float darkness = 1.0 - max(max(color.r, color.g), color.b);

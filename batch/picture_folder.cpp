@@ -42,7 +42,8 @@ public:
         for (int attempt = 0; attempt < attempts && !file_; ++attempt) {
             path_ = folder / fmt::format(".zelmo-{:08x}.tmp", random());
             file_ = CreateNewFile(path_);
-            if (!file_ && errno != EEXIST) {
+            error_ = errno;
+            if (!file_ && error_ != EEXIST) {
                 return;
             }
         }
@@ -59,6 +60,8 @@ public:
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
     bool Made() const { return made_; }
+    /// Why it could not be made.
+    std::string WhyNotMade() const { return std::generic_category().message(error_); }
     std::FILE* Stream() { return file_.get(); }
     /// False, with the reason in errno, if something did not reach the disk.
     bool Close() { return CloseWritten(std::move(file_)); }
@@ -73,6 +76,7 @@ private:
     fs::path path_;
     FilePointer file_;
     bool made_ = false;
+    int error_ = 0;
 };
 
 /// Writes and closes the file; the reason if that fails.
@@ -111,8 +115,8 @@ void PreparePictureFolder(const PictureFolder& folder,
                                            Text(folder.path / PathFromText(name)))};
         }
     }
-    if (!TemporaryFile(folder.path).Made()) {
-        RefuseFolder(folder.path, ErrnoText());
+    if (const TemporaryFile probe(folder.path); !probe.Made()) {
+        RefuseFolder(folder.path, probe.WhyNotMade());
     }
 }
 
@@ -132,7 +136,7 @@ SaveResult SavePicture(const PictureFolder& folder, std::size_t ordinal, const S
     }
     TemporaryFile file(folder.path);
     if (!file.Made()) {
-        return failed(SaveOutcome::NoRoom, ErrnoText());
+        return failed(SaveOutcome::NoRoom, file.WhyNotMade());
     }
     const std::string reason = WriteImage(image, folder.format, file);
     if (!reason.empty()) {

@@ -47,16 +47,16 @@ std::vector<std::uint8_t> ReadBytes(const std::filesystem::path& path) {
 
 TEST(OutputFolderName, IsTheProcessFileWithTheTimeInPlaceOfItsExtension) {
     EXPECT_EQ(FolderName(L"C:\\work\\flow.txt"), L"C:\\work\\flow 2024-03-01 14-05-09");
-    EXPECT_EQ(FolderName(L"/work/flow.v2.txt"), L"/work/flow.v2 2024-03-01 14-05-09");
+    EXPECT_EQ(FolderName(L"/data/flow.v2.txt"), L"/data/flow.v2 2024-03-01 14-05-09");
 }
 
 TEST(OutputFolderName, IsCutAtTheLastDotOfTheWholePath) {
-    EXPECT_EQ(FolderName(L"/work.d/flow"), L"/work 2024-03-01 14-05-09");
+    EXPECT_EQ(FolderName(L"/data.d/flow"), L"/data 2024-03-01 14-05-09");
     EXPECT_EQ(FolderName(L"C:\\work.d\\flow"), L"C:\\work 2024-03-01 14-05-09");
 }
 
 TEST(OutputFolderName, KeepsAPathWithoutADotWhole) {
-    EXPECT_EQ(FolderName(L"/work/flow"), L"/work/flow 2024-03-01 14-05-09");
+    EXPECT_EQ(FolderName(L"/data/flow"), L"/data/flow 2024-03-01 14-05-09");
 }
 
 TEST(OutputFolderName, KeepsCharactersBeyondAscii) {

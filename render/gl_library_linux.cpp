@@ -5,6 +5,7 @@
 #include <EGL/egl.h>
 #include <GL/glew.h>
 #include <dlfcn.h>
+#include <stdlib.h>
 
 #include "render/gl_library_linux.h"
 
@@ -19,6 +20,8 @@ struct Library {
 
 Library OpenLibrary() {
     Library library;
+    // What goes wrong is told once, by the program; the user may still ask for the drivers' words.
+    setenv("EGL_LOG_LEVEL", "fatal", 0);
     library.handle = dlopen("libEGL.so.1", RTLD_NOW | RTLD_LOCAL);
     if (library.handle == nullptr) {
         const char* reason = dlerror();

@@ -1,15 +1,8 @@
 #include <QApplication>
 
-#include "shell/qt/qt_main_window.h"
+#include "shell/qt/desktop.h"
 
 int main(int argc, char** argv) {
     QApplication application(argc, argv);
-    QApplication::setApplicationName("Zelmo");
-    QApplication::setDesktopFileName("zelmo");
-    zelmo::QtMainWindow window;
-    if (window.Prepare()) {
-        window.show();
-        QApplication::exec();
-    }
-    return 0;
+    return zelmo::RunDesktop();
 }

@@ -1,5 +1,6 @@
 #include "shell/qt/picture_view.h"
 
+#include <QImage>
 #include <QPainter>
 #include <cmath>
 #include <cstring>
@@ -29,7 +30,7 @@ PictureView::PictureView(QWidget* parent, const PictureList& pictures, const Pla
     setAttribute(Qt::WA_OpaquePaintEvent);
 }
 
-void PictureView::paintEvent(QPaintEvent*) {
+void PictureView::paintEvent(QPaintEvent*) noexcept {
     DebugTrace("Handling RenderWindow WM_PAINT");
     if (!platform_.HasContext()) {
         DebugTrace("RenderWindow WM_PAINT with out GL context");

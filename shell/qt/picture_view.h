@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QImage>
 #include <QWidget>
 
 #include "shell/picture_list.h"
@@ -16,7 +15,7 @@ public:
     PictureView(QWidget* parent, const PictureList& pictures, const Platform& platform);
 
 protected:
-    void paintEvent(QPaintEvent* event) override;
+    void paintEvent(QPaintEvent* event) noexcept override;
 
 private:
     const PictureList& pictures_;

@@ -3,12 +3,13 @@
 #include <QAction>
 #include <QCloseEvent>
 #include <QCoreApplication>
+#include <QDir>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QMenuBar>
 #include <QMessageBox>
 #include <QScreen>
@@ -24,6 +25,7 @@
 #include "shell/data_files.h"
 #include "shell/picture_maker.h"
 #include "shell/qt/picture_view.h"
+#include "shell/qt/status_field_label.h"
 #include "shell/text.h"
 
 namespace zelmo {
@@ -46,7 +48,7 @@ QString ToQString(const std::wstring& text) {
 
 }  // namespace
 
-QtMainWindow::QtMainWindow() : logic_(*this) {
+QtMainWindow::QtMainWindow() : logic_(*this), dialogFolder_(QDir::currentPath()) {
     CreateViews();
     CreateStatusBar();
     CreateMenuBar();
@@ -62,27 +64,28 @@ QtMainWindow::~QtMainWindow() = default;
 void QtMainWindow::CreateViews() {
     setCentralWidget(new QWidget(this));
     centralWidget()->setMinimumSize(400, 300);
+    centralWidget()->installEventFilter(this);
     pictureView_ = new PictureView(centralWidget(), logic_.Pictures(), *this);
+    pictureView_->setObjectName("picture");
     consoleView_ = new QPlainTextEdit(centralWidget());
-    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    consoleView_->setFont(font);
+    consoleView_->setObjectName("console");
+    consoleView_->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     console_ = std::make_unique<TextViewConsole>(*consoleView_);
 }
 
 void QtMainWindow::CreateStatusBar() {
     // Four fields with their right edges at 80, 600, 680 and the window's own.
-    const std::pair<const char*, int> fields[] = {
-        {"GDS file:", 80}, {"Not loaded", 520}, {"Process file:", 80}, {"Not loaded", 520}};
-    QLabel* labels[4] = {};
-    for (int i = 0; i < 4; ++i) {
-        const auto& [text, width] = fields[i];
-        labels[i] = new QLabel(QString::fromLatin1(text), this);
-        labels[i]->setTextFormat(Qt::PlainText);
-        labels[i]->setMinimumWidth(80);
-        labels[i]->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
-        statusBar()->addWidget(labels[i], width);
-    }
-    status_ = {{StatusField::GdsFile, labels[1]}, {StatusField::ProcessFile, labels[3]}};
+    const auto add = [this](const char* text, int width) {
+        auto* label = new StatusFieldLabel(this);
+        label->setText(QString::fromLatin1(text));
+        label->setMinimumWidth(80);
+        statusBar()->addWidget(label, width);
+        return label;
+    };
+    add("GDS file:", 80);
+    status_[StatusField::GdsFile] = add("Not loaded", 520);
+    add("Process file:", 80);
+    status_[StatusField::ProcessFile] = add("Not loaded", 520);
 }
 
 void QtMainWindow::CreateMenuBar() {
@@ -104,11 +107,11 @@ bool QtMainWindow::Prepare() {
     std::string reason;
     context_ = CreateOffscreenGlContext(reason);
     if (!context_) {
-        return Fail("Could not initialize graphics");
+        return Fail(L"Could not initialize graphics");
     }
     const auto folders = DataFolders();
     if (!logic_.LoadColors(FindDataFile(folders, "colors.txt"))) {
-        return Fail("Could not load color file or color file contains errors. Redo installation.");
+        return Fail(L"Could not load color file or color file contains errors. Redo installation.");
     }
     logic_.FinishCreation(CreateGlPictureMaker(FindDataFile(folders, "surface.shader"),
                                                FindDataFile(folders, "point.shader"),
@@ -116,8 +119,8 @@ bool QtMainWindow::Prepare() {
     return true;
 }
 
-bool QtMainWindow::Fail(const QString& message) {
-    QMessageBox(QMessageBox::NoIcon, "Zelmo", message, QMessageBox::Ok, this).exec();
+bool QtMainWindow::Fail(const std::wstring& message) {
+    ShowMessage(message, L"Zelmo");
     return false;
 }
 
@@ -130,30 +133,31 @@ void QtMainWindow::LayOut() {
     consoleView_->setGeometry(0, pictureHeight, width, height - pictureHeight);
 }
 
-void QtMainWindow::resizeEvent(QResizeEvent* event) {
-    QMainWindow::resizeEvent(event);
-    LayOut();
+// The menu and the status bar take what they need; the rest changes with the window's size, the
+// font and the desktop's style.
+bool QtMainWindow::eventFilter(QObject* watched, QEvent* event) noexcept {
+    if (watched == centralWidget() && event->type() == QEvent::Resize) {
+        LayOut();
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
-void QtMainWindow::closeEvent(QCloseEvent* event) {
+void QtMainWindow::closeEvent(QCloseEvent* event) noexcept {
     // The logic decides; during a run the window stays until the step has ended.
     event->ignore();
     logic_.HandleClose();
 }
 
 // A key without a picture to show raises an error that ends the program.
-void QtMainWindow::keyPressEvent(QKeyEvent* event) {
-    const auto handle = [this](int key) noexcept {
-        if (key == Qt::Key_Left) {
-            logic_.HandleLeftKey();
-        } else if (key == Qt::Key_Right) {
-            logic_.HandleRightKey();
-        }
-    };
-    handle(event->key());
+void QtMainWindow::keyPressEvent(QKeyEvent* event) noexcept {
+    if (event->key() == Qt::Key_Left) {
+        logic_.HandleLeftKey();
+    } else if (event->key() == Qt::Key_Right) {
+        logic_.HandleRightKey();
+    }
 }
 
-void QtMainWindow::wheelEvent(QWheelEvent* event) {
+void QtMainWindow::wheelEvent(QWheelEvent* event) noexcept {
     // The wheel scrolls the console, wherever the pointer stands.
     QCoreApplication::sendEvent(consoleView_->viewport(), event);
 }
@@ -176,8 +180,7 @@ void QtMainWindow::RepaintPicture() {
 }
 
 void QtMainWindow::RepaintWindow() {
-    repaint();
-    pictureView_->repaint();
+    repaint();  // with all that stands in it
 }
 
 void QtMainWindow::SetCaption(const std::wstring& text) {
@@ -192,28 +195,37 @@ void QtMainWindow::EnableMenuEntry(MenuEntry entry, bool enabled) {
     menu_.at(entry)->setEnabled(enabled);
 }
 
+void QtMainWindow::RedrawMenu() {
+    menuBar()->repaint();
+}
+
 void QtMainWindow::SetStatusText(StatusField field, const std::wstring& text) {
     status_.at(field)->setText(ToQString(text));
 }
 
 std::optional<std::filesystem::path> QtMainWindow::AskForFile(const FileQuestion& question) {
-    QFileDialog dialog(this, ToQString(question.title));
+    QFileDialog dialog(this, ToQString(question.title), dialogFolder_,
+                       ToQString(question.filterName));
     dialog.setFileMode(QFileDialog::ExistingFile);
-    dialog.setNameFilter(ToQString(question.filterName));
     dialog.setDefaultSuffix(ToQString(question.defaultExtension));
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
         return std::nullopt;
     }
-    return PathFromText(dialog.selectedFiles().constFirst().toStdWString());
+    const QString file = dialog.selectedFiles().constFirst();
+    dialogFolder_ = QFileInfo(file).absolutePath();
+    return PathFromText(file.toStdWString());
 }
 
 void QtMainWindow::ShowMessage(const std::wstring& text, const std::wstring& caption) {
-    QMessageBox(QMessageBox::NoIcon, ToQString(caption), ToQString(text), QMessageBox::Ok, this)
-        .exec();
+    QMessageBox box(QMessageBox::NoIcon, ToQString(caption), ToQString(text), QMessageBox::Ok,
+                    this);
+    box.setTextFormat(Qt::PlainText);
+    box.exec();
 }
 
 void QtMainWindow::Quit() {
-    QCoreApplication::quit();
+    // Not quit(), which would ask the window again whether it may be closed.
+    QCoreApplication::exit(0);
 }
 
 }  // namespace zelmo

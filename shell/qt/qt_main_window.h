@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QMainWindow>
+#include <QString>
 #include <map>
 #include <memory>
+#include <string>
 
 #include "render/gl_context.h"
 #include "shell/main_window.h"
@@ -10,11 +12,11 @@
 #include "shell/qt/text_view_console.h"
 
 class QAction;
-class QLabel;
 
 namespace zelmo {
 
 class PictureView;
+class StatusFieldLabel;
 
 /// The program's window on Linux: the picture above, the console below, the status bar at the foot
 /// and a menu bar without drop-downs. It is the platform that the main window's logic runs on.
@@ -38,7 +40,7 @@ public:
     void SetCaption(const std::wstring& text) override;
     void SetNarrowCaption(const std::string& text) override;
     void EnableMenuEntry(MenuEntry entry, bool enabled) override;
-    void RedrawMenu() override {}
+    void RedrawMenu() override;
     void SetStatusText(StatusField field, const std::wstring& text) override;
     LogConsole* Console() override { return console_.get(); }
     void ClearConsole() override { console_->Clear(); }
@@ -47,25 +49,27 @@ public:
     void Quit() override;
 
 protected:
-    void closeEvent(QCloseEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
-    void wheelEvent(QWheelEvent* event) override;
-    void resizeEvent(QResizeEvent* event) override;
+    // An exception ends the program: none may pass through the toolkit.
+    void closeEvent(QCloseEvent* event) noexcept override;
+    void keyPressEvent(QKeyEvent* event) noexcept override;
+    void wheelEvent(QWheelEvent* event) noexcept override;
+    bool eventFilter(QObject* watched, QEvent* event) noexcept override;
 
 private:
     void CreateViews();
     void CreateStatusBar();
     void CreateMenuBar();
-    bool Fail(const QString& message);
+    bool Fail(const std::wstring& message);
     void LayOut();
 
     std::unique_ptr<GlContext> context_;  ///< outlives the pictures that are drawn with it
     MainWindow logic_;
     std::map<MenuEntry, QAction*> menu_;
-    std::map<StatusField, QLabel*> status_;
+    std::map<StatusField, StatusFieldLabel*> status_;
     PictureView* pictureView_ = nullptr;
     QPlainTextEdit* consoleView_ = nullptr;
     std::unique_ptr<TextViewConsole> console_;
+    QString dialogFolder_;  ///< where a file dialog begins: where the last one ended
 };
 
 }  // namespace zelmo

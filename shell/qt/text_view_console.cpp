@@ -5,12 +5,21 @@
 
 namespace zelmo {
 
+namespace {
+
+constexpr int firstLines = 20;
+constexpr int millisecondsBetweenLooks = 50;
+
+}  // namespace
+
 TextViewConsole::TextViewConsole(QPlainTextEdit& view) : view_(view) {
     view_.setReadOnly(true);
     view_.setUndoRedoEnabled(false);
     view_.setMaximumBlockCount(0);
     view_.setLineWrapMode(QPlainTextEdit::WidgetWidth);
     view_.setFocusPolicy(Qt::NoFocus);
+    view_.viewport()->setCursor(Qt::ArrowCursor);
+    sinceShown_.start();
 }
 
 void TextViewConsole::Clear() {
@@ -19,15 +28,23 @@ void TextViewConsole::Clear() {
 
 void TextViewConsole::AppendLine(std::wstring line) {
     const QString text = QString::fromStdWString(line);
-    const auto append = [this, &text] {
-        view_.appendPlainText(text);
-        QScrollBar* bar = view_.verticalScrollBar();
-        bar->setValue(bar->maximum());
-    };
+    const auto show = [this, &text]() noexcept { ShowLine(text); };
     if (QThread::currentThread() == view_.thread()) {
-        append();
+        show();
     } else {
-        QMetaObject::invokeMethod(&view_, append, Qt::BlockingQueuedConnection);
+        QMetaObject::invokeMethod(&view_, show, Qt::BlockingQueuedConnection);
+    }
+}
+
+void TextViewConsole::ShowLine(const QString& text) {
+    view_.appendPlainText(text);
+    QScrollBar* bar = view_.verticalScrollBar();
+    bar->setValue(bar->maximum());
+    // A command that takes long lets its lines be seen while it works. A long listing must not
+    // become slow because of that.
+    if (view_.blockCount() <= firstLines || sinceShown_.elapsed() >= millisecondsBetweenLooks) {
+        view_.viewport()->repaint();
+        sinceShown_.restart();
     }
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QPlainTextEdit>
 
 #include "shell/log_console.h"
@@ -18,7 +19,10 @@ protected:
     void AppendLine(std::wstring line) override;
 
 private:
+    void ShowLine(const QString& text);
+
     QPlainTextEdit& view_;
+    QElapsedTimer sinceShown_;
 };
 
 }  // namespace zelmo

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <exception>
+
 namespace zelmo {
 
 /// Binds a window to an object: the one window procedure of all our window classes hands every
@@ -38,9 +40,9 @@ public:
                                static_cast<T*>(this)) != nullptr;
     }
 
-    /// An exception that leaves a message ends the program: no system frame is unwound.
-    static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam,
-                                       LPARAM lParam) noexcept {
+    /// An exception that leaves a message ends the program, whoever sent the message: the system's
+    /// own frames above this one may swallow it.
+    static LRESULT CALLBACK WindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         T* object = nullptr;
         if (message == WM_NCCREATE) {
             object = static_cast<T*>(reinterpret_cast<CREATESTRUCTW*>(lParam)->lpCreateParams);
@@ -52,7 +54,11 @@ public:
         if (object == nullptr) {
             return DefWindowProcW(window, message, wParam, lParam);
         }
-        return object->HandleMessage(message, wParam, lParam);
+        try {
+            return object->HandleMessage(message, wParam, lParam);
+        } catch (...) {
+            std::terminate();
+        }
     }
 
     HWND hwnd = nullptr;  ///< null until the window procedure has bound it

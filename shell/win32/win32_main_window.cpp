@@ -75,7 +75,7 @@ LRESULT Win32MainWindow::Dispatch(UINT message, WPARAM wParam, LPARAM lParam) {
             SetBkColor(reinterpret_cast<HDC>(wParam), 0xFFFFFF);
             return reinterpret_cast<LRESULT>(consoleBrush_.get());
         case WM_MOUSEWHEEL:
-            SendMessageW(consoleEdit_, message, wParam, lParam);
+            ForwardWheel(wParam, lParam);
             return 0;
         case WM_ENTERSIZEMOVE:
         case WM_EXITSIZEMOVE:
@@ -93,6 +93,15 @@ void Win32MainWindow::HandleKey(WPARAM key) {
         logic_.HandleLeftKey();
     } else if (key == VK_RIGHT) {
         logic_.HandleRightKey();
+    }
+}
+
+void Win32MainWindow::ForwardWheel(WPARAM wParam, LPARAM lParam) {
+    // A turn that the control has no use for, as with Ctrl held, it hands to its parent: here.
+    if (!forwardingWheel_) {
+        forwardingWheel_ = true;
+        SendMessageW(consoleEdit_, WM_MOUSEWHEEL, wParam, lParam);
+        forwardingWheel_ = false;
     }
 }
 

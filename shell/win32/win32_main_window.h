@@ -51,6 +51,7 @@ private:
     void LayOut();
     void HandleCommand(int id);
     void HandleKey(WPARAM key);
+    void ForwardWheel(WPARAM wParam, LPARAM lParam);
     LRESULT Dispatch(UINT message, WPARAM wParam, LPARAM lParam);
 
     struct FontDeleter {
@@ -67,6 +68,7 @@ private:
     HWND consoleEdit_ = nullptr;
     std::unique_ptr<HBRUSH, BrushDeleter> consoleBrush_;
     HCURSOR arrowCursor_ = nullptr;
+    bool forwardingWheel_ = false;
     Font consoleFont_;
     Font statusFont_;
     std::unique_ptr<EditConsole> console_;

@@ -1,0 +1,22 @@
+#!/bin/sh
+# Makes what users install, in build/packages: a zip for Windows and a Debian package.
+set -eu
+root=$(cd "$(dirname "$0")/.." && pwd)
+packages=$root/build/packages
+
+for preset in release windows; do
+    sh "$root/scripts/build.sh" "$preset" zelmo zelmo-batch zelmo_assets zelmo_examples
+done
+
+echo "== Packing"
+mkdir -p "$packages"
+for preset in release windows; do
+    log=$root/build/package-$preset.log
+    (cd "$root/build/$preset" && cpack -B "$packages") > "$log" 2>&1 || {
+        cat "$log" >&2
+        echo "run: the package could not be made" >&2
+        exit 5
+    }
+    sed -n 's/^CPack: - package: \(.*\) generated\.$/\1/p' "$log"
+done
+rm -rf "$packages/_CPack_Packages"

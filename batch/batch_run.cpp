@@ -12,7 +12,6 @@
 #include <system_error>
 #include <vector>
 
-#include "batch/assets.h"
 #include "batch/consoles.h"
 #include "batch/inputs.h"
 #include "batch/picture_saver.h"
@@ -22,6 +21,7 @@
 #include "model/process_model.h"
 #include "render/layer_mesh.h"
 #include "shell/clock.h"
+#include "shell/data_files.h"
 #include "shell/run_report.h"
 #include "shell/text.h"
 
@@ -75,9 +75,19 @@ bool RunSteps(ProcessModel& model, PictureSaver* saver, Reporting& reporting) {
     return complete;
 }
 
+/// The folder that was given, or the program's own ones and the current directory.
+std::vector<std::filesystem::path> AssetFolders(const std::optional<std::filesystem::path>& given) {
+    if (given) {
+        return {*given};
+    }
+    auto folders = InstalledDataFolders();
+    folders.emplace_back();
+    return folders;
+}
+
 ExitStatus RunFiles(const BatchOptions& options, Reporting& reporting) {
-    const auto assetFolders = AssetFolders(options.assets, ProgramFolder());
-    LoadColors(FindAsset(assetFolders, "colors.txt"));
+    const auto assetFolders = AssetFolders(options.assets);
+    LoadColors(FindDataFile(assetFolders, "colors.txt"));
     auto database = LoadLayoutFile(options.layout, &reporting.console);
     std::optional<PictureSaver> saver;  // to go after the model
     const auto model = PrepareProcess(options.process, *database, &reporting.console);

@@ -7,9 +7,9 @@
 #include <new>
 #include <system_error>
 
-#include "batch/assets.h"
 #include "batch/exit_status.h"
 #include "model/process_model.h"
+#include "shell/data_files.h"
 #include "shell/saved_images.h"
 #include "shell/text.h"
 
@@ -43,7 +43,8 @@ std::string NoPicture(const ProcessModel& model, std::size_t index, const std::s
 }  // namespace
 
 PictureSaver::PictureSaver(const BatchOptions& options, const std::vector<fs::path>& assetFolders)
-    : studio_(FindAsset(assetFolders, "surface.shader"), FindAsset(assetFolders, "point.shader")),
+    : studio_(FindDataFile(assetFolders, "surface.shader"),
+              FindDataFile(assetFolders, "point.shader")),
       folder_{OutputFolder(options), options.format} {}
 
 void PictureSaver::Begin(ProcessModel& model) {

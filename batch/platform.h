@@ -20,9 +20,6 @@ std::vector<std::string> ProgramArguments(int argc, char** argv);
 /// that reaches a console is taken for UTF-8.
 void PrepareStandardStreams();
 
-/// The folder that the program's file lies in; empty if that cannot be told.
-std::filesystem::path ProgramFolder();
-
 /// Columns of the terminal that standard error writes to; 0 where it is none.
 int TerminalColumns();
 

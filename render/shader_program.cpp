@@ -4,11 +4,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <array>
-#include <fstream>
-#include <iterator>
 #include <string_view>
 
+#include "shell/file.h"
 #include "shell/log_console.h"
 #include "shell/text.h"
 
@@ -16,66 +14,42 @@ namespace zelmo {
 
 namespace {
 
-constexpr std::size_t maxLineLength = 1023;
 constexpr GLsizei maxLinkLog = 1024;
 
 bool Contains(std::string_view line, std::string_view text) {
     return line.find(text) != std::string_view::npos;
 }
 
-/// Reads a whole text file, with CR LF as LF. False if it cannot be opened.
-bool ReadText(const std::filesystem::path& path, std::string& text) {
-    std::error_code ignored;
-    if (std::filesystem::is_directory(path, ignored)) {
-        return false;
-    }
-    std::ifstream file(path, std::ios::binary);
-    if (!file) {
-        return false;
-    }
-    text.assign(std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>());
-    for (std::size_t at = text.find("\r\n"); at != std::string::npos; at = text.find("\r\n", at)) {
-        text.erase(at, 1);
-    }
-    return true;
-}
-
-/// Takes the next line off the text, with its line end, or the first 1023 bytes of a longer one.
-std::string_view TakeLine(std::string_view& text) {
-    const std::size_t lineEnd = text.find('\n');
-    const std::size_t length = lineEnd == std::string_view::npos ? text.size() : lineEnd + 1;
-    const std::string_view line = text.substr(0, std::min(length, maxLineLength));
-    text.remove_prefix(line.size());
-    // A zero byte ends the text of a line.
-    return line.substr(0, line.find('\0'));
-}
-
 std::string ShaderLog(GLuint shader) {
     GLint length = 0;
     glGetShaderiv(shader, GL_INFO_LOG_LENGTH, &length);
     std::string log(static_cast<std::size_t>(std::max(length, 1)), '\0');
-    glGetShaderInfoLog(shader, static_cast<GLsizei>(log.size()), nullptr, log.data());
-    return log.c_str();
+    GLsizei written = 0;
+    glGetShaderInfoLog(shader, static_cast<GLsizei>(log.size()), &written, log.data());
+    log.resize(static_cast<std::size_t>(written));
+    return log;
 }
 
 std::string LinkLog(GLuint program) {
-    std::array<char, maxLinkLog> log{};
-    glGetProgramInfoLog(program, maxLinkLog, nullptr, log.data());
-    return log.data();
+    std::string log(maxLinkLog, '\0');
+    GLsizei written = 0;
+    glGetProgramInfoLog(program, maxLinkLog, &written, log.data());
+    log.resize(static_cast<std::size_t>(written));
+    return log;
 }
 
 }  // namespace
 
 ShaderSources LoadShaderFile(const std::filesystem::path& path, LogConsole* console) {
     ShaderSources sources;
-    std::string text;
-    if (!ReadText(path, text)) {
+    const FilePointer file = OpenFile(path, "rb");
+    if (!file) {
         console->Write(L"Failed to open shader file: " + PathText(path));
         return sources;
     }
     std::string* stage = &sources.vertexSource;
-    for (std::string_view rest = text; !rest.empty();) {
-        const std::string_view line = TakeLine(rest);
+    std::string line;
+    while (ReadTextLine(file.get(), line)) {
         if (!Contains(line, "#shader")) {
             stage->append(line);
         } else if (Contains(line, " vertex")) {

@@ -4,12 +4,12 @@
 
 namespace zelmo {
 
-std::vector<std::filesystem::path> InstalledDataFolders() {
-    const std::filesystem::path folder = ProgramFolder();
-    if (folder.empty()) {
+std::vector<std::filesystem::path> InstalledDataFolders(
+    const std::filesystem::path& programFolder) {
+    if (programFolder.empty()) {
         return {};
     }
-    return {folder, folder.parent_path() / "share" / "zelmo"};
+    return {programFolder, programFolder.parent_path() / "share" / "zelmo"};
 }
 
 std::filesystem::path FindDataFile(const std::vector<std::filesystem::path>& folders,

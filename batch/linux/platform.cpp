@@ -27,11 +27,6 @@ void PrepareStandardStreams() {
     }
 }
 
-std::filesystem::path ProgramFolder() {
-    std::error_code error;
-    return std::filesystem::read_symlink("/proc/self/exe", error).parent_path();
-}
-
 int TerminalColumns() {
     if (isatty(STDERR_FILENO) == 0) {
         return 0;

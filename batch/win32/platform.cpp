@@ -34,13 +34,6 @@ void PrepareStandardStreams() {
     std::atexit([] { SetConsoleOutputCP(codePageBefore); });
 }
 
-std::filesystem::path ProgramFolder() {
-    std::wstring path(32768, L'\0');
-    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
-    path.resize(length);
-    return std::filesystem::path(path).parent_path();
-}
-
 int TerminalColumns() {
     CONSOLE_SCREEN_BUFFER_INFO console{};
     const HANDLE handle = GetStdHandle(STD_ERROR_HANDLE);

@@ -78,7 +78,7 @@ void QtMainWindow::CreateStatusBar() {
     const auto add = [this](const char* text, int width) {
         auto* label = new StatusFieldLabel(this);
         label->setText(QString::fromLatin1(text));
-        label->setMinimumWidth(80);
+        label->setMinimumWidth(std::max(80, label->sizeHint().width()));
         statusBar()->addWidget(label, width);
         return label;
     };

@@ -12,6 +12,7 @@ namespace zelmo {
 StatusFieldLabel::StatusFieldLabel(QWidget* parent) : QLabel(parent) {
     setTextFormat(Qt::PlainText);
     setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    setContentsMargins(4, 0, 4, 0);
 }
 
 QString StatusFieldLabel::ShownText() const {

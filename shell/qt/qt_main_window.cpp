@@ -180,7 +180,8 @@ void QtMainWindow::RepaintPicture() {
 }
 
 void QtMainWindow::RepaintWindow() {
-    repaint();  // with all that stands in it
+    repaint();
+    pictureView_->repaint();  // opaque, so the window leaves it out
 }
 
 void QtMainWindow::SetCaption(const std::wstring& text) {

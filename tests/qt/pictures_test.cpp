@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QEvent>
 #include <QtTest/QTest>
 #include <algorithm>
 #include <vector>
@@ -91,6 +92,31 @@ TEST_F(QtPictures, ShownPictureIsTheSavedOneScaled) {
     user_.PressKey(Qt::Key_Left);
     user_.PressKey(Qt::Key_Left);
     ExpectShown(4);
+}
+
+/// Counts how often a widget is painted.
+class PaintCounter : public QObject {
+public:
+    explicit PaintCounter(QWidget& widget) { widget.installEventFilter(this); }
+    int Count() const { return count_; }
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override {
+        count_ += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+
+private:
+    int count_ = 0;
+};
+
+TEST_F(QtPictures, EveryArrowKeyPaintsThePictureOnceAtOnce) {
+    QTest::qWait(100);
+    const PaintCounter counter(user_.Picture());
+    user_.PressKey(Qt::Key_Right);
+    EXPECT_EQ(counter.Count(), 1);
+    user_.PressKey(Qt::Key_Left);
+    EXPECT_EQ(counter.Count(), 2);
 }
 
 TEST_F(QtPictures, PictureIsScaledWithTheWindowAlsoPastItsOwnSize) {

@@ -5,9 +5,9 @@ namespace zelmo {
 namespace {
 
 // Appending costs the control time in proportion to what it holds already. Up to this many
-// characters every line is shown at once; beyond, lines that come in a burst are shown together.
+// characters every line is shown at once; beyond, lines that come in a burst are shown together,
+// when they are as many as those before.
 constexpr std::size_t burstThreshold = 20000;
-constexpr ULONGLONG burstMilliseconds = 250;
 
 }  // namespace
 
@@ -29,7 +29,7 @@ void EditConsole::AppendLine(std::wstring line) {
     }
     written_ += line.size();
     pending_ += line;
-    if (written_ < burstThreshold || GetTickCount64() - lastFlush_ >= burstMilliseconds) {
+    if (written_ < burstThreshold || pending_.size() >= written_ / 2) {
         Flush();
     }
 }
@@ -41,7 +41,6 @@ void EditConsole::Flush() {
     std::wstring text;
     text.swap(pending_);
     AppendText(text);
-    lastFlush_ = GetTickCount64();
 }
 
 // On a worker each of these calls is a synchronous hop into the user interface thread.

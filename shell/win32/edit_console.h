@@ -31,7 +31,6 @@ private:
     DWORD ownerThread_;
     std::size_t written_ = 0;  ///< characters since the last clearing
     std::wstring pending_;     ///< lines of the user interface thread, not yet in the control
-    ULONGLONG lastFlush_ = 0;  ///< milliseconds
 };
 
 }  // namespace zelmo

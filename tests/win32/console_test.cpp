@@ -1,4 +1,7 @@
+#include <cstdio>
+
 #include "examples/gds_writer.h"
+#include "shell/text.h"
 #include "tests/win32/window_fixture.h"
 
 namespace zelmo {
@@ -80,6 +83,7 @@ TEST_F(WindowConsoleTest, FiftyThousandCellsAreAllListedInOrder) {
                   L"--> \"" + CellName(i) + L"\" with size dx = 100 by dy = 100");
     }
     EXPECT_TRUE(lines.back().starts_with(L"GDS database finished loading in "));
+    std::printf("%s\n", Utf8FromWide(lines.back()).c_str());
     EXPECT_TRUE(ShowsItsEnd());
     // Clearing such a text takes no time either.
     Program().Load(Layout());

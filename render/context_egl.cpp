@@ -14,7 +14,7 @@ namespace zelmo {
 namespace {
 
 /// A context without a surface, and the display that it belongs to.
-class EglContext : public GlContext {
+class EglContext final : public GlContext {
 public:
     explicit EglContext(EGLDisplay display) : display_(display) {}
     EglContext(const EglContext&) = delete;

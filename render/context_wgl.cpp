@@ -13,7 +13,7 @@ namespace {
 constexpr wchar_t className[] = L"Zelmo Hidden Window Class";
 
 /// A context of a window that is never shown. To be destroyed on the thread that made it.
-class WglContext : public GlContext {
+class WglContext final : public GlContext {
 public:
     WglContext() = default;
     WglContext(const WglContext&) = delete;

@@ -28,8 +28,10 @@ void ReplaceContents(GLenum target, GLuint buffer, std::span<const T> contents) 
 /// Describes one attribute of the array buffer that is bound: so many floats at this offset.
 void SetAttribute(GLuint index, GLint floats, std::size_t stride, std::size_t offset) {
     glEnableVertexAttribArray(index);
-    glVertexAttribPointer(index, floats, GL_FLOAT, GL_FALSE, static_cast<GLsizei>(stride),
-                          reinterpret_cast<const void*>(offset));
+    // OpenGL takes an offset in a buffer as a pointer.
+    // NOLINTNEXTLINE(performance-no-int-to-ptr)
+    const void* start = reinterpret_cast<const void*>(offset);
+    glVertexAttribPointer(index, floats, GL_FLOAT, GL_FALSE, static_cast<GLsizei>(stride), start);
 }
 
 }  // namespace

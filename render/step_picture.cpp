@@ -32,7 +32,7 @@ GLenum TakeGlError() {
 }
 
 std::string PictureProblem(const OffscreenBuffer& buffer) {
-    const std::string problem = buffer.Problem();
+    std::string problem = buffer.Problem();
     const GLenum error = TakeGlError();
     if (!problem.empty() || error == GL_NO_ERROR) {
         return problem;

@@ -29,7 +29,7 @@ GlFont TextFont::GetFont(std::uint32_t height, std::int32_t weight) {
     }
     GlyphLists lists;
     const GlyphMetrics metrics = MakeGlyphLists(faceName, height, weight, lists.Base());
-    const GlFont font{lists.Base(), metrics.cellHeight, metrics.averageWidth, faceName, weight};
+    GlFont font{lists.Base(), metrics.cellHeight, metrics.averageWidth, faceName, weight};
     fonts_.push_back({height, std::move(lists), font});
     return font;
 }

@@ -39,8 +39,10 @@ protected:
         markers.vertices.resize(count);
         for (std::uint32_t k = 0; k < count; ++k) {
             // Too far apart to touch: columns of 0.18, rows of 0.18, from the lower left.
-            markers.vertices[k].position[0] = static_cast<float>(k % 10) * 0.18f - 0.81f;
-            markers.vertices[k].position[1] = static_cast<float>(k / 10) * 0.18f - 0.81f;
+            const std::uint32_t column = k % 10;
+            const std::uint32_t row = k / 10;
+            markers.vertices[k].position[0] = static_cast<float>(column) * 0.18f - 0.81f;
+            markers.vertices[k].position[1] = static_cast<float>(row) * 0.18f - 0.81f;
         }
         graphics_.CreateMarkerObjects(markers);
         graphics_.UploadMarkers(markers);
@@ -83,7 +85,7 @@ TEST_F(Frame, WithoutLayersHasTheWidthLabelAloneOnWhite) {
     const PixelBox ink = picture.BoxOf([](const Pixel& pixel) { return pixel != white; });
     EXPECT_EQ(picture.Count(white) + picture.Count(black), 1920 * 384);
     EXPECT_GT(picture.Count(black), 500);
-    EXPECT_NEAR((ink.left + ink.right) / 2, 960, 40) << "centred by the average width";
+    EXPECT_NEAR((ink.left + ink.right) / 2.0, 960.0, 40.0) << "centred by the average width";
     EXPECT_LE(ink.top - ink.bottom, 32);
     EXPECT_LT(ink.top, 384 / 4);
 }

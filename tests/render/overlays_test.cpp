@@ -2,7 +2,9 @@
 
 #include <GL/glew.h>
 
+#include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 
 #include "render/number_format.h"
@@ -30,8 +32,10 @@ protected:
         model_.heightMarkers.vertices.resize(count);
         for (std::uint32_t k = 0; k < count; ++k) {
             float* position = model_.heightMarkers.vertices[k].position;
-            position[0] = static_cast<float>(k % 10) * 0.18f - 0.81f;
-            position[1] = static_cast<float>(k / 10) * 0.18f - 0.81f;
+            const std::uint32_t column = k % 10;
+            const std::uint32_t row = k / 10;
+            position[0] = static_cast<float>(column) * 0.18f - 0.81f;
+            position[1] = static_cast<float>(row) * 0.18f - 0.81f;
             position[2] = height;
         }
     }
@@ -55,10 +59,9 @@ protected:
 
     /// The same picture with white in place of everything left of a column.
     static Pixels RightOf(int column, Pixels picture) {
-        for (int y = 0; y < picture.height; ++y) {
-            for (int x = 0; x < column; ++x) {
-                picture.pixels[static_cast<std::size_t>(y * picture.width + x)] = white;
-            }
+        const auto rowLength = static_cast<std::size_t>(picture.width);
+        for (std::size_t start = 0; start < picture.pixels.size(); start += rowLength) {
+            std::fill_n(picture.pixels.begin() + static_cast<std::ptrdiff_t>(start), column, white);
         }
         return picture;
     }

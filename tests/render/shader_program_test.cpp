@@ -21,7 +21,7 @@ bool StartsWith(const std::string& text, const std::string& start) {
 ShaderSources Load(const std::string& text) {
     const TempFolder folder;
     RecordingConsole console;
-    const ShaderSources sources = LoadShaderFile(folder.Write("test.shader", text), &console);
+    ShaderSources sources = LoadShaderFile(folder.Write("test.shader", text), &console);
     EXPECT_TRUE(console.lines.empty());
     return sources;
 }

@@ -114,9 +114,9 @@ TEST_F(Shading, SetsWhiteOffFromTheBackground) {
 TEST_F(Shading, PassesTheOpacityOn) {
     const Pixel opaque = Shade({0.2f, 0.4f, 0.8f}, top);
     const Pixel half = Shade({0.2f, 0.4f, 0.8f}, top, 0.5f);
-    EXPECT_NEAR(half.red, (opaque.red + 255) / 2, 1);
-    EXPECT_NEAR(half.green, (opaque.green + 255) / 2, 1);
-    EXPECT_NEAR(half.blue, (opaque.blue + 255) / 2, 1);
+    EXPECT_NEAR(half.red, (opaque.red + 255) / 2.0, 1.0);
+    EXPECT_NEAR(half.green, (opaque.green + 255) / 2.0, 1.0);
+    EXPECT_NEAR(half.blue, (opaque.blue + 255) / 2.0, 1.0);
     EXPECT_EQ(Shade({0.2f, 0.4f, 0.8f}, top, 0.0f).red, 255);
 }
 

@@ -16,6 +16,8 @@ if(ZELMO_SANITIZE)
     add_compile_options(-fsanitize=address,undefined,float-cast-overflow
                         -fno-sanitize-recover=undefined,float-cast-overflow
                         -fno-omit-frame-pointer)
+    # The checks that are put in hide from the compiler what is initialised.
+    add_compile_options(-Wno-maybe-uninitialized)
     add_link_options(-fsanitize=address,undefined,float-cast-overflow)
 endif()
 

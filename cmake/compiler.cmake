@@ -42,3 +42,24 @@ function(zelmo_test name)
     add_test(NAME ${name} COMMAND ${name} WORKING_DIRECTORY ${CMAKE_BINARY_DIR})
     set_tests_properties(${name} PROPERTIES TIMEOUT 900)
 endfunction()
+
+# Adds files of lane kernels (model/lanes.h) to a library, compiled for narrow and for wide lanes:
+# zelmo_lane_kernels(<library> SOURCES ...)
+function(zelmo_lane_kernels library)
+    cmake_parse_arguments(ARG "" "" "SOURCES" ${ARGN})
+    foreach(lanes narrow wide)
+        set(kernels ${library}_${lanes})
+        add_library(${kernels} OBJECT ${ARG_SOURCES})
+        target_link_libraries(${kernels} PRIVATE zelmo_options)
+        target_compile_definitions(${kernels} PRIVATE ZELMO_LANES=${lanes})
+        # A root sets no errno, so that it can be taken in lanes.
+        target_compile_options(${kernels} PRIVATE -fno-math-errno)
+        target_sources(${library} PRIVATE $<TARGET_OBJECTS:${kernels}>)
+    endforeach()
+    target_compile_definitions(${library}_wide PRIVATE ZELMO_WIDE_LANES)
+    if(WIN32)
+        # The stack of 64-bit Windows is aligned to 16 bytes, and the compiler takes it to be
+        # aligned for wide lanes.
+        target_compile_options(${library}_wide PRIVATE -Wa,-muse-unaligned-vector-move)
+    endif()
+endfunction()

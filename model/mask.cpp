@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "model/conversions.h"
-#include "model/disc_filter.h"
 
 namespace zelmo {
 
@@ -92,26 +91,6 @@ void FillPolygon(const ProcessModel& model, const MaskPolygon& polygon,
     }
 }
 
-/// Counts the cells of the disc that are in the grid, and those of them that are set.
-struct MajorityWindow {
-    const std::uint8_t* rawMask;
-    std::uint8_t* mask;
-    std::int32_t total = 0;
-    std::int32_t on = 0;
-
-    void Add(std::size_t cell) {
-        ++total;
-        on += rawMask[cell] != 0 ? 1 : 0;
-    }
-    void Remove(std::size_t cell) {
-        --total;
-        on -= rawMask[cell] != 0 ? 1 : 0;
-    }
-    void Store(std::size_t cell) {
-        mask[cell] = static_cast<float>(on) > static_cast<float>(total) * 0.5f ? 1 : 0;
-    }
-};
-
 /// Where in the neighbour table to start looking, after a cell with the distance `running`: the
 /// distance falls by one pitch at most, and one slot more is left for safety.
 std::size_t SearchStart(const ProcessModel& model, float running) {
@@ -167,12 +146,6 @@ bool PointInPolygon(const MaskPolygon& polygon, double x, double y) {
         }
     });
     return inside;
-}
-
-void BlurMask(const ProcessModel& model, std::span<std::uint8_t> mask,
-              std::span<const std::uint8_t> rawMask, float radius) {
-    MajorityWindow window{rawMask.data(), mask.data()};
-    SlideDisc(model.gridColumns, model.gridRows, SelectSlidingDisc(model, radius), window);
 }
 
 void MaskEdgeDistance(const ProcessModel& model, std::span<float> edgeDistance,

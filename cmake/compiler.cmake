@@ -2,7 +2,9 @@
 # build: no contraction of products and sums, nothing of fast-math.
 add_library(zelmo_options INTERFACE)
 target_compile_options(zelmo_options INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Werror
+    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+    # The fuzz targets' compiler has warnings of its own, and they are no errors.
+    $<$<CXX_COMPILER_ID:GNU>:-Werror>
     -ffp-contract=off -fno-fast-math)
 target_include_directories(zelmo_options INTERFACE ${CMAKE_SOURCE_DIR})
 
@@ -19,6 +21,14 @@ if(ZELMO_SANITIZE)
     # The checks that are put in hide from the compiler what is initialised.
     add_compile_options(-Wno-maybe-uninitialized)
     add_link_options(-fsanitize=address,undefined,float-cast-overflow)
+endif()
+
+if(ZELMO_FUZZ)
+    set(FUZZ_CHECKS address,undefined,float-cast-overflow)
+    add_compile_options(-fsanitize=fuzzer-no-link,${FUZZ_CHECKS}
+                        -fno-sanitize-recover=undefined,float-cast-overflow
+                        -fno-omit-frame-pointer)
+    add_link_options(-fsanitize=${FUZZ_CHECKS})
 endif()
 
 if(ZELMO_SANITIZE_THREADS)
@@ -49,7 +59,17 @@ function(zelmo_lane_kernels library)
     cmake_parse_arguments(ARG "" "" "SOURCES" ${ARGN})
     foreach(lanes narrow wide)
         set(kernels ${library}_${lanes})
-        add_library(${kernels} OBJECT ${ARG_SOURCES})
+        set(sources ${ARG_SOURCES})
+        if(lanes STREQUAL wide AND CMAKE_CXX_COMPILER_ID STREQUAL Clang)
+            # Clang wants what is for the wide lanes alone to end before the file does.
+            list(TRANSFORM sources
+                 REPLACE "(.+)" "${CMAKE_CURRENT_BINARY_DIR}/${kernels}/\\1")
+            foreach(source ${ARG_SOURCES})
+                file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${kernels}/${source} CONTENT
+                     "#include \"${CMAKE_CURRENT_SOURCE_DIR}/${source}\"\n#pragma clang attribute pop\n")
+            endforeach()
+        endif()
+        add_library(${kernels} OBJECT ${sources})
         target_link_libraries(${kernels} PRIVATE zelmo_options)
         target_compile_definitions(${kernels} PRIVATE ZELMO_LANES=${lanes})
         # A root sets no errno, so that it can be taken in lanes.

@@ -1,0 +1,86 @@
+#include <fmt/format.h>
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+#include "gds/coordinates.h"
+#include "gds/gds_database.h"
+#include "gds/gds_reader.h"
+#include "gds/polygon_selection.h"
+#include "model/grid_geometry.h"
+#include "model/lanes.h"
+#include "model/process_model.h"
+#include "model/row_bands.h"
+#include "process_file/reader.h"
+#include "tests/fuzz/made_run.h"
+#include "tests/fuzz/target.h"
+#include "tests/state_records/state_records.h"
+
+// A valid layout and a process for it, run to its end with meshes, cameras and markers: once with
+// the widest lanes on two threads, and once with narrow lanes on one. Both have to give the same.
+
+namespace zelmo {
+
+namespace {
+
+/// Whether the run has work for milliseconds: the limit of polygons is far above that.
+bool IsSmall(const MemoryFile& layout, const MemoryFile& process) {
+    CountingConsole console;
+    GdsDatabase database;
+    Require(ReadGdsFile(database, layout.Path(), &console) == 0, "a made layout loads");
+    ProcessModel model;
+    Require(ReadProcessFile(model, process.Path(), &console) == 0,
+            "a made process file is accepted");
+    SizeGrid(model);
+    const auto toUnits = [&](float microns) {
+        return TruncateToI64(static_cast<double>(microns) / database.micronsPerUnit);
+    };
+    ExtractionScope scope;
+    scope.x0 = toUnits(model.gridOriginX);
+    scope.y0 = toUnits(model.gridOriginY);
+    scope.x1 = toUnits(model.gridOriginX + model.gridWidth);
+    scope.y1 = toUnits(model.gridOriginY + model.gridHeight);
+    scope.minSize = toUnits(model.gridSpacing);
+    scope.limit = 2000;
+    return CollectCellPolygons(scope, {&database.cells.front(), GdsTransform()}) == 0;
+}
+
+/// All lines of the run; the last one of a run that could not be prepared tells so.
+std::string Records(const MemoryFile& layout, const MemoryFile& process) {
+    std::string records;
+    CountingConsole console;
+    try {
+        TellStateRecords(layout.Path(), process.Path(), &console,
+                         [&](std::string_view line) { records.append(line).push_back('\n'); });
+    } catch (const std::runtime_error& error) {
+        records.append(error.what());
+    }
+    return records;
+}
+
+void Run(FuzzedDataProvider& bytes) {
+    const std::string process = MakeProcess(bytes);
+    const std::vector<std::uint8_t> layout = MakeLayout(bytes);
+    const MemoryFile processFile(process);
+    const MemoryFile layoutFile(layout.data(), layout.size());
+    if (!IsSmall(layoutFile, processFile)) {
+        return;
+    }
+    AllowWideLanes(true);
+    SetRowThreads(2);
+    const std::string fast = Records(layoutFile, processFile);
+    AllowWideLanes(false);
+    SetRowThreads(1);
+    Require(fast == Records(layoutFile, processFile), "lanes and threads change nothing");
+}
+
+}  // namespace
+
+}  // namespace zelmo
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    FuzzedDataProvider bytes(data, size);
+    zelmo::Run(bytes);
+    return 0;
+}

@@ -4,7 +4,6 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
-#include <optional>
 #include <stdexcept>
 #include <vector>
 
@@ -91,33 +90,6 @@ void FillPolygon(const ProcessModel& model, const MaskPolygon& polygon,
     }
 }
 
-/// Where in the neighbour table to start looking, after a cell with the distance `running`: the
-/// distance falls by one pitch at most, and one slot more is left for safety.
-std::size_t SearchStart(const ProcessModel& model, float running) {
-    if (running == 0.0f) {
-        return 0;
-    }
-    const std::int32_t cells = TruncateToI32((running - model.gridSpacing) / model.gridSpacing);
-    const std::int32_t slot = cells < 1 ? 0 : cells - 1;
-    return static_cast<std::size_t>(model.distanceIndex[static_cast<std::size_t>(slot)]);
-}
-
-/// The distance of the first table entry from `start` on that leads to a cell outside the mask.
-std::optional<float> DistanceToFreeCell(const ProcessModel& model,
-                                        std::span<const std::uint8_t> mask, std::int32_t col,
-                                        std::int32_t row, std::size_t start) {
-    const std::vector<NeighbourOffset>& entries = model.neighbours.entries;
-    for (std::size_t i = start; i < entries.size(); ++i) {
-        const std::int32_t x = col + entries[i].dx;
-        const std::int32_t y = row + entries[i].dy;
-        if (x >= 0 && x < model.gridColumns && y >= 0 && y < model.gridRows &&
-            mask[CellIndex(model, x, y)] == 0) {
-            return entries[i].distance;
-        }
-    }
-    return std::nullopt;
-}
-
 }  // namespace
 
 double RasteriseMask(const ProcessModel& model, std::span<std::uint8_t> rawMask,
@@ -146,35 +118,6 @@ bool PointInPolygon(const MaskPolygon& polygon, double x, double y) {
         }
     });
     return inside;
-}
-
-void MaskEdgeDistance(const ProcessModel& model, std::span<float> edgeDistance,
-                      std::span<const std::uint8_t> mask) {
-    float rowSeed = 0.0f;
-    for (std::int32_t row = 0; row < model.gridRows; ++row) {
-        float running = rowSeed;
-        for (std::int32_t col = 0; col < model.gridColumns; ++col) {
-            const std::size_t cell = CellIndex(model, col, row);
-            if (mask[cell] == 0) {
-                edgeDistance[cell] = 0.0f;
-                running = 0.0f;
-                rowSeed = 0.0f;
-                continue;
-            }
-            const std::optional<float> distance =
-                DistanceToFreeCell(model, mask, col, row, SearchStart(model, running));
-            if (distance) {
-                running = *distance;
-            } else if (cell == 0) {
-                std::fill(edgeDistance.begin(), edgeDistance.end(), largestFloat);
-                return;
-            }
-            edgeDistance[cell] = running;
-            if (col == 0) {
-                rowSeed = running;
-            }
-        }
-    }
 }
 
 }  // namespace zelmo

@@ -27,7 +27,8 @@ void BlurMask(const ProcessModel& model, std::span<std::uint8_t> mask,
 /// The distance in micrometres from each cell of the mask to the nearest cell outside it; 0 outside
 /// the mask, the largest float everywhere if the mask covers the grid. Each search starts from the
 /// distance found at the previous cell, and single precision makes it miss the nearest cell now and
-/// then: a few cells get a slightly larger distance.
+/// then: a few cells get a slightly larger distance. The time grows with the number of cells,
+/// whatever the mask is like; four bytes of work memory a cell.
 void MaskEdgeDistance(const ProcessModel& model, std::span<float> edgeDistance,
                       std::span<const std::uint8_t> mask);
 

@@ -3,14 +3,20 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <chrono>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <vector>
 
+#include "model/distance_transform.h"
+#include "model/lanes.h"
 #include "model/mask.h"
+#include "model/row_bands.h"
 #include "tests/model/grid_model.h"
 #include "tests/plain/mask_plain.h"
+#include "tests/support/case_count.h"
 
 namespace zelmo {
 namespace {
@@ -75,7 +81,7 @@ std::vector<std::uint8_t> RandomMask(const ProcessModel& model, TestRandom& rand
 }
 
 TEST(MaskRasterAgainstPlain, SetsTheSameCells) {
-    for (std::uint32_t seed = 0; seed < 2000; ++seed) {
+    for (std::uint32_t seed = 0; seed < CaseCount(2000); ++seed) {
         TestRandom random(seed);
         ProcessModel model;
         SetUpRandomGrid(model, random);
@@ -94,7 +100,7 @@ TEST(MaskRasterAgainstPlain, SetsTheSameCells) {
 
 TEST(MaskRasterAgainstPlain, SurvivesImpossiblePolygons) {
     constexpr double odd[] = {nan, infinity, -infinity, 1.0e300, -1.0e300, 3.0e9, -3.0e9};
-    for (std::uint32_t seed = 0; seed < 1000; ++seed) {
+    for (std::uint32_t seed = 0; seed < CaseCount(1000); ++seed) {
         TestRandom random(seed);
         ProcessModel model;
         SetUpRandomGrid(model, random);
@@ -136,7 +142,7 @@ TEST(PointInPolygonAgainstPlain, GivesTheSameAnswer) {
 }
 
 TEST(MaskBlurAgainstPlain, GivesTheSameMask) {
-    for (std::uint32_t seed = 0; seed < 600; ++seed) {
+    for (std::uint32_t seed = 0; seed < CaseCount(600); ++seed) {
         TestRandom random(seed);
         ProcessModel model;
         SetUpRandomGrid(model, random);
@@ -152,18 +158,130 @@ TEST(MaskBlurAgainstPlain, GivesTheSameMask) {
     }
 }
 
+/// Compares edge distances with all widths of lanes and 1 to 3 threads. Returns the number of cells
+/// whose search misses the nearest free cell.
+std::size_t CompareEdgeDistances(const ProcessModel& model, const std::vector<std::uint8_t>& mask) {
+    std::vector<float> plain(model.CellCount(), -2.0f);
+    MaskEdgeDistancePlain(model, plain, mask);
+    for (const bool wide : {false, true}) {
+        AllowWideLanes(wide);
+        for (std::int32_t threads = 1; threads <= 3; ++threads) {
+            SetRowThreads(threads);
+            std::vector<float> distance(model.CellCount(), -1.0f);
+            MaskEdgeDistance(model, distance, mask);
+            EXPECT_EQ(BitsOf(distance), BitsOf(plain)) << "wide " << wide << " threads " << threads;
+        }
+    }
+    SetRowThreads(0);
+
+    std::vector<std::int32_t> squared(model.CellCount());
+    if (!SquaredDistanceTransform(squared, mask, model.gridColumns, model.gridRows)) {
+        return 0;
+    }
+    std::size_t missed = 0;
+    for (std::size_t cell = 0; cell < squared.size(); ++cell) {
+        const float nearest = std::sqrt(static_cast<float>(squared[cell])) * model.gridSpacing;
+        missed += plain[cell] > nearest ? 1 : 0;
+    }
+    return missed;
+}
+
 TEST(MaskEdgeDistanceAgainstPlain, GivesTheSameBits) {
-    for (std::uint32_t seed = 0; seed < 1500; ++seed) {
+    for (std::uint32_t seed = 0; seed < CaseCount(1500); ++seed) {
         TestRandom random(seed);
         ProcessModel model;
         SetUpRandomGrid(model, random);
-        const std::vector<std::uint8_t> mask = RandomMask(model, random);
-        std::vector<float> distance(model.CellCount(), -1.0f);
-        std::vector<float> plain(model.CellCount(), -2.0f);
-        MaskEdgeDistance(model, distance, mask);
-        MaskEdgeDistancePlain(model, plain, mask);
-        ASSERT_EQ(BitsOf(distance), BitsOf(plain)) << "seed " << seed;
+        CompareEdgeDistances(model, RandomMask(model, random));
+        ASSERT_FALSE(HasFailure()) << "seed " << seed;
     }
+}
+
+TEST(MaskEdgeDistanceAgainstPlain, GivesTheSameBitsAtAnyPitch) {
+    std::size_t missed = 0;
+    for (std::uint32_t seed = 0; seed < CaseCount(300); ++seed) {
+        TestRandom random(seed);
+        ProcessModel model;
+        const auto cols = static_cast<std::int32_t>(1 + random.Below(70));
+        const auto rows =
+            static_cast<std::int32_t>(1 + random.Below(static_cast<std::uint32_t>(cols)));
+        SetUpGrid(model, cols, rows, 0.001f + random.Unit() * 0.1f);
+        std::vector<std::uint8_t> mask(model.CellCount(), 1);
+        for (std::uint32_t openings = random.Below(4); openings > 0; --openings) {
+            mask[random.Below(static_cast<std::uint32_t>(mask.size()))] = 0;
+        }
+        missed += CompareEdgeDistances(model, mask);
+        ASSERT_FALSE(HasFailure()) << "seed " << seed;
+    }
+    EXPECT_GT(missed, 100U);
+}
+
+TEST(MaskEdgeDistanceAgainstPlain, GivesTheSameBitsAtTheEndsOfTheFloatRange) {
+    constexpr float spacings[] = {1.0e-45f, 3.0e-45f, 1.0e-41f, 1.2e-38f, 1.0e37f, 3.0e38f};
+    for (std::uint32_t seed = 0; seed < CaseCount(300); ++seed) {
+        TestRandom random(seed);
+        ProcessModel model;
+        const auto cols = static_cast<std::int32_t>(1 + random.Below(24));
+        SetUpGrid(model, cols,
+                  static_cast<std::int32_t>(1 + random.Below(static_cast<std::uint32_t>(cols))),
+                  spacings[random.Below(6)]);
+        CompareEdgeDistances(model, RandomMask(model, random));
+        ASSERT_FALSE(HasFailure()) << "seed " << seed;
+    }
+}
+
+TEST(SquaredDistanceTransform, IsExact) {
+    for (std::uint32_t seed = 0; seed < CaseCount(1500); ++seed) {
+        TestRandom random(seed);
+        const auto cols = static_cast<std::int32_t>(1 + random.Below(40));
+        const auto rows = static_cast<std::int32_t>(1 + random.Below(30));
+        std::vector<std::uint8_t> mask(static_cast<std::size_t>(cols * rows), 1);
+        std::vector<std::int32_t> free;
+        for (std::int32_t cell = 0; cell < cols * rows; ++cell) {
+            if (random.Below(1 + seed % 90) == 0) {
+                mask[static_cast<std::size_t>(cell)] = 0;
+                free.push_back(cell);
+            }
+        }
+        std::vector<std::int32_t> squared(mask.size(), -1);
+        ASSERT_EQ(SquaredDistanceTransform(squared, mask, cols, rows), !free.empty());
+        for (std::int32_t cell = 0; cell < cols * rows && !free.empty(); ++cell) {
+            std::int32_t least = std::numeric_limits<std::int32_t>::max();
+            for (const std::int32_t other : free) {
+                const std::int32_t dx = cell % cols - other % cols;
+                const std::int32_t dy = cell / cols - other / cols;
+                least = std::min(least, dx * dx + dy * dy);
+            }
+            ASSERT_EQ(squared[static_cast<std::size_t>(cell)], least) << "seed " << seed;
+        }
+    }
+}
+
+TEST(MaskEdgeDistanceAgainstPlain, GivesTheSameBitsOnGridsThatAreSharedOut) {
+    for (std::uint32_t seed = 0; seed < 12; ++seed) {
+        TestRandom random(seed);
+        ProcessModel model;
+        SetUpGrid(model, 200 + static_cast<std::int32_t>(random.Below(30)), 195,
+                  0.01f + random.Unit() * 0.1f);
+        std::vector<std::uint8_t> mask(model.CellCount(), 1);
+        for (std::uint8_t& cell : mask) {
+            cell = random.Below(400) != 0 ? 1 : 0;
+        }
+        CompareEdgeDistances(model, mask);
+        ASSERT_FALSE(HasFailure()) << "seed " << seed;
+    }
+}
+
+/// A walk through the table from its start would look at a million entries for each of the cells.
+TEST(MaskEdgeDistance, OfALargeMaskWithOneOpeningTakesNoLongWalks) {
+    ProcessModel model;
+    SetUpGrid(model, 900, 900, 0.013f);
+    std::vector<std::uint8_t> mask(model.CellCount(), 1);
+    mask[CellAt(model, 899, 400)] = 0;
+    std::vector<float> distance(model.CellCount());
+    const auto start = std::chrono::steady_clock::now();
+    MaskEdgeDistance(model, distance, mask);
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(3));
+    EXPECT_EQ(distance[CellAt(model, 899, 390)], 10.0f * 0.013f);
 }
 
 }  // namespace

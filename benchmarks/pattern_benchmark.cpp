@@ -1,5 +1,5 @@
-// The surface offset and the kernels of the photo step on a grid of 1000 by 1000 cells, each beside
-// its plain version.
+// The surface offset and the mask blur on a grid of 1000 by 1000 cells, each beside its plain
+// version.
 
 #include <benchmark/benchmark.h>
 
@@ -124,19 +124,6 @@ BENCHMARK_CAPTURE(RunOffset, etch_plain, OffsetSurfacePlain, -0.3f, 0.1f)
 BENCHMARK_CAPTURE(RunOffset, isotropic_etch, OffsetSurface, -0.3f, 1.0f)
     ->Unit(benchmark::kMillisecond);
 
-using RasterFunction = double (*)(const ProcessModel&, std::span<std::uint8_t>, std::uint32_t,
-                                  bool);
-
-void RunRaster(benchmark::State& state, RasterFunction rasteriseMask) {
-    std::vector<std::uint8_t> mask(Model().CellCount());
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(rasteriseMask(Model(), mask, maskId, true));
-    }
-}
-
-BENCHMARK_CAPTURE(RunRaster, polygons_200, RasteriseMask)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(RunRaster, polygons_200_plain, RasteriseMaskPlain)->Unit(benchmark::kMillisecond);
-
 using BlurFunction = void (*)(const ProcessModel&, std::span<std::uint8_t>,
                               std::span<const std::uint8_t>, float);
 
@@ -153,46 +140,6 @@ BENCHMARK_CAPTURE(RunBlur, radius_10_cells, BlurMask, 0.12f)->Unit(benchmark::kM
 BENCHMARK_CAPTURE(RunBlur, radius_10_cells_plain, BlurMaskPlain, 0.12f)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RunBlur, radius_50_cells, BlurMask, 0.6f)->Unit(benchmark::kMillisecond);
-
-using DistanceFunction = void (*)(const ProcessModel&, std::span<float>,
-                                  std::span<const std::uint8_t>);
-
-void RunEdgeDistance(benchmark::State& state, DistanceFunction maskEdgeDistance,
-                     std::vector<std::uint8_t> (*makeMask)()) {
-    const std::vector<std::uint8_t> mask = makeMask();
-    std::vector<float> distance(mask.size());
-    for (auto _ : state) {
-        maskEdgeDistance(Model(), distance, mask);
-        benchmark::DoNotOptimize(distance.data());
-    }
-}
-
-/// Resist between the shapes: a clear mask.
-std::vector<std::uint8_t> OpenedMask() {
-    std::vector<std::uint8_t> mask(Model().CellCount());
-    RasteriseMask(Model(), mask, maskId, false);
-    return mask;
-}
-
-/// Resist everywhere but in one small window, far from most cells.
-std::vector<std::uint8_t> OneWindow() {
-    std::vector<std::uint8_t> mask(Model().CellCount(), 1);
-    for (std::int32_t row = 480; row < 520; ++row) {
-        for (std::int32_t col = 480; col < 520; ++col) {
-            mask[static_cast<std::size_t>(row * gridSize + col)] = 0;
-        }
-    }
-    return mask;
-}
-
-BENCHMARK_CAPTURE(RunEdgeDistance, lines, MaskEdgeDistance, PatternedMask)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(RunEdgeDistance, openings, MaskEdgeDistance, OpenedMask)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(RunEdgeDistance, openings_plain, MaskEdgeDistancePlain, OpenedMask)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(RunEdgeDistance, one_window, MaskEdgeDistance, OneWindow)
-    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace zelmo

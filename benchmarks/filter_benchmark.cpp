@@ -1,0 +1,95 @@
+// The filters over discs at 1000 by 1000 cells, on surfaces and masks of the CMOS example, beside
+// their plain versions.
+
+#include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "benchmarks/example_run.h"
+#include "model/disc_filter.h"
+#include "model/mask.h"
+#include "model/process_model.h"
+#include "model/row_bands.h"
+#include "tests/plain/disc_filter_plain.h"
+#include "tests/plain/mask_plain.h"
+
+namespace zelmo {
+namespace {
+
+/// The finished inverter.
+ProcessModel& Example() {
+    static const std::unique_ptr<ProcessModel> model = [] {
+        auto example = PrepareExample("cmos_inverter", 1000);
+        RunSteps(*example);
+        return example;
+    }();
+    return *model;
+}
+
+/// A number of cells as a length.
+float LengthOf(std::int64_t cells) {
+    return static_cast<float>(cells) * Example().gridSpacing;
+}
+
+/// The arguments are the disc's radius in cells and the number of threads.
+template <auto Smooth>
+void CoatingFilter(benchmark::State& state) {
+    const ProcessModel& model = Example();
+    SetRowThreads(static_cast<std::int32_t>(state.range(1)));
+    const auto layer = CreateLayer(model.gridRows, model.gridColumns, model.gridSpacing, nullptr);
+    for (auto _ : state) {
+        state.PauseTiming();
+        for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+            layer->bottom[cell] = model.coverMap[cell].height;
+            layer->top[cell] = 0.5f + layer->bottom[cell];
+        }
+        state.ResumeTiming();
+        Smooth(model, *layer, LengthOf(state.range(0)));
+        benchmark::DoNotOptimize(layer->top.data());
+    }
+    SetRowThreads(0);
+}
+BENCHMARK(CoatingFilter<SmoothLayerTop>)
+    ->ArgsProduct({{0, 10, 30, 100, 300}, {1, 2}})
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(CoatingFilter<SmoothLayerTopPlain>)
+    ->ArgsProduct({{0, 10, 30, 100}, {1}})
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+
+/// The mask that the example's photo steps use most often.
+std::vector<std::uint8_t> RawMask() {
+    std::vector<std::uint8_t> rawMask(Example().CellCount());
+    RasteriseMask(Example(), rawMask, 2, true);
+    return rawMask;
+}
+
+template <auto Blur>
+void MaskBlur(benchmark::State& state) {
+    const std::vector<std::uint8_t> rawMask = RawMask();
+    SetRowThreads(static_cast<std::int32_t>(state.range(1)));
+    std::vector<std::uint8_t> mask(rawMask.size());
+    for (auto _ : state) {
+        Blur(Example(), mask, rawMask, LengthOf(state.range(0)));
+        benchmark::DoNotOptimize(mask.data());
+    }
+    SetRowThreads(0);
+}
+BENCHMARK(MaskBlur<BlurMask>)
+    ->ArgsProduct({{5, 10, 20, 50, 200}, {1, 2}})
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(MaskBlur<BlurMaskPlain>)
+    ->ArgsProduct({{5, 10, 20, 50}, {1}})
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace zelmo

@@ -5,6 +5,7 @@
 
 #include "gds/array_lattice.h"
 #include "gds/coordinates.h"
+#include "gds/fruitless_placements.h"
 #include "gds/gds_database.h"
 #include "gds/placed_content.h"
 
@@ -32,16 +33,19 @@ struct CellVisit {
     const GdsCell* cell = nullptr;
     GdsTransform transform;
     LinearPart linear;
+    std::size_t selectedBefore = 0;  ///< polygons selected when it was entered
+    std::uint64_t droppedBefore = 0;
     std::size_t next = 0;  ///< the reference to follow next: srefs, then arefs
-    std::optional<OpenArray> array;
+    std::optional<OpenArray> array{};
 };
 
 /// A walk through a hierarchy, on a stack of its own.
 struct CellWalk {
     ExtractionScope& scope;
     ContentTable contents;
+    FruitlessPlacements fruitless{};
     std::size_t visits = 0;
-    std::vector<CellVisit> path;
+    std::vector<CellVisit> path{};
 };
 
 bool Overlaps(const ExtractionScope& scope, const GdsRect& box) {
@@ -108,10 +112,22 @@ bool SelectNothing(CellWalk& walk, const GdsCell& cell, const GdsTransform& chil
     return false;
 }
 
+/// Whether a placement was walked through before and selected nothing. Those of its polygons that
+/// are dropped for their size are counted here.
+bool WasFruitless(CellWalk& walk, const GdsCell& cell, const GdsTransform& child) {
+    if (walk.visits < walk.scope.patience) {
+        return false;
+    }
+    const std::optional<std::uint64_t> dropped = walk.fruitless.Find(cell, child);
+    walk.scope.skipped += dropped.value_or(0);
+    return dropped.has_value();
+}
+
 /// Whether a cell is to be entered. `linear` belongs to the child.
 bool IsInReach(CellWalk& walk, const GdsCell& cell, const GdsTransform& child,
                const LinearPart& linear) {
     return Overlaps(walk.scope, PlaceRect(cell.bounds, child, linear)) &&
+           !WasFruitless(walk, cell, child) &&
            !SelectNothing(walk, cell, child, {child.dx, child.dy, child.dx, child.dy}, 1);
 }
 
@@ -210,27 +226,38 @@ std::optional<PlacedCell> NextChild(CellWalk& walk, CellVisit& visit) {
 /// reached.
 bool Enter(CellWalk& walk, const PlacedCell& placed) {
     ++walk.visits;
+    const std::size_t selectedBefore = walk.scope.output.size();
+    const std::uint64_t droppedBefore = walk.scope.skipped;
     const LinearPart linear = LinearPartOf(placed.transform);
     if (!CollectBoundaries(walk.scope, placed, linear)) {
         return false;
     }
     if (!placed.cell->srefs.empty() || !placed.cell->arefs.empty()) {
-        walk.path.push_back({placed.cell, placed.transform, linear, 0, std::nullopt});
+        walk.path.push_back({placed.cell, placed.transform, linear, selectedBefore, droppedBefore});
     }
     return true;
+}
+
+/// Ends the innermost visit.
+void Leave(CellWalk& walk) {
+    const CellVisit& visit = walk.path.back();
+    if (walk.visits >= walk.scope.patience && walk.scope.output.size() == visit.selectedBefore) {
+        walk.fruitless.Add(*visit.cell, visit.transform, walk.scope.skipped - visit.droppedBefore);
+    }
+    walk.path.pop_back();
 }
 
 }  // namespace
 
 std::uint32_t CollectCellPolygons(ExtractionScope& scope, const PlacedCell& placedCell) {
-    CellWalk walk{scope, ContentTable(scope.minSize), 0, {}};
+    CellWalk walk{scope, ContentTable(scope.minSize)};
     if (!Enter(walk, placedCell)) {
         return limitReached;
     }
     while (!walk.path.empty()) {
         const std::optional<PlacedCell> child = NextChild(walk, walk.path.back());
         if (!child) {
-            walk.path.pop_back();
+            Leave(walk);
         } else if (!Enter(walk, *child)) {
             return limitReached;
         }

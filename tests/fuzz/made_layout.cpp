@@ -134,7 +134,7 @@ std::vector<std::uint8_t> MakeLayout(FuzzedDataProvider& bytes) {
     if (bytes.ConsumeBool()) {
         writer.BeginLibrary();
     } else {
-        constexpr std::array units = {1e-9, 1e-3, 1e-12, 1e-30, 1e30, 0.0, -1e-9};
+        constexpr std::array units = {1e-9, 1e-3, 1e-12, 1e-30, 1e30};
         writer.BeginLibrary(0.001, bytes.PickValueInArray(units));
     }
     const bool hasChain = bytes.ConsumeBool();

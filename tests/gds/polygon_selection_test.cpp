@@ -483,5 +483,42 @@ TEST(CollectCellPolygons, FindsTheWrappedInstancesOfArraysThatLeave32Bits) {
     EXPECT_GT(polygons, 1000u);
 }
 
+TEST(CollectCellPolygons, LeavesChainsOfTwinsBeyondAllNumbersAtOnce) {
+    // 2^1200 instances of the last cell, at coordinates that no integer holds.
+    std::vector<GdsCell> chain(1200);
+    chain.back().boundaries.push_back(Rectangle(1, 0, 0, 900, 700));
+    for (std::size_t i = 0; i + 1 < chain.size(); ++i) {
+        GdsSref twin = Reference(chain[i + 1], {4933, 10758});
+        twin.mag = 2.0;
+        twin.angle = 4.7;
+        twin.strans = 0x8000;
+        chain[i].srefs = {twin, twin};
+    }
+    for (GdsCell& cell : chain) {
+        ComputeCellBounds(cell, GdsTransform());
+    }
+    ExtractionScope scope = ScopeOf(3000, -600, 8000, 300);
+    EXPECT_EQ(CollectCellPolygons(scope, {&chain.front(), GdsTransform()}), 0u);
+    EXPECT_TRUE(scope.output.empty());
+}
+
+TEST(CollectCellPolygons, CountsTheDroppedPolygonsOfPlacementsThatItDoesNotWalkAgain) {
+    // One polygon is too small, one lies too far away to be counted: 2^12 times each.
+    std::vector<GdsCell> chain(13);
+    chain.back().boundaries = {Rectangle(1, 10, 10, 12, 12),
+                               Rectangle(1, 5000000000, 0, 6000000000, 1000)};
+    for (std::size_t i = 0; i + 1 < chain.size(); ++i) {
+        const GdsSref twin = Reference(chain[i + 1], {0, 0});
+        chain[i].srefs = {twin, twin};
+    }
+    ComputeCellBounds(chain.front(), GdsTransform());
+    ExtractionScope scope = ScopeOf(0, 0, 100, 100);
+    scope.minSize = 5;
+    scope.patience = 20;
+    EXPECT_EQ(CollectCellPolygons(scope, {&chain.front(), GdsTransform()}), 0u);
+    EXPECT_EQ(scope.skipped, 4096u);
+    EXPECT_TRUE(scope.output.empty());
+}
+
 }  // namespace
 }  // namespace zelmo

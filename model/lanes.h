@@ -83,7 +83,7 @@ inline void StoreLanes(void* values, const Lanes& lanes) {
 /// The same value in every lane.
 template <typename Lanes>
 inline Lanes EqualLanes(LaneValue<Lanes> value) {
-    return Lanes{} + value;
+    return value - Lanes{};  // which keeps a negative zero
 }
 
 /// 0, 1, 2 and so on.

@@ -1,16 +1,13 @@
 #include "model/nearest_value.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <iterator>
 
 namespace zelmo {
 
 namespace {
-
-std::size_t CellIndex(std::int32_t cols, std::int32_t col, std::int32_t row) {
-    return static_cast<std::size_t>(row) * static_cast<std::size_t>(cols) +
-           static_cast<std::size_t>(col);
-}
 
 /// The length of a grid offset, with the roundings of the neighbour table.
 float OffsetLength(std::int32_t dx, std::int32_t dy, float spacing) {
@@ -32,8 +29,9 @@ bool ComesBefore(const Candidate& a, const Candidate& b) {
 }
 
 /// Takes the best cell of one row into account.
-void SearchRow(const ValuedColumns& valued, float spacing, std::int32_t col, std::int32_t row,
-               std::int32_t dy, Candidate& best) {
+void SearchRow(const ValuedCells& valued, const ValuedCells::Row& cells, float spacing,
+               std::int32_t col, std::int32_t row, Candidate& best) {
+    const std::int32_t dy = cells.row - row;
     const auto consider = [&](std::int32_t x) {
         const Candidate candidate{OffsetLength(x - col, dy, spacing), x - col, dy, true};
         if (ComesBefore(candidate, best)) {
@@ -41,68 +39,72 @@ void SearchRow(const ValuedColumns& valued, float spacing, std::int32_t col, std
         }
         return candidate.distance;
     };
-    const std::int32_t right = valued.atOrRight[CellIndex(valued.cols, col, row + dy)];
-    if (right < valued.cols) {
-        consider(right);
+    const std::int32_t* begin = valued.columns.data() + cells.begin;
+    const std::int32_t* end = valued.columns.data() + cells.end;
+    const std::int32_t* right = std::lower_bound(begin, end, col);
+    if (right != end) {
+        consider(*right);
     }
-    std::int32_t left = valued.atOrLeft[CellIndex(valued.cols, col, row + dy)];
-    if (left < 0) {
+    if (right == begin) {
         return;
     }
     // Far away, lengths of neighbouring cells can round to the same: then the left one comes first.
-    const float distance = consider(left);
-    while (left > 0) {
-        left = valued.atOrLeft[CellIndex(valued.cols, left - 1, row + dy)];
-        if (left < 0 || consider(left) != distance) {
-            return;
-        }
+    const std::int32_t* left = right - 1;
+    const float distance = consider(*left);
+    while (left != begin && consider(*--left) == distance) {
     }
 }
 
 }  // namespace
 
-ValuedColumns FindValuedColumns(std::int32_t cols, std::int32_t rows,
-                                std::span<const float> raster) {
-    ValuedColumns valued;
+ValuedCells FindValuedCells(std::int32_t cols, std::int32_t rows, std::span<const float> raster) {
+    ValuedCells valued;
     valued.cols = cols;
-    valued.rows = rows;
-    valued.atOrLeft.resize(raster.size());
-    valued.atOrRight.resize(raster.size());
+    valued.columns.reserve(
+        raster.size() - static_cast<std::size_t>(std::count(raster.begin(), raster.end(), 0.0f)));
+    std::size_t cell = 0;
     for (std::int32_t row = 0; row < rows; ++row) {
-        std::int32_t nearest = -1;
-        for (std::int32_t col = 0; col < cols; ++col) {
-            const std::size_t cell = CellIndex(cols, col, row);
-            nearest = raster[cell] == 0.0f ? nearest : col;
-            valued.atOrLeft[cell] = nearest;
+        const std::size_t begin = valued.columns.size();
+        for (std::int32_t col = 0; col < cols; ++col, ++cell) {
+            if (raster[cell] != 0.0f) {
+                valued.columns.push_back(col);
+            }
         }
-        nearest = cols;
-        for (std::int32_t col = cols - 1; col >= 0; --col) {
-            const std::size_t cell = CellIndex(cols, col, row);
-            nearest = raster[cell] == 0.0f ? nearest : col;
-            valued.atOrRight[cell] = nearest;
+        if (valued.columns.size() > begin) {
+            valued.rows.push_back({row, begin, valued.columns.size()});
         }
     }
     return valued;
 }
 
-std::int64_t FindNearestValue(const ValuedColumns& valued, float spacing, std::int32_t col,
+// From the cell's own row outwards, up and down, until rows are farther away than the best cell.
+std::int64_t FindNearestValue(const ValuedCells& valued, float spacing, std::int32_t col,
                               std::int32_t row) {
     Candidate best;
-    for (std::int32_t d = 0; d < valued.rows; ++d) {
-        if (best.found && OffsetLength(0, d, spacing) > best.distance) {
-            break;
+    const auto isNearEnough = [&](const ValuedCells::Row& cells) {
+        return !best.found || OffsetLength(0, cells.row - row, spacing) <= best.distance;
+    };
+    const auto own = std::lower_bound(
+        valued.rows.begin(), valued.rows.end(), row,
+        [](const ValuedCells::Row& cells, std::int32_t value) { return cells.row < value; });
+    auto above = own;
+    auto below = std::make_reverse_iterator(own);
+    bool anyNear = true;
+    while (anyNear) {
+        anyNear = false;
+        if (above != valued.rows.end() && isNearEnough(*above)) {
+            SearchRow(valued, *above++, spacing, col, row, best);
+            anyNear = true;
         }
-        if (row - d >= 0) {
-            SearchRow(valued, spacing, col, row, -d, best);
-        }
-        if (d > 0 && row + d < valued.rows) {
-            SearchRow(valued, spacing, col, row, d, best);
+        if (below != valued.rows.rend() && isNearEnough(*below)) {
+            SearchRow(valued, *below++, spacing, col, row, best);
+            anyNear = true;
         }
     }
     if (!best.found) {
         return -1;
     }
-    return static_cast<std::int64_t>(CellIndex(valued.cols, col + best.dx, row + best.dy));
+    return static_cast<std::int64_t>(row + best.dy) * valued.cols + col + best.dx;
 }
 
 }  // namespace zelmo

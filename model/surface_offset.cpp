@@ -4,325 +4,172 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <limits>
-#include <optional>
 #include <vector>
 
-#include "model/conversions.h"
-#include "model/nearest_value.h"
+#include "model/missing_cells.h"
+#include "model/offset_raster_lanes.h"
+#include "model/padded_row.h"
+#include "model/row_bands.h"
+#include "model/vertex_lanes.h"
 
-// Results are reproduced to the bit: the order of every sum and product here is part of them.
+// Results are reproduced to the bit: the order of every sum and product, here and in the lane
+// kernels, is part of them.
 
 namespace zelmo {
 
 namespace {
 
-constexpr float missing = 0.0f;
-
-/// How far outside a triangle a cell may lie and still take its height, in barycentric units.
-constexpr float insideLow = -0.001f;
-constexpr float insideHigh = 1.001f;
-
-struct Vector {
-    float x = 0.0f;
-    float y = 0.0f;
-    float z = 0.0f;
-};
-
-Vector operator-(const Vector& a, const Vector& b) {
-    return {a.x - b.x, a.y - b.y, a.z - b.z};
-}
-
-Vector& operator+=(Vector& a, const Vector& b) {
-    a.x += b.x;
-    a.y += b.y;
-    a.z += b.z;
-    return a;
-}
-
-float Dot(const Vector& a, const Vector& b) {
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-
-Vector Cross(const Vector& a, const Vector& b) {
-    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
-}
-
-std::size_t CellIndex(std::int32_t cols, std::int32_t col, std::int32_t row) {
-    return static_cast<std::size_t>(row) * static_cast<std::size_t>(cols) +
-           static_cast<std::size_t>(col);
-}
-
-bool IsMissing(float value) {
-    return value == missing;
-}
-
-// NaN: skipped, unless it is the first.
-float Smallest(float a, float b, float c) {
-    float result = a;
-    if (b < result) {
-        result = b;
-    }
-    if (c < result) {
-        result = c;
-    }
-    return result;
-}
-
-float Largest(float a, float b, float c) {
-    float result = a;
-    if (b > result) {
-        result = b;
-    }
-    if (c > result) {
-        result = c;
-    }
-    return result;
-}
-
-/// The sum of the cross products of the triangle fan around a cell, counter-clockwise seen from
-/// above.
-Vector SumOfFan(std::int32_t cols, std::int32_t rows, float spacing, std::span<const float> heights,
-                std::int32_t col, std::int32_t row) {
-    const float height = heights[CellIndex(cols, col, row)];
-    const auto toNeighbour = [&](std::int32_t dcol, std::int32_t drow) {
-        return Vector{static_cast<float>(dcol) * spacing, static_cast<float>(drow) * spacing,
-                      heights[CellIndex(cols, col + dcol, row + drow)] - height};
-    };
-    const bool hasLeft = col > 0;
-    const bool hasRight = col < cols - 1;
-    const bool hasDown = row > 0;
-    const bool hasUp = row < rows - 1;
-
-    Vector sum;
-    const auto addSquare = [&sum](const Vector& first, const Vector& middle, const Vector& last) {
-        sum += Cross(first, middle);
-        sum += Cross(middle, last);
-    };
-    if (hasLeft && hasUp) {
-        addSquare(toNeighbour(0, 1), toNeighbour(-1, 1), toNeighbour(-1, 0));
-    }
-    if (hasLeft && hasDown) {
-        addSquare(toNeighbour(-1, 0), toNeighbour(-1, -1), toNeighbour(0, -1));
-    }
-    if (hasRight && hasDown) {
-        addSquare(toNeighbour(0, -1), toNeighbour(1, -1), toNeighbour(1, 0));
-    }
-    if (hasRight && hasUp) {
-        addSquare(toNeighbour(1, 0), toNeighbour(1, 1), toNeighbour(0, 1));
-    }
-    return sum;
-}
-
-/// The surface's vertices after the move, one per cell.
-std::vector<Vector> DisplaceVertices(std::int32_t cols, std::int32_t rows, float spacing,
-                                     std::span<const float> heights, float distance,
-                                     float lateral) {
-    std::vector<float> normals(3 * heights.size());
-    ComputeVertexNormals(cols, rows, spacing, normals, heights);
-
-    std::vector<Vector> vertices(heights.size());
-    for (std::int32_t row = 0; row < rows; ++row) {
-        for (std::int32_t col = 0; col < cols; ++col) {
-            const std::size_t i = CellIndex(cols, col, row);
-            // The rise does not depend on the slope: a film has its full thickness on top.
-            vertices[i].x = static_cast<float>(col) * spacing + normals[3 * i] * lateral * distance;
-            vertices[i].y =
-                static_cast<float>(row) * spacing + normals[3 * i + 1] * lateral * distance;
-            vertices[i].z = distance + heights[i];
-        }
-    }
-    return vertices;
-}
-
-/// The grid that triangles are scanned onto, and which of two heights a cell keeps.
-struct Raster {
+/// The height field that is moved, and its grid.
+struct Surface {
+    std::span<const float> heights;
     std::int32_t cols = 0;
     std::int32_t rows = 0;
     float spacing = 0.0f;
-    bool lowestWins = false;
-    std::vector<float> heights;
+
+    std::size_t RowStart(std::int32_t row) const {
+        return static_cast<std::size_t>(row) * static_cast<std::size_t>(cols);
+    }
 };
 
-void Keep(float& cell, float height, bool lowestWins) {
-    if (IsMissing(cell) || (lowestWins ? cell > height : height > cell)) {
-        cell = height;
+/// A row of a surface with its neighbours, in padded copies.
+class SurfaceWindow {
+public:
+    explicit SurfaceWindow(const Surface& surface)
+        : surface_(surface),
+          rows_{PaddedRow(surface.cols), PaddedRow(surface.cols), PaddedRow(surface.cols)} {}
+
+    SurfaceRow At(std::int32_t row) {
+        const bool hasBelow = row > 0;
+        const bool hasAbove = row < surface_.rows - 1;
+        return {hasBelow ? Copy(0, row - 1) : nullptr,
+                Copy(1, row),
+                hasAbove ? Copy(2, row + 1) : nullptr,
+                row,
+                surface_.cols,
+                surface_.spacing};
+    }
+
+private:
+    const float* Copy(std::size_t slot, std::int32_t row) {
+        rows_[slot].CopyFrom(surface_.heights.subspan(surface_.RowStart(row),
+                                                      static_cast<std::size_t>(surface_.cols)));
+        return rows_[slot].Data();
+    }
+
+    const Surface& surface_;
+    std::array<PaddedRow, 3> rows_;
+};
+
+/// A row of moved vertices.
+class MovedRow {
+public:
+    explicit MovedRow(std::int32_t cols) : x_(cols), y_(cols), z_(cols), col_(cols), row_(cols) {}
+
+    VertexRow Vertices() { return {x_.Data(), y_.Data(), z_.Data(), col_.Data(), row_.Data()}; }
+
+private:
+    PaddedRow x_, y_, z_, col_, row_;
+};
+
+PaddedRow ColumnPositions(const Surface& surface) {
+    PaddedRow positions(surface.cols);
+    for (std::int32_t col = -rowPadding; col < surface.cols + rowPadding; ++col) {
+        positions.Data()[col] = static_cast<float>(col) * surface.spacing;
+    }
+    return positions;
+}
+
+/// No square reaches cells that are more rows away. A normal that underflows can be a little
+/// longer than 1, and positions are rounded: hence the margins.
+std::int32_t ReachInRows(const Surface& surface, const SurfaceMove& move) {
+    const double sideways = (1.5 * std::abs(static_cast<double>(move.lateral)) + 1e-44) *
+                            std::abs(static_cast<double>(move.distance));
+    const double reach = 1.01 * (sideways + 1e-44) / static_cast<double>(surface.spacing) +
+                         0.01 * static_cast<double>(surface.rows) + 4.0;
+    return reach < static_cast<double>(surface.rows) ? static_cast<std::int32_t>(reach)
+                                                     : surface.rows;
+}
+
+/// The kernels' bounds for rounding errors hold where no square of the pitch leaves the range of
+/// normal numbers.
+void SetGentleLimits(RasterBand& band) {
+    if (band.spacing > 1e-6f && band.spacing < 1e6f) {
+        band.nearOrigin = 8192.0f * band.spacing;
+        band.gentleRise = 4.0f * band.spacing;
     }
 }
 
-/// Writes the height of the triangle's plane into every cell that lies in the triangle.
-void RasteriseTriangle(Raster& raster, const Vector& a, const Vector& b, const Vector& c) {
-    const float spacing = raster.spacing;
-    const Vector normal = Cross(b - a, c - a);
-    const std::int32_t minCol = std::max(0, TruncateToI32(Smallest(a.x, b.x, c.x) / spacing));
-    const std::int32_t maxCol =
-        std::min(raster.cols - 1, TruncateToI32(Largest(a.x, b.x, c.x) / spacing) + 1);
-    const std::int32_t minRow = std::max(0, TruncateToI32(Smallest(a.y, b.y, c.y) / spacing));
-    const std::int32_t maxRow =
-        std::min(raster.rows - 1, TruncateToI32(Largest(a.y, b.y, c.y) / spacing) + 1);
+/// Scans all triangles of the moved surface onto the rows `firstRow` to `endRow` - 1 of `out`,
+/// with rows of moved vertices for two rows at a time.
+void ScanRows(const Surface& surface, const SurfaceMove& move, std::span<float> out,
+              std::int32_t firstRow, std::int32_t endRow) {
+    const std::int32_t reach = ReachInRows(surface, move);
+    const std::int32_t firstSquare = std::max(0, firstRow - reach);
+    const std::int32_t endSquare = std::min(surface.rows - 1, endRow - 1 + reach);
+    const std::ptrdiff_t stride = surface.cols + 2 * rowPadding;
+    std::vector<float> raster(static_cast<std::size_t>(endRow - firstRow) *
+                              static_cast<std::size_t>(stride));
+    const PaddedRow positions = ColumnPositions(surface);
+    RasterBand band;
+    band.heights = raster.data() + rowPadding;
+    band.stride = stride;
+    band.firstRow = firstRow;
+    band.endRow = endRow;
+    band.cols = surface.cols;
+    band.rows = surface.rows;
+    band.spacing = surface.spacing;
+    band.colX = positions.Data();
+    SetGentleLimits(band);
+    const auto scanSquares = 0.0f > move.distance ? ZELMO_PICK_LANES(ScanSquaresLowest)
+                                                  : ZELMO_PICK_LANES(ScanSquaresHighest);
 
-    const float planeAtOrigin = a.y * normal.y + a.x * normal.x + a.z * normal.z;
-    const Vector e0 = c - a;
-    const Vector e1 = b - a;
-    const float d00 = Dot(e0, e0);
-    const float d01 = Dot(e0, e1);
-    const float d11 = Dot(e1, e1);
-    const float inverse = 1.0f / (d11 * d00 - d01 * d01);
-
-    for (std::int32_t row = minRow; row <= maxRow; ++row) {
-        const float y = static_cast<float>(row) * spacing;
-        for (std::int32_t col = minCol; col <= maxCol; ++col) {
-            const float x = static_cast<float>(col) * spacing;
-            const float z = (planeAtOrigin - x * normal.x - y * normal.y) / normal.z;
-            const Vector p = Vector{x, y, z} - a;
-            const float d02 = Dot(e0, p);
-            const float d12 = Dot(e1, p);
-            const float u = (d11 * d02 - d12 * d01) * inverse;
-            const float v = (d12 * d00 - d02 * d01) * inverse;
-            // Triangles seen edge-on give NaN here and drop out.
-            if (u >= insideLow && v >= insideLow && insideHigh >= u + v) {
-                Keep(raster.heights[CellIndex(raster.cols, col, row)], z, raster.lowestWins);
-            }
-        }
+    SurfaceWindow window(surface);
+    std::array<MovedRow, 2> moved{MovedRow(surface.cols), MovedRow(surface.cols)};
+    const auto moveRow = [&](std::int32_t row) {
+        const VertexRow vertices = moved[static_cast<std::size_t>(row % 2)].Vertices();
+        ZELMO_PICK_LANES(MoveVerticesOfRow)(vertices, window.At(row), move);
+        return vertices;
+    };
+    VertexRow lower = moveRow(firstSquare);
+    for (std::int32_t row = firstSquare; row < endSquare; ++row) {
+        const VertexRow upper = moveRow(row + 1);
+        scanSquares(band, {lower, upper, row});
+        lower = upper;
     }
-}
-
-float DistanceBetween(float spacing, std::int32_t colA, std::int32_t rowA, std::int32_t colB,
-                      std::int32_t rowB) {
-    const float dx = static_cast<float>(colB) * spacing - static_cast<float>(colA) * spacing;
-    const float dy = static_cast<float>(rowB) * spacing - static_cast<float>(rowA) * spacing;
-    return std::sqrt(dy * dy + dx * dx);
-}
-
-/// The mean of the hits at the smallest distance. Not found where no hit is.
-LineHit MeanOfNearest(const std::array<LineHit, 4>& hits) {
-    constexpr float none = std::numeric_limits<float>::max();
-    float nearest = none;
-    for (const LineHit& hit : hits) {
-        if (hit.found && hit.distance < nearest) {
-            nearest = hit.distance;
-        }
+    for (std::int32_t row = firstRow; row < endRow; ++row) {
+        std::copy_n(band.heights + (row - firstRow) * stride, surface.cols,
+                    out.begin() + static_cast<std::ptrdiff_t>(surface.RowStart(row)));
     }
-    if (nearest == none) {
-        return {};
-    }
-    float sum = 0.0f;
-    std::int32_t count = 0;
-    for (const LineHit& hit : hits) {
-        if (hit.found && hit.distance == nearest) {
-            sum += hit.value;
-            ++count;
-        }
-    }
-    return {sum / static_cast<float>(count), nearest, true};
 }
 
 }  // namespace
 
 void OffsetSurface(const ProcessModel& model, std::span<float> out, std::span<const float> heights,
                    float distance, float lateral) {
-    const std::int32_t cols = model.gridColumns;
-    const std::int32_t rows = model.gridRows;
-    const float spacing = model.gridSpacing;
-    const std::vector<Vector> vertices =
-        DisplaceVertices(cols, rows, spacing, heights, distance, lateral);
-
-    Raster raster;
-    raster.cols = cols;
-    raster.rows = rows;
-    raster.spacing = spacing;
-    raster.lowestWins = 0.0f > distance;
-    raster.heights.resize(model.CellCount());
-    for (std::int32_t row = 0; row + 1 < rows; ++row) {
-        for (std::int32_t col = 0; col + 1 < cols; ++col) {
-            const Vector& a = vertices[CellIndex(cols, col, row)];
-            const Vector& b = vertices[CellIndex(cols, col + 1, row)];
-            const Vector& c = vertices[CellIndex(cols, col, row + 1)];
-            const Vector& d = vertices[CellIndex(cols, col + 1, row + 1)];
-            RasteriseTriangle(raster, a, b, c);
-            RasteriseTriangle(raster, b, d, c);
-        }
-    }
-    FillMissingCells(cols, rows, spacing, out, raster.heights);
+    const Surface surface{heights, model.gridColumns, model.gridRows, model.gridSpacing};
+    constexpr std::int32_t smallestBand = 4;
+    ForRowBands(surface.rows, smallestBand, [&](std::int32_t firstRow, std::int32_t endRow) {
+        ScanRows(surface, {distance, lateral}, out, firstRow, endRow);
+    });
+    FillMissingCells(surface.cols, surface.rows, surface.spacing, out);
 }
 
 void ComputeVertexNormals(std::int32_t cols, std::int32_t rows, float spacing,
                           std::span<float> normals, std::span<const float> heights) {
+    const Surface surface{heights, cols, rows, spacing};
+    SurfaceWindow window(surface);
+    PaddedRow x(cols);
+    PaddedRow y(cols);
+    PaddedRow z(cols);
     for (std::int32_t row = 0; row < rows; ++row) {
-        for (std::int32_t col = 0; col < cols; ++col) {
-            const Vector sum = SumOfFan(cols, rows, spacing, heights, col, row);
-            const float length = std::sqrt(Dot(sum, sum));
-            float* normal = &normals[3 * CellIndex(cols, col, row)];
-            // Divided one by one: a reciprocal would round differently. NaN gives no normal.
-            const bool hasNormal = length > 0.0f;
-            normal[0] = hasNormal ? sum.x / length : 0.0f;
-            normal[1] = hasNormal ? sum.y / length : 0.0f;
-            normal[2] = hasNormal ? sum.z / length : 0.0f;
+        ZELMO_PICK_LANES(ComputeNormalsOfRow)({x.Data(), y.Data(), z.Data()}, window.At(row));
+        float* normal = normals.data() + 3 * surface.RowStart(row);
+        for (std::int32_t col = 0; col < cols; ++col, normal += 3) {
+            normal[0] = x.Data()[col];
+            normal[1] = y.Data()[col];
+            normal[2] = z.Data()[col];
         }
     }
-}
-
-std::int32_t FillMissingCells(std::int32_t cols, std::int32_t rows, float spacing,
-                              std::span<float> out, std::span<const float> in) {
-    if (std::all_of(in.begin(), in.end(), IsMissing)) {
-        std::fill(out.begin(), out.end(), missing);
-        return 0;
-    }
-    std::int32_t filled = 0;
-    std::optional<ValuedColumns> valued;  // made when the first cell needs it, which is rare
-    for (std::int32_t row = 0; row < rows; ++row) {
-        for (std::int32_t col = 0; col < cols; ++col) {
-            const std::size_t i = CellIndex(cols, col, row);
-            if (!IsMissing(in[i])) {
-                out[i] = in[i];
-                continue;
-            }
-            const auto along = [&](std::int32_t stepCol, std::int32_t stepRow) {
-                return FindAlongLine(cols, rows, spacing, col, row, stepCol, stepRow, in);
-            };
-            const LineHit hit =
-                MeanOfNearest({along(0, 1), along(-1, 0), along(0, -1), along(1, 0)});
-            if (hit.found) {
-                out[i] = hit.value;
-            } else {
-                if (!valued) {
-                    valued = FindValuedColumns(cols, rows, in);
-                }
-                out[i] = in[static_cast<std::size_t>(FindNearestValue(*valued, spacing, col, row))];
-            }
-            ++filled;
-        }
-    }
-    return filled;
-}
-
-LineHit FindAlongLine(std::int32_t cols, std::int32_t rows, float spacing, std::int32_t startCol,
-                      std::int32_t startRow, std::int32_t stepCol, std::int32_t stepRow,
-                      std::span<const float> in) {
-    LineHit hit;
-    std::int32_t firstCol = 0;
-    std::int32_t firstRow = 0;
-    std::int32_t col = startCol + stepCol;
-    std::int32_t row = startRow + stepRow;
-    for (; col >= 0 && col < cols && row >= 0 && row < rows; col += stepCol, row += stepRow) {
-        const float value = in[CellIndex(cols, col, row)];
-        if (IsMissing(value)) {
-            continue;
-        }
-        if (!hit.found) {
-            hit.found = true;
-            hit.value = value;
-            hit.distance = DistanceBetween(spacing, startCol, startRow, col, row);
-            firstCol = col;
-            firstRow = row;
-            continue;
-        }
-        const float ratio = DistanceBetween(spacing, startCol, startRow, col, row) /
-                            DistanceBetween(spacing, firstCol, firstRow, col, row);
-        hit.value = value - ratio * (value - hit.value);
-        break;
-    }
-    return hit;
 }
 
 }  // namespace zelmo

@@ -8,6 +8,7 @@
 #include <limits>
 #include <vector>
 
+#include "model/missing_cells.h"
 #include "tests/model/grid_model.h"
 
 namespace zelmo {
@@ -27,8 +28,8 @@ std::vector<float> Fill(std::int32_t cols, const std::vector<float>& raster,
                         std::int32_t* filled = nullptr) {
     ProcessModel model;
     SetUpGrid(model, cols, static_cast<std::int32_t>(raster.size()) / cols, 1.0f);
-    std::vector<float> out(raster.size(), 99.0f);
-    const std::int32_t count = FillMissingCells(cols, model.gridRows, 1.0f, out, raster);
+    std::vector<float> out(raster);
+    const std::int32_t count = FillMissingCells(cols, model.gridRows, 1.0f, out);
     if (filled != nullptr) {
         *filled = count;
     }
@@ -333,35 +334,6 @@ TEST(MissingCells, StayZeroWhereThereIsNoValueAtAll) {
 TEST(MissingCells, CountANegativeZeroAsMissingAndANaNAsAValue) {
     EXPECT_EQ(Fill(3, {-0.0f, 2, 2})[0], 2.0f);
     EXPECT_TRUE(std::isnan(Fill(3, {0, nan, 2})[0]));
-}
-
-TEST(LineSearch, FindsNothingWithoutAValueOnItsWay) {
-    const std::vector<float> in{0, 0, 7, 0, 0, 0};
-    EXPECT_FALSE(FindAlongLine(3, 2, 1.0f, 0, 1, 1, 0, in).found);
-    EXPECT_FALSE(FindAlongLine(3, 2, 1.0f, 2, 0, 1, 0, in).found);
-    // The start does not count.
-    EXPECT_FALSE(FindAlongLine(3, 2, 1.0f, 2, 0, 0, 1, in).found);
-}
-
-TEST(LineSearch, MeasuresToTheFirstValue) {
-    const std::vector<float> in{0, 0, 0, 6, 0, 4};
-    const LineHit row = FindAlongLine(6, 1, 0.5f, 1, 0, 1, 0, in);
-    EXPECT_TRUE(row.found);
-    EXPECT_EQ(row.distance, 1.0f);
-    EXPECT_EQ(row.value, 8.0f);
-    const LineHit column = FindAlongLine(1, 6, 0.5f, 0, 4, 0, -1, in);
-    EXPECT_TRUE(column.found);
-    EXPECT_EQ(column.distance, 0.5f);
-    EXPECT_EQ(column.value, 6.0f);
-}
-
-TEST(LineSearch, MeasuresBetweenRoundedPositions) {
-    // With a pitch of 0.1 the positions 8 * 0.1 and 7 * 0.1 are not exactly a pitch apart.
-    const std::vector<float> in{0, 0, 0, 0, 0, 0, 0, 0, 1};
-    const LineHit hit = FindAlongLine(9, 1, 0.1f, 7, 0, 1, 0, in);
-    const float difference = 8.0f * 0.1f - 7.0f * 0.1f;
-    EXPECT_NE(difference, 0.1f);
-    EXPECT_EQ(hit.distance, difference);
 }
 
 }  // namespace

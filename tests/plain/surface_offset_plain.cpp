@@ -157,9 +157,9 @@ std::vector<OffsetTriangle> BuildOffsetTrianglesPlain(std::int32_t cols, std::in
     return triangles;
 }
 
-LineHit FindAlongLinePlain(std::int32_t cols, std::int32_t rows, float spacing,
-                           std::int32_t startCol, std::int32_t startRow, std::int32_t stepCol,
-                           std::int32_t stepRow, std::span<const float> in) {
+LineHitPlain FindAlongLinePlain(std::int32_t cols, std::int32_t rows, float spacing,
+                                std::int32_t startCol, std::int32_t startRow, std::int32_t stepCol,
+                                std::int32_t stepRow, std::span<const float> in) {
     std::vector<std::array<int, 2>> valued;
     for (int k = 1; valued.size() < 2; ++k) {
         const int col = startCol + k * stepCol;
@@ -171,7 +171,7 @@ LineHit FindAlongLinePlain(std::int32_t cols, std::int32_t rows, float spacing,
             valued.push_back({col, row});
         }
     }
-    LineHit hit;
+    LineHitPlain hit;
     if (valued.empty()) {
         return hit;
     }
@@ -207,14 +207,14 @@ std::int32_t FillMissingCellsPlain(std::int32_t cols, std::int32_t rows, float s
                 continue;
             }
             out[cell] = 0.0f;
-            const LineHit hits[4] = {
+            const LineHitPlain hits[4] = {
                 FindAlongLinePlain(cols, rows, spacing, col, row, 0, 1, in),
                 FindAlongLinePlain(cols, rows, spacing, col, row, -1, 0, in),
                 FindAlongLinePlain(cols, rows, spacing, col, row, 0, -1, in),
                 FindAlongLinePlain(cols, rows, spacing, col, row, 1, 0, in),
             };
             float best = 3.4028235e38f;
-            for (const LineHit& hit : hits) {
+            for (const LineHitPlain& hit : hits) {
                 if (hit.found && best > hit.distance) {
                     best = hit.distance;
                 }
@@ -222,7 +222,7 @@ std::int32_t FillMissingCellsPlain(std::int32_t cols, std::int32_t rows, float s
             if (best != 3.4028235e38f) {
                 float sum = 0.0f;
                 int count = 0;
-                for (const LineHit& hit : hits) {
+                for (const LineHitPlain& hit : hits) {
                     if (hit.found && hit.distance == best) {
                         sum = sum + hit.value;
                         count = count + 1;

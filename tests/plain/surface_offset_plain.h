@@ -15,6 +15,14 @@ namespace zelmo {
 
 using Point3 = std::array<float, 3>;
 
+/// What a search along one direction of the grid found: the value continued to the start of the
+/// search, and the distance to the first cell with a value in micrometres.
+struct LineHitPlain {
+    float value = 0.0f;
+    float distance = 0.0f;
+    bool found = false;
+};
+
 struct OffsetTriangle {
     Point3 a{}, b{}, c{};
     Point3 moveA{}, moveB{}, moveC{};
@@ -33,9 +41,9 @@ std::vector<OffsetTriangle> BuildOffsetTrianglesPlain(std::int32_t cols, std::in
                                                       std::span<const float> normals,
                                                       float distance, float lateral);
 
-LineHit FindAlongLinePlain(std::int32_t cols, std::int32_t rows, float spacing,
-                           std::int32_t startCol, std::int32_t startRow, std::int32_t stepCol,
-                           std::int32_t stepRow, std::span<const float> in);
+LineHitPlain FindAlongLinePlain(std::int32_t cols, std::int32_t rows, float spacing,
+                                std::int32_t startCol, std::int32_t startRow, std::int32_t stepCol,
+                                std::int32_t stepRow, std::span<const float> in);
 
 std::int32_t FillMissingCellsPlain(std::int32_t cols, std::int32_t rows, float spacing,
                                    const NeighbourTable& table, std::span<float> out,

@@ -86,7 +86,7 @@ std::string TakeWindow(FuzzedDataProvider& bytes) {
     }
     const float width = bytes.ConsumeFloatingPointInRange(0.5f, 12.0f);
     return fmt::format("location -x {} -y {} -dx {} -dy {}\n", x, y, width,
-                       width * bytes.ConsumeFloatingPointInRange(0.0001f, 0.1f));
+                       width * bytes.ConsumeFloatingPointInRange(0.0001f, 0.03f));
 }
 
 }  // namespace

@@ -12,8 +12,8 @@ namespace zelmo {
 /// arrays that may be huge, transforms and coordinates that may be extreme.
 std::vector<std::uint8_t> MakeLayout(FuzzedDataProvider& bytes);
 
-/// A process file that is accepted, decoded from bytes: a grid of 200 columns and few rows, a few
-/// steps of every kind, arguments that may be extreme.
+/// A process file that is accepted as a rule, decoded from bytes: a grid of 200 columns and few
+/// rows, a few steps of every kind, arguments that may be extreme.
 std::string MakeProcess(FuzzedDataProvider& bytes);
 
 }  // namespace zelmo

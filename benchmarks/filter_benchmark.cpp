@@ -1,5 +1,5 @@
-// The filters over discs at 1000 by 1000 cells, on surfaces and masks of the CMOS example, beside
-// their plain versions.
+// The filters over discs and the cover update at 1000 by 1000 cells, on the surfaces and masks of
+// the CMOS example, beside their plain versions.
 
 #include <benchmark/benchmark.h>
 
@@ -12,10 +12,12 @@
 #include <vector>
 
 #include "benchmarks/example_run.h"
+#include "model/cover_map.h"
 #include "model/disc_filter.h"
 #include "model/mask.h"
 #include "model/process_model.h"
 #include "model/row_bands.h"
+#include "tests/plain/cover_map_plain.h"
 #include "tests/plain/disc_filter_plain.h"
 #include "tests/plain/mask_plain.h"
 
@@ -90,6 +92,28 @@ BENCHMARK(MaskBlur<BlurMaskPlain>)
     ->ArgsProduct({{5, 10, 20, 50}, {1}})
     ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
+
+/// Over the stack with the contacts open: thin films, most of them etched into pieces.
+template <auto Update>
+void CoverUpdate(benchmark::State& state) {
+    constexpr std::size_t steps = 39;
+    static const std::unique_ptr<ProcessModel> model = PrepareExample("cmos_inverter", 1000);
+    if (model->layers.empty()) {
+        RunSteps(*model, steps);
+    }
+    SetRowThreads(static_cast<std::int32_t>(state.range(0)));
+    for (auto _ : state) {
+        Update(*model);
+        benchmark::DoNotOptimize(model->coverMap.data());
+    }
+    SetRowThreads(0);
+}
+BENCHMARK(CoverUpdate<UpdateCoverMap>)
+    ->Arg(1)
+    ->Arg(2)
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(CoverUpdate<UpdateCoverMapPlain>)->Arg(1)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace zelmo

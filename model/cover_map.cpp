@@ -1,68 +1,171 @@
 #include "model/cover_map.h"
 
-#include <array>
+#include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 
+#include "model/cover_map_lanes.h"
 #include "model/process_model.h"
+#include "model/row_bands.h"
+
+// Tile by tile, and in each from the topmost layer down: one bit for each cell where the layer has
+// thickness, spread to the cells around by whole words, gives the cells that it covers. A cell that
+// is covered is done with, and where all cells are, the layers below are not read any more. The
+// bits of a tile need no memory that could be lacking when a step has changed the layers.
 
 namespace zelmo {
 
 namespace {
 
-struct CellOffset {
-    std::int32_t dx;
-    std::int32_t dy;
-};
+constexpr std::int32_t wordBits = 64;
+constexpr std::int32_t tileWords = 16;
+constexpr std::int32_t tileCols = tileWords * wordBits;
+constexpr std::int32_t tileRows = 32;
+constexpr std::uint64_t allBits = std::numeric_limits<std::uint64_t>::max();
 
-/// The cell itself, then the ring around it.
-constexpr std::array<CellOffset, 9> cellAndRing{{
-    {0, 0},
-    {0, 1},
-    {-1, 1},
-    {-1, 0},
-    {-1, -1},
-    {0, -1},
-    {1, -1},
-    {1, 0},
-    {1, 1},
-}};
-
-/// Whether the layer has thickness at the cell or next to it. A NaN counts as thickness.
-bool CoversCell(const Layer& layer, std::int32_t col, std::int32_t row, std::int32_t cols,
-                std::int32_t rows) {
-    for (const CellOffset& offset : cellAndRing) {
-        const std::int32_t x = col + offset.dx;
-        const std::int32_t y = row + offset.dy;
-        if (x < 0 || x >= cols || y < 0 || y >= rows) {
-            continue;
-        }
-        const std::size_t cell = static_cast<std::size_t>(y) * static_cast<std::size_t>(cols) +
-                                 static_cast<std::size_t>(x);
-        if (layer.top[cell] - layer.bottom[cell] != 0.0f) {
-            return true;
+class CoverTile {
+public:
+    CoverTile(ProcessModel& model, std::int32_t firstCol, std::int32_t firstRow)
+        : model_(model),
+          firstCol_(firstCol),
+          firstRow_(firstRow),
+          cols_(std::min(tileCols, model.gridColumns - firstCol)),
+          rows_(std::min(tileRows, model.gridRows - firstRow)),
+          words_((cols_ - 1) / wordBits + 1) {
+        for (std::int32_t row = 0; row < rows_; ++row) {
+            std::fill(open_[row], open_[row] + words_, allBits);
+            open_[row][words_ - 1] >>= words_ * wordBits - cols_;
+            openWords_[row] = (1U << words_) - 1U;
         }
     }
-    return false;
-}
+
+    void Update() {
+        bool isOpen = true;
+        for (std::size_t id = model_.layers.size(); id-- > 0 && isOpen;) {
+            if (model_.layers[id] != nullptr) {
+                isOpen = CoverWith(static_cast<std::int32_t>(id));
+            }
+        }
+    }
+
+private:
+    /// Returns whether cells remain open.
+    bool CoverWith(std::int32_t id) {
+        const Layer& layer = *model_.layers[static_cast<std::size_t>(id)];
+        for (std::int32_t row = -1; row <= rows_; ++row) {
+            SpreadThickness(layer, row);
+        }
+        bool isOpen = false;
+        for (std::int32_t row = 0; row < rows_; ++row) {
+            for (std::int32_t word = 0; word < words_; ++word) {
+                const std::uint64_t covered =
+                    open_[row][word] &
+                    (spread_[row][word] | spread_[row + 1][word] | spread_[row + 2][word]);
+                if (covered != 0) {
+                    SetCover(id, layer, row, word, covered);
+                    Close(row, word, covered);
+                }
+            }
+            isOpen = isOpen || openWords_[row] != 0;
+        }
+        return isOpen;
+    }
+
+    void Close(std::int32_t row, std::int32_t word, std::uint64_t cells) {
+        open_[row][word] &= ~cells;
+        if (open_[row][word] == 0) {
+            openWords_[row] &= ~(1U << word);
+        }
+    }
+
+    /// Finds where the layer has thickness in a row of the tile or next to it, and spreads that one
+    /// column to either side.
+    void SpreadThickness(const Layer& layer, std::int32_t row) {
+        std::uint64_t* const spread = spread_[row + 1];
+        const std::uint32_t wanted = WordsNearOpenCells(row);
+        if (wanted == 0) {
+            std::fill(spread, spread + words_, 0);
+            return;
+        }
+        const std::ptrdiff_t first =
+            static_cast<std::ptrdiff_t>(firstRow_ + row) * model_.gridColumns + firstCol_;
+        const float* const top = layer.top.data() + first;
+        const float* const bottom = layer.bottom.data() + first;
+        const auto isThick = [top, bottom](std::int32_t col) -> std::uint64_t {
+            return top[col] - bottom[col] != 0.0f ? 1 : 0;
+        };
+        std::uint64_t edged[tileWords + 2];  // with a word for the tiles to the left and right
+        std::uint64_t* const thick = edged + 1;
+        ZELMO_PICK_LANES(MarkThickCells)(top, bottom, cols_, wanted, thick);
+        const bool startsGrid = firstCol_ == 0;
+        const bool endsGrid = firstCol_ + cols_ == model_.gridColumns;
+        thick[-1] = startsGrid ? 0 : isThick(-1) << (wordBits - 1);
+        thick[words_] = endsGrid ? 0 : isThick(cols_);
+        for (std::int32_t word = 0; word < words_; ++word) {
+            const std::uint64_t here = thick[word];
+            spread[word] = here | here << 1 | here >> 1 | thick[word - 1] >> (wordBits - 1) |
+                           thick[word + 1] << (wordBits - 1);
+        }
+    }
+
+    /// One bit for each word of a row: whether cells are open in it or next to it. None outside the
+    /// grid.
+    std::uint32_t WordsNearOpenCells(std::int32_t row) const {
+        if (firstRow_ + row < 0 || firstRow_ + row >= model_.gridRows) {
+            return 0;
+        }
+        std::uint32_t words = 0;
+        for (std::int32_t near = std::max(row - 1, 0); near <= std::min(row + 1, rows_ - 1);
+             ++near) {
+            words |= openWords_[near];
+        }
+        return words | words << 1 | words >> 1;
+    }
+
+    void SetCover(std::int32_t id, const Layer& layer, std::int32_t row, std::int32_t word,
+                  std::uint64_t cells) {
+        const std::size_t first = static_cast<std::size_t>(firstRow_ + row) *
+                                      static_cast<std::size_t>(model_.gridColumns) +
+                                  static_cast<std::size_t>(firstCol_ + word * wordBits);
+        CoverCell* const cover = model_.coverMap.data() + first;
+        const float* const top = layer.top.data() + first;
+        if (cells == allBits) {
+            for (std::int32_t i = 0; i < wordBits; ++i) {
+                cover[i] = {id, top[i]};
+            }
+            return;
+        }
+        for (; cells != 0; cells &= cells - 1) {
+            const std::int32_t i = std::countr_zero(cells);
+            cover[i] = {id, top[i]};
+        }
+    }
+
+    ProcessModel& model_;
+    std::int32_t firstCol_;
+    std::int32_t firstRow_;
+    std::int32_t cols_;
+    std::int32_t rows_;
+    std::int32_t words_;                             ///< in use
+    std::uint64_t open_[tileRows][tileWords];        ///< cells that no layer covers so far
+    std::uint32_t openWords_[tileRows];              ///< words of `open_` that are not 0
+    std::uint64_t spread_[tileRows + 2][tileWords];  ///< from the row before the tile on
+};
 
 }  // namespace
 
 void UpdateCoverMap(ProcessModel& model) {
-    const std::int32_t cols = model.gridColumns;
     const std::int32_t rows = model.gridRows;
-    std::size_t cell = 0;
-    for (std::int32_t row = 0; row < rows; ++row) {
-        for (std::int32_t col = 0; col < cols; ++col, ++cell) {
-            for (std::size_t id = model.layers.size(); id-- > 0;) {
-                const Layer* layer = model.layers[id].get();
-                if (layer != nullptr && CoversCell(*layer, col, row, cols, rows)) {
-                    model.coverMap[cell] = {static_cast<std::int32_t>(id), layer->top[cell]};
-                    break;
-                }
-            }
-        }
-    }
+    ForRowBands((rows + tileRows - 1) / tileRows, 1,
+                [&model](std::int32_t first, std::int32_t end) {
+                    for (std::int32_t tile = first; tile < end; ++tile) {
+                        for (std::int32_t col = 0; col < model.gridColumns; col += tileCols) {
+                            CoverTile(model, col, tile * tileRows).Update();
+                        }
+                    }
+                });
 }
 
 }  // namespace zelmo

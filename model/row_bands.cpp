@@ -1,11 +1,12 @@
 #include "model/row_bands.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
+#include <cstddef>
 #include <exception>
-#include <system_error>
+#include <span>
 #include <thread>
-#include <vector>
 
 namespace zelmo {
 
@@ -21,15 +22,13 @@ struct Band {
     std::exception_ptr problem;
 };
 
-std::vector<Band> CutIntoBands(std::int32_t rows, std::int32_t count) {
-    std::vector<Band> bands(static_cast<std::size_t>(count));
-    for (std::int32_t i = 0; i < count; ++i) {
-        const std::int64_t wide = rows;
-        bands[static_cast<std::size_t>(i)].firstRow = static_cast<std::int32_t>(wide * i / count);
-        bands[static_cast<std::size_t>(i)].endRow =
-            static_cast<std::int32_t>(wide * (i + 1) / count);
+void CutIntoBands(std::int32_t rows, std::span<Band> bands) {
+    const auto count = static_cast<std::int64_t>(bands.size());
+    for (std::int64_t i = 0; i < count; ++i) {
+        Band& band = bands[static_cast<std::size_t>(i)];
+        band.firstRow = static_cast<std::int32_t>(rows * i / count);
+        band.endRow = static_cast<std::int32_t>(rows * (i + 1) / count);
     }
-    return bands;
 }
 
 }  // namespace
@@ -45,7 +44,9 @@ void ForRowBands(std::int32_t rows, std::int32_t smallestBand,
         work(0, rows);
         return;
     }
-    std::vector<Band> bands = CutIntoBands(rows, count);
+    std::array<Band, mostThreads> allBands;
+    const std::span<Band> bands(allBands.data(), static_cast<std::size_t>(count));
+    CutIntoBands(rows, bands);
     const auto run = [&work](Band& band) {
         try {
             work(band.firstRow, band.endRow);
@@ -54,13 +55,12 @@ void ForRowBands(std::int32_t rows, std::int32_t smallestBand,
         }
     };
     {
-        std::vector<std::jthread> threads;
-        threads.reserve(bands.size());
+        std::array<std::jthread, mostThreads> threads;
         for (std::size_t i = 1; i < bands.size(); ++i) {
             try {
-                threads.emplace_back(run, std::ref(bands[i]));
-            } catch (const std::system_error&) {
-                run(bands[i]);  // no thread to be had: the caller does that band too
+                threads[i] = std::jthread(run, std::ref(bands[i]));
+            } catch (const std::exception&) {
+                run(bands[i]);  // no thread or no memory for one: the caller does that band too
             }
         }
         run(bands.front());

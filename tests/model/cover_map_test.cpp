@@ -4,8 +4,11 @@
 
 #include <limits>
 
+#include "model/lanes.h"
+#include "model/row_bands.h"
 #include "tests/model/grid_model.h"
 #include "tests/plain/cover_map_plain.h"
+#include "tests/support/case_count.h"
 
 namespace zelmo {
 namespace {
@@ -154,7 +157,9 @@ void AppendRandomLayers(ProcessModel& model, TestRandom& random) {
             layer.top[cell] =
                 layer.bottom[cell] + (random.Below(thickIn) == 0 ? random.Unit() : 0.0f);
             if (random.Below(200) == 0) {
-                layer.top[cell] = random.Below(2) == 0 ? nan : infinity;
+                const float strangers[] = {nan, infinity, -infinity, -0.0f, 1e-45f};
+                layer.top[cell] = strangers[random.Below(5)];
+                layer.bottom[cell] = strangers[random.Below(5)];
             }
         }
         if (random.Below(4) == 0) {
@@ -163,23 +168,49 @@ void AppendRandomLayers(ProcessModel& model, TestRandom& random) {
     }
 }
 
+/// Mostly small grids; a few go over several words, rows or columns of tiles.
+void SetUpRandomGrid(ProcessModel& model, TestRandom& random) {
+    const auto upTo = [&random](std::uint32_t limit) {
+        return 1 + static_cast<std::int32_t>(random.Below(limit));
+    };
+    switch (random.Below(20)) {
+        case 0:
+            return SetUpGrid(model, 1020 + upTo(300), upTo(4), 0.1f);
+        case 1:
+            return SetUpGrid(model, upTo(4), upTo(300), 0.1f);
+        case 2:
+            return SetUpGrid(model, upTo(200), upTo(80), 0.1f);
+        case 3:
+            return SetUpGrid(model, upTo(300), 1, 0.1f);
+        default:
+            return SetUpGrid(model, upTo(20), upTo(20), 0.1f);
+    }
+}
+
 TEST(CoverMap, IsTheSameAsByNineLooksAtEachLayer) {
-    TestRandom random(7);
-    for (int i = 0; i < 200; ++i) {
+    const std::uint32_t cases = CaseCount(600);
+    for (std::uint32_t seed = 0; seed < cases; ++seed) {
+        TestRandom random(seed);
         ProcessModel model;
-        const std::int32_t cols = 1 + static_cast<std::int32_t>(random.Below(20));
-        const std::int32_t rows = i % 5 == 0 ? 1 : 1 + static_cast<std::int32_t>(random.Below(20));
-        SetUpGrid(model, cols, rows, 0.1f);
+        SetUpRandomGrid(model, random);
         AppendRandomLayers(model, random);
         for (CoverCell& cover : model.coverMap) {
             cover = {static_cast<std::int32_t>(random.Below(3)), random.Unit()};
         }
         const std::vector<CoverCell> before = model.coverMap;
         UpdateCoverMapPlain(model);
-        const std::vector<CoverCell> plain = model.coverMap;
-        model.coverMap = before;
-        UpdateCoverMap(model);
-        ASSERT_EQ(BitsOf(model.coverMap), BitsOf(plain)) << i;
+        const auto plain = BitsOf(model.coverMap);
+        for (const bool wide : {false, true}) {
+            AllowWideLanes(wide);
+            for (std::int32_t threads = 1; threads <= 3; ++threads) {
+                SetRowThreads(threads);
+                model.coverMap = before;
+                UpdateCoverMap(model);
+                ASSERT_EQ(BitsOf(model.coverMap), plain)
+                    << "seed " << seed << ", wide " << wide << ", threads " << threads;
+            }
+        }
+        SetRowThreads(0);
     }
 }
 

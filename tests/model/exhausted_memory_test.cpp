@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <atomic>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <new>
@@ -12,6 +15,7 @@
 #include "model/cover_map.h"
 #include "model/execute_step.h"
 #include "model/height_markers.h"
+#include "model/row_bands.h"
 #include "tests/model/grid_model.h"
 #include "tests/model/limited_memory.h"
 
@@ -129,6 +133,39 @@ TEST(ExhaustedMemoryTables, TablesAndMarkersAreReleased) {
             });
         }
         ASSERT_EQ(graphics.markers, 0);
+    }
+}
+
+TEST(ExhaustedMemoryThreads, TheCallerDoesTheRowsThatNoThreadTakes) {
+    SetRowThreads(4);
+    std::array<std::atomic<int>, 12> visits{};
+    const bool finished = RunWithin(0, [&] {
+        ForRowBands(12, 1, [&visits](std::int32_t firstRow, std::int32_t endRow) {
+            for (std::int32_t row = firstRow; row < endRow; ++row) {
+                ++visits[static_cast<std::size_t>(row)];
+            }
+        });
+    });
+    SetRowThreads(0);
+    EXPECT_TRUE(finished);
+    for (const std::atomic<int>& count : visits) {
+        EXPECT_EQ(count, 1);
+    }
+}
+
+TEST(ExhaustedMemoryThreads, AStripOnSeveralThreadsNeedsNone) {
+    SetRowThreads(3);
+    ProcessModel model;
+    SetUpGrid(model, 4, 130, 0.25f);
+    AppendFlatLayer(model, 0.0f, 1.0f);
+    AppendFlatLayer(model, 1.0f, 0.5f).isPhotoresist = true;
+    UpdateCoverMap(model);
+    const ProcessStep strip = StepOf(StepStrip);
+    EXPECT_TRUE(RunWithin(0, [&] { ExecuteStep(model, strip, nullptr); }));
+    SetRowThreads(0);
+    for (const CoverCell& cover : model.coverMap) {
+        ASSERT_EQ(cover.layerId, 0);
+        ASSERT_EQ(cover.height, 1.0f);
     }
 }
 

@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <vector>
 
+#include "model/conversions.h"
 #include "tests/model/grid_model.h"
 #include "tests/plain/neighbour_table_plain.h"
 
@@ -20,6 +22,19 @@ NeighbourTable MakeTable(std::int32_t rows, std::int32_t cols, float spacing) {
     NeighbourTable table;
     BuildNeighbourTable(table, rows, cols, spacing);
     return table;
+}
+
+/// As many cases as the environment asks for, or the usual number.
+std::uint32_t CaseCount(std::uint32_t usual) {
+    const char* const wanted = std::getenv("ZELMO_CASES");
+    return wanted == nullptr ? usual
+                             : static_cast<std::uint32_t>(std::strtoul(wanted, nullptr, 10));
+}
+
+/// Mostly ordinary ones; of the others some make many lengths round to one distance.
+float RandomSpacing(TestRandom& random) {
+    constexpr float odd[] = {1e-45f, 7e-44f, 1.2e-38f, 1e-20f, 1e20f, 1e37f, 2e38f};
+    return random.Below(4) == 0 ? odd[random.Below(7)] : 0.001f + random.Unit();
 }
 
 std::uint64_t HashOf(const NeighbourTable& table) {
@@ -120,10 +135,11 @@ TEST(NeighbourTable, ReplacesWhatItHeld) {
 
 TEST(NeighbourTable, IsTheMergeSortedList) {
     TestRandom random(3);
-    for (int i = 0; i < 60; ++i) {
+    const std::uint32_t cases = CaseCount(200);
+    for (std::uint32_t i = 0; i < cases; ++i) {
         const std::int32_t rows = 1 + static_cast<std::int32_t>(random.Below(24));
         const std::int32_t cols = 1 + static_cast<std::int32_t>(random.Below(40));
-        const float spacing = 0.001f + random.Unit();
+        const float spacing = RandomSpacing(random);
         NeighbourTable plain;
         BuildNeighbourTablePlain(plain, rows, cols, spacing);
         ExpectSameTables(MakeTable(rows, cols, spacing), plain);
@@ -318,18 +334,44 @@ TEST(LeavingOffsets, NoneForARadiusThatEndsNowhere) {
 
 TEST(OffsetSelection, IsTheWalkOverTheWholeTable) {
     TestRandom random(6);
-    for (int i = 0; i < 60; ++i) {
+    const std::uint32_t cases = CaseCount(200);
+    for (std::uint32_t i = 0; i < cases; ++i) {
         ProcessModel model;
         const std::int32_t cols = 1 + static_cast<std::int32_t>(random.Below(50));
         const std::int32_t rows = 1 + static_cast<std::int32_t>(random.Below(50));
-        SetUpGrid(model, cols, rows, 0.01f + random.Unit());
-        // Every other radius is a distance of the table, so that cells lie on the disc's edge.
+        SetUpGrid(model, cols, rows, RandomSpacing(random));
+        // Many radii are a distance of the table, or next to it, so that cells lie on the edge.
         const NeighbourOffset& entry =
             model.neighbours
                 .entries[random.Below(static_cast<std::uint32_t>(model.neighbours.count))];
-        const float radius = i % 2 == 0 ? entry.distance : 20.0f * random.Unit();
+        const float radii[] = {entry.distance, std::nextafter(entry.distance, 0.0f),
+                               std::nextafter(entry.distance, infinity),
+                               20.0f * model.gridSpacing * random.Unit()};
+        const float radius = radii[i % 4];
         ASSERT_EQ(SelectDiscOffsets(model, radius), SelectDiscOffsetsPlain(model, radius));
-        ASSERT_EQ(SelectLeavingOffsets(model, radius), SelectLeavingOffsetsPlain(model, radius));
+        ASSERT_EQ(SelectLeavingOffsets(model, radius), SelectLeavingOffsetsPlain(model, radius))
+            << model.gridSpacing << ", " << radius;
+    }
+}
+
+TEST(DistanceIndex, IsTheWalkOverTheWholeTable) {
+    TestRandom random(7);
+    const std::uint32_t cases = CaseCount(200);
+    for (std::uint32_t i = 0; i < cases; ++i) {
+        ProcessModel model;
+        const std::int32_t cols = 1 + static_cast<std::int32_t>(random.Below(50));
+        const std::int32_t rows = 1 + static_cast<std::int32_t>(random.Below(80));
+        SetUpGrid(model, cols, rows, RandomSpacing(random));
+        std::vector<std::int32_t> expected(2 * static_cast<std::size_t>(cols), 0);
+        for (std::int32_t entry = 0; entry < model.neighbours.count; ++entry) {
+            const std::int32_t slot =
+                TruncateToI32(model.neighbours.entries[static_cast<std::size_t>(entry)].distance /
+                              model.gridSpacing);
+            if (slot >= 0 && slot < 2 * cols) {
+                expected[static_cast<std::size_t>(slot)] = entry;
+            }
+        }
+        ASSERT_EQ(model.distanceIndex, expected) << cols << " by " << rows;
     }
 }
 

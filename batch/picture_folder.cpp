@@ -120,30 +120,28 @@ void PreparePictureFolder(const PictureFolder& folder,
     }
 }
 
-SaveResult SavePicture(const PictureFolder& folder, std::size_t ordinal, const StepImage& image) {
+std::string SavePicture(const PictureFolder& folder, std::size_t ordinal, const StepImage& image) {
     const std::wstring name = FileName(folder, ordinal, image.name);
     const std::wstring target = PathText(folder.path / "") + name;
-    const auto failed = [&](SaveOutcome outcome, const std::string& reason) {
-        return SaveResult{outcome,
-                          fmt::format("Error while saving image {} to output folder \"{}\": {}",
-                                      Utf8FromWide(target), Text(folder.path), reason)};
+    const auto failed = [&](const std::string& reason) {
+        return fmt::format("Error while saving image {} to output folder \"{}\": {}",
+                           Utf8FromWide(target), Text(folder.path), reason);
     };
     if (image.width < 1 || image.height < 1) {
-        return failed(SaveOutcome::Refused, "the picture is empty");
+        return failed("the picture is empty");
     }
     if (!CanNameFile(name)) {
-        return failed(SaveOutcome::Refused, "its name has a character that no file name can hold");
+        return failed("its name has a character that no file name can hold");
     }
     TemporaryFile file(folder.path);
     if (!file.Made()) {
-        return failed(SaveOutcome::NoRoom, file.WhyNotMade());
+        return failed(file.WhyNotMade());
     }
-    const std::string reason = WriteImage(image, folder.format, file);
-    if (!reason.empty()) {
-        return failed(SaveOutcome::NoRoom, reason);
+    if (const std::string reason = WriteImage(image, folder.format, file); !reason.empty()) {
+        return failed(reason);
     }
     const std::error_code error = file.MoveTo(PathFromText(target));
-    return error ? failed(SaveOutcome::Refused, error.message()) : SaveResult{};
+    return error ? failed(error.message()) : std::string();
 }
 
 }  // namespace zelmo

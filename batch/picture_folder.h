@@ -20,20 +20,9 @@ struct PictureFolder {
 /// BatchFailure before anything but the folder has been made.
 void PreparePictureFolder(const PictureFolder& folder, const std::vector<std::wstring>& imageNames);
 
-/// How the saving of a picture went.
-enum class SaveOutcome {
-    Saved,
-    Refused,  ///< this picture cannot be saved, others may
-    NoRoom,   ///< the disk takes no more
-};
-
-struct SaveResult {
-    SaveOutcome outcome = SaveOutcome::Saved;
-    std::string message;  ///< names the file and the reason, if it was not saved
-};
-
 /// Saves the picture with this ordinal, counted from 1. Its name stands for a whole file at every
-/// moment: it is written under another one first. Never replaces a file.
-SaveResult SavePicture(const PictureFolder& folder, std::size_t ordinal, const StepImage& image);
+/// moment: it is written under another one first. Never replaces a file. Returns a line that names
+/// the file and the reason if it was not saved, else an empty text.
+std::string SavePicture(const PictureFolder& folder, std::size_t ordinal, const StepImage& image);
 
 }  // namespace zelmo

@@ -70,11 +70,7 @@ std::string PictureSaver::Save(ProcessModel& model, std::size_t index) {
     if (!problem.empty()) {
         return NoPicture(model, index, problem);
     }
-    SaveResult result = SavePicture(folder_, index + 1, image);
-    if (result.outcome == SaveOutcome::NoRoom) {
-        throw BatchFailure{ExitStatus::Picture, result.message};
-    }
-    return result.message;
+    return SavePicture(folder_, index + 1, image);
 }
 
 }  // namespace zelmo

@@ -23,7 +23,8 @@ public:
     void Begin(ProcessModel& model);
 
     /// Takes and saves the picture of the finished step with this index. Returns the reason if
-    /// there is none, else an empty text. Throws BatchFailure if there can be no more either.
+    /// there is none, else an empty text: the next picture is tried all the same. Throws
+    /// BatchFailure where taking one failed in a way that leaves no hope for others.
     std::string Save(ProcessModel& model, std::size_t index);
 
 private:

@@ -34,16 +34,14 @@ protected:
 };
 
 TEST_F(PictureFolderTest, SavesUnderTheOrdinalAndThePicturesName) {
-    const SaveResult result = SavePicture(folder_, 3, SmallImage(L"008 oxide deposition"));
-    EXPECT_EQ(result.outcome, SaveOutcome::Saved);
-    EXPECT_EQ(result.message, "");
+    EXPECT_EQ(SavePicture(folder_, 3, SmallImage(L"008 oxide deposition")), "");
     EXPECT_EQ(fs::file_size(temp_.Path() / "003 008 oxide deposition.bmp"), 24u + 54);
     EXPECT_EQ(CountFiles(temp_.Path()), 1u);
 }
 
 TEST_F(PictureFolderTest, TheBytesAreThoseOfTheBitmapWriter) {
     const StepImage image = SmallImage(L"001 a");
-    ASSERT_EQ(SavePicture(folder_, 1, image).outcome, SaveOutcome::Saved);
+    ASSERT_EQ(SavePicture(folder_, 1, image), "");
     ASSERT_TRUE(WriteBitmap(image, temp_.Path() / "direct.bmp"));
     std::string bytes[2];
     for (const int i : {0, 1}) {
@@ -58,9 +56,8 @@ TEST_F(PictureFolderTest, TheBytesAreThoseOfTheBitmapWriter) {
 
 TEST_F(PictureFolderTest, NeverReplacesAFile) {
     const fs::path file = temp_.Write("001 001 a.bmp", "mine");
-    const SaveResult result = SavePicture(folder_, 1, SmallImage(L"001 a"));
-    EXPECT_EQ(result.outcome, SaveOutcome::Refused);
-    EXPECT_NE(result.message.find("001 001 a.bmp"), std::string::npos) << result.message;
+    const std::string refusal = SavePicture(folder_, 1, SmallImage(L"001 a"));
+    EXPECT_NE(refusal.find("001 001 a.bmp"), std::string::npos) << refusal;
     EXPECT_EQ(fs::file_size(file), 4u);
     EXPECT_EQ(CountFiles(temp_.Path()), 1u);
 }
@@ -68,13 +65,18 @@ TEST_F(PictureFolderTest, NeverReplacesAFile) {
 TEST_F(PictureFolderTest, AnEmptyPictureIsRefused) {
     StepImage image = SmallImage(L"001 a");
     image.height = 0;
-    EXPECT_EQ(SavePicture(folder_, 1, image).outcome, SaveOutcome::Refused);
+    EXPECT_NE(SavePicture(folder_, 1, image).find("the picture is empty"), std::string::npos);
     EXPECT_EQ(CountFiles(temp_.Path()), 0u);
 }
 
-TEST_F(PictureFolderTest, AFolderThatIsGoneTakesNoMore) {
+TEST_F(PictureFolderTest, AFolderThatIsGoneIsToldForEachPicture) {
     folder_.path = temp_.Path() / "gone";
-    EXPECT_EQ(SavePicture(folder_, 1, SmallImage(L"001 a")).outcome, SaveOutcome::NoRoom);
+    for (const wchar_t* name : {L"001 a", L"002 b"}) {
+        const std::string refusal = SavePicture(folder_, 1, SmallImage(name));
+        EXPECT_NE(refusal.find(Utf8FromWide(name) + ".bmp"), std::string::npos) << refusal;
+    }
+    fs::create_directory(folder_.path);
+    EXPECT_EQ(SavePicture(folder_, 3, SmallImage(L"003 c")), "");
 }
 
 TEST_F(PictureFolderTest, PreparingMakesTheFolderAndLeavesItEmpty) {

@@ -1,6 +1,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <thread>
 
@@ -49,15 +50,40 @@ TEST_F(HardTimesTest, TheProgramStartsWithoutAnyGlLibrary) {
     }
 }
 
-TEST_F(HardTimesTest, ADiskThatFillsUpEndsTheRunAndLeavesNoHalfPicture) {
+TEST_F(HardTimesTest, ADiskThatTakesNoPictureIsToldForEachAndKeepsNone) {
     for (const char* format : {"bmp", "png"}) {
-        // Files of at most 4 KiB: no picture fits.
+        // Files of at most 2 KiB: no picture fits.
         const Ended ended = RunAfter("ulimit -f 4", {"--format", format, "square.gds", "flow.txt",
                                                      "-o", std::string("out-") + format});
-        ExpectRefusal(ended, 4,
-                      {"Error while saving image", "001 001 Substrate", "File too large"});
+        EXPECT_EQ(ended.status, 4);
+        EXPECT_EQ(std::count(ended.errors.begin(), ended.errors.end(), '\n'), 2) << ended.errors;
+        for (const char* picture : {"001 001 Substrate.", "002 002 Oxide deposition."}) {
+            const std::size_t at = ended.errors.find(std::string(picture) + format);
+            ASSERT_NE(at, std::string::npos) << ended.errors;
+            EXPECT_NE(ended.errors.find("File too large", at), std::string::npos) << ended.errors;
+        }
         EXPECT_EQ(FilesIn(std::string("out-") + format).size(), 0u);
+        EXPECT_NE(ended.output.find("All process steps completed"), std::string::npos);
     }
+}
+
+TEST_F(HardTimesTest, PicturesThatFitAreWrittenBesideOneThatDoesNot) {
+    // The picture of the thick film is the tallest.
+    WriteProcess(
+        "deposition -name Oxide -type oxide -thickness 9000 -color 200 100 50 100\n"
+        "etch -name All -targets oxide -depth 99000 -iso 0\n");
+    ASSERT_EQ(Run({"--format", "bmp", "square.gds", "flow.txt", "-o", "all"}).status, 0);
+    const auto size = [&](const char* name) {
+        return std::filesystem::file_size(InFolder(std::string("all/") + name));
+    };
+    const auto room = size("001 001 Substrate.bmp") / 512 + 1;
+    ASSERT_GT(size("002 002 Oxide deposition.bmp"), room * 512);
+    ASSERT_LE(size("003 003 All etching.bmp"), room * 512);
+    const Ended ended = RunAfter("ulimit -f " + std::to_string(room),
+                                 {"--format", "bmp", "square.gds", "flow.txt", "-o", "out"});
+    ExpectRefusal(ended, 4, {"002 002 Oxide deposition.bmp", "File too large"});
+    EXPECT_EQ(FilesIn("out"),
+              (std::vector<std::string>{"001 001 Substrate.bmp", "003 003 All etching.bmp"}));
 }
 
 TEST_F(HardTimesTest, AFullStandardOutputIsToldAtTheEndOfTheRun) {

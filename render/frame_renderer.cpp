@@ -3,12 +3,17 @@
 #include <GL/glew.h>
 
 #include <array>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string_view>
 
 #include "model/conversions.h"
 #include "model/process_model.h"
 #include "render/camera.h"
 #include "render/overlays.h"
 #include "render/shader_program.h"
+#include "render/visible_triangles.h"
 
 namespace zelmo {
 
@@ -38,33 +43,65 @@ void SetLight(const ShaderProgram& shader, float windowWidth) {
 }
 
 /// The view keeps the camera's aspect, to the right of the legend and centred vertically.
-void SetViewport(const Camera& camera, std::int32_t width, std::int32_t height,
-                 std::int32_t strip) {
+PictureView FindView(const Camera& camera, std::int32_t width, std::int32_t height,
+                     std::int32_t strip) {
     const std::int32_t drawWidth = width - strip;
     const std::int32_t drawHeight = TruncateToI32(static_cast<double>(drawWidth) / camera.aspect);
     const std::int64_t below = (std::int64_t{height} - drawHeight) / 2;
-    glViewport(strip, static_cast<GLint>(below), drawWidth, drawHeight);
+    GLint subpixelBits = 0;
+    glGetIntegerv(GL_SUBPIXEL_BITS, &subpixelBits);
+    return {camera.transform, strip,      static_cast<GLint>(below),
+            drawWidth,        drawHeight, subpixelBits};
 }
 
-void DrawLayer(const Layer& layer, const ShaderProgram& shader) {
-    glUniform3fv(UniformLocation(shader, "color"), 1, layer.color.data());
-    glUniform1f(UniformLocation(shader, "alpha"), layer.alpha);
-    glBindVertexArray(layer.vertexArray);
+/// Draws the layer's whole mesh.
+void DrawMesh(const Layer& layer) {
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, layer.indexBuffer);
     glDrawElements(GL_TRIANGLES, layer.indexCount, GL_UNSIGNED_INT, nullptr);
-    glBindVertexArray(0);
+}
+
+/// Draws the triangles between these of the mesh's vertices.
+void DrawTriangles(std::span<const std::uint32_t> indices) {
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
+    glDrawElements(GL_TRIANGLES, static_cast<GLsizei>(indices.size()), GL_UNSIGNED_INT,
+                   indices.data());
+}
+
+/// Whether OpenGL runs on the processor. A graphics card draws hidden triangles in less time than
+/// it takes to find them.
+bool DrawsInSoftware() {
+    const GLubyte* text = glGetString(GL_RENDERER);
+    const std::string_view renderer = text != nullptr ? reinterpret_cast<const char*>(text) : "";
+    return renderer.find("llvmpipe") != std::string_view::npos ||
+           renderer.find("softpipe") != std::string_view::npos ||
+           renderer.find("Software") != std::string_view::npos;
 }
 
 /// Draws nothing with a shader that failed: fixed functions would take its place.
-void DrawLayers(const ProcessModel& model, const ShaderProgram& shader) {
+void DrawLayers(const ProcessModel& model, const PictureView& view, const PictureTools& tools) {
+    const ShaderProgram& shader = tools.surfaceShader;
     if (!shader.IsUsable()) {
         return;
     }
-    for (const std::unique_ptr<Layer>& layer : model.layers) {
-        if (layer != nullptr) {
-            DrawLayer(*layer, shader);
+    std::optional<VisibleTriangles> visible;
+    if (!tools.wholeMeshes && DrawsInSoftware()) {
+        visible.emplace(model, view);
+    }
+    for (std::size_t slot = 0; slot < model.layers.size(); ++slot) {
+        const Layer* layer = model.layers[slot].get();
+        if (layer == nullptr) {
+            continue;
         }
+        glUniform3fv(UniformLocation(shader, "color"), 1, layer->color.data());
+        glUniform1f(UniformLocation(shader, "alpha"), layer->alpha);
+        glBindVertexArray(layer->vertexArray);
+        if (visible && visible->Chosen()) {
+            DrawTriangles(visible->IndicesOf(slot));
+        } else {
+            DrawMesh(*layer);
+        }
+        glBindVertexArray(0);
+        glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
     }
 }
 
@@ -89,8 +126,9 @@ void RenderFrame(const ProcessModel& model, const Camera& camera, const PictureT
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 
     const std::int32_t strip = model.showLegend != 0.0f ? legendStrip : 0;
-    SetViewport(camera, width, height, strip);
-    DrawLayers(model, tools.surfaceShader);
+    const PictureView view = FindView(camera, width, height, strip);
+    glViewport(view.x, view.y, view.width, view.height);
+    DrawLayers(model, view, tools);
     glUseProgram(0);
 
     if (model.showHeights != 0.0f) {

@@ -1,0 +1,298 @@
+#include "render/visible_lanes.h"
+
+#include <cstdint>
+
+#include "model/lanes.h"
+
+namespace zelmo::ZELMO_LANES {
+
+namespace {
+
+constexpr std::int32_t lanes = laneCount<FloatLanes>;
+static_assert(lanes <= rowPad);
+
+FloatLanes Load(const float* values) {
+    return LoadLanes<FloatLanes>(values);
+}
+
+IntLanes Load(const std::int32_t* values) {
+    return LoadLanes<IntLanes>(values);
+}
+
+FloatLanes Smaller(const FloatLanes& a, const FloatLanes& b) {
+    return a < b ? a : b;
+}
+
+FloatLanes Larger(const FloatLanes& a, const FloatLanes& b) {
+    return a > b ? a : b;
+}
+
+FloatLanes Size(const FloatLanes& a) {
+    return Larger(a, -a);
+}
+
+/// The largest whole number up to each lane, for anything that can be on a picture.
+FloatLanes Floor(const FloatLanes& a) {
+    const FloatLanes far = FloatLanes{} + 1e6f;
+    const IntLanes whole = __builtin_convertvector(Smaller(Larger(a, -far), far), IntLanes);
+    const FloatLanes truncated = __builtin_convertvector(whole, FloatLanes);
+    return truncated > a ? truncated - 1.0f : truncated;
+}
+
+/// The heights of one place in the stack while it is walked through.
+struct Above {
+    IntLanes place;
+    FloatLanes bottom;
+    FloatLanes top;
+};
+
+constexpr Above Nothing() {
+    return {IntLanes{} - 1, FloatLanes{}, FloatLanes{}};
+}
+
+/// From the uppermost layer down: the opaque layer next above.
+void FindCover(const SheetRow* layers, std::int32_t layerCount, const FloatLanes& cover,
+               std::int32_t col) {
+    const IntLanes none = IntLanes{} - 1;
+    Above above = Nothing();
+    for (std::int32_t place = layerCount; place-- > 0;) {
+        const SheetRow& layer = layers[place];
+        const FloatLanes top = Load(layer.top + col);
+        const FloatLanes bottom = Load(layer.bottom + col);
+        const IntLanes thick = ~(top - bottom == 0.0f);
+        const IntLanes isCovered =
+            (above.place >= 0) & (above.bottom <= top) & (top + cover <= above.top);
+        StoreLanes(layer.thick + col, thick);
+        StoreLanes(layer.aboveUpper + col, isCovered ? above.place : none);
+        if (layer.isOpaque) {
+            const IntLanes self = none + (place + 1);
+            StoreLanes(layer.aboveLower + col, bottom + cover <= top ? self : none);
+            above.place = thick ? self : above.place;
+            above.bottom = thick ? bottom : above.bottom;
+            above.top = thick ? top : above.top;
+        } else {
+            StoreLanes(layer.aboveLower + col, none);
+            above = Nothing();
+        }
+    }
+}
+
+/// From the lowest layer up: the layer next below.
+void FindSupport(const SheetRow* layers, std::int32_t layerCount, std::int32_t col,
+                 FloatLanes& lowest, FloatLanes& highest, FloatLanes& sum) {
+    const IntLanes none = IntLanes{} - 1;
+    IntLanes below = none;
+    FloatLanes belowTop{};
+    for (std::int32_t place = 0; place < layerCount; ++place) {
+        const SheetRow& layer = layers[place];
+        const FloatLanes top = Load(layer.top + col);
+        const FloatLanes bottom = Load(layer.bottom + col);
+        const IntLanes thick = Load(layer.thick + col);
+        StoreLanes(layer.standsOn + col, belowTop == bottom ? below : none);
+        below = thick ? none + (place + 1) : below;
+        belowTop = thick ? top : belowTop;
+        lowest = Smaller(lowest, Smaller(top, bottom));
+        highest = Larger(highest, Larger(top, bottom));
+        sum += top * 0.0f + bottom * 0.0f;
+    }
+}
+
+IntLanes EqualPlaces(const IntLanes& a, const IntLanes& b, const IntLanes& c) {
+    return (a >= 0) & (a == b) & (a == c);
+}
+
+/// Corners of a square or a triangle on the picture.
+struct Corner {
+    FloatLanes x;
+    FloatLanes y;
+};
+
+/// Whether the point lies outside the edge from `a` to `b` by more than the margin. `turn` is 1 for
+/// triangles whose inside is to the left of their edges, else -1.
+IntLanes IsOutside(const Corner& a, const Corner& b, const FloatLanes& turn, const FloatLanes& x,
+                   const FloatLanes& y, float margin) {
+    const FloatLanes dx = b.x - a.x;
+    const FloatLanes dy = b.y - a.y;
+    const FloatLanes side = (dx * (y - a.y) - dy * (x - a.x)) * turn;
+    return side < (Size(dx) + Size(dy)) * -margin;
+}
+
+/// Whether the triangle covers none of the pixels' centres, which lie at halves.
+IntLanes CoversNothing(const Corner& a, const Corner& b, const Corner& c, float margin) {
+    const FloatLanes left = Smaller(a.x, Smaller(b.x, c.x)) - margin;
+    const FloatLanes right = Larger(a.x, Larger(b.x, c.x)) + margin;
+    const FloatLanes low = Smaller(a.y, Smaller(b.y, c.y)) - margin;
+    const FloatLanes high = Larger(a.y, Larger(b.y, c.y)) + margin;
+    // The first centres at or after the box's lower left corner.
+    const FloatLanes x = Floor(left + 0.5f) + 0.5f;
+    const FloatLanes y = Floor(low + 0.5f) + 0.5f;
+    const FloatLanes firstX = x < left ? x + 1.0f : x;
+    const FloatLanes firstY = y < low ? y + 1.0f : y;
+    const FloatLanes area = (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
+    const FloatLanes one = FloatLanes{} + 1.0f;
+    const FloatLanes turn = area < 0.0f ? -one : one;
+    const auto misses = [&](const FloatLanes& px, const FloatLanes& py) {
+        return (px > right) | (py > high) | IsOutside(a, b, turn, px, py, margin) |
+               IsOutside(b, c, turn, px, py, margin) | IsOutside(c, a, turn, px, py, margin);
+    };
+    return misses(firstX, firstY) & misses(firstX + 1.0f, firstY) & misses(firstX, firstY + 1.0f) &
+           misses(firstX + 1.0f, firstY + 1.0f) & (firstX + 2.0f > right) & (firstY + 2.0f > high);
+}
+
+bool Any(const IntLanes& mask) {
+    std::int32_t any = 0;
+    for (std::int32_t i = 0; i < lanes; ++i) {
+        any |= mask[i];
+    }
+    return any != 0;
+}
+
+}  // namespace
+
+void FindCoverOfRow(const SheetRow* layers, std::int32_t layerCount, const float* cover,
+                    std::int32_t cols, HeightRange& range) {
+    FloatLanes lowest = EqualLanes<FloatLanes>(range.lowest);
+    FloatLanes highest = EqualLanes<FloatLanes>(range.highest);
+    FloatLanes sum{};
+    for (std::int32_t col = 0; col < cols; col += lanes) {
+        FindCover(layers, layerCount, Load(cover + col), col);
+        FindSupport(layers, layerCount, col, lowest, highest, sum);
+    }
+    for (std::int32_t i = 0; i < lanes; ++i) {
+        range.lowest = lowest[i] < range.lowest ? lowest[i] : range.lowest;
+        range.highest = highest[i] > range.highest ? highest[i] : range.highest;
+        range.sum += sum[i];
+    }
+}
+
+void FindBuriedSquares(const PlaceRows& places, const HeightRows& heights, const EyeRange& eye,
+                       std::int32_t squares, std::int32_t* buried) {
+    constexpr float leastTilt = 0.05f;  // of a square, as the eye sees it from the farthest place
+    const float lift = eye.height - leastTilt * (eye.height + eye.farthest);
+    for (std::int32_t col = 0; col < squares; col += lanes) {
+        const IntLanes place = Load(places.front + col);
+        const IntLanes same =
+            EqualPlaces(place, Load(places.front + col + 1), Load(places.back + col)) &
+            (place == Load(places.back + col + 1));
+        const FloatLanes z00 = Load(heights.front + col);
+        const FloatLanes z10 = Load(heights.front + col + 1);
+        const FloatLanes z01 = Load(heights.back + col);
+        const FloatLanes z11 = Load(heights.back + col + 1);
+        const FloatLanes fall = Smaller(Smaller(z01 - z00, z11 - z10), FloatLanes{});
+        const FloatLanes tilt = Larger(Size(z10 - z00), Size(z11 - z01));
+        const FloatLanes highest = Larger(Larger(z00, z10), Larger(z01, z11));
+        const IntLanes facesEye =
+            (lift - highest) * eye.spacing + fall * eye.farthest - tilt * eye.sideways > 0.0f;
+        StoreLanes(buried + col, same & facesEye);
+    }
+}
+
+std::int32_t PackMasks(const std::int32_t* const* masks, std::int32_t squares,
+                       std::uint8_t* bytes) {
+    using FewBytes [[gnu::vector_size(lanes)]] = std::int8_t;
+    IntLanes count{};
+    std::int32_t col = 0;
+    for (; col + lanes <= squares; col += lanes) {
+        IntLanes bits{};
+        for (std::int32_t i = 0; i < 6; ++i) {
+            bits |= Load(masks[i] + col) & (1 << i);
+        }
+        count += (bits & 1) + ((bits >> 1) & 1);
+        StoreLanes(bytes + col, __builtin_convertvector(bits, FewBytes));
+    }
+    std::int32_t sum = 0;
+    for (std::int32_t i = 0; i < lanes; ++i) {
+        sum += count[i];
+    }
+    for (; col < squares; ++col) {
+        std::int32_t bits = 0;
+        for (std::int32_t i = 0; i < 6; ++i) {
+            bits |= masks[i][col] & (1 << i);
+        }
+        sum += (bits & 1) + ((bits >> 1) & 1);
+        bytes[col] = static_cast<std::uint8_t>(bits);
+    }
+    return sum;
+}
+
+void FindTriangles(const PlaceRows& thick, std::int32_t squares, std::int32_t* frontTriangles,
+                   std::int32_t* backTriangles) {
+    for (std::int32_t col = 0; col < squares; col += lanes) {
+        const IntLanes diagonal = Load(thick.front + col + 1) | Load(thick.back + col);
+        StoreLanes(frontTriangles + col, diagonal | Load(thick.front + col));
+        StoreLanes(backTriangles + col, diagonal | Load(thick.back + col + 1));
+    }
+}
+
+bool RemoveStanding(const PlaceRows& standsOn, std::int32_t squares, std::int32_t* frontTriangles,
+                    std::int32_t* backTriangles) {
+    IntLanes any{};
+    for (std::int32_t col = 0; col < squares; col += lanes) {
+        const IntLanes right = Load(standsOn.front + col + 1);
+        const IntLanes back = Load(standsOn.back + col);
+        const IntLanes front = EqualPlaces(right, back, Load(standsOn.front + col));
+        const IntLanes last = EqualPlaces(right, back, Load(standsOn.back + col + 1));
+        const IntLanes fronts = Load(frontTriangles + col) & ~front;
+        const IntLanes backs = Load(backTriangles + col) & ~last;
+        StoreLanes(frontTriangles + col, fronts);
+        StoreLanes(backTriangles + col, backs);
+        any |= fronts | backs;
+    }
+    return Any(any);
+}
+
+bool RemoveBuried(const std::int32_t* const* buriedRows, std::int32_t squares,
+                  std::int32_t* frontTriangles, std::int32_t* backTriangles) {
+    IntLanes any{};
+    for (std::int32_t col = 0; col < squares; col += lanes) {
+        IntLanes buried = IntLanes{} - 1;
+        for (std::int32_t row = 0; row < 3; ++row) {
+            for (std::int32_t side = -1; side <= 1; ++side) {
+                buried &= Load(buriedRows[row] + col + side);
+            }
+        }
+        const IntLanes fronts = Load(frontTriangles + col) & ~buried;
+        const IntLanes backs = Load(backTriangles + col) & ~buried;
+        StoreLanes(frontTriangles + col, fronts);
+        StoreLanes(backTriangles + col, backs);
+        any |= fronts | backs;
+    }
+    return Any(any);
+}
+
+void ProjectRow(const Projection& p, const float* heights, std::int32_t cols,
+                const PixelRow& pixels) {
+    FloatLanes number = __builtin_convertvector(CountingLanes<IntLanes>(), FloatLanes);
+    for (std::int32_t col = 0; col < cols + 1; col += lanes) {
+        const FloatLanes z = Load(heights + col);
+        const FloatLanes x = p.xStart + p.xPerCol * number + p.xPerHeight * z;
+        const FloatLanes y = p.yStart + p.yPerCol * number + p.yPerHeight * z;
+        const FloatLanes w = p.wStart + p.wPerCol * number + p.wPerHeight * z;
+        StoreLanes(pixels.x + col, x / w * p.xScale + p.xCentre);
+        StoreLanes(pixels.y + col, y / w * p.yScale + p.yCentre);
+        number += static_cast<float>(lanes);
+    }
+}
+
+void RemoveUncovering(const PixelRow& front, const PixelRow& back, float margin,
+                      std::int32_t squares, std::int32_t* frontTriangles,
+                      std::int32_t* backTriangles) {
+    for (std::int32_t col = 0; col < squares; col += lanes) {
+        const IntLanes fronts = Load(frontTriangles + col);
+        const IntLanes backs = Load(backTriangles + col);
+        if (!Any(fronts | backs)) {
+            continue;
+        }
+        const Corner frontLeft{Load(front.x + col), Load(front.y + col)};
+        const Corner frontRight{Load(front.x + col + 1), Load(front.y + col + 1)};
+        const Corner backLeft{Load(back.x + col), Load(back.y + col)};
+        const Corner backRight{Load(back.x + col + 1), Load(back.y + col + 1)};
+        const IntLanes keptFronts =
+            fronts & ~CoversNothing(frontLeft, frontRight, backLeft, margin);
+        const IntLanes keptBacks = backs & ~CoversNothing(frontRight, backRight, backLeft, margin);
+        StoreLanes(frontTriangles + col, keptFronts);
+        StoreLanes(backTriangles + col, keptBacks);
+    }
+}
+
+}  // namespace zelmo::ZELMO_LANES

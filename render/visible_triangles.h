@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "render/camera.h"
+
+namespace zelmo {
+
+struct ProcessModel;
+
+/// Where and how finely a picture is drawn.
+struct PictureView {
+    Matrix4 transform{};  ///< the camera's
+    std::int32_t x = 0;   ///< the view on the picture, in pixels
+    std::int32_t y = 0;
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    std::int32_t subpixelBits = 8;  ///< to which OpenGL rounds the corners of triangles
+};
+
+/// Chooses from the meshes of a stack the triangles that a picture needs. The picture has the same
+/// bytes as if all were drawn. A triangle is left out where
+///   - it is of a lower sheet and the upper sheet of an earlier layer lies exactly on it: the depth
+///     test refuses it;
+///   - it lies inside an opaque layer, with its surroundings and deep enough, and no translucent
+///     layer stands between the two in the stack: from there every way to the eye passes one of
+///     that layer's own sheets or its front wall;
+///   - it covers the centre of no pixel.
+/// In doubt a triangle stays. Nothing of this touches GL.
+class VisibleTriangles {
+public:
+    /// `model` must have the heights from which its meshes were made, and stay as it is.
+    VisibleTriangles(const ProcessModel& model, const PictureView& view);
+    ~VisibleTriangles();
+    VisibleTriangles(const VisibleTriangles&) = delete;
+    VisibleTriangles& operator=(const VisibleTriangles&) = delete;
+
+    /// False if the view is none from in front of the window, or the model not of one grid: then
+    /// all of the meshes is to be drawn.
+    bool Chosen() const;
+
+    /// The triangles to draw of the layer in this slot, three indices into its vertices each, in
+    /// the order of its mesh. Valid until the next call.
+    std::span<const std::uint32_t> IndicesOf(std::size_t slot);
+
+private:
+    struct Choice;
+    std::unique_ptr<Choice> choice_;
+};
+
+}  // namespace zelmo

@@ -132,30 +132,50 @@ std::vector<MissingCell> FindMissingCells(const Raster& raster) {
     return cells;
 }
 
-/// Takes a row of the raster into account for the rows that the walk comes to next.
-void PassRow(const Raster& raster, std::int32_t row, std::vector<NearestTwo>& ofColumns) {
-    const float* heights = &raster.heights[raster.Index(0, row)];
-    for (std::size_t col = 0; col < ofColumns.size(); ++col) {
-        ofColumns[col].Pass(row, heights[col] != missing);
+/// What a walk along the rows has passed in each column.
+class PassedRows {
+public:
+    explicit PassedRows(std::int32_t cols)
+        : first_(static_cast<std::size_t>(cols), nowhere), second_(first_) {}
+
+    void Pass(const Raster& raster, std::int32_t row) {
+        const float* heights = &raster.heights[raster.Index(0, row)];
+        std::int32_t* firsts = first_.data();
+        std::int32_t* seconds = second_.data();
+        for (std::int32_t col = 0; col < raster.cols; ++col) {
+            // Masks, not conditions: they go in vector lanes.
+            const std::int32_t hasValue = heights[col] != missing ? -1 : 0;
+            const std::int32_t first = firsts[col];
+            seconds[col] = (first & hasValue) | (seconds[col] & ~hasValue);
+            firsts[col] = (row & hasValue) | (first & ~hasValue);
+        }
     }
-}
+
+    NearestTwo At(std::int32_t col) const {
+        return {first_[static_cast<std::size_t>(col)], second_[static_cast<std::size_t>(col)]};
+    }
+
+private:
+    std::vector<std::int32_t> first_;
+    std::vector<std::int32_t> second_;
+};
 
 /// Looks up and right from all cells: one walk over the raster from its end.
 void LookUpAndRight(const Raster& raster, std::vector<MissingCell>& cells) {
-    std::vector<NearestTwo> above(static_cast<std::size_t>(raster.cols));
+    PassedRows above(raster.cols);
     NearestTwo right;
     std::int32_t row = raster.rows - 1;
     std::int32_t col = raster.cols - 1;
     for (auto cell = cells.rbegin(); cell != cells.rend(); ++cell) {
         for (; row > cell->row; --row) {
-            PassRow(raster, row, above);
+            above.Pass(raster, row);
             right = {};
             col = raster.cols - 1;
         }
         for (; col > cell->col; --col) {
             right.Pass(col, raster.At(col, row) != missing);
         }
-        cell->above = above[static_cast<std::size_t>(cell->col)];
+        cell->above = above.At(cell->col);
         cell->right = right;
     }
 }
@@ -173,22 +193,21 @@ LineHit MeanOfDirections(const Raster& raster, const MissingCell& cell, const Ne
 
 /// Looks down and left from all cells, and finds their values: one walk from the raster's start.
 void FindValues(const Raster& raster, std::vector<MissingCell>& cells) {
-    std::vector<NearestTwo> below(static_cast<std::size_t>(raster.cols));
+    PassedRows below(raster.cols);
     std::optional<ValuedCells> valued;  // made when the first cell needs it, which is rare
     NearestTwo left;
     std::int32_t row = 0;
     std::int32_t col = 0;
     for (MissingCell& cell : cells) {
         for (; row < cell.row; ++row) {
-            PassRow(raster, row, below);
+            below.Pass(raster, row);
             left = {};
             col = 0;
         }
         for (; col < cell.col; ++col) {
             left.Pass(col, raster.At(col, row) != missing);
         }
-        const LineHit hit =
-            MeanOfDirections(raster, cell, below[static_cast<std::size_t>(cell.col)], left);
+        const LineHit hit = MeanOfDirections(raster, cell, below.At(cell.col), left);
         if (hit.found) {
             cell.value = hit.value;
             continue;

@@ -1,33 +1,25 @@
 #include "model/offset_raster_lanes.h"
 
-#include <cstddef>
 #include <cstdint>
-#include <utility>
 
 #include "model/lanes.h"
+#include "model/regular_squares.h"
 #include "model/still_squares.h"
 #include "model/triangle_lanes.h"
 
-// A triangle is tested against every cell of its box. There are three ways of doing that in lanes,
-// for a block of neighbouring squares at a time, and all keep the order in which a cell meets the
-// triangles, because a height of exactly 0.0 makes a cell forget what it had:
-//   - Squares that stayed in place and are not steep (model/still_squares.h).
-//   - Else, where the boxes lie alike: one lane is one square, and all squares are tested against
-//     the cell at the same place relative to each, place by place, from right to left.
-//   - Else one lane is one cell of a row, triangle by triangle.
+// A triangle is tested against every cell of its box. Lanes do that for a block of neighbouring
+// squares at a time, in one of these ways:
+//   - squares that stayed in place and are not steep (model/still_squares.h);
+//   - squares that moved and are still much the same (model/regular_squares.h);
+//   - others whose boxes lie alike: one lane is one square, and all squares are tested against the
+//     cell at the same place relative to each, place by place;
+//   - else square by square, and one lane is one cell of a row.
+// All keep the order in which a cell meets the triangles, because a height of exactly 0.0 makes a
+// cell forget what it had.
 
 namespace zelmo::ZELMO_LANES {
 
 namespace {
-
-/// Ranges of columns and rows, the last ones included.
-template <typename Number>
-struct Box {
-    Number minCol;
-    Number maxCol;
-    Number minRow;
-    Number maxRow;
-};
 
 /// A block of squares that may have moved anywhere, with its triangles and their boxes.
 struct MovedBlock {
@@ -36,12 +28,7 @@ struct MovedBlock {
     TriangleLanes second;
     Box<IntLanes> firstBox;
     Box<IntLanes> secondBox;
-};
-
-/// The horizontal position of a corner in cells.
-struct CornerCells {
-    FloatLanes col;
-    FloatLanes row;
+    IntLanes isRegular;
 };
 
 // NaN: skipped, unless it is the first.
@@ -55,34 +42,6 @@ FloatLanes Largest(const FloatLanes& a, const FloatLanes& b, const FloatLanes& c
     return c > ab ? c : ab;
 }
 
-IntLanes Smaller(const IntLanes& a, const IntLanes& b) {
-    return a < b ? a : b;
-}
-
-IntLanes Larger(const IntLanes& a, const IntLanes& b) {
-    return a > b ? a : b;
-}
-
-/// The lanes, each `distance` lanes from its place.
-template <std::int32_t distance, std::size_t... lane>
-IntLanes Turned(const IntLanes& values, std::index_sequence<lane...>) {
-    return __builtin_shufflevector(values, values, static_cast<int>((lane + distance) % lanes)...);
-}
-
-template <std::int32_t distance = lanes / 2>
-std::int32_t SmallestLane(const IntLanes& values) {
-    if constexpr (distance == 0) {
-        return values[0];
-    } else {
-        return SmallestLane<distance / 2>(
-            Smaller(values, Turned<distance>(values, std::make_index_sequence<lanes>())));
-    }
-}
-
-std::int32_t LargestLane(const IntLanes& values) {
-    return -SmallestLane(-values);
-}
-
 std::int32_t SumOfLanes(const IntLanes& values) {
     std::int32_t sum = 0;
     for (std::int32_t i = 0; i < lanes; ++i) {
@@ -91,58 +50,26 @@ std::int32_t SumOfLanes(const IntLanes& values) {
     return sum;
 }
 
-/// The whole cells in positions, from `low` to `high`. Numbers that TruncateToI32 has no cell for
-/// count as `low`, those that are too large for it as well.
-IntLanes CellsWithin(const FloatLanes& positions, float low, float high) {
-    const FloatLanes fitting = ((positions >= low) & (positions < 2147483648.0f))
-                                   ? positions
-                                   : EqualLanes<FloatLanes>(low);
-    return __builtin_convertvector(fitting < high ? fitting : EqualLanes<FloatLanes>(high),
-                                   IntLanes);
-}
-
-/// The range of cells that triangles between these positions, in cells, can touch: up to a cell
-/// beyond them, or where they are regular to a quarter of a cell.
+/// The range of cells that triangles between these positions, in cells, can touch.
 void SetRange(IntLanes& first, IntLanes& last, const FloatLanes& smallest,
-              const FloatLanes& largest, const IntLanes& isRegular, std::int32_t count) {
-    const FloatLanes none{};
-    const float end = static_cast<float>(count);
-    first = CellsWithin(smallest + (isRegular ? none + 0.75f : none), 0.0f, end);
-    last = CellsWithin(largest + (isRegular ? none + 0.25f : none), -2.0f, end) + 1 + isRegular;
+              const FloatLanes& largest, std::int32_t count) {
+    first = CellsWithin(smallest, 0.0f, static_cast<float>(count));
+    last = CellsWithin(largest, -2.0f, static_cast<float>(count)) + 1;
 }
 
 /// The band's cells that a triangle can touch.
-Box<IntLanes> BoxOf(const RasterBand& band, const IntLanes& exists, const IntLanes& isRegular,
-                    const CornerCells& a, const CornerCells& b, const CornerCells& c) {
+Box<IntLanes> BoxOf(const RasterBand& band, const IntLanes& exists, const CornerCells& a,
+                    const CornerCells& b, const CornerCells& c) {
     Box<IntLanes> box;
     SetRange(box.minCol, box.maxCol, Smallest(a.col, b.col, c.col), Largest(a.col, b.col, c.col),
-             isRegular, band.cols);
+             band.cols);
     SetRange(box.minRow, box.maxRow, Smallest(a.row, b.row, c.row), Largest(a.row, b.row, c.row),
-             isRegular, band.rows);
+             band.rows);
     box.maxCol = exists ? Smaller(box.maxCol, EqualLanes<IntLanes>(band.cols - 1))
                         : EqualLanes<IntLanes>(-1);
     box.minRow = Larger(box.minRow, EqualLanes<IntLanes>(band.firstRow));
     box.maxRow = Smaller(box.maxRow, EqualLanes<IntLanes>(band.endRow - 1));
     return box;
-}
-
-/// Whether an edge is an eighth of a pitch or less from this many pitches.
-IntLanes IsNearly(const RasterBand& band, const VectorLanes& edge, float cols, float rows) {
-    const float pitch = band.spacing;
-    return IsWithin(edge.x - cols * pitch, 0.125f * pitch) &
-           IsWithin(edge.y - rows * pitch, 0.125f * pitch);
-}
-
-/// Regular triangles are gentle and nearly as large as they were without the move. As roundings
-/// make up less than 0.1 in barycentric units, cells are outside that are a quarter of a cell or
-/// more beyond all corners.
-IntLanes AreRegular(const RasterBand& band, const TriangleLanes& t, bool isFirst) {
-    return IsGentle(band, t) & IsNearly(band, t.e0, isFirst ? 0.0f : -1.0f, 1.0f) &
-           IsNearly(band, t.e1, isFirst ? 1.0f : 0.0f, isFirst ? 0.0f : 1.0f);
-}
-
-CornerCells LoadCells(const VertexRow& row, std::int32_t col) {
-    return {LoadLanes<FloatLanes>(row.col + col), LoadLanes<FloatLanes>(row.row + col)};
 }
 
 MovedBlock MakeBlock(const RasterBand& band, const SquareRow& row, std::int32_t col) {
@@ -153,8 +80,12 @@ MovedBlock MakeBlock(const RasterBand& band, const SquareRow& row, std::int32_t 
     const CornerCells b = LoadCells(row.lower, col + 1);
     const CornerCells c = LoadCells(row.upper, col);
     const CornerCells d = LoadCells(row.upper, col + 1);
-    return {col, first, second, BoxOf(band, squares.exists, AreRegular(band, first, true), a, b, c),
-            BoxOf(band, squares.exists, AreRegular(band, second, false), b, d, c)};
+    return {col,
+            first,
+            second,
+            BoxOf(band, squares.exists, a, b, c),
+            BoxOf(band, squares.exists, b, d, c),
+            squares.exists & AreRegular(band, first, second)};
 }
 
 /// Places relative to each square's lower left corner; rows are those of the grid.
@@ -250,11 +181,32 @@ void ScanTriangle(const RasterBand& band, const TriangleLanes& triangles,
     }
 }
 
-/// How many lanes of cells ScanTriangle tests for all triangles.
-std::int32_t StepsByTriangle(const Box<IntLanes>& box) {
+/// One square after the other; regular ones that stand side by side go together.
+template <bool lowestWins>
+void ScanOneByOne(const RasterBand& band, const SquareRow& row, const MovedBlock& block) {
+    const IntLanes numbers = CountingLanes<IntLanes>();
+    for (std::int32_t lane = 0; lane < lanes;) {
+        std::int32_t end = lane;
+        while (end < lanes && block.isRegular[end] != 0) {
+            ++end;
+        }
+        if (end > lane) {
+            ScanRegularSquares<lowestWins>(band, row, block.firstCol, block.first, block.second,
+                                           (numbers >= lane) & (numbers < end));
+            lane = end;
+            continue;
+        }
+        ScanTriangle<lowestWins>(band, block.first, block.firstBox, lane);
+        ScanTriangle<lowestWins>(band, block.second, block.secondBox, lane);
+        ++lane;
+    }
+}
+
+/// How many lanes of cells ScanTriangle tests for the triangles that are not regular.
+std::int32_t StepsByTriangle(const Box<IntLanes>& box, const IntLanes& isRegular) {
     const IntLanes cols = Larger(box.maxCol - box.minCol + 1, IntLanes{});
     const IntLanes rows = Larger(box.maxRow - box.minRow + 1, IntLanes{});
-    return SumOfLanes((cols + (lanes - 1)) / lanes * rows);
+    return SumOfLanes(~isRegular & ((cols + (lanes - 1)) / lanes * rows));
 }
 
 /// Scans the squares from a column on, wherever they are.
@@ -269,21 +221,19 @@ template <bool lowestWins>
     const std::int64_t steps =
         2LL * (places.maxCol - places.minCol + 1) * (places.maxRow - places.minRow + 1);
     constexpr std::int64_t fewSteps = 2LL * 4 * 4;
-    if (steps <= fewSteps ||
-        steps <= StepsByTriangle(block.firstBox) + StepsByTriangle(block.secondBox)) {
+    if (steps <= fewSteps + StepsByTriangle(block.firstBox, block.isRegular) +
+                     StepsByTriangle(block.secondBox, block.isRegular)) {
         ScanPlaces<lowestWins>(band, block, places);
-        return;
-    }
-    for (std::int32_t lane = 0; lane < lanes; ++lane) {
-        ScanTriangle<lowestWins>(band, block.first, block.firstBox, lane);
-        ScanTriangle<lowestWins>(band, block.second, block.secondBox, lane);
+    } else {
+        ScanOneByOne<lowestWins>(band, row, block);
     }
 }
 
 template <bool lowestWins>
 void ScanSquares(const RasterBand& band, const SquareRow& row) {
     for (std::int32_t col = 0; col < band.cols - 1; col += lanes) {
-        if (!ScanStillSquares<lowestWins>(band, row, col)) {
+        if (!ScanIfStill<lowestWins>(band, row, col) &&
+            !ScanIfRegular<lowestWins>(band, row, col)) {
             ScanMovedSquares<lowestWins>(band, row, col);
         }
     }

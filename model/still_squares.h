@@ -42,15 +42,9 @@ inline TouchLanes TouchCorner(const TriangleLanes& t, const FloatLanes& x, float
     return {z, IsInside(t, flatD02 + t.e0.z * toZ, flatD12 + t.e1.z * toZ)};
 }
 
+/// Scans the squares from a column on, if all stayed in place and are gentle.
 template <bool lowestWins>
-void KeepIn(float* cells, const IntLanes& exists, TouchLanes touch) {
-    touch.inside &= exists;
-    StoreLanes(cells, Keep<lowestWins>(LoadLanes<FloatLanes>(cells), touch));
-}
-
-/// Scans the squares from a column on, if they are still.
-template <bool lowestWins>
-bool ScanStillSquares(const RasterBand& band, const SquareRow& row, std::int32_t col) {
+bool ScanIfStill(const RasterBand& band, const SquareRow& row, std::int32_t col) {
     const StillCorners at{
         LoadLanes<FloatLanes>(band.colX + col), LoadLanes<FloatLanes>(band.colX + col + 1),
         static_cast<float>(row.row) * band.spacing, static_cast<float>(row.row + 1) * band.spacing};

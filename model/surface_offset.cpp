@@ -99,6 +99,13 @@ void SetGentleLimits(RasterBand& band) {
     }
 }
 
+/// Without a lateral share a normal adds nothing, if it is a number: heights and spacings like
+/// these can not make its length overflow.
+bool IsStraight(const Surface& surface, float distance, float lateral) {
+    return lateral == 0.0f && std::isfinite(distance) && surface.spacing <= 1e6f &&
+           ZELMO_PICK_LANES(AreWithin)(surface.heights.data(), surface.heights.size(), 1e9f);
+}
+
 /// Scans all triangles of the moved surface onto the rows `firstRow` to `endRow` - 1 of `out`,
 /// with rows of moved vertices for two rows at a time.
 void ScanRows(const Surface& surface, const SurfaceMove& move, std::span<float> out,
@@ -147,9 +154,10 @@ void ScanRows(const Surface& surface, const SurfaceMove& move, std::span<float> 
 void OffsetSurface(const ProcessModel& model, std::span<float> out, std::span<const float> heights,
                    float distance, float lateral) {
     const Surface surface{heights, model.gridColumns, model.gridRows, model.gridSpacing};
+    const SurfaceMove move{distance, lateral, IsStraight(surface, distance, lateral)};
     constexpr std::int32_t smallestBand = 4;
     ForRowBands(surface.rows, smallestBand, [&](std::int32_t firstRow, std::int32_t endRow) {
-        ScanRows(surface, {distance, lateral}, out, firstRow, endRow);
+        ScanRows(surface, move, out, firstRow, endRow);
     });
     FillMissingCells(surface.cols, surface.rows, surface.spacing, out);
 }

@@ -147,4 +147,10 @@ inline float* CellOf(const RasterBand& band, std::int32_t col, std::int32_t row)
     return band.heights + (row - band.firstRow) * band.stride + col;
 }
 
+template <bool lowestWins>
+void KeepIn(float* cells, const IntLanes& exists, TouchLanes touch) {
+    touch.inside &= exists;
+    StoreLanes(cells, Keep<lowestWins>(LoadLanes<FloatLanes>(cells), touch));
+}
+
 }  // namespace zelmo::ZELMO_LANES

@@ -1,5 +1,6 @@
 #include "model/vertex_lanes.h"
 
+#include <cstddef>
 #include <cstdint>
 
 #include "model/lanes.h"
@@ -95,8 +96,9 @@ VectorLanes NormalsFrom(const SurfaceRow& surface, std::int32_t col) {
                                         const SurfaceMove& move) {
     const float spacing = surface.spacing;
     const float rowY = static_cast<float>(surface.row) * spacing;
+    const VectorLanes none{FloatLanes{}, FloatLanes{}, FloatLanes{}};
     for (std::int32_t col = 0; col < surface.cols; col += lanes) {
-        const VectorLanes normal = NormalsFrom(surface, col);
+        const VectorLanes normal = move.isStraight ? none : NormalsFrom(surface, col);
         const FloatLanes cols =
             __builtin_convertvector(CountingLanes<IntLanes>() + col, FloatLanes);
         const FloatLanes x = cols * spacing + normal.x * move.lateral * move.distance;
@@ -108,6 +110,14 @@ VectorLanes NormalsFrom(const SurfaceRow& surface, std::int32_t col) {
         StoreLanes(vertices.col + col, x / spacing);
         StoreLanes(vertices.row + col, y / spacing);
     }
+}
+
+bool AreWithin(const float* values, std::size_t count, float limit) {
+    std::int32_t outside = 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        outside |= (values[i] <= limit) & (values[i] >= -limit) ? 0 : 1;
+    }
+    return outside == 0;
 }
 
 }  // namespace zelmo::ZELMO_LANES

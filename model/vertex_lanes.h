@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "model/lanes.h"
@@ -38,6 +39,7 @@ struct VertexRow {
 struct SurfaceMove {
     float distance = 0.0f;
     float lateral = 0.0f;
+    bool isStraight = false;  ///< whatever the normals are, they do not matter
 };
 
 ZELMO_DECLARE_LANE_KERNEL(void ComputeNormalsOfRow(const NormalRow& normals,
@@ -46,5 +48,8 @@ ZELMO_DECLARE_LANE_KERNEL(void ComputeNormalsOfRow(const NormalRow& normals,
 ZELMO_DECLARE_LANE_KERNEL(void MoveVerticesOfRow(const VertexRow& vertices,
                                                  const SurfaceRow& surface,
                                                  const SurfaceMove& move))
+
+/// Whether all values lie between -limit and limit.
+ZELMO_DECLARE_LANE_KERNEL(bool AreWithin(const float* values, std::size_t count, float limit))
 
 }  // namespace zelmo

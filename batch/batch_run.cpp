@@ -52,24 +52,45 @@ void WarnOfDump(const ProcessModel& model, Reporting& reporting) {
     }
 }
 
+/// Reports why pictures are missing; true if none is.
+bool ReportPictures(const std::vector<std::string>& problems, Reporting& reporting) {
+    for (const std::string& problem : problems) {
+        reporting.Error(problem);
+    }
+    return problems.empty();
+}
+
+/// Executes a step, with a picture after it where there is a saver. False if one is missing.
+bool RunStep(ProcessModel& model, std::size_t index, PictureSaver* saver, Reporting& reporting) {
+    const ProcessStep& step = model.steps[index];
+    reporting.progress.BeginStep(index + 1, model.steps.size(),
+                                 Utf8FromWide(WidenBytes(step.description)));
+    ExecuteTimedStep(model, step, &reporting.console);
+    if (saver == nullptr) {
+        // Layers with nothing to show leave the stack here, pictures or not.
+        UpdateMeshes(model);
+        return true;
+    }
+    return ReportPictures(saver->Save(model, index), reporting);
+}
+
 /// Executes all steps, with a picture after each where there is a saver. False if one is missing.
 bool RunSteps(ProcessModel& model, PictureSaver* saver, Reporting& reporting) {
     bool complete = true;
     ReportRunStart(&reporting.console);
     const std::int32_t start = ElapsedMilliseconds();
-    for (std::size_t index = 0; index < model.steps.size(); ++index) {
-        const ProcessStep& step = model.steps[index];
-        reporting.progress.BeginStep(index + 1, model.steps.size(),
-                                     Utf8FromWide(WidenBytes(step.description)));
-        ExecuteTimedStep(model, step, &reporting.console);
-        if (saver == nullptr) {
-            // Layers with nothing to show leave the stack here, pictures or not.
-            UpdateMeshes(model);
-        } else if (const std::string problem = saver->Save(model, index); !problem.empty()) {
-            reporting.Error(problem);
-            complete = false;
+    const auto finishPictures = [&] {
+        return saver == nullptr || ReportPictures(saver->Finish(), reporting);
+    };
+    try {
+        for (std::size_t index = 0; index < model.steps.size(); ++index) {
+            complete = RunStep(model, index, saver, reporting) && complete;
         }
+    } catch (...) {
+        finishPictures();  // what they have to tell comes first
+        throw;
     }
+    complete = finishPictures() && complete;
     reporting.progress.End();
     ReportRunEnd(start, &reporting.console);
     return complete;

@@ -4,8 +4,10 @@
 
 #include <cstdint>
 #include <exception>
+#include <memory>
 #include <new>
 #include <system_error>
+#include <utility>
 
 #include "batch/exit_status.h"
 #include "model/process_model.h"
@@ -56,7 +58,7 @@ void PictureSaver::Begin(ProcessModel& model) {
     studio_.AttachGraphics(model);
 }
 
-std::string PictureSaver::Save(ProcessModel& model, std::size_t index) {
+std::vector<std::string> PictureSaver::Save(ProcessModel& model, std::size_t index) {
     StepImage image;
     std::string problem;
     try {
@@ -67,10 +69,30 @@ std::string PictureSaver::Save(ProcessModel& model, std::size_t index) {
     } catch (const std::exception& error) {
         throw BatchFailure{ExitStatus::Picture, NoPicture(model, index, error.what())};
     }
+    // One at a time: no more than this picture and the next are in memory.
+    std::vector<std::string> problems = Finish();
     if (!problem.empty()) {
-        return NoPicture(model, index, problem);
+        problems.push_back(NoPicture(model, index, problem));
+        return problems;
     }
-    return SavePicture(folder_, index + 1, image);
+    const auto taken = std::make_shared<const StepImage>(std::move(image));
+    const auto save = [this, index, taken] { return SavePicture(folder_, index + 1, *taken); };
+    try {
+        saving_ = std::async(std::launch::async, save);
+    } catch (const std::system_error&) {
+        saving_ = std::async(std::launch::deferred, save);  // no thread to be had
+    }
+    return problems;
+}
+
+std::vector<std::string> PictureSaver::Finish() {
+    std::vector<std::string> problems;
+    if (saving_.valid()) {
+        if (std::string problem = saving_.get(); !problem.empty()) {
+            problems.push_back(std::move(problem));
+        }
+    }
+    return problems;
 }
 
 }  // namespace zelmo

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <future>
 #include <string>
 #include <vector>
 
@@ -22,14 +23,20 @@ public:
     /// saved.
     void Begin(ProcessModel& model);
 
-    /// Takes and saves the picture of the finished step with this index. Returns the reason if
-    /// there is none, else an empty text: the next picture is tried all the same. Throws
-    /// BatchFailure where taking one failed in a way that leaves no hope for others.
-    std::string Save(ProcessModel& model, std::size_t index);
+    /// Takes the picture of the finished step with this index, and saves it on a thread of its own
+    /// while the next step runs. Returns why pictures are missing, in their order: of this one if
+    /// it could not be taken, of the one before it if it could not be saved; the next picture is
+    /// tried all the same. Throws BatchFailure where taking one failed in a way that leaves no hope
+    /// for others.
+    std::vector<std::string> Save(ProcessModel& model, std::size_t index);
+
+    /// Waits until the last picture has been saved. Returns the reason if it could not be.
+    std::vector<std::string> Finish();
 
 private:
     PictureStudio studio_;
     PictureFolder folder_;
+    std::future<std::string> saving_;  ///< of the last picture; ends before this object does
 };
 
 }  // namespace zelmo

@@ -20,6 +20,8 @@ namespace zelmo {
 
 namespace {
 
+constexpr std::uint32_t limitReached = 2;
+
 ExtractionScope ScopeOf(const ProcessModel& model, double micronsPerUnit) {
     const auto toUnits = [&](float microns) {
         return TruncateToI64(static_cast<double>(microns) / micronsPerUnit);
@@ -72,8 +74,10 @@ void ExtractPolygons(ProcessModel& model, LogConsole* console, const GdsDatabase
                                    NameText(model.cellName)));
         throw std::runtime_error("");
     }
-    if (CollectCellPolygons(scope, {cell, GdsTransform()}) != 0) {
-        console->Write("ERROR: Reached the maximum number of polygons");
+    if (const std::uint32_t result = CollectCellPolygons(scope, {cell, GdsTransform()})) {
+        console->Write(result == limitReached
+                           ? "ERROR: Reached the maximum number of polygons"
+                           : "ERROR: The references of the cell are too many to be searched");
         throw std::runtime_error("");
     }
     model.rawPolygons = std::move(scope.output);

@@ -8,7 +8,8 @@ struct ProcessModel;
 
 /// Replaces `rawPolygons` and `polygons` of the model by the polygons of its cell that meet the
 /// grid, depth first. Throws std::runtime_error with empty text, after a line on the console, if
-/// the cell is unknown or 10,000,000 polygons are reached.
+/// the cell is unknown, 10,000,000 polygons are reached, or its references would take hours to
+/// search.
 void ExtractPolygons(ProcessModel& model, LogConsole* console, const GdsDatabase& database);
 
 }  // namespace zelmo

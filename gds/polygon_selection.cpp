@@ -14,6 +14,7 @@ namespace zelmo {
 namespace {
 
 constexpr std::uint32_t limitReached = 2;
+constexpr std::uint32_t effortSpent = 3;
 
 /// Columns of an array are taken apart down to pieces of this many instances, which are then tested
 /// one by one.
@@ -45,7 +46,10 @@ struct CellWalk {
     ContentTable contents;
     FruitlessPlacements fruitless{};
     std::size_t visits = 0;
+    std::uint64_t tests = 0;
     std::vector<CellVisit> path{};
+
+    bool IsSpent() const { return tests > scope.effort; }
 };
 
 bool Overlaps(const ExtractionScope& scope, const GdsRect& box) {
@@ -179,7 +183,8 @@ GdsTransform TakeInstance(CellVisit& visit) {
 /// The next instance in reach of the visit's open array, column by column.
 std::optional<PlacedCell> NextInstance(CellWalk& walk, CellVisit& visit) {
     OpenArray& array = *visit.array;
-    while (!array.pending.empty()) {
+    while (!array.pending.empty() && !walk.IsSpent()) {
+        ++walk.tests;
         const LatticeBlock block = array.pending.back();
         if (block.IsOneColumn() && block.lastRow - block.firstRow < shortPiece) {
             const GdsTransform child = TakeInstance(visit);
@@ -201,7 +206,8 @@ std::optional<PlacedCell> NextInstance(CellWalk& walk, CellVisit& visit) {
 /// The next cell in reach below the visited one.
 std::optional<PlacedCell> NextChild(CellWalk& walk, CellVisit& visit) {
     const GdsCell& cell = *visit.cell;
-    while (visit.next < cell.srefs.size()) {
+    while (visit.next < cell.srefs.size() && !walk.IsSpent()) {
+        ++walk.tests;
         const GdsSref& sref = cell.srefs[visit.next++];
         const GdsTransform child = PlaceChild(sref.origin, sref.mag, sref.angle, sref.strans,
                                               visit.transform, visit.linear);
@@ -209,7 +215,7 @@ std::optional<PlacedCell> NextChild(CellWalk& walk, CellVisit& visit) {
             return PlacedCell{sref.cell, child};
         }
     }
-    while (visit.next < cell.srefs.size() + cell.arefs.size()) {
+    while (visit.next < cell.srefs.size() + cell.arefs.size() && !walk.IsSpent()) {
         if (!visit.array) {
             visit.array = BeginArray(visit, cell.arefs[visit.next - cell.srefs.size()]);
         }
@@ -226,6 +232,7 @@ std::optional<PlacedCell> NextChild(CellWalk& walk, CellVisit& visit) {
 /// reached.
 bool Enter(CellWalk& walk, const PlacedCell& placed) {
     ++walk.visits;
+    walk.tests += placed.cell->boundaries.size();
     const std::size_t selectedBefore = walk.scope.output.size();
     const std::uint64_t droppedBefore = walk.scope.skipped;
     const LinearPart linear = LinearPartOf(placed.transform);
@@ -256,6 +263,9 @@ std::uint32_t CollectCellPolygons(ExtractionScope& scope, const PlacedCell& plac
     }
     while (!walk.path.empty()) {
         const std::optional<PlacedCell> child = NextChild(walk, walk.path.back());
+        if (walk.IsSpent()) {
+            return effortSpent;
+        }
         if (!child) {
             Leave(walk);
         } else if (!Enter(walk, *child)) {

@@ -21,6 +21,9 @@ struct ExtractionScope {
     std::size_t limit = 10000000;
     /// After so many visits of cells, those that would select nothing are told in advance.
     std::size_t patience = 50000;
+    /// So many tests of placements and polygons are made; hierarchies that take more, some minutes,
+    /// are made for nothing else.
+    std::uint64_t effort = 500000000;
 };
 
 /// A cell under a placement.
@@ -31,8 +34,9 @@ struct PlacedCell {
 
 /// Appends the polygons of a cell and of all below it whose boxes overlap the rectangle, relative
 /// to the rectangle's lower left corner: a cell's own polygons, then those of its references, then
-/// those of its arrays column by column. Returns 0, or 2 as soon as `output` holds `limit`
-/// polygons. The cells are sized. Throws std::out_of_range if an array has no points.
+/// those of its arrays column by column. Returns 0, 2 as soon as `output` holds `limit`
+/// polygons, or 3 if `effort` does not suffice. The cells are sized. Throws std::out_of_range if an
+/// array has no points.
 std::uint32_t CollectCellPolygons(ExtractionScope& scope, const PlacedCell& placedCell);
 
 }  // namespace zelmo

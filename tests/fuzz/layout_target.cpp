@@ -19,6 +19,7 @@ void Extract(const GdsCell& cell, std::int64_t low, std::int64_t high, std::int6
     scope.minSize = minSize;
     scope.limit = 1000;
     scope.patience = 100;  // so that small inputs reach what is meant for large ones
+    scope.effort = 200000;
     const std::uint32_t result = CollectCellPolygons(scope, {&cell, GdsTransform()});
     Require(scope.output.size() <= scope.limit, "an extraction keeps to its limit");
     Require((result == 2) == (scope.output.size() == scope.limit), "2 tells of the limit alone");

@@ -45,6 +45,7 @@ bool IsSmall(const MemoryFile& layout, const MemoryFile& process) {
     scope.y1 = toUnits(model.gridOriginY + model.gridHeight);
     scope.minSize = toUnits(model.gridSpacing);
     scope.limit = 2000;
+    scope.effort = 1000000;
     const auto top = std::find_if(database.cells.begin(), database.cells.end(),
                                   [](const GdsCell& cell) { return NameText(cell.name) == "TOP"; });
     return CollectCellPolygons(scope, {&*top, GdsTransform()}) == 0;

@@ -520,5 +520,19 @@ TEST(CollectCellPolygons, CountsTheDroppedPolygonsOfPlacementsThatItDoesNotWalkA
     EXPECT_TRUE(scope.output.empty());
 }
 
+TEST(CollectCellPolygons, GivesUpWhereSearchingWouldTakeForever) {
+    // 10^27 instances of two squares between which the window lies.
+    std::vector<GdsCell> cells(4);
+    cells[3].boundaries = {Rectangle(1, -100000, -100000, -99990, -99990),
+                           Rectangle(1, 100000, 100000, 100010, 100010)};
+    for (std::size_t i = 0; i < 3; ++i) {
+        cells[i].arefs.push_back(Array(cells[i + 1], 30000, 30000, {0, 0}, {9000, 1}, {1, 9000}));
+    }
+    ComputeCellBounds(cells[0], GdsTransform());
+    ExtractionScope scope = ScopeOf(0, 0, 1000, 1000);
+    scope.effort = 1000000;
+    EXPECT_EQ(CollectCellPolygons(scope, {&cells[0], GdsTransform()}), 3u);
+}
+
 }  // namespace
 }  // namespace zelmo

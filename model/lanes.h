@@ -110,6 +110,20 @@ inline Lanes RootLanes(const Lanes& lanes) {
     return roots;
 }
 
+/// Whether a condition holds in any lane.
+inline bool AnyLane(const IntLanes& condition) {
+    const LongLanes pairs = (LongLanes)condition;
+    std::int64_t any = 0;
+    for (std::int32_t i = 0; i < laneCount<LongLanes>; ++i) {
+        any |= pairs[i];
+    }
+    return any != 0;
+}
+
+inline bool AllLanes(const IntLanes& condition) {
+    return !AnyLane(~condition);
+}
+
 }  // namespace zelmo::ZELMO_LANES
 
 #endif

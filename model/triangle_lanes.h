@@ -18,19 +18,6 @@ constexpr std::int32_t lanes = laneCount<FloatLanes>;
 constexpr float insideLow = -0.001f;
 constexpr float insideHigh = 1.001f;
 
-inline bool AnyLane(const IntLanes& condition) {
-    const LongLanes halves = (LongLanes)condition;
-    std::int64_t any = 0;
-    for (std::int32_t i = 0; i < laneCount<LongLanes>; ++i) {
-        any |= halves[i];
-    }
-    return any != 0;
-}
-
-inline bool AllLanes(const IntLanes& condition) {
-    return !AnyLane(~condition);
-}
-
 inline IntLanes IsWithin(const FloatLanes& values, float limit) {
     return (values <= limit) & (values >= -limit);
 }

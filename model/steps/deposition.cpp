@@ -1,6 +1,5 @@
 #include <cstddef>
 #include <utility>
-#include <vector>
 
 #include "model/cover_map.h"
 #include "model/process_model.h"
@@ -21,12 +20,11 @@ void ExecuteDeposition(ProcessModel& model, const ProcessStep& step) {
     for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
         layer->bottom[cell] = model.coverMap[cell].height;
     }
-    std::vector<float> offset(model.CellCount());
-    OffsetSurface(model, offset, layer->bottom, step.thickness, step.stepCoverage);
+    OffsetSurface(model, layer->top, layer->bottom, step.thickness, step.stepCoverage);
     for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
         const float bottom = layer->bottom[cell];
         // Also where the offset is no number there is no film.
-        layer->top[cell] = offset[cell] > bottom ? offset[cell] : bottom;
+        layer->top[cell] = layer->top[cell] > bottom ? layer->top[cell] : bottom;
     }
     AppendLayer(model, std::move(layer));
     UpdateCoverMap(model);

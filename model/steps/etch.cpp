@@ -1,10 +1,16 @@
+#include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <cstring>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "model/cover_map.h"
 #include "model/process_model.h"
+#include "model/row_bands.h"
+#include "model/steps/etch_lanes.h"
 #include "model/steps/steps.h"
 #include "model/surface_offset.h"
 #include "shell/debug_trace.h"
@@ -37,31 +43,39 @@ std::vector<float> EtchWeights(const ProcessModel& model, const std::vector<std:
     return weights;
 }
 
-/// Lowers the layers of one cell to the front, from the top of the stack down to the first material
-/// that stands. Slot 0, the substrate, is never etched.
-void EtchColumn(ProcessModel& model, const std::vector<float>& weights, std::size_t cell,
-                float front) {
-    for (std::size_t id = model.layers.size(); id-- > 1;) {
-        if (model.layers[id] == nullptr) {
+/// A stretch of cells that stays in the nearest cache while the layers go by.
+constexpr std::size_t stretch = 2048;
+
+/// Lowers the layers of some cells to the front, from the top of the stack down to the first
+/// material that stands. Slot 0, the substrate, is never etched.
+void EtchStretch(ProcessModel& model, const std::vector<float>& weights,
+                 std::span<const float> front, std::size_t first) {
+    std::array<std::int32_t, stretch> open;
+    open.fill(-1);
+    bool anyOpen = true;
+    for (std::size_t id = model.layers.size(); anyOpen && id-- > 1;) {
+        Layer* layer = model.layers[id].get();
+        if (layer == nullptr) {
             continue;
         }
-        float& top = model.layers[id]->top[cell];
-        const float bottom = model.layers[id]->bottom[cell];
-        if (top == bottom) {
-            continue;
-        }
-        if (weights[id] == 0.0f) {
-            return;
-        }
-        if (!(top > front)) {
-            continue;
-        }
-        top = front;
-        if (!(bottom > top)) {
-            return;
-        }
-        top = bottom;
+        const EtchedCells cells{&layer->top[first], &layer->bottom[first], front.data(),
+                                open.data(), static_cast<std::int32_t>(front.size())};
+        anyOpen = weights[id] == 0.0f ? ZELMO_PICK_LANES(CloseWhereThick)(cells)
+                                      : ZELMO_PICK_LANES(LowerToFront)(cells);
     }
+}
+
+void EtchLayers(ProcessModel& model, const std::vector<float>& weights,
+                std::span<const float> front) {
+    const std::size_t stretches = (front.size() + stretch - 1) / stretch;
+    ForRowBands(static_cast<std::int32_t>(stretches), 8,
+                [&](std::int32_t firstStretch, std::int32_t endStretch) {
+                    for (std::int32_t i = firstStretch; i < endStretch; ++i) {
+                        const std::size_t first = static_cast<std::size_t>(i) * stretch;
+                        const std::size_t count = std::min(stretch, front.size() - first);
+                        EtchStretch(model, weights, front.subspan(first, count), first);
+                    }
+                });
 }
 
 }  // namespace
@@ -76,9 +90,7 @@ void ExecuteEtch(ProcessModel& model, const ProcessStep& step) {
     std::vector<float> front(model.CellCount());
     OffsetSurface(model, front, surface, -step.depth, step.iso);
 
-    for (std::size_t cell = 0; cell < front.size(); ++cell) {
-        EtchColumn(model, weights, cell, front[cell]);
-    }
+    EtchLayers(model, weights, front);
     UpdateCoverMap(model);
     for (std::size_t id = 0; id < model.layers.size(); ++id) {
         if (weights[id] != 0.0f) {

@@ -1,17 +1,25 @@
 #include "model/coating.h"
 
 #include <cstddef>
+#include <cstdint>
 
 #include "model/disc_filter.h"
 #include "model/process_model.h"
+#include "model/row_bands.h"
 
 namespace zelmo {
 
 void CoatLayer(const ProcessModel& model, Layer& layer, float thickness, float dop) {
-    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
-        layer.bottom[cell] = model.coverMap[cell].height;
-        layer.top[cell] = thickness + layer.bottom[cell];
-    }
+    const CoverCell* const cover = model.coverMap.data();
+    float* const bottom = layer.bottom.data();
+    float* const top = layer.top.data();
+    const std::ptrdiff_t cols = model.gridColumns;
+    ForRowBands(model.gridRows, 64, [=](std::int32_t firstRow, std::int32_t endRow) {
+        for (std::ptrdiff_t cell = firstRow * cols; cell < endRow * cols; ++cell) {
+            bottom[cell] = cover[cell].height;
+            top[cell] = thickness + cover[cell].height;
+        }
+    });
     SmoothLayerTop(model, layer, thickness * 2.2f * dop);
 }
 

@@ -24,15 +24,6 @@ void WidenByPoint(GdsRect& box, GdsPoint point) {
     box.ymax = std::max(box.ymax, point.y);
 }
 
-void ComputeBounds(GdsBoundary& boundary) {
-    if (boundary.points.empty()) {
-        throw std::out_of_range("invalid vector subscript");
-    }
-    for (const GdsPoint point : boundary.points) {
-        WidenByPoint(boundary.bounds, point);
-    }
-}
-
 bool Contains(const GdsRect& outer, const GdsRect& inner) {
     return outer.xmin <= inner.xmin && outer.ymin <= inner.ymin && outer.xmax >= inner.xmax &&
            outer.ymax >= inner.ymax;
@@ -100,12 +91,13 @@ void TakeBlock(SizingVisit& visit, const GdsAref& aref, const ArrayLattice& latt
         InstancePosition(lattice, PositionRule::Truncate64, block.firstColumn, block.firstRow));
     GdsRect offsets{child.dx, child.dy, child.dx, child.dy};
     WidenByOffsets(offsets, visit, aref, lattice, block);
+    const LinearPart linear = LinearPartOf(child);
     child.dx = offsets.xmin;
     child.dy = offsets.ymin;
-    MergeRect(visit.bounds, TransformRect(aref.cell->bounds, child, false));
+    MergeRect(visit.bounds, PlaceRect(aref.cell->bounds, child, linear));
     child.dx = offsets.xmax;
     child.dy = offsets.ymax;
-    MergeRect(visit.bounds, TransformRect(aref.cell->bounds, child, false));
+    MergeRect(visit.bounds, PlaceRect(aref.cell->bounds, child, linear));
 }
 
 /// All instances but the first.
@@ -142,9 +134,9 @@ FirstInstance NextReference(const SizingVisit& visit) {
             PlaceInstance(visit, aref, InstancePosition(lattice, PositionRule::Truncate64, 0, 0))};
 }
 
-/// Adds the reference that was up next, whose cell is sized by now. `first` is the box of its first
-/// instance.
-void TakeReference(SizingVisit& visit, const GdsRect& first) {
+/// Adds the reference that is up next, whose cell has just been sized through the first instance.
+/// `first` is the box that this one has.
+void TakeFirstUse(SizingVisit& visit, const GdsRect& first) {
     const GdsCell& cell = *visit.cell;
     MergeRect(visit.bounds, first);
     if (visit.next >= cell.srefs.size()) {
@@ -153,12 +145,37 @@ void TakeReference(SizingVisit& visit, const GdsRect& first) {
     ++visit.next;
 }
 
+/// The same where the cell has been sized before.
+void TakeLaterUse(SizingVisit& visit, const FirstInstance& instance) {
+    const GdsCell& cell = *visit.cell;
+    if (visit.next < cell.srefs.size()) {
+        MergeRect(visit.bounds, TransformRect(instance.cell->bounds, instance.transform, false));
+    } else {
+        const GdsAref& aref = cell.arefs[visit.next - cell.srefs.size()];
+        TakeBlock(visit, aref, LatticeOf(aref), WholeBlock(aref));
+    }
+    ++visit.next;
+}
+
 }  // namespace
+
+void MeasureBoundary(GdsBoundary& boundary) {
+    GdsRect bounds;
+    for (const GdsPoint point : boundary.points) {
+        WidenByPoint(bounds, point);
+    }
+    boundary.bounds = bounds;
+}
 
 void ComputeBoundaryBounds(GdsDatabase& database, LogConsole* console) {
     for (GdsCell& cell : database.cells) {
         for (GdsBoundary& boundary : cell.boundaries) {
-            ComputeBounds(boundary);
+            if (boundary.points.empty()) {
+                throw std::out_of_range("invalid vector subscript");
+            }
+            if (boundary.bounds == GdsRect()) {
+                MeasureBoundary(boundary);
+            }
             if (SmallerSide(boundary.bounds) == 0) {
                 console->Write(
                     fmt::format("WARNING: Zero size boundary element in cell {:s} with at ({}, {})",
@@ -181,14 +198,14 @@ GdsRect ComputeCellBounds(GdsCell& cell, const GdsTransform& transform) {
             if (path.empty()) {
                 return bounds;
             }
-            TakeReference(path.back(), bounds);
+            TakeFirstUse(path.back(), bounds);
             continue;
         }
         const FirstInstance instance = NextReference(visit);
         if (instance.cell == nullptr) {
             ++visit.next;
         } else if (instance.cell->boundsValid) {
-            TakeReference(visit, TransformRect(instance.cell->bounds, instance.transform, false));
+            TakeLaterUse(visit, instance);
         } else {
             path.push_back(BeginVisit(*instance.cell, instance.transform));
         }

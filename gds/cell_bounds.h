@@ -7,8 +7,11 @@ namespace zelmo {
 class LogConsole;
 struct GdsDatabase;
 
-/// Gives every boundary its box, and warns of those without width or height. Throws
-/// std::out_of_range if a boundary has no points.
+/// Gives a boundary its box.
+void MeasureBoundary(GdsBoundary& boundary);
+
+/// Gives those boundaries their boxes that have none yet, and warns of all without width or height.
+/// Throws std::out_of_range if a boundary has no points.
 void ComputeBoundaryBounds(GdsDatabase& database, LogConsole* console);
 
 /// The box of a cell and all that it refers to, under a placement. At the first visit the box is

@@ -1,9 +1,10 @@
 #include "gds/cell_references.h"
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "gds/gds_database.h"
@@ -12,16 +13,59 @@ namespace zelmo {
 
 namespace {
 
-using CellsByName = std::unordered_map<std::string_view, GdsCell*>;
+/// The first cell of every name, in a table with at least one free place for each of them.
+class CellsByName {
+public:
+    explicit CellsByName(std::vector<GdsCell>& cells)
+        : cells_(cells), places_(std::bit_ceil(2 * cells.size() + 1)) {
+        for (GdsCell& cell : cells_) {
+            Place& place = PlaceOf(NameText(cell.name));
+            if (place.cell == nullptr) {
+                place = {HashOf(NameText(cell.name)), &cell};
+            }
+        }
+    }
+
+    /// Null where no cell has that name.
+    GdsCell* Find(std::string_view name) { return PlaceOf(name).cell; }
+
+private:
+    struct Place {
+        std::size_t hash = 0;
+        GdsCell* cell = nullptr;
+    };
+
+    static std::size_t HashOf(std::string_view name) { return std::hash<std::string_view>()(name); }
+
+    /// The place of that name, or the free one where it belongs.
+    Place& PlaceOf(std::string_view name) {
+        const std::size_t hash = HashOf(name);
+        std::size_t i = hash % places_.size();
+        while (places_[i].cell != nullptr &&
+               (places_[i].hash != hash || NameText(places_[i].cell->name) != name)) {
+            i = (i + 1) % places_.size();
+        }
+        return places_[i];
+    }
+
+    std::vector<GdsCell>& cells_;
+    std::vector<Place> places_;
+};
 
 template <typename Reference>
-bool Bind(std::vector<Reference>& references, const CellsByName& cells) {
+bool Bind(GrowingArray<Reference>& references, CellsByName& cells) {
+    const Reference* last = nullptr;
     for (Reference& reference : references) {
-        const auto found = cells.find(NameText(reference.name));
-        reference.cell = found == cells.end() ? nullptr : found->second;
+        if (last != nullptr && last->name.data() == reference.name.data() &&
+            last->name.size() == reference.name.size()) {
+            reference.cell = last->cell;
+        } else {
+            reference.cell = cells.Find(NameText(reference.name));
+        }
         if (reference.cell == nullptr) {
             return false;
         }
+        last = &reference;
     }
     return true;
 }
@@ -85,11 +129,7 @@ private:
 }  // namespace
 
 bool BindReferences(GdsDatabase& database) {
-    CellsByName cells;
-    cells.reserve(database.cells.size());
-    for (GdsCell& cell : database.cells) {
-        cells.emplace(NameText(cell.name), &cell);  // of two cells with one name the first counts
-    }
+    CellsByName cells(database.cells);
     for (GdsCell& cell : database.cells) {
         if (!Bind(cell.srefs, cells) || !Bind(cell.arefs, cells)) {
             return false;

@@ -2,8 +2,8 @@
 
 namespace zelmo {
 
-std::string_view NameText(const std::string& name) {
-    return std::string_view(name).substr(0, name.find('\0'));
+std::string_view NameText(std::string_view name) {
+    return name.substr(0, name.find('\0'));
 }
 
 }  // namespace zelmo

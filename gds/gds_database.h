@@ -1,13 +1,17 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "gds/growing_array.h"
+#include "gds/run_pool.h"
 #include "model/gds_point.h"
 
-// A loaded layout library. Coordinates are database units, angles radians.
+// A loaded layout library. Coordinates are database units, angles radians. The elements are plain
+// records; their points and names lie together in the database, one after the other.
 
 namespace zelmo {
 
@@ -26,7 +30,7 @@ struct GdsRect {
 /// One polygon of a cell; a path stands here too, already expanded.
 struct GdsBoundary {
     std::uint16_t layer = 0;
-    std::vector<GdsPoint> points;
+    std::span<const GdsPoint> points;
     GdsRect bounds;
 };
 
@@ -36,7 +40,7 @@ struct GdsSref {
     double angle = 0.0;
     double mag = 0.0;
     GdsPoint origin;
-    std::string name;
+    std::string_view name;
     GdsCell* cell = nullptr;  ///< not owned
 };
 
@@ -47,8 +51,8 @@ struct GdsAref {
     std::uint16_t strans = 0;
     std::int32_t columns = 0;
     std::int32_t rows = 0;
-    std::vector<GdsPoint> points;  ///< origin, end of the columns, end of the rows
-    std::string name;
+    std::span<const GdsPoint> points;  ///< origin, end of the columns, end of the rows
+    std::string_view name;
     GdsCell* cell = nullptr;  ///< not owned
 };
 
@@ -59,9 +63,9 @@ struct GdsCell {
     GdsCell& operator=(GdsCell&&) = default;
 
     std::string name;  ///< the bytes of the file; a use of the name stops at its first NUL
-    std::vector<GdsBoundary> boundaries;
-    std::vector<GdsSref> srefs;
-    std::vector<GdsAref> arefs;
+    GrowingArray<GdsBoundary> boundaries;
+    GrowingArray<GdsSref> srefs;
+    GrowingArray<GdsAref> arefs;
     GdsRect bounds;
     bool boundsValid = false;
 };
@@ -72,9 +76,11 @@ struct GdsDatabase {
     double metresPerUnit = 1e-9;
     double micronsPerUnit = 1e-9 * 1000000.0;
     std::vector<GdsCell> cells;
+    RunPool<GdsPoint> points;  ///< of all elements
+    RunPool<char> names;       ///< of all references
 };
 
 /// The part of a stored name that counts: up to its first NUL.
-std::string_view NameText(const std::string& name);
+std::string_view NameText(std::string_view name);
 
 }  // namespace zelmo

@@ -6,9 +6,9 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <iterator>
+#include <span>
 #include <stdexcept>
-#include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -68,6 +68,7 @@ struct ReaderState {
     GdsSref sref = {};
     GdsAref aref = {};
     PathElement path = {};
+    std::string_view lastName = {};  ///< of a reference
 };
 
 // The library
@@ -105,6 +106,9 @@ std::int32_t ReadStructureName(ReaderState& state, const StreamRecord& record) {
 /// An element that is still open stays open, and becomes part of a later structure.
 std::int32_t EndStructure(ReaderState& state, const StreamRecord&) {
     state.inStructure = false;
+    state.cell.boundaries.shrink_to_fit();
+    state.cell.srefs.shrink_to_fit();
+    state.cell.arefs.shrink_to_fit();
     state.database.cells.push_back(std::exchange(state.cell, GdsCell()));
     return success;
 }
@@ -167,8 +171,13 @@ std::int32_t ReadPathType(ReaderState& state, const StreamRecord& record) {
     return success;
 }
 
+/// References to one cell often follow each other, and share its name then.
 std::int32_t ReadReferenceName(ReaderState& state, const StreamRecord& record) {
-    (state.element == Element::Sref ? state.sref.name : state.aref.name) = record.Text();
+    if (record.Text() != state.lastName) {
+        const std::span<const char> kept = state.database.names.Keep(record.Text());
+        state.lastName = {kept.data(), kept.size()};
+    }
+    (state.element == Element::Sref ? state.sref.name : state.aref.name) = state.lastName;
     return success;
 }
 
@@ -214,46 +223,57 @@ std::size_t PointCount(const StreamRecord& record) {
     return record.data.size() / 8;
 }
 
-GdsPoint PointAt(const StreamRecord& record, std::size_t index) {
-    return {record.I32At(8 * index), record.I32At(8 * index + 4)};
+void CopyPoints(GdsPoint* points, const StreamRecord& record) {
+    const std::uint8_t* bytes = record.data.data();
+    for (const GdsPoint* end = points + PointCount(record); points != end; ++points, bytes += 8) {
+        *points = {StreamI32(bytes), StreamI32(bytes + 4)};
+    }
 }
 
-/// Appends the points of the record. False if there were points before.
-bool AppendPoints(std::vector<GdsPoint>& points, const StreamRecord& record) {
-    const std::size_t count = PointCount(record);
-    points.reserve(points.size() + count);
-    for (std::size_t i = 0; i < count; ++i) {
-        points.push_back(PointAt(record, i));
+/// Makes the record's points those of an element. False if it had points before.
+bool TakePoints(ReaderState& state, std::span<const GdsPoint>& points, const StreamRecord& record) {
+    if (!points.empty()) {
+        return false;
     }
-    return points.size() == count;
+    const std::span<GdsPoint> taken = state.database.points.Take(PointCount(record));
+    CopyPoints(taken.data(), record);
+    points = taken;
+    return true;
+}
+
+/// The same for a path, whose points do not stay.
+bool TakePathPoints(std::vector<GdsPoint>& points, const StreamRecord& record) {
+    if (!points.empty()) {
+        return false;
+    }
+    points.resize(PointCount(record));
+    CopyPoints(points.data(), record);
+    return true;
 }
 
 bool ReadOrigin(GdsSref& sref, const StreamRecord& record) {
     if (PointCount(record) != 1) {
         return false;
     }
-    sref.origin = PointAt(record, 0);
+    CopyPoints(&sref.origin, record);
     return true;
-}
-
-bool ReadArrayPoints(GdsAref& aref, const StreamRecord& record) {
-    return AppendPoints(aref.points, record) && aref.points.size() == 3;
 }
 
 std::int32_t ReadPoints(ReaderState& state, const StreamRecord& record) {
     bool accepted = true;
     switch (state.element) {
         case Element::Boundary:
-            accepted = AppendPoints(state.boundary.points, record);
+            accepted = TakePoints(state, state.boundary.points, record);
             break;
         case Element::Path:
-            accepted = AppendPoints(state.path.points, record);
+            accepted = TakePathPoints(state.path.points, record);
             break;
         case Element::Sref:
             accepted = ReadOrigin(state.sref, record);
             break;
         case Element::Aref:
-            accepted = ReadArrayPoints(state.aref, record);
+            accepted =
+                TakePoints(state, state.aref.points, record) && state.aref.points.size() == 3;
             break;
         default:
             break;
@@ -263,11 +283,17 @@ std::int32_t ReadPoints(ReaderState& state, const StreamRecord& record) {
 
 // The end of an element
 
+/// The box is measured here, while the points are still at hand in the processor.
+void KeepBoundary(ReaderState& state, GdsBoundary boundary) {
+    MeasureBoundary(boundary);
+    state.cell.boundaries.push_back(boundary);
+}
+
 std::int32_t EndBoundary(ReaderState& state) {
     if (!std::exchange(state.layerSeen, false)) {
         return layerMissing;
     }
-    state.cell.boundaries.push_back(std::exchange(state.boundary, GdsBoundary()));
+    KeepBoundary(state, std::exchange(state.boundary, GdsBoundary()));
     return success;
 }
 
@@ -275,19 +301,20 @@ std::int32_t EndPath(ReaderState& state) {
     if (!std::exchange(state.layerSeen, false)) {
         return layerMissing;
     }
-    const PathElement path = std::exchange(state.path, PathElement());
+    PathElement& path = state.path;
     if (path.points.empty()) {
         throw std::out_of_range("invalid vector subscript");
     }
-    GdsBoundary outline;
-    outline.layer = path.layer;
-    outline.points.resize(2 * path.points.size() + 1);
+    const std::span<GdsPoint> outline = state.database.points.Take(2 * path.points.size() + 1);
     const auto count = static_cast<std::int32_t>(path.points.size());
-    if (ExpandPath(outline.points.data(), path.points.data(), count, path.width, path.pathType) !=
-        0) {
+    if (ExpandPath(outline.data(), path.points.data(), count, path.width, path.pathType) != 0) {
         return pathRefused;
     }
-    state.cell.boundaries.push_back(std::move(outline));
+    KeepBoundary(state, {path.layer, outline, GdsRect()});
+    path.points.clear();  // and keeps their room for the next path
+    path.layer = 0;
+    path.pathType = 0;
+    path.width = 0;
     return success;
 }
 
@@ -342,7 +369,7 @@ struct RecordRule {
 
 constexpr std::int32_t never = 0;  // accepted everywhere
 
-/// In order of the codes. Records that are not here are skipped.
+/// Records that are not here are skipped.
 constexpr std::array recordRules = {
     RecordRule{0x0002, any, Place::Anywhere, never, ReadHeader},
     RecordRule{0x0305, any, Place::Anywhere, never, ReadUnits},
@@ -369,10 +396,14 @@ constexpr std::array recordRules = {
     RecordRule{0x2D00, none, Place::Inside, 14, BeginElement<Element::Box>},
 };
 
-constexpr bool ComesBefore(const RecordRule& a, const RecordRule& b) {
-    return a.code < b.code;
-}
-static_assert(std::is_sorted(recordRules.begin(), recordRules.end(), ComesBefore));
+/// For each record type, the high byte of the codes, its place in the table plus one, or 0.
+constexpr std::array<std::uint8_t, 256> rulePlaces = [] {
+    std::array<std::uint8_t, 256> places = {};
+    for (std::size_t i = 0; i < recordRules.size(); ++i) {
+        places[recordRules[i].code >> 8] = static_cast<std::uint8_t>(i + 1);
+    }
+    return places;
+}();
 
 bool IsAccepted(const RecordRule& rule, const ReaderState& state) {
     const bool elementFits = (rule.elements & Set(state.element)) != 0;
@@ -382,13 +413,12 @@ bool IsAccepted(const RecordRule& rule, const ReaderState& state) {
 }
 
 std::int32_t HandleRecord(ReaderState& state, const StreamRecord& record) {
-    const auto rule = std::lower_bound(
-        recordRules.begin(), recordRules.end(), record.code,
-        [](const RecordRule& candidate, std::uint16_t code) { return candidate.code < code; });
-    if (rule == recordRules.end() || rule->code != record.code) {
+    const std::size_t place = rulePlaces[record.code >> 8];
+    if (place == 0 || recordRules[place - 1].code != record.code) {
         return success;
     }
-    return IsAccepted(*rule, state) ? rule->handle(state, record) : rule->refusal;
+    const RecordRule& rule = recordRules[place - 1];
+    return IsAccepted(rule, state) ? rule.handle(state, record) : rule.refusal;
 }
 
 /// Reads records up to the end of the library or of the file. A structure without its end is lost.
@@ -430,14 +460,17 @@ void ListCells(GdsDatabase& database, LogConsole* console) {
 
 }  // namespace
 
+// The bytes of the mantissa, added up from the first to the last, are exact but for the last sum,
+// which rounds to nearest as the conversion of the whole number does.
 double GdsReal8ToDouble(const std::uint8_t* bytes) {
-    double mantissa = 0.0;
+    std::uint64_t digits = 0;
     for (int i = 1; i < 8; ++i) {
-        mantissa += std::ldexp(static_cast<double>(bytes[i]), -8 * i);
+        digits = digits << 8 | bytes[i];
     }
+    const auto mantissa = static_cast<double>(digits);
     const int head = bytes[0];
-    return head < 128 ? std::ldexp(1.0, 4 * (head - 64)) * mantissa
-                      : std::ldexp(1.0, 4 * (head - 192)) * -1.0 * mantissa;
+    return head < 128 ? std::ldexp(mantissa, 4 * (head - 64) - 56)
+                      : -std::ldexp(mantissa, 4 * (head - 192) - 56);
 }
 
 std::int32_t ReadGdsFile(GdsDatabase& database, const std::filesystem::path& path,

@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <cstddef>
-#include <vector>
 
 #include "gds/coordinates.h"
 #include "model/conversions.h"
@@ -53,20 +52,22 @@ GdsPoint Foot(GdsPoint point, const Line& line) {
     return {TruncateToI64(x), TruncateToI64(y)};
 }
 
-/// The two sides of every segment. False if a segment has no length.
-bool OffsetLines(const GdsPoint* points, std::int32_t n, double halfWidth, std::vector<Line>& left,
-                 std::vector<Line>& right) {
-    for (std::int32_t i = 0; i + 1 < n; ++i) {
-        const Vector step = Difference(points[i + 1], points[i]);
-        if (step.x == 0.0 && step.y == 0.0) {
-            return false;
-        }
-        const double c =
-            static_cast<double>(points[i].y) * step.x - static_cast<double>(points[i].x) * step.y;
-        const double d = Length(step) * halfWidth;
-        left.push_back({step.y, -step.x, c + d});
-        right.push_back({step.y, -step.x, c - d});
+/// The lines along the two sides of a segment.
+struct Sides {
+    Line left;
+    Line right;
+};
+
+/// False if the segment has no length.
+bool OffsetLines(Sides& sides, GdsPoint from, GdsPoint to, double halfWidth) {
+    const Vector step = Difference(to, from);
+    if (step.x == 0.0 && step.y == 0.0) {
+        return false;
     }
+    const double c = static_cast<double>(from.y) * step.x - static_cast<double>(from.x) * step.y;
+    const double d = Length(step) * halfWidth;
+    sides.left = {step.y, -step.x, c + d};
+    sides.right = {step.y, -step.x, c - d};
     return true;
 }
 
@@ -86,15 +87,12 @@ bool ExtendEnd(GdsPoint& end, GdsPoint inner, double halfWidth) {
     return true;
 }
 
-/// The corners of one side between its two ends. False where two segments are parallel.
-bool PlaceCorners(GdsPoint* out, std::int32_t direction, const std::vector<Line>& side) {
-    for (std::size_t i = 1; i < side.size(); ++i) {
-        if (Determinant(side[i - 1], side[i]) == 0.0) {
-            return false;
-        }
-        out += direction;
-        *out = Intersection(side[i - 1], side[i]);
+/// Where two lines meet. False if they are parallel.
+bool PlaceCorner(GdsPoint& corner, const Line& before, const Line& after) {
+    if (Determinant(before, after) == 0.0) {
+        return false;
     }
+    corner = Intersection(before, after);
     return true;
 }
 
@@ -106,28 +104,30 @@ std::int32_t ExpandPath(GdsPoint* out, const GdsPoint* points, std::int32_t n, s
         return 1;
     }
     const double halfWidth = static_cast<double>(width) * 0.5;
-    std::vector<Line> left;
-    std::vector<Line> right;
-    left.reserve(static_cast<std::size_t>(n) - 1);
-    right.reserve(static_cast<std::size_t>(n) - 1);
-    if (!OffsetLines(points, n, halfWidth, left, right)) {
-        return 1;
-    }
     GdsPoint start = points[0];
     GdsPoint end = points[n - 1];
     if (pathType == extendedEnds &&
         (!ExtendEnd(start, points[1], halfWidth) || !ExtendEnd(end, points[n - 2], halfWidth))) {
         return 1;
     }
-    GdsPoint* const closing = out + std::ptrdiff_t{2} * n;
-    out[0] = Foot(start, left.front());
-    closing[-1] = Foot(start, right.front());
-    closing[0] = out[0];
-    if (!PlaceCorners(out, 1, left) || !PlaceCorners(closing - 1, -1, right)) {
+    Sides sides;
+    if (!OffsetLines(sides, points[0], points[1], halfWidth)) {
         return 1;
     }
-    out[n - 1] = Foot(end, left.back());
-    out[n] = Foot(end, right.back());
+    GdsPoint* const closing = out + std::ptrdiff_t{2} * n;
+    out[0] = Foot(start, sides.left);
+    closing[-1] = Foot(start, sides.right);
+    closing[0] = out[0];
+    for (std::int32_t i = 1; i + 1 < n; ++i) {
+        const Sides before = sides;
+        if (!OffsetLines(sides, points[i], points[i + 1], halfWidth) ||
+            !PlaceCorner(out[i], before.left, sides.left) ||
+            !PlaceCorner(closing[-1 - i], before.right, sides.right)) {
+            return 1;
+        }
+    }
+    out[n - 1] = Foot(end, sides.left);
+    out[n] = Foot(end, sides.right);
     return 0;
 }
 

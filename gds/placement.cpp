@@ -12,24 +12,44 @@ namespace {
 constexpr std::uint16_t reflection = 0x8000;
 
 LinearPart MakeLinearPart(std::uint16_t flip, double mag, double angle) {
-    return {std::cos(angle), std::sin(angle), flip != 0 ? -1.0 : 1.0, mag};
+    const double mirror = flip != 0 ? -1.0 : 1.0;
+    if (angle == 0.0) {
+        return {1.0, angle, mirror, mag};  // most are not turned; this keeps a negative zero, too
+    }
+    return {std::cos(angle), std::sin(angle), mirror, mag};
 }
 
-template <typename Place>
-GdsRect BoxOfCorners(const GdsRect& rect, Place place) {
-    const GdsPoint corners[] = {{rect.xmin, rect.ymin},
-                                {rect.xmin, rect.ymax},
-                                {rect.xmax, rect.ymax},
-                                {rect.xmax, rect.ymin}};
-    GdsRect box;
-    for (const GdsPoint corner : corners) {
-        const GdsPoint placed = place(corner);
-        box.xmin = std::min(box.xmin, placed.x);
-        box.ymin = std::min(box.ymin, placed.y);
-        box.xmax = std::max(box.xmax, placed.x);
-        box.ymax = std::max(box.ymax, placed.y);
-    }
-    return box;
+struct Range {
+    std::int64_t least;
+    std::int64_t greatest;
+};
+
+/// The coordinates that the four sums of one of `a` and one of `b` have when they are scaled.
+Range ScaledSums(const double (&a)[2], const double (&b)[2], double mag) {
+    const std::int64_t sums[] = {
+        TruncateToI64((a[0] + b[0]) * mag), TruncateToI64((a[0] + b[1]) * mag),
+        TruncateToI64((a[1] + b[0]) * mag), TruncateToI64((a[1] + b[1]) * mag)};
+    return {std::min(std::min(sums[0], sums[1]), std::min(sums[2], sums[3])),
+            std::max(std::max(sums[0], sums[1]), std::max(sums[2], sums[3]))};
+}
+
+/// The box of the four corners as TurnPoint turns them, which share their products.
+GdsRect TurnCorners(const GdsRect& rect, const LinearPart& linear) {
+    const double x[] = {static_cast<double>(rect.xmin), static_cast<double>(rect.xmax)};
+    const double y[] = {static_cast<double>(rect.ymin) * linear.mirror,
+                        static_cast<double>(rect.ymax) * linear.mirror};
+    const Range across = ScaledSums({x[0] * linear.cosine, x[1] * linear.cosine},
+                                    {-(y[0] * linear.sine), -(y[1] * linear.sine)}, linear.mag);
+    const Range along = ScaledSums({y[0] * linear.cosine, y[1] * linear.cosine},
+                                   {x[0] * linear.sine, x[1] * linear.sine}, linear.mag);
+    return {across.least, along.least, across.greatest, along.greatest};
+}
+
+/// The part of a box that starts from the empty one: sides beyond 32 bits stay at the limit.
+GdsRect WidenEmpty(const GdsRect& rect) {
+    constexpr GdsRect empty;
+    return {std::min(empty.xmin, rect.xmin), std::min(empty.ymin, rect.ymin),
+            std::max(empty.xmax, rect.xmax), std::max(empty.ymax, rect.ymax)};
 }
 
 GdsPoint ShiftBack(GdsPoint point, const GdsTransform& transform) {
@@ -69,21 +89,15 @@ GdsRect TransformRect(const GdsRect& rect, const GdsTransform& transform, bool i
     if (!inverse) {
         return PlaceRect(rect, transform, LinearPartOf(transform));
     }
-    const LinearPart linear = InverseLinearPart(transform);
-    return BoxOfCorners(
-        rect, [&](GdsPoint corner) { return TurnPoint(ShiftBack(corner, transform), linear); });
+    const GdsPoint lower = ShiftBack({rect.xmin, rect.ymin}, transform);
+    const GdsPoint upper = ShiftBack({rect.xmax, rect.ymax}, transform);
+    return WidenEmpty(
+        TurnCorners({lower.x, lower.y, upper.x, upper.y}, InverseLinearPart(transform)));
 }
 
 GdsRect PlaceRect(const GdsRect& rect, const GdsTransform& transform, const LinearPart& linear) {
-    return BoxOfCorners(rect,
-                        [&](GdsPoint corner) { return PlacePoint(corner, transform, linear); });
-}
-
-void MergeRect(GdsRect& target, const GdsRect& rect) {
-    target.xmin = std::min({target.xmin, rect.xmin, rect.xmax});
-    target.ymin = std::min({target.ymin, rect.ymin, rect.ymax});
-    target.xmax = std::max({target.xmax, rect.xmin, rect.xmax});
-    target.ymax = std::max({target.ymax, rect.ymin, rect.ymax});
+    const GdsRect offset{transform.dx, transform.dy, transform.dx, transform.dy};
+    return WidenEmpty(MoveRect(TurnCorners(rect, linear), offset));
 }
 
 GdsRect MoveRect(const GdsRect& rect, const GdsRect& offsets) {

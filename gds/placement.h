@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 #include "gds/gds_database.h"
@@ -48,7 +49,12 @@ GdsRect TransformRect(const GdsRect& rect, const GdsTransform& transform, bool i
 GdsRect PlaceRect(const GdsRect& rect, const GdsTransform& transform, const LinearPart& linear);
 
 /// Widens `target` by `rect`.
-void MergeRect(GdsRect& target, const GdsRect& rect);
+inline void MergeRect(GdsRect& target, const GdsRect& rect) {
+    target.xmin = std::min({target.xmin, rect.xmin, rect.xmax});
+    target.ymin = std::min({target.ymin, rect.ymin, rect.ymax});
+    target.xmax = std::max({target.xmax, rect.xmin, rect.xmax});
+    target.ymax = std::max({target.ymax, rect.ymin, rect.ymax});
+}
 
 /// The box around a box at all offsets of a range.
 GdsRect MoveRect(const GdsRect& rect, const GdsRect& offsets);

@@ -1,15 +1,26 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <span>
-#include <string>
+#include <string_view>
 #include <vector>
 
 #include "shell/file.h"
 
 namespace zelmo {
+
+/// Numbers of a stream file, which stand there most significant byte first.
+inline std::uint16_t StreamU16(const std::uint8_t* bytes) {
+    return static_cast<std::uint16_t>(bytes[0] << 8 | bytes[1]);
+}
+inline std::int32_t StreamI32(const std::uint8_t* bytes) {
+    return static_cast<std::int32_t>(static_cast<std::uint32_t>(bytes[0]) << 24 |
+                                     static_cast<std::uint32_t>(bytes[1]) << 16 |
+                                     static_cast<std::uint32_t>(bytes[2]) << 8 | bytes[3]);
+}
 
 /// One record of a stream file. Its numbers stand most significant byte first; what lies behind
 /// the end of the data reads as zero.
@@ -19,15 +30,15 @@ struct StreamRecord {
 
     std::uint16_t U16At(std::size_t offset) const;
     std::uint32_t U32At(std::size_t offset) const;
-    std::int32_t I32At(std::size_t offset) const;
     double RealAt(std::size_t offset) const;
-    std::string Text() const;
+    std::string_view Text() const;
 };
 
 /// What became of the attempt to read a record.
 enum class RecordStatus { Read, EndOfFile, BadLength, Unreadable };
 
-/// Walks over the records of a file. Records are handed out as they lie in a large buffer.
+/// Walks over the records of a file. Records are handed out as they lie in a buffer, which holds
+/// one piece of the file after the other and is small enough for the processor's own memory.
 class StreamRecords {
 public:
     /// A file that cannot be opened shows as an unreadable first record.
@@ -35,9 +46,33 @@ public:
 
     /// Reads the next record. Fewer than four bytes are the end of the file; a record whose data
     /// the file cuts short is filled up with zeros.
-    RecordStatus Next(StreamRecord& record);
+    RecordStatus Next(StreamRecord& record) {
+        if (!Holds(headerSize)) {
+            return RecordStatus::Unreadable;
+        }
+        if (end_ - begin_ < headerSize) {
+            return RecordStatus::EndOfFile;
+        }
+        const std::size_t length = StreamU16(buffer_.data() + begin_);
+        if (length < headerSize) {
+            return RecordStatus::BadLength;
+        }
+        if (!Holds(length)) {
+            return RecordStatus::Unreadable;
+        }
+        const std::uint8_t* bytes = buffer_.data() + begin_;
+        record.code = StreamU16(bytes + 2);
+        record.data = {bytes + headerSize, length - headerSize};
+        begin_ = std::min(begin_ + length, end_);
+        return RecordStatus::Read;
+    }
 
 private:
+    static constexpr std::size_t headerSize = 4;
+
+    /// Makes `needed` bytes stand at `begin_`, zeros where the file has ended. False if the file
+    /// cannot be read.
+    bool Holds(std::size_t needed) { return end_ - begin_ >= needed || Fill(needed); }
     bool Fill(std::size_t needed);
 
     FilePointer file_;

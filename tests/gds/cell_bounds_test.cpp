@@ -20,7 +20,7 @@ namespace {
 
 GdsBoundary Rectangle(std::int64_t x0, std::int64_t y0, std::int64_t x1, std::int64_t y1) {
     GdsBoundary boundary;
-    boundary.points = {{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}, {x0, y0}};
+    boundary.points = KeepPoints({{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}, {x0, y0}});
     boundary.bounds = {x0, y0, x1, y1};
     return boundary;
 }
@@ -42,7 +42,7 @@ GdsAref Array(GdsCell& cell, std::int32_t columns, std::int32_t rows, GdsPoint o
     aref.mag = 1.0;
     aref.columns = columns;
     aref.rows = rows;
-    aref.points = {origin, columnEnd, rowEnd};
+    aref.points = KeepPoints({origin, columnEnd, rowEnd});
     return aref;
 }
 
@@ -58,8 +58,8 @@ constexpr std::uint16_t reflected = 0x8000;
 TEST(ComputeBoundaryBounds, TakesTheBoxOfThePoints) {
     GdsDatabase database;
     database.cells.resize(1);
-    database.cells[0].boundaries.resize(1);
-    database.cells[0].boundaries[0].points = {{5, -7}, {-3, 20}, {9, 1}};
+    database.cells[0].boundaries.push_back({});
+    database.cells[0].boundaries[0].points = KeepPoints({{5, -7}, {-3, 20}, {9, 1}});
     RecordingConsole console;
     ComputeBoundaryBounds(database, &console);
     EXPECT_EQ(database.cells[0].boundaries[0].bounds, (GdsRect{-3, -7, 9, 20}));
@@ -83,7 +83,7 @@ TEST(ComputeBoundaryBounds, WarnsOfEveryPolygonOnALineAndKeepsIt) {
 TEST(ComputeBoundaryBounds, ThrowsForAPolygonWithoutPoints) {
     GdsDatabase database;
     database.cells.resize(1);
-    database.cells[0].boundaries.resize(1);
+    database.cells[0].boundaries.push_back({});
     RecordingConsole console;
     EXPECT_THROW(ComputeBoundaryBounds(database, &console), std::out_of_range);
 }
@@ -157,7 +157,7 @@ TEST(ComputeCellBounds, ComposesAReflectedTurnUnderAMirroredParent) {
     GdsCell child;
     child.boundaries.push_back(Rectangle(0, 0, 100, 10));
     GdsCell twin;
-    twin.boundaries = child.boundaries;
+    twin.boundaries.push_back(child.boundaries[0]);
     GdsCell parent;
     parent.srefs.push_back(Reference(child, {1000, 0}, quarterTurn, reflected));
     // Mirrored twice the child is upright, and it is turned by +90 degrees although the parent is
@@ -233,7 +233,7 @@ TEST(ComputeCellBounds, ThrowsForAnArrayWithoutPoints) {
     GdsCell child;
     GdsCell parent;
     parent.arefs.push_back(Array(child, 1, 1, {}, {}, {}));
-    parent.arefs.back().points.clear();
+    parent.arefs.back().points = {};
     EXPECT_THROW(SizeAlone(parent), std::out_of_range);
 }
 
@@ -262,7 +262,7 @@ GdsRect BoxAroundCorners(const GdsAref& aref, const GdsTransform& transform) {
     const auto step = [](std::int64_t end, std::int64_t start, std::int32_t count) {
         return static_cast<double>(end - start) / count;
     };
-    const std::vector<GdsPoint>& p = aref.points;
+    const std::span<const GdsPoint> p = aref.points;
     const auto nearEnd = [](std::int32_t i, std::int32_t count) {
         return i < 40 || i >= count - 40;
     };
@@ -327,11 +327,12 @@ TEST(ComputeCellBounds, FindsTheExtremesOfAnyArrayUnderAnyPlacement) {
         aref.mag = magnifications[random() % std::size(magnifications)];
         aref.angle = RandomAngle(random);
         aref.strans = random() % 2 == 0 ? 0 : reflected;
-        aref.points.resize(3);
-        for (GdsPoint& point : aref.points) {
+        std::vector<GdsPoint> points(3);
+        for (GdsPoint& point : points) {
             point.x = coordinate();
             point.y = coordinate();
         }
+        aref.points = points;
         GdsTransform transform;
         transform.flip = random() % 2 == 0 ? 0 : reflected;
         transform.dx = coordinate();
@@ -355,7 +356,7 @@ TEST(ComputeCellBounds, FindsTheExtremesWhereTruncationHidesTheCorners) {
         aref.mag = 1.0;
         aref.columns = static_cast<std::int32_t>(RandomInteger(random, 2, 60));
         aref.rows = static_cast<std::int32_t>(RandomInteger(random, 2, 60));
-        aref.points = {{0, 0}, {length, length}, {2 * length + 1, 2 * length}};
+        aref.points = KeepPoints({{0, 0}, {length, length}, {2 * length + 1, 2 * length}});
         const GdsTransform transform{0, 0, 0, 1.0 + static_cast<double>(run) * 0.01,
                                      0.7853981852531433};
         ExpectPlainArrayBounds(aref, transform);

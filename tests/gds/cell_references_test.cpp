@@ -106,11 +106,11 @@ TEST(CellReferences, AnUnknownNameLeavesItsReferenceEmpty) {
     GdsDatabase database;
     database.cells.resize(1);
     database.cells[0].name = std::string("CELL");
-    database.cells[0].srefs.resize(1);
-    database.cells[0].srefs[0].name = std::string("OTHER");
+    database.cells[0].srefs.push_back({});
+    database.cells[0].srefs[0].name = "OTHER";
     EXPECT_FALSE(BindReferences(database));
     EXPECT_EQ(database.cells[0].srefs[0].cell, nullptr);
-    database.cells[0].srefs[0].name = std::string("CELL\0B", 6);
+    database.cells[0].srefs[0].name = std::string_view("CELL\0B", 6);
     EXPECT_TRUE(BindReferences(database));
     EXPECT_EQ(database.cells[0].srefs[0].cell, &database.cells[0]);
     EXPECT_TRUE(HasReferenceCircle(database));

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <bit>
+#include <cmath>
 #include <cstdint>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -158,14 +160,14 @@ TEST(GdsReader, KeepsPolygonsAsTheFileGivesThem) {
         writer.Boundary(7, {{-2147483648LL, 0}, {2147483647, 1}});
     });
     ASSERT_EQ(loaded.result, 0);
-    const std::vector<GdsBoundary>& boundaries = loaded.database.cells.at(0).boundaries;
+    const GrowingArray<GdsBoundary>& boundaries = loaded.database.cells.at(0).boundaries;
     ASSERT_EQ(boundaries.size(), 2u);
     EXPECT_EQ(boundaries[0].layer, 65535);
-    EXPECT_EQ(boundaries[0].points,
+    EXPECT_EQ(PointsOf(boundaries[0]),
               (Points{{-10, -20}, {30, -20}, {30, 40}, {-10, 40}, {-10, -20}}));
     EXPECT_EQ(boundaries[0].bounds, (GdsRect{-10, -20, 30, 40}));
     EXPECT_EQ(boundaries[1].layer, 7);
-    EXPECT_EQ(boundaries[1].points,
+    EXPECT_EQ(PointsOf(boundaries[1]),
               (Points{{-2147483648LL, 0}, {2147483647, 1}, {-2147483648LL, 0}}));
 }
 
@@ -177,7 +179,7 @@ TEST(GdsReader, ReadsReferences) {
         writer.BeginCell("CHILD");
     });
     ASSERT_EQ(loaded.result, 0);
-    const std::vector<GdsSref>& srefs = loaded.database.cells.at(0).srefs;
+    const GrowingArray<GdsSref>& srefs = loaded.database.cells.at(0).srefs;
     ASSERT_EQ(srefs.size(), 2u);
     EXPECT_EQ(srefs[0].strans, 0x8000);
     EXPECT_EQ(srefs[0].mag, 2.5);
@@ -198,11 +200,11 @@ TEST(GdsReader, ReadsArrays) {
         writer.BeginCell("CHILD");
     });
     ASSERT_EQ(loaded.result, 0);
-    const std::vector<GdsAref>& arefs = loaded.database.cells.at(0).arefs;
+    const GrowingArray<GdsAref>& arefs = loaded.database.cells.at(0).arefs;
     ASSERT_EQ(arefs.size(), 2u);
     EXPECT_EQ(arefs[0].columns, 65535);
     EXPECT_EQ(arefs[0].rows, 3);
-    EXPECT_EQ(arefs[0].points, (Points{{1, 2}, {655351, 2}, {1, 32}}));
+    EXPECT_EQ(PointsOf(arefs[0]), (Points{{1, 2}, {655351, 2}, {1, 32}}));
     EXPECT_EQ(arefs[0].mag, 0.5);
     EXPECT_EQ(arefs[0].angle, static_cast<double>(3.141592653589793f));
     EXPECT_EQ(arefs[0].cell, &loaded.database.cells.at(1));
@@ -241,7 +243,7 @@ TEST(GdsReader, ResetsAReferenceForTheNext) {
         writer.BeginCell("");
     });
     ASSERT_EQ(loaded.result, 0);
-    const std::vector<GdsSref>& srefs = loaded.database.cells.at(0).srefs;
+    const GrowingArray<GdsSref>& srefs = loaded.database.cells.at(0).srefs;
     EXPECT_EQ(srefs.at(0).strans, 0x8006);
     EXPECT_EQ(srefs.at(1).strans, 0);
     EXPECT_EQ(srefs.at(1).mag, 1.0);
@@ -354,7 +356,7 @@ TEST(GdsReader, StoresPathsAsPolygons) {
     ASSERT_EQ(loaded.result, 0);
     const GdsBoundary& outline = loaded.database.cells.at(0).boundaries.at(0);
     EXPECT_EQ(outline.layer, 12);
-    EXPECT_EQ(outline.points, (Points{{-5, 5}, {105, 5}, {105, -5}, {-5, -5}, {-5, 5}}));
+    EXPECT_EQ(PointsOf(outline), (Points{{-5, 5}, {105, 5}, {105, -5}, {-5, -5}, {-5, 5}}));
 }
 
 TEST(GdsReader, ConvertsOnlyTheFirstPathOfEachUnsupportedType) {
@@ -408,7 +410,7 @@ TEST(GdsReader, TakesAnAbsoluteWidthForAHugeOne) {
         writer.Path(1, {{0, 0}, {100, 0}}, -10);
     });
     ASSERT_EQ(loaded.result, 0);
-    EXPECT_EQ(loaded.database.cells.at(0).boundaries.at(0).points.at(0),
+    EXPECT_EQ(loaded.database.cells.at(0).boundaries.at(0).points[0],
               (GdsPoint{0, (4294967296 - 10) / 2}));
 }
 
@@ -578,6 +580,26 @@ TEST(GdsReal8ToDouble, SumsTheMantissaByteByByteInDoublePrecision) {
     EXPECT_EQ(Real({0x40, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}), 1.0);
     EXPECT_EQ(Real({0x40, 0x80, 0, 0, 0, 0, 0, 0x04}), 0.5);  // half way, to even
     EXPECT_EQ(Real({0x40, 0x80, 0, 0, 0, 0, 0, 0x0C}), 0.5 + 0x1p-52);
+}
+
+TEST(GdsReal8ToDouble, EqualsTheSumOfTheBytesForAnyBytes) {
+    std::mt19937 random(8);
+    for (int run = 0; run < 20000; ++run) {
+        std::uint8_t bytes[8];
+        for (std::uint8_t& byte : bytes) {
+            // Halves and ends of what a double can hold are the hard ones.
+            constexpr std::uint8_t hard[] = {0x00, 0x01, 0x08, 0x10, 0x80, 0xFF};
+            byte = random() % 2 == 0 ? hard[random() % 6] : static_cast<std::uint8_t>(random());
+        }
+        double mantissa = 0.0;
+        for (int i = 1; i < 8; ++i) {
+            mantissa += bytes[i] * std::pow(2.0, -8 * i);
+        }
+        const double expected = bytes[0] < 128 ? std::pow(16.0, bytes[0] - 64) * 1.0 * mantissa
+                                               : std::pow(16.0, bytes[0] - 192) * -1.0 * mantissa;
+        ASSERT_EQ(std::bit_cast<std::uint64_t>(GdsReal8ToDouble(bytes)),
+                  std::bit_cast<std::uint64_t>(expected));
+    }
 }
 
 TEST(GdsReal8ToDouble, ReadsBackWhatTheWriterWrites) {

@@ -6,6 +6,11 @@
 
 namespace zelmo {
 
+std::span<const GdsPoint> KeepPoints(const std::vector<GdsPoint>& points) {
+    static RunPool<GdsPoint> pool;
+    return pool.Keep(points);
+}
+
 LoadedLayout LoadBytes(const std::vector<std::uint8_t>& bytes) {
     const TempFolder folder;
     RecordingConsole console;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -41,6 +42,15 @@ constexpr std::uint16_t string = 0x1906;
 constexpr std::uint16_t nodetype = 0x2A02;
 constexpr std::uint16_t boxtype = 0x2E02;
 }  // namespace record
+
+/// Points for the elements of a layout that is made by hand. They stay to the end of the program.
+std::span<const GdsPoint> KeepPoints(const std::vector<GdsPoint>& points);
+
+/// The points of a boundary or an array.
+template <typename Element>
+std::vector<GdsPoint> PointsOf(const Element& element) {
+    return {element.points.begin(), element.points.end()};
+}
 
 /// What reading a file gave.
 struct LoadedLayout {

@@ -7,13 +7,14 @@
 #include "gds/cell_bounds.h"
 #include "gds/gds_database.h"
 #include "gds/polygon_selection.h"
+#include "tests/gds/layout_file.h"
 
 namespace zelmo {
 namespace {
 
 GdsBoundary Rectangle(std::int64_t x0, std::int64_t y0, std::int64_t x1, std::int64_t y1) {
     GdsBoundary boundary;
-    boundary.points = {{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}, {x0, y0}};
+    boundary.points = KeepPoints({{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}, {x0, y0}});
     boundary.bounds = {x0, y0, x1, y1};
     return boundary;
 }
@@ -36,7 +37,7 @@ protected:
         aref.mag = 2.0;
         aref.columns = 3;
         aref.rows = 3;
-        aref.points = {{1000, 0}, {1300, 0}, {1000, 600}};
+        aref.points = KeepPoints({{1000, 0}, {1300, 0}, {1000, 600}});
         top.arefs.push_back(aref);
         top.srefs.push_back(Reference(leaf, {-500, 0}));
         ComputeCellBounds(top, GdsTransform());

@@ -251,18 +251,18 @@ TEST_F(ExtractPolygonsTest, FailsAtTenMillionPolygons) {
     GdsDatabase database;
     database.cells.resize(2);
     GdsCell& leaf = database.cells[0];
-    leaf.boundaries.resize(1);
+    leaf.boundaries.push_back({});
     leaf.boundaries[0].bounds = {0, 0, 1000, 1000};
     leaf.bounds = leaf.boundaries[0].bounds;
     leaf.boundsValid = true;
     GdsCell& top = database.cells[1];
     top.name = "TOP";
-    top.arefs.resize(1);
+    top.arefs.push_back({});
     top.arefs[0].cell = &leaf;
     top.arefs[0].mag = 1.0;
     top.arefs[0].columns = 3200;
     top.arefs[0].rows = 3125;
-    top.arefs[0].points = {{10, 10}, {10, 10}, {10, 10}};
+    top.arefs[0].points = KeepPoints({{10, 10}, {10, 10}, {10, 10}});
     ExpectFailure(model, console, database, "ERROR: Reached the maximum number of polygons");
 }
 

@@ -10,6 +10,7 @@
 #include "gds/cell_bounds.h"
 #include "gds/gds_database.h"
 #include "gds/polygon_selection.h"
+#include "tests/gds/layout_file.h"
 #include "tests/gds/random_layout.h"
 #include "tests/plain/gds_plain.h"
 
@@ -22,7 +23,7 @@ GdsBoundary Rectangle(std::uint16_t layer, std::int64_t x0, std::int64_t y0, std
                       std::int64_t y1) {
     GdsBoundary boundary;
     boundary.layer = layer;
-    boundary.points = {{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}, {x0, y0}};
+    boundary.points = KeepPoints({{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}, {x0, y0}});
     boundary.bounds = {x0, y0, x1, y1};
     return boundary;
 }
@@ -42,7 +43,7 @@ GdsAref Array(GdsCell& cell, std::int32_t columns, std::int32_t rows, GdsPoint o
     aref.mag = 1.0;
     aref.columns = columns;
     aref.rows = rows;
-    aref.points = {origin, columnEnd, rowEnd};
+    aref.points = KeepPoints({origin, columnEnd, rowEnd});
     return aref;
 }
 
@@ -213,7 +214,7 @@ TEST(CollectCellPolygons, ThrowsForAnArrayOfFewerThanThreePoints) {
     GdsCell leaf;
     GdsCell top;
     top.arefs.push_back(Array(leaf, 0, 0, {}, {}, {}));
-    top.arefs.back().points.resize(2);
+    top.arefs.back().points = top.arefs.back().points.first(2);
     ExtractionScope scope = ScopeOf(0, 0, 10, 10);
     EXPECT_THROW(CollectCellPolygons(scope, {&top, GdsTransform()}), std::out_of_range);
 }
@@ -427,14 +428,16 @@ TEST(CollectCellPolygons, FindsTheInstancesOfAnyArrayUnderAnyPlacement) {
         GdsCell parent;
         GdsAref aref = Array(leaf, 1 + static_cast<std::int32_t>(random() % 60),
                              1 + static_cast<std::int32_t>(random() % 60), {}, {}, {});
-        for (GdsPoint& point : aref.points) {
+        std::vector<GdsPoint> points(3);
+        for (GdsPoint& point : points) {
             point.x = RandomInteger(random, -reach, reach);
             point.y = RandomInteger(random, -reach, reach);
         }
         if (run % 2 == 0) {  // along the axes
-            aref.points[1].y = aref.points[0].y;
-            aref.points[2].x = aref.points[0].x;
+            points[1].y = points[0].y;
+            points[2].x = points[0].x;
         }
+        aref.points = points;
         aref.mag = magnifications[random() % std::size(magnifications)];
         aref.angle = RandomAngle(random);
         aref.strans = random() % 2 == 0 ? 0 : 0x8000;
@@ -466,10 +469,12 @@ TEST(CollectCellPolygons, FindsTheWrappedInstancesOfArraysThatLeave32Bits) {
         GdsCell parent;
         const auto coordinate = [&] { return RandomInteger(random, -4, 4) * 1073741824; };
         GdsAref aref = Array(leaf, 40, 40, {}, {}, {});
-        for (GdsPoint& point : aref.points) {
+        std::vector<GdsPoint> points(3);
+        for (GdsPoint& point : points) {
             point.x = coordinate() + RandomInteger(random, -5, 5);
             point.y = coordinate() + RandomInteger(random, -5, 5);
         }
+        aref.points = points;
         parent.arefs.push_back(aref);
         const std::int64_t edge = run % 2 == 0 ? -2147483648LL : 2147483600;
         ExtractionScope scope = ScopeOf(edge, -5000000000, edge + 60, 5000000000);

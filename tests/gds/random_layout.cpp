@@ -4,8 +4,10 @@
 #include <limits>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "gds/cell_bounds.h"
+#include "tests/gds/layout_file.h"
 #include "tests/support/recording_console.h"
 
 namespace zelmo {
@@ -23,11 +25,13 @@ GdsBoundary RandomBoundary(std::mt19937& random, std::int64_t reach) {
     boundary.layer = static_cast<std::uint16_t>(RandomInteger(random, 0, 65535));
     const GdsPoint corner = RandomPoint(random, reach);
     const std::int64_t count = RandomInteger(random, 1, 5);
+    std::vector<GdsPoint> points;
     for (std::int64_t i = 0; i < count; ++i) {
         const GdsPoint step = RandomPoint(random, reach / 8 + 1);
-        boundary.points.push_back({corner.x + step.x, corner.y + step.y});
+        points.push_back({corner.x + step.x, corner.y + step.y});
     }
-    boundary.points.push_back(boundary.points.front());
+    points.push_back(points.front());
+    boundary.points = KeepPoints(points);
     return boundary;
 }
 
@@ -85,7 +89,7 @@ GdsAref RandomAref(std::mt19937& random, const RandomLayoutSettings& settings, G
     const bool turned = random() % 2 == 0;
     const GdsPoint columnEnd = RandomEnd(random, settings, origin, !turned);
     const GdsPoint rowEnd = RandomEnd(random, settings, origin, turned);
-    aref.points = {origin, columnEnd, rowEnd};
+    aref.points = KeepPoints({origin, columnEnd, rowEnd});
     aref.name = cell.name;
     aref.cell = &cell;
     return aref;

@@ -24,7 +24,9 @@ TEST(StreamRecord, DecodesNumbersMostSignificantByteFirst) {
     const StreamRecord record = RecordOf(data);
     EXPECT_EQ(record.U16At(0), 0x1234);
     EXPECT_EQ(record.U32At(0), 0x1234FFFEu);
-    EXPECT_EQ(record.I32At(2), static_cast<std::int32_t>(0xFFFE8000u));
+    EXPECT_EQ(StreamU16(data.data()), 0x1234);
+    EXPECT_EQ(StreamI32(data.data()), 0x1234FFFE);
+    EXPECT_EQ(StreamI32(data.data() + 2), -98304);
 }
 
 TEST(StreamRecord, ReadsZerosBehindTheEndOfTheData) {
@@ -34,7 +36,7 @@ TEST(StreamRecord, ReadsZerosBehindTheEndOfTheData) {
     EXPECT_EQ(record.U16At(3), 0);
     EXPECT_EQ(record.U16At(1000), 0);
     EXPECT_EQ(record.U32At(0), 0x12345600u);
-    EXPECT_EQ(record.I32At(3), 0);
+    EXPECT_EQ(record.U32At(3), 0u);
     EXPECT_EQ(RecordOf({}).RealAt(0), 0.0);
 }
 

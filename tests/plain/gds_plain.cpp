@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <stdexcept>
 
 namespace zelmo {
 
@@ -77,9 +78,12 @@ void Merge(GdsRect& target, const GdsRect& rect) {
 /// Calls `visit` with the position of each instance until it returns a number other than 0.
 template <typename Truncate, typename Visit>
 std::uint32_t ForEachInstance(const GdsAref& aref, Truncate truncate, Visit visit) {
-    const GdsPoint p0 = aref.points.at(0);
-    const GdsPoint p1 = aref.points.at(1);
-    const GdsPoint p2 = aref.points.at(2);
+    if (aref.points.size() < 3) {
+        throw std::out_of_range("invalid vector subscript");
+    }
+    const GdsPoint p0 = aref.points[0];
+    const GdsPoint p1 = aref.points[1];
+    const GdsPoint p2 = aref.points[2];
     const double columnX = static_cast<double>(Subtract(p1.x, p0.x)) / aref.columns;
     const double columnY = static_cast<double>(Subtract(p1.y, p0.y)) / aref.columns;
     const double rowX = static_cast<double>(Subtract(p2.x, p0.x)) / aref.rows;

@@ -22,16 +22,17 @@ using Lines = std::vector<std::string>;
 /// A library of one cell TOP with one square of 1234 database units on layer 12, its corner at
 /// (1000, 2000).
 GdsDatabase MakeDatabase() {
+    GdsDatabase database;
     GdsBoundary square;
     square.layer = 12;
-    square.points = {{1000, 2000}, {2234, 2000}, {2234, 3234}, {1000, 3234}, {1000, 2000}};
+    square.points = database.points.Keep(
+        {{1000, 2000}, {2234, 2000}, {2234, 3234}, {1000, 3234}, {1000, 2000}});
     square.bounds = {1000, 2000, 2234, 3234};
     GdsCell cell;
     cell.name = "TOP";
     cell.bounds = square.bounds;
     cell.boundsValid = true;
     cell.boundaries.push_back(square);
-    GdsDatabase database;
     database.cells.push_back(std::move(cell));
     return database;
 }

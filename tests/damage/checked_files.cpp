@@ -9,7 +9,7 @@
 
 #include "batch/batch_run.h"
 #include "shell/color_table.h"
-#include "tests/damage/allocated_memory.h"
+#include "tests/support/allocated_memory.h"
 
 namespace zelmo {
 

@@ -2,10 +2,13 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
+#include <functional>
 #include <new>
 #include <random>
 #include <regex>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "shell/debug_trace.h"
@@ -223,6 +226,58 @@ TEST(RunController, StopAndCloseAtAnyMomentEndEveryRun) {
         EXPECT_FALSE(desktop.window.Running());
         EXPECT_GE(desktop.window.Pictures().images.size(), 1u);
         EXPECT_EQ(desktop.platform.ContextConflicts(), 0);
+    }
+}
+
+/// Runs a process while another thread, after some time, asks for `action` to be taken.
+void RunWithInterruption(Desktop& desktop, std::chrono::microseconds after,
+                         const std::function<void()>& action) {
+    std::atomic<bool> taken = false;
+    std::thread user([&] {
+        std::this_thread::sleep_for(after);
+        desktop.platform.Post([&] {
+            action();
+            taken = true;
+        });
+    });
+    desktop.StartRun(desktop.ProcessFile(3));
+    desktop.FinishRun();
+    user.join();
+    desktop.platform.RunLoopUntil([&] { return taken || desktop.platform.QuitPosted(); });
+}
+
+TEST(RunController, HundredsOfStopsOfOneSessionLeaveNoRunHanging) {
+    std::mt19937 random(4711);
+    Desktop desktop;
+    desktop.LoadLayout();
+    std::size_t cut = 0;
+    for (int round = 0; round < 300; ++round) {
+        RunWithInterruption(desktop, std::chrono::microseconds(random() % 12000), [&] {
+            if (desktop.platform.Enabled(MenuEntry::Stop)) {
+                desktop.window.HandleStop();
+            }
+        });
+        ASSERT_FALSE(desktop.window.Running());
+        const std::size_t pictures = desktop.window.Pictures().images.size();
+        ASSERT_TRUE(pictures >= 1 && pictures <= 4) << pictures;
+        cut += pictures < 4 ? 1 : 0;
+        ASSERT_TRUE(desktop.platform.HasContext());
+        ASSERT_TRUE(desktop.platform.Enabled(MenuEntry::RunProcess));
+    }
+    EXPECT_GT(cut, 10u);
+    EXPECT_EQ(desktop.platform.ContextConflicts(), 0);
+}
+
+TEST(RunController, HundredsOfClosesEndTheProgramWithNothingUnderWay) {
+    std::mt19937 random(4712);
+    for (int round = 0; round < 200; ++round) {
+        Desktop desktop;
+        desktop.LoadLayout();
+        RunWithInterruption(desktop, std::chrono::microseconds(random() % 12000),
+                            [&] { desktop.window.HandleClose(); });
+        ASSERT_TRUE(desktop.platform.QuitPosted());
+        ASSERT_FALSE(desktop.window.Running());
+        ASSERT_EQ(desktop.platform.ContextConflicts(), 0);
     }
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
+#include <initializer_list>
 #include <memory>
 #include <new>
 #include <stdexcept>
@@ -20,6 +21,11 @@ class GrowingArray {
 
 public:
     GrowingArray() = default;
+    GrowingArray(std::initializer_list<T> items) {
+        for (const T& item : items) {
+            push_back(item);
+        }
+    }
     GrowingArray(GrowingArray&& other) noexcept
         : items_(std::move(other.items_)),
           size_(std::exchange(other.size_, 0)),

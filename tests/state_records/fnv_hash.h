@@ -9,7 +9,8 @@
 
 namespace zelmo {
 
-/// 64-bit FNV-1a over little-endian bytes. A negative zero counts as zero.
+/// 64-bit FNV-1a over little-endian bytes. A negative zero counts as zero, and a NaN is like any
+/// other.
 class FnvHash {
 public:
     void Add(std::string_view text) {
@@ -26,7 +27,11 @@ public:
 
     void Add(std::int32_t value) { Add(static_cast<std::uint32_t>(value)); }
 
-    void Add(float value) { Add(std::bit_cast<std::uint32_t>(value == 0.0f ? 0.0f : value)); }
+    void Add(float value) {
+        constexpr std::uint32_t notANumber = 0x7FC00000;
+        const auto bits = std::bit_cast<std::uint32_t>(value == 0.0f ? 0.0f : value);
+        Add(value == value ? bits : notANumber);
+    }
 
     template <typename Range>
     void AddAll(const Range& values) {

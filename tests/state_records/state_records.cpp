@@ -65,6 +65,9 @@ private:
 
 /// A number with all its bits, as C's "%a" writes it.
 std::string HexFloat(double value) {
+    if (value != value) {
+        return "nan";
+    }
     std::array<char, 64> digits{};
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(),
                                    value < 0.0 ? -value : value, std::chars_format::hex);

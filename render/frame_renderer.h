@@ -14,7 +14,7 @@ struct PictureTools {
     const ShaderProgram& surfaceShader;
     const ShaderProgram& pointShader;
     TextFont& textFont;
-    bool wholeMeshes = false; ///< for comparisons: draws also what cannot be seen
+    bool wholeMeshes = false;  ///< for comparisons: draws also what cannot be seen
 };
 
 /// Draws the complete picture of a model into the framebuffer that is bound, `width` by `height`

@@ -575,38 +575,6 @@ std::uint32_t CountDrawn(const std::uint8_t* squares, std::size_t count) {
     return triangles * 3;
 }
 
-/// Which of two neighbouring squares' triangles touch the position between them, in the row behind
-/// their band or in the row before it.
-bool TouchBack(unsigned left, unsigned right) {
-    return ((left & hasBackTriangle) | (right & hasSquare)) != 0;
-}
-bool TouchFront(unsigned left, unsigned right) {
-    return ((left & hasSquare) | (right & hasFrontTriangle)) != 0;
-}
-
-/// How many vertices are first used in a band. `before` are the squares of the band before it.
-std::uint32_t CountNewVertices(const std::uint8_t* before, const std::uint8_t* squares,
-                               std::size_t count) {
-    const auto countAt = [](unsigned oldLeft, unsigned oldRight, unsigned left, unsigned right) {
-        return static_cast<std::uint32_t>(TouchBack(left, right)) +
-               static_cast<std::uint32_t>(TouchFront(left, right) & !TouchBack(oldLeft, oldRight));
-    };
-    std::uint32_t positions =
-        countAt(0, before[0], 0, squares[0]) + countAt(before[count - 1], 0, squares[count - 1], 0);
-    for (std::size_t i = 1; i < count; ++i) {
-        positions += countAt(before[i - 1], before[i], squares[i - 1], squares[i]);
-    }
-    return 2 * positions;
-}
-
-/// Marks the vertices of the row behind a band as numbered where they are.
-void MarkBackRow(const std::uint8_t* squares, std::size_t count, NumberRow& row) {
-    for (std::size_t i = 0; i <= count; ++i) {
-        const bool isUsed = TouchBack(i > 0 ? squares[i - 1] : 0, i < count ? squares[i] : 0);
-        row[i] = isUsed ? VertexNumbers{0, 0} : VertexNumbers{};
-    }
-}
-
 /// Writes the indices of a band's triangles that are drawn; returns their end.
 std::uint32_t* WriteBand(const std::uint8_t* squares, std::size_t count, const NumberRow& front,
                          const NumberRow& back, std::uint32_t* out) {
@@ -634,10 +602,6 @@ std::uint32_t* WriteBand(const std::uint8_t* squares, std::size_t count, const N
     return out;
 }
 
-bool HasWall(const MeshWindow& window, std::int32_t col) {
-    return window.IsThick(col, 0) || window.IsThick(col + 1, 0);
-}
-
 /// Whether a layer's mesh has been made from heights with so many triangles on each sheet.
 bool IsMeshOf(const MeshWindow& window, std::int64_t sheetTriangles) {
     std::int64_t walls = 0;
@@ -645,28 +609,6 @@ bool IsMeshOf(const MeshWindow& window, std::int64_t sheetTriangles) {
         walls += HasWall(window, col) ? 1 : 0;
     }
     return window.layer.indexCount == 6 * (sheetTriangles + walls);
-}
-
-/// Appends the indices of the whole front wall, whose first vertex has the number `next`.
-void AppendWall(const MeshWindow& window, std::uint32_t next, std::vector<std::uint32_t>& indices) {
-    const auto cols = static_cast<std::size_t>(window.cols);
-    std::vector<std::uint32_t> foot(cols, unnumbered);
-    std::vector<std::uint32_t> head(cols, unnumbered);
-    const auto append = [&](std::uint32_t& number) {
-        if (number == unnumbered) {
-            number = next++;
-        }
-        indices.push_back(number);
-    };
-    for (std::size_t i = 0; i + 1 < cols; ++i) {
-        const auto col = static_cast<std::int32_t>(i);
-        if (HasWall(window, col)) {
-            for (std::uint32_t* number :
-                 {&foot[i], &head[i + 1], &head[i], &foot[i], &foot[i + 1], &head[i + 1]}) {
-                append(*number);
-            }
-        }
-    }
 }
 
 /// Numbers the vertices of some bands and writes the indices that are drawn. Only what is drawn
@@ -688,12 +630,9 @@ void WriteBands(Choice& choice, std::size_t layer, const std::vector<BandCounts>
         }
         const std::uint8_t* squares = choice.Band(layer, band);
         front.swap(back);
-        if (band == 0) {
-            std::fill(front.begin(), front.end(), VertexNumbers{});
-        } else if (numbered != band - 1) {
-            MarkBackRow(choice.Band(layer, band - 1), count, front);
+        if (band == 0 || numbered != band - 1) {
+            MarkBackRow(band > 0 ? choice.Band(layer, band - 1) : nullptr, count, front);
         }
-        std::fill(back.begin(), back.end(), VertexNumbers{});
         const BandCounts& start = starts[static_cast<std::size_t>(band)];
         NumberBand(squares, count, front, back, start.vertices);
         numbered = band;
@@ -708,12 +647,11 @@ void WriteBands(Choice& choice, std::size_t layer, const std::vector<BandCounts>
 /// The indices to draw of the layer at this place in the stack.
 std::span<const std::uint32_t> VisibleTriangles::Choice::WriteIndices(std::size_t layer) {
     const std::int32_t bands = stack.rows - 1;
-    const std::vector<std::uint8_t> nothing(stack.Squares());
     // Each band's own counts stand behind its place until they are summed up.
     std::vector<BandCounts> starts(static_cast<std::size_t>(bands) + 1);
     ForRowBands(bands, smallestBand, [&](std::int32_t first, std::int32_t end) {
         for (std::int32_t band = first; band < end; ++band) {
-            const std::uint8_t* before = band > 0 ? Band(layer, band - 1) : nothing.data();
+            const std::uint8_t* before = band > 0 ? Band(layer, band - 1) : nullptr;
             starts[static_cast<std::size_t>(band) + 1] = {
                 CountNewVertices(before, Band(layer, band), stack.Squares()),
                 CountDrawn(Band(layer, band), stack.Squares())};
@@ -727,7 +665,9 @@ std::span<const std::uint32_t> VisibleTriangles::Choice::WriteIndices(std::size_
     ForRowBands(bands, smallestBand, [&](std::int32_t first, std::int32_t end) {
         WriteBands(*this, layer, starts, first, end);
     });
-    AppendWall(stack.layers[layer], starts.back().vertices, indices);
+    VisitWall(
+        stack.layers[layer], starts.back().vertices,
+        [this](std::int32_t, bool, std::uint32_t number, bool) { indices.push_back(number); });
     return indices;
 }
 

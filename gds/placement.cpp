@@ -66,18 +66,6 @@ LinearPart LinearPartOf(const GdsTransform& transform) {
     return MakeLinearPart(transform.flip, transform.mag, transform.angle);
 }
 
-GdsPoint TurnPoint(GdsPoint point, const LinearPart& linear) {
-    const double x = static_cast<double>(point.x);
-    const double y = static_cast<double>(point.y) * linear.mirror;
-    return {TruncateToI64((x * linear.cosine - y * linear.sine) * linear.mag),
-            TruncateToI64((y * linear.cosine + x * linear.sine) * linear.mag)};
-}
-
-GdsPoint PlacePoint(GdsPoint point, const GdsTransform& transform, const LinearPart& linear) {
-    const GdsPoint turned = TurnPoint(point, linear);
-    return {SaturatingAdd(turned.x, transform.dx), SaturatingAdd(turned.y, transform.dy)};
-}
-
 GdsPoint TransformPoint(GdsPoint point, const GdsTransform& transform, bool inverse) {
     if (inverse) {
         return TurnPoint(ShiftBack(point, transform), InverseLinearPart(transform));

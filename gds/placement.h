@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "gds/coordinates.h"
 #include "gds/gds_database.h"
 
 // Placing points and boxes through references to cells. Arithmetic is in double precision, and
@@ -34,10 +35,19 @@ LinearPart LinearPartOf(const GdsTransform& transform);
 
 /// The point mirrored, turned, scaled and truncated. Monotone in x for a fixed y and the other way
 /// round, whatever the numbers are.
-GdsPoint TurnPoint(GdsPoint point, const LinearPart& linear);
+inline GdsPoint TurnPoint(GdsPoint point, const LinearPart& linear) {
+    const double x = static_cast<double>(point.x);
+    const double y = static_cast<double>(point.y) * linear.mirror;
+    return {TruncateToI64((x * linear.cosine - y * linear.sine) * linear.mag),
+            TruncateToI64((y * linear.cosine + x * linear.sine) * linear.mag)};
+}
 
 /// The same with the shift: forward through a transform whose linear part is at hand.
-GdsPoint PlacePoint(GdsPoint point, const GdsTransform& transform, const LinearPart& linear);
+inline GdsPoint PlacePoint(GdsPoint point, const GdsTransform& transform,
+                           const LinearPart& linear) {
+    const GdsPoint turned = TurnPoint(point, linear);
+    return {SaturatingAdd(turned.x, transform.dx), SaturatingAdd(turned.y, transform.dy)};
+}
 
 /// Places a point, forward or back. The way back mirrors before it turns, as the way forward does,
 /// and so undoes the placement only where `flip` or `angle` is 0.

@@ -29,6 +29,13 @@ struct OpenArray {
     std::vector<LatticeBlock> pending;  ///< the next block last
 };
 
+/// A cell that is to be entered, with the sine and cosine that belong to its placement.
+struct ReachedCell {
+    const GdsCell* cell = nullptr;
+    GdsTransform transform;
+    LinearPart linear;
+};
+
 /// A cell whose references are being followed.
 struct CellVisit {
     const GdsCell* cell = nullptr;
@@ -74,9 +81,9 @@ RawPolygon PlacePolygon(const ExtractionScope& scope, const GdsBoundary& boundar
 }
 
 /// Appends the cell's own polygons. False when the limit is reached.
-bool CollectBoundaries(ExtractionScope& scope, const PlacedCell& placed, const LinearPart& linear) {
+bool CollectBoundaries(ExtractionScope& scope, const ReachedCell& placed) {
     for (const GdsBoundary& boundary : placed.cell->boundaries) {
-        const GdsRect box = PlaceRect(boundary.bounds, placed.transform, linear);
+        const GdsRect box = PlaceRect(boundary.bounds, placed.transform, placed.linear);
         if (!Overlaps(scope, box)) {
             continue;
         }
@@ -84,7 +91,7 @@ bool CollectBoundaries(ExtractionScope& scope, const PlacedCell& placed, const L
             ++scope.skipped;
             continue;
         }
-        scope.output.push_back(PlacePolygon(scope, boundary, placed.transform, linear));
+        scope.output.push_back(PlacePolygon(scope, boundary, placed.transform, placed.linear));
         if (scope.output.size() == scope.limit) {
             return false;
         }
@@ -181,7 +188,7 @@ GdsTransform TakeInstance(CellVisit& visit) {
 }
 
 /// The next instance in reach of the visit's open array, column by column.
-std::optional<PlacedCell> NextInstance(CellWalk& walk, CellVisit& visit) {
+std::optional<ReachedCell> NextInstance(CellWalk& walk, CellVisit& visit) {
     OpenArray& array = *visit.array;
     while (!array.pending.empty() && !walk.IsSpent()) {
         ++walk.tests;
@@ -189,7 +196,7 @@ std::optional<PlacedCell> NextInstance(CellWalk& walk, CellVisit& visit) {
         if (block.IsOneColumn() && block.lastRow - block.firstRow < shortPiece) {
             const GdsTransform child = TakeInstance(visit);
             if (IsInReach(walk, *array.cell, child, array.childLinear)) {
-                return PlacedCell{array.cell, child};
+                return ReachedCell{array.cell, child, array.childLinear};
             }
             continue;
         }
@@ -204,22 +211,23 @@ std::optional<PlacedCell> NextInstance(CellWalk& walk, CellVisit& visit) {
 }
 
 /// The next cell in reach below the visited one.
-std::optional<PlacedCell> NextChild(CellWalk& walk, CellVisit& visit) {
+std::optional<ReachedCell> NextChild(CellWalk& walk, CellVisit& visit) {
     const GdsCell& cell = *visit.cell;
     while (visit.next < cell.srefs.size() && !walk.IsSpent()) {
         ++walk.tests;
         const GdsSref& sref = cell.srefs[visit.next++];
         const GdsTransform child = PlaceChild(sref.origin, sref.mag, sref.angle, sref.strans,
                                               visit.transform, visit.linear);
-        if (IsInReach(walk, *sref.cell, child, LinearPartOf(child))) {
-            return PlacedCell{sref.cell, child};
+        const LinearPart linear = LinearPartOf(child);
+        if (IsInReach(walk, *sref.cell, child, linear)) {
+            return ReachedCell{sref.cell, child, linear};
         }
     }
     while (visit.next < cell.srefs.size() + cell.arefs.size() && !walk.IsSpent()) {
         if (!visit.array) {
             visit.array = BeginArray(visit, cell.arefs[visit.next - cell.srefs.size()]);
         }
-        if (const std::optional<PlacedCell> instance = NextInstance(walk, visit)) {
+        if (const std::optional<ReachedCell> instance = NextInstance(walk, visit)) {
             return instance;
         }
         visit.array.reset();
@@ -230,17 +238,17 @@ std::optional<PlacedCell> NextChild(CellWalk& walk, CellVisit& visit) {
 
 /// Collects the cell's own polygons and sets out for its references. False when the limit is
 /// reached.
-bool Enter(CellWalk& walk, const PlacedCell& placed) {
+bool Enter(CellWalk& walk, const ReachedCell& placed) {
     ++walk.visits;
     walk.tests += placed.cell->boundaries.size();
     const std::size_t selectedBefore = walk.scope.output.size();
     const std::uint64_t droppedBefore = walk.scope.skipped;
-    const LinearPart linear = LinearPartOf(placed.transform);
-    if (!CollectBoundaries(walk.scope, placed, linear)) {
+    if (!CollectBoundaries(walk.scope, placed)) {
         return false;
     }
     if (!placed.cell->srefs.empty() || !placed.cell->arefs.empty()) {
-        walk.path.push_back({placed.cell, placed.transform, linear, selectedBefore, droppedBefore});
+        walk.path.push_back(
+            {placed.cell, placed.transform, placed.linear, selectedBefore, droppedBefore});
     }
     return true;
 }
@@ -258,11 +266,12 @@ void Leave(CellWalk& walk) {
 
 std::uint32_t CollectCellPolygons(ExtractionScope& scope, const PlacedCell& placedCell) {
     CellWalk walk{scope, ContentTable(scope.minSize)};
-    if (!Enter(walk, placedCell)) {
+    const LinearPart linear = LinearPartOf(placedCell.transform);
+    if (!Enter(walk, {placedCell.cell, placedCell.transform, linear})) {
         return limitReached;
     }
     while (!walk.path.empty()) {
-        const std::optional<PlacedCell> child = NextChild(walk, walk.path.back());
+        const std::optional<ReachedCell> child = NextChild(walk, walk.path.back());
         if (walk.IsSpent()) {
             return effortSpent;
         }

@@ -8,6 +8,7 @@
 #include "model/cover_map.h"
 #include "model/mask.h"
 #include "model/process_model.h"
+#include "model/row_bands.h"
 #include "model/steps/steps.h"
 #include "shell/debug_trace.h"
 
@@ -27,21 +28,18 @@ float EdgeSlope(float taper) {
 /// Removes the resist outside the mask and slopes its edges.
 void CutResist(Layer& layer, const std::vector<std::uint8_t>& mask,
                const std::vector<float>& edgeDistance, float thickness, float slope) {
-    for (std::size_t cell = 0; cell < mask.size(); ++cell) {
-        float& top = layer.top[cell];
-        const float bottom = layer.bottom[cell];
-        if (mask[cell] == 0) {
-            top = bottom;
-            continue;
+    ForRowBands(layer.rows, 64, [&](std::int32_t firstRow, std::int32_t endRow) {
+        const auto cols = static_cast<std::size_t>(layer.cols);
+        const std::size_t end = static_cast<std::size_t>(endRow) * cols;
+        for (std::size_t cell = static_cast<std::size_t>(firstRow) * cols; cell < end; ++cell) {
+            float& top = layer.top[cell];
+            const float bottom = layer.bottom[cell];
+            const float cut = thickness - edgeDistance[cell] * slope;
+            const float sloped = cut > 0.0f ? top - cut : top;
+            const float height = bottom > sloped ? bottom : sloped;
+            top = mask[cell] == 0 ? bottom : height;
         }
-        const float cut = thickness - edgeDistance[cell] * slope;
-        if (cut > 0.0f) {
-            top -= cut;
-        }
-        if (bottom > top) {
-            top = bottom;
-        }
-    }
+    });
 }
 
 }  // namespace

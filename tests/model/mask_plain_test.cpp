@@ -141,23 +141,6 @@ TEST(PointInPolygonAgainstPlain, GivesTheSameAnswer) {
     EXPECT_GT(insideCount, 1000);
 }
 
-TEST(MaskBlurAgainstPlain, GivesTheSameMask) {
-    for (std::uint32_t seed = 0; seed < CaseCount(600); ++seed) {
-        TestRandom random(seed);
-        ProcessModel model;
-        SetUpRandomGrid(model, random);
-        const std::vector<std::uint8_t> rawMask = RandomMask(model, random);
-        // Radii of whole cells lie on the disc's edge.
-        const float cells =
-            random.Below(2) == 0 ? static_cast<float>(random.Below(6)) : random.Unit() * 12.0f;
-        std::vector<std::uint8_t> mask(model.CellCount(), 5);
-        std::vector<std::uint8_t> plain(model.CellCount(), 6);
-        BlurMask(model, mask, rawMask, cells * model.gridSpacing);
-        BlurMaskPlain(model, plain, rawMask, cells * model.gridSpacing);
-        ASSERT_EQ(mask, plain) << "seed " << seed;
-    }
-}
-
 /// Compares edge distances with all widths of lanes and 1 to 3 threads. Returns the number of cells
 /// whose search misses the nearest free cell.
 std::size_t CompareEdgeDistances(const ProcessModel& model, const std::vector<std::uint8_t>& mask) {

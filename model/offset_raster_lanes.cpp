@@ -229,9 +229,26 @@ template <bool lowestWins>
     }
 }
 
+/// Whether any of the squares from a column on can touch rows of the band.
+bool MeetsBand(const RasterBand& band, const SquareRow& row, std::int32_t col) {
+    const auto first = static_cast<float>(band.firstRow - 2);
+    const auto last = static_cast<float>(band.endRow + 1);
+    const FloatLanes a = LoadLanes<FloatLanes>(row.lower.row + col);
+    const FloatLanes b = LoadLanes<FloatLanes>(row.lower.row + col + 1);
+    const FloatLanes c = LoadLanes<FloatLanes>(row.upper.row + col);
+    const FloatLanes d = LoadLanes<FloatLanes>(row.upper.row + col + 1);
+    return AnyLane(((a >= first) | (b >= first) | (c >= first) | (d >= first)) &
+                   ((a <= last) | (b <= last) | (c <= last) | (d <= last)));
+}
+
 template <bool lowestWins>
 void ScanSquares(const RasterBand& band, const SquareRow& row) {
+    // Squares can have moved to the band from rows beyond it, but most have not.
+    const bool isBeyond = row.row + 1 < band.firstRow || row.row >= band.endRow;
     for (std::int32_t col = 0; col < band.cols - 1; col += lanes) {
+        if (isBeyond && !MeetsBand(band, row, col)) {
+            continue;
+        }
         if (!ScanIfStill<lowestWins>(band, row, col) &&
             !ScanIfRegular<lowestWins>(band, row, col)) {
             ScanMovedSquares<lowestWins>(band, row, col);

@@ -15,8 +15,8 @@ namespace zelmo {
 /// resulting height field in `out`. Where the moved surface folds over itself, the highest sheet
 /// counts for a rising surface, the lowest for a sinking one; where it leaves gaps they are filled
 /// (FillMissingCells). Reads grid size and spacing of the model. `out` and `heights` hold one float
-/// per cell and do not overlap. Needs four bytes of memory per cell, and up to 24 where cells are
-/// missing. Works on all cores.
+/// per cell and do not overlap. Needs four bytes of memory for a cell, and then 28 for a gap. Works
+/// on all cores.
 void OffsetSurface(const ProcessModel& model, std::span<float> out, std::span<const float> heights,
                    float distance, float lateral);
 

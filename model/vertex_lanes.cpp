@@ -115,7 +115,8 @@ VectorLanes NormalsFrom(const SurfaceRow& surface, std::int32_t col) {
 bool AreWithin(const float* values, std::size_t count, float limit) {
     std::int32_t outside = 0;
     for (std::size_t i = 0; i < count; ++i) {
-        outside |= (values[i] <= limit) & (values[i] >= -limit) ? 0 : 1;
+        const bool isWithin = (values[i] <= limit) & (values[i] >= -limit);
+        outside |= isWithin ? 0 : 1;
     }
     return outside == 0;
 }

@@ -7,10 +7,10 @@ set -eu
 seconds=$1
 shift
 [ -f fuzz/corpus/made ] || cd "$(dirname "$0")/../../build/fuzz"
-options="-timeout=20 -rss_limit_mb=3000 -print_final_stats=1 -verbosity=1"
+options="-timeout=60 -rss_limit_mb=3000 -print_final_stats=1 -verbosity=1"
 if [ "$seconds" = short ]; then
     seconds=${ZELMO_FUZZ_SECONDS:-20}
-    options="$options -seed=1"
+    options="$options -seed=1 -timeout=120"
 fi
 targets=${*:-layout path_outline process_file color_table shader_file text run}
 mkdir -p fuzz/findings

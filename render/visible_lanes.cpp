@@ -1,6 +1,7 @@
 #include "render/visible_lanes.h"
 
 #include <cstdint>
+#include <cstring>
 
 #include "model/lanes.h"
 
@@ -107,14 +108,21 @@ struct Corner {
     FloatLanes y;
 };
 
-/// Whether the point lies outside the edge from `a` to `b` by more than the margin. `turn` is 1 for
-/// triangles whose inside is to the left of their edges, else -1.
-IntLanes IsOutside(const Corner& a, const Corner& b, const FloatLanes& turn, const FloatLanes& x,
-                   const FloatLanes& y, float margin) {
-    const FloatLanes dx = b.x - a.x;
-    const FloatLanes dy = b.y - a.y;
-    const FloatLanes side = (dx * (y - a.y) - dy * (x - a.x)) * turn;
-    return side < (Size(dx) + Size(dy)) * -margin;
+/// On which side of an edge a place lies, and how that changes from pixel to pixel. Negative where
+/// the place is outside by more than the margin.
+struct Side {
+    FloatLanes start;
+    FloatLanes perX;
+    FloatLanes perY;
+};
+
+/// `turn` is 1 for triangles whose inside is to the left of their edges, else -1.
+Side SideOf(const Corner& a, const Corner& b, const FloatLanes& turn, const FloatLanes& x,
+            const FloatLanes& y, float margin) {
+    const FloatLanes dx = (b.x - a.x) * turn;
+    const FloatLanes dy = (b.y - a.y) * turn;
+    const FloatLanes reach = (Size(dx) + Size(dy)) * margin;
+    return {dx * (y - a.y) - dy * (x - a.x) + reach, -dy, dx};
 }
 
 /// Whether the triangle covers none of the pixels' centres, which lie at halves.
@@ -124,25 +132,40 @@ IntLanes CoversNothing(const Corner& a, const Corner& b, const Corner& c, float 
     const FloatLanes low = Smaller(a.y, Smaller(b.y, c.y)) - margin;
     const FloatLanes high = Larger(a.y, Larger(b.y, c.y)) + margin;
     // The first centres at or after the box's lower left corner.
-    const FloatLanes x = Floor(left + 0.5f) + 0.5f;
-    const FloatLanes y = Floor(low + 0.5f) + 0.5f;
-    const FloatLanes firstX = x < left ? x + 1.0f : x;
-    const FloatLanes firstY = y < low ? y + 1.0f : y;
+    const FloatLanes nearX = Floor(left + 0.5f) + 0.5f;
+    const FloatLanes nearY = Floor(low + 0.5f) + 0.5f;
+    const FloatLanes x = nearX < left ? nearX + 1.0f : nearX;
+    const FloatLanes y = nearY < low ? nearY + 1.0f : nearY;
     const FloatLanes area = (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
     const FloatLanes one = FloatLanes{} + 1.0f;
     const FloatLanes turn = area < 0.0f ? -one : one;
-    const auto misses = [&](const FloatLanes& px, const FloatLanes& py) {
-        return (px > right) | (py > high) | IsOutside(a, b, turn, px, py, margin) |
-               IsOutside(b, c, turn, px, py, margin) | IsOutside(c, a, turn, px, py, margin);
+    const Side ab = SideOf(a, b, turn, x, y, margin);
+    const Side bc = SideOf(b, c, turn, x, y, margin);
+    const Side ca = SideOf(c, a, turn, x, y, margin);
+    // The triangle misses a centre that is outside one of its edges or behind its box.
+    const auto misses = [&](float right1, float up1) {
+        const auto at = [&](const Side& side) {
+            return side.start + side.perX * right1 + side.perY * up1;
+        };
+        return (at(ab) < 0.0f) | (at(bc) < 0.0f) | (at(ca) < 0.0f);
     };
-    return misses(firstX, firstY) & misses(firstX + 1.0f, firstY) & misses(firstX, firstY + 1.0f) &
-           misses(firstX + 1.0f, firstY + 1.0f) & (firstX + 2.0f > right) & (firstY + 2.0f > high);
+    const IntLanes noneX = x > right;
+    const IntLanes noneY = y > high;
+    const IntLanes oneX = x + 1.0f > right;
+    const IntLanes oneY = y + 1.0f > high;
+    const IntLanes fewX = x + 2.0f > right;
+    const IntLanes fewY = y + 2.0f > high;
+    return noneX | noneY |
+           (fewX & fewY & misses(0.0f, 0.0f) & (oneX | misses(1.0f, 0.0f)) &
+            (oneY | misses(0.0f, 1.0f)) & (oneX | oneY | misses(1.0f, 1.0f)));
 }
 
 bool Any(const IntLanes& mask) {
-    std::int32_t any = 0;
-    for (std::int32_t i = 0; i < lanes; ++i) {
-        any |= mask[i];
+    LongLanes pairs;
+    std::memcpy(&pairs, &mask, sizeof pairs);
+    std::int64_t any = 0;
+    for (std::int32_t i = 0; i < laneCount<LongLanes>; ++i) {
+        any |= pairs[i];
     }
     return any != 0;
 }
@@ -215,34 +238,40 @@ std::int32_t PackMasks(const std::int32_t* const* masks, std::int32_t squares,
     return sum;
 }
 
-void FindTriangles(const PlaceRows& thick, std::int32_t squares, std::int32_t* frontTriangles,
-                   std::int32_t* backTriangles) {
+bool FindTriangles(const PlaceRows& thick, std::int32_t squares, const TriangleMasks* three) {
+    IntLanes any{};
     for (std::int32_t col = 0; col < squares; col += lanes) {
         const IntLanes diagonal = Load(thick.front + col + 1) | Load(thick.back + col);
-        StoreLanes(frontTriangles + col, diagonal | Load(thick.front + col));
-        StoreLanes(backTriangles + col, diagonal | Load(thick.back + col + 1));
+        const IntLanes fronts = diagonal | Load(thick.front + col);
+        const IntLanes backs = diagonal | Load(thick.back + col + 1);
+        for (std::int32_t i = 0; i < 3; ++i) {
+            StoreLanes(three[i].front + col, fronts);
+            StoreLanes(three[i].back + col, backs);
+        }
+        any |= fronts | backs;
     }
+    return Any(any);
 }
 
-bool RemoveStanding(const PlaceRows& standsOn, std::int32_t squares, std::int32_t* frontTriangles,
-                    std::int32_t* backTriangles) {
+bool RemoveStanding(const PlaceRows& standsOn, std::int32_t squares,
+                    const TriangleMasks& triangles) {
     IntLanes any{};
     for (std::int32_t col = 0; col < squares; col += lanes) {
         const IntLanes right = Load(standsOn.front + col + 1);
         const IntLanes back = Load(standsOn.back + col);
         const IntLanes front = EqualPlaces(right, back, Load(standsOn.front + col));
         const IntLanes last = EqualPlaces(right, back, Load(standsOn.back + col + 1));
-        const IntLanes fronts = Load(frontTriangles + col) & ~front;
-        const IntLanes backs = Load(backTriangles + col) & ~last;
-        StoreLanes(frontTriangles + col, fronts);
-        StoreLanes(backTriangles + col, backs);
+        const IntLanes fronts = Load(triangles.front + col) & ~front;
+        const IntLanes backs = Load(triangles.back + col) & ~last;
+        StoreLanes(triangles.front + col, fronts);
+        StoreLanes(triangles.back + col, backs);
         any |= fronts | backs;
     }
     return Any(any);
 }
 
 bool RemoveBuried(const std::int32_t* const* buriedRows, std::int32_t squares,
-                  std::int32_t* frontTriangles, std::int32_t* backTriangles) {
+                  const TriangleMasks& triangles) {
     IntLanes any{};
     for (std::int32_t col = 0; col < squares; col += lanes) {
         IntLanes buried = IntLanes{} - 1;
@@ -251,10 +280,10 @@ bool RemoveBuried(const std::int32_t* const* buriedRows, std::int32_t squares,
                 buried &= Load(buriedRows[row] + col + side);
             }
         }
-        const IntLanes fronts = Load(frontTriangles + col) & ~buried;
-        const IntLanes backs = Load(backTriangles + col) & ~buried;
-        StoreLanes(frontTriangles + col, fronts);
-        StoreLanes(backTriangles + col, backs);
+        const IntLanes fronts = Load(triangles.front + col) & ~buried;
+        const IntLanes backs = Load(triangles.back + col) & ~buried;
+        StoreLanes(triangles.front + col, fronts);
+        StoreLanes(triangles.back + col, backs);
         any |= fronts | backs;
     }
     return Any(any);
@@ -275,11 +304,10 @@ void ProjectRow(const Projection& p, const float* heights, std::int32_t cols,
 }
 
 void RemoveUncovering(const PixelRow& front, const PixelRow& back, float margin,
-                      std::int32_t squares, std::int32_t* frontTriangles,
-                      std::int32_t* backTriangles) {
+                      std::int32_t squares, const TriangleMasks& triangles) {
     for (std::int32_t col = 0; col < squares; col += lanes) {
-        const IntLanes fronts = Load(frontTriangles + col);
-        const IntLanes backs = Load(backTriangles + col);
+        const IntLanes fronts = Load(triangles.front + col);
+        const IntLanes backs = Load(triangles.back + col);
         if (!Any(fronts | backs)) {
             continue;
         }
@@ -287,11 +315,10 @@ void RemoveUncovering(const PixelRow& front, const PixelRow& back, float margin,
         const Corner frontRight{Load(front.x + col + 1), Load(front.y + col + 1)};
         const Corner backLeft{Load(back.x + col), Load(back.y + col)};
         const Corner backRight{Load(back.x + col + 1), Load(back.y + col + 1)};
-        const IntLanes keptFronts =
-            fronts & ~CoversNothing(frontLeft, frontRight, backLeft, margin);
-        const IntLanes keptBacks = backs & ~CoversNothing(frontRight, backRight, backLeft, margin);
-        StoreLanes(frontTriangles + col, keptFronts);
-        StoreLanes(backTriangles + col, keptBacks);
+        StoreLanes(triangles.front + col,
+                   fronts & ~CoversNothing(frontLeft, frontRight, backLeft, margin));
+        StoreLanes(triangles.back + col,
+                   backs & ~CoversNothing(frontRight, backRight, backLeft, margin));
     }
 }
 

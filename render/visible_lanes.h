@@ -64,22 +64,26 @@ ZELMO_DECLARE_LANE_KERNEL(void FindBuriedSquares(const PlaceRows& places, const 
 ZELMO_DECLARE_LANE_KERNEL(std::int32_t PackMasks(const std::int32_t* const* masks,
                                                  std::int32_t squares, std::uint8_t* bytes))
 
-/// Masks of the two triangles of each square that are there: one of their corners is thick.
-ZELMO_DECLARE_LANE_KERNEL(void FindTriangles(const PlaceRows& thick, std::int32_t squares,
-                                             std::int32_t* frontTriangles,
-                                             std::int32_t* backTriangles))
+/// Masks of the squares' triangles: of their lower left halves and of their upper right ones.
+struct TriangleMasks {
+    std::int32_t* front = nullptr;
+    std::int32_t* back = nullptr;
+};
+
+/// Writes to each of the three which triangles are there: one of their corners is thick. True if
+/// any are.
+ZELMO_DECLARE_LANE_KERNEL(bool FindTriangles(const PlaceRows& thick, std::int32_t squares,
+                                             const TriangleMasks* three))
 
 /// Takes the triangles out of the masks whose corners all stand on the same layer. True if any are
 /// left.
 ZELMO_DECLARE_LANE_KERNEL(bool RemoveStanding(const PlaceRows& standsOn, std::int32_t squares,
-                                              std::int32_t* frontTriangles,
-                                              std::int32_t* backTriangles))
+                                              const TriangleMasks& triangles))
 
 /// Takes the triangles of squares out that are buried together with all eight around them. True if
 /// any are left.
 ZELMO_DECLARE_LANE_KERNEL(bool RemoveBuried(const std::int32_t* const* buriedRows,
-                                            std::int32_t squares, std::int32_t* frontTriangles,
-                                            std::int32_t* backTriangles))
+                                            std::int32_t squares, const TriangleMasks& triangles))
 
 /// The pixels of a row of places: x and y on the picture are (a + b * col + c * z) each, over w.
 struct Projection {
@@ -101,7 +105,6 @@ ZELMO_DECLARE_LANE_KERNEL(void ProjectRow(const Projection& projection, const fl
 /// Takes the triangles out that cover no pixel's centre, not even when moved by `margin` pixels.
 ZELMO_DECLARE_LANE_KERNEL(void RemoveUncovering(const PixelRow& front, const PixelRow& back,
                                                 float margin, std::int32_t squares,
-                                                std::int32_t* frontTriangles,
-                                                std::int32_t* backTriangles))
+                                                const TriangleMasks& triangles))
 
 }  // namespace zelmo

@@ -445,25 +445,28 @@ private:
 
     void ChooseOfLayer(std::size_t layer, std::int32_t band, std::uint8_t* bytes) {
         const std::int32_t squares = stack_.cols - 1;
-        // In the order of the bits: what is there, and what is drawn of it
+        // In the order of the bits: what is there, and what is drawn of it.
         std::array<std::int32_t*, 6> masks{};
         for (std::size_t i = 0; i < masks.size(); ++i) {
             masks[i] = masks_.At(i);
         }
-        ZELMO_PICK_LANES(FindTriangles)(Places(thick_, layer, band), squares, masks[0], masks[1]);
-        for (std::size_t i = 2; i < masks.size(); ++i) {
-            std::copy_n(masks[i < 4 ? 0 : 1], squares + rowPad, masks[i]);
+        const std::array<TriangleMasks, 3> three{TriangleMasks{masks[0], masks[1]},
+                                                 TriangleMasks{masks[2], masks[4]},
+                                                 TriangleMasks{masks[3], masks[5]}};
+        if (!ZELMO_PICK_LANES(FindTriangles)(Places(thick_, layer, band), squares, three.data())) {
+            std::fill_n(bytes, squares, std::uint8_t{0});
+            return;
         }
-        ChooseOfSheet(Sheet::Lower, layer, band, masks[2], masks[4]);
-        ChooseOfSheet(Sheet::Upper, layer, band, masks[3], masks[5]);
+        ChooseOfSheet(Sheet::Lower, layer, band, three[1]);
+        ChooseOfSheet(Sheet::Upper, layer, band, three[2]);
         triangleCounts_[layer] += ZELMO_PICK_LANES(PackMasks)(masks.data(), squares, bytes);
     }
 
-    void ChooseOfSheet(Sheet sheet, std::size_t layer, std::int32_t band, std::int32_t* fronts,
-                       std::int32_t* backs) {
+    void ChooseOfSheet(Sheet sheet, std::size_t layer, std::int32_t band,
+                       const TriangleMasks& triangles) {
         const std::int32_t squares = stack_.cols - 1;
-        if (sheet == Sheet::Lower && !ZELMO_PICK_LANES(RemoveStanding)(
-                                         Places(standsOn_, layer, band), squares, fronts, backs)) {
+        if (sheet == Sheet::Lower &&
+            !ZELMO_PICK_LANES(RemoveStanding)(Places(standsOn_, layer, band), squares, triangles)) {
             return;
         }
         if (band > 0) {  // the first band touches the front walls
@@ -472,7 +475,7 @@ private:
             const std::array<const std::int32_t*, 3> rows{buried.At(BandSlot(layer, band - 1)),
                                                           buried.At(BandSlot(layer, band)),
                                                           buried.At(BandSlot(layer, next))};
-            if (!ZELMO_PICK_LANES(RemoveBuried)(rows.data(), squares, fronts, backs)) {
+            if (!ZELMO_PICK_LANES(RemoveBuried)(rows.data(), squares, triangles)) {
                 return;
             }
         }
@@ -480,24 +483,24 @@ private:
             if (roof.place > layer) {
                 RemoveUnderRoof(roof,
                                 Heights(sheet == Sheet::Upper ? tops_ : bottoms_, layer, band),
-                                band, fronts, backs);
+                                band, triangles);
             }
         }
         ZELMO_PICK_LANES(RemoveUncovering)
         (PixelsOf(sheet, layer, band), PixelsOf(sheet, layer, band + 1), sight_.margin, squares,
-         fronts, backs);
+         triangles);
     }
 
     /// Takes the triangles out that the eye could see only through the places that a roof hides.
     void RemoveUnderRoof(const Roof& roof, const HeightRows& heights, std::int32_t band,
-                         std::int32_t* fronts, std::int32_t* backs) const {
+                         const TriangleMasks& triangles) const {
         const EyeRange& eye = sight_.eye;
         const float perCell = 1.0f / eye.spacing;
         const float eyeCol = sight_.eyeX * perCell;
         const float eyeRow = sight_.eyeY * perCell;
         const auto row = static_cast<float>(band);
         for (std::int32_t i = 0; i + 1 < stack_.cols; ++i) {
-            if ((fronts[i] | backs[i]) == 0) {
+            if ((triangles.front[i] | triangles.back[i]) == 0) {
                 continue;
             }
             const float z = heights.front[i];
@@ -519,7 +522,7 @@ private:
                     static_cast<std::size_t>(shadowRow) * static_cast<std::size_t>(stack_.cols) +
                     static_cast<std::size_t>(col);
                 if (roof.hides[place] != 0) {
-                    fronts[i] = backs[i] = 0;
+                    triangles.front[i] = triangles.back[i] = 0;
                 }
             }
         }

@@ -47,7 +47,7 @@ struct Above {
     FloatLanes top;
 };
 
-constexpr Above Nothing() {
+Above Nothing() {
     return {IntLanes{} - 1, FloatLanes{}, FloatLanes{}};
 }
 

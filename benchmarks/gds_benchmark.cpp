@@ -5,6 +5,7 @@
 #include <random>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "examples/gds_writer.h"
 #include "gds/gds_database.h"
@@ -13,8 +14,8 @@
 #include "model/process_model.h"
 #include "shell/log_console.h"
 
-// Loading a large layout, whose file lies in the system's memory by then, and extracting windows
-// of it.
+// Loading large layouts, whose files lie in the system's memory by then, and extracting windows of
+// one of them.
 
 namespace zelmo {
 namespace {
@@ -68,11 +69,67 @@ GdsWriter LargeLayout() {
     return writer;
 }
 
-/// The layout as a file, which is deleted in the end.
+/// One cell of rectangles, as tools write them that flatten a layout.
+GdsWriter FlatLayout() {
+    std::mt19937 random(2);
+    GdsWriter writer;
+    writer.BeginLibrary();
+    writer.BeginCell("FLAT");
+    for (int i = 0; i < 1000000; ++i) {
+        const auto x = static_cast<std::int32_t>(random() % 4000000);
+        const auto y = static_cast<std::int32_t>(random() % 4000000);
+        writer.Rectangle(static_cast<std::uint16_t>(i % 5), x, y, x + 200, y + 300);
+    }
+    writer.EndCell();
+    writer.EndLibrary();
+    return writer;
+}
+
+/// Outlines of 2000 points.
+GdsWriter OutlineLayout() {
+    GdsWriter writer;
+    writer.BeginLibrary();
+    writer.BeginCell("OUTLINES");
+    for (std::int64_t i = 0; i < 4000; ++i) {
+        std::vector<GdsPoint> points;
+        for (std::int64_t k = 0; k < 2000; ++k) {
+            points.push_back({i * 10 + k * 100, k % 2 * 500 + k * i});
+        }
+        writer.Boundary(1, points);
+    }
+    writer.EndCell();
+    writer.EndLibrary();
+    return writer;
+}
+
+/// A million references to a thousand cells, in no order, half of them turned.
+GdsWriter ReferenceLayout() {
+    std::mt19937 random(3);
+    GdsWriter writer;
+    writer.BeginLibrary();
+    for (int cell = 0; cell < 1000; ++cell) {
+        writer.BeginCell("CELL_" + std::to_string(cell));
+        writer.Rectangle(1, 0, 0, 100, 200 + cell);
+        writer.EndCell();
+    }
+    writer.BeginCell("TOP");
+    for (int i = 0; i < 1000000; ++i) {
+        const auto x = static_cast<std::int32_t>(random() % 4000000);
+        const auto y = static_cast<std::int32_t>(random() % 4000000);
+        writer.Reference("CELL_" + std::to_string(random() % 1000), {x, y},
+                         {i % 2 == 0, 1.0, i % 2 == 0 ? 90.0 : 0.0});
+    }
+    writer.EndCell();
+    writer.EndLibrary();
+    return writer;
+}
+
+/// A layout as a file, which is deleted in the end.
 class LayoutFile {
 public:
-    LayoutFile() : path_(std::filesystem::temp_directory_path() / "zelmo-benchmark.gds") {
-        LargeLayout().Save(path_);
+    explicit LayoutFile(const GdsWriter& layout)
+        : path_(std::filesystem::temp_directory_path() / "zelmo-benchmark.gds") {
+        layout.Save(path_);
         size_ = std::filesystem::file_size(path_);
     }
     ~LayoutFile() { std::filesystem::remove(path_); }
@@ -94,26 +151,26 @@ private:
     std::uintmax_t size_ = 0;
 };
 
-const LayoutFile& Layout() {
-    static const LayoutFile file;
-    return file;
-}
-
 const GdsDatabase& LoadedLayout() {
-    static const GdsDatabase database = Layout().Load();
+    static const GdsDatabase database = LayoutFile(LargeLayout()).Load();
     return database;
 }
 
-void BM_LayoutLoad(benchmark::State& state) {
-    Layout();
+template <GdsWriter (*makeLayout)()>
+void LayoutLoad(benchmark::State& state) {
+    const LayoutFile file(makeLayout());
     for (auto _ : state) {
-        benchmark::DoNotOptimize(Layout().Load());
+        benchmark::DoNotOptimize(file.Load());
     }
-    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(Layout().Size()));
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(file.Size()));
 }
+BENCHMARK(LayoutLoad<LargeLayout>)->Unit(benchmark::kMillisecond);
+BENCHMARK(LayoutLoad<FlatLayout>)->Unit(benchmark::kMillisecond);
+BENCHMARK(LayoutLoad<OutlineLayout>)->Unit(benchmark::kMillisecond);
+BENCHMARK(LayoutLoad<ReferenceLayout>)->Unit(benchmark::kMillisecond);
 
 /// A window of so many micrometres in the middle of the chip, 1000 cells wide.
-void BM_PolygonExtraction(benchmark::State& state) {
+void PolygonExtraction(benchmark::State& state) {
     const auto side = static_cast<float>(state.range(0));
     ProcessModel model;
     model.cellName = "CHIP";
@@ -131,8 +188,7 @@ void BM_PolygonExtraction(benchmark::State& state) {
     state.counters["polygons"] = static_cast<double>(model.polygons.size());
 }
 
-BENCHMARK(BM_LayoutLoad)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_PolygonExtraction)->Arg(10)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
+BENCHMARK(PolygonExtraction)->Arg(10)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace zelmo

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -114,6 +116,34 @@ TEST(CellReferences, AnUnknownNameLeavesItsReferenceEmpty) {
     EXPECT_TRUE(BindReferences(database));
     EXPECT_EQ(database.cells[0].srefs[0].cell, &database.cells[0]);
     EXPECT_TRUE(HasReferenceCircle(database));
+}
+
+TEST(CellReferences, AMillionReferencesToAHundredThousandCellsBindAtOnce) {
+    // Every tenth cell repeats the name of the first of its ten. Compared with one cell after the
+    // other, a name would cost as much as the whole binding may.
+    constexpr std::size_t cellCount = 100000;
+    GdsDatabase database;
+    database.cells.resize(cellCount);
+    for (std::size_t i = 0; i < cellCount; ++i) {
+        const std::size_t number = i % 10 == 9 ? i - 9 : i;
+        database.cells[i].name = "a cell with a long name " + std::to_string(number);
+    }
+    GdsCell& top = database.cells.front();
+    std::size_t target = 1;
+    for (std::size_t i = 0; i < 1000000; ++i) {
+        target = (target * 48271) % cellCount;
+        GdsSref sref;
+        sref.name = database.cells[target].name;
+        top.srefs.push_back(sref);
+    }
+    const auto start = std::chrono::steady_clock::now();
+    ASSERT_TRUE(BindReferences(database));
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(10));
+    target = 1;
+    for (const GdsSref& sref : top.srefs) {
+        target = (target * 48271) % cellCount;
+        ASSERT_EQ(sref.cell, &database.cells[target % 10 == 9 ? target - 9 : target]);
+    }
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 #include "tests/gds/layout_file.h"
 #include "tests/gds/random_layout.h"
 #include "tests/plain/gds_plain.h"
+#include "tests/support/case_count.h"
 #include "tests/support/recording_console.h"
 
 namespace zelmo {
@@ -318,7 +319,7 @@ TEST(ComputeCellBounds, FindsTheExtremesOfAnyArrayUnderAnyPlacement) {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     constexpr double magnifications[] = {1.0,  1.0, 0.5,      3.25,      -1.0,
                                          1e18, 0.0, infinity, -infinity, 1e-3};
-    for (int run = 0; run < 3000; ++run) {
+    for (std::uint32_t run = 0; run < CaseCount(3000); ++run) {
         const std::int64_t reach = run % 3 == 0 ? 40 : run % 3 == 1 ? 3000 : 2147483647;
         const auto coordinate = [&] { return RandomInteger(random, -reach, reach); };
         GdsAref aref;
@@ -382,7 +383,7 @@ void ExpectPlainSizes(GdsDatabase& database) {
 
 TEST(ComputeCellBounds, GivesTheBitsOfThePlainVersion) {
     std::mt19937 random(53);
-    for (int run = 0; run < 1500; ++run) {
+    for (std::uint32_t run = 0; run < CaseCount(1500); ++run) {
         RandomLayoutSettings settings;
         settings.cells = static_cast<std::int32_t>(RandomInteger(random, 1, 9));
         settings.reach = run % 3 == 0 ? 30 : run % 3 == 1 ? 20000 : 2147483647;

@@ -13,6 +13,7 @@
 #include "tests/gds/layout_file.h"
 #include "tests/gds/random_layout.h"
 #include "tests/plain/gds_plain.h"
+#include "tests/support/case_count.h"
 
 // Which polygons of a hierarchy a rectangle selects, and in which order.
 
@@ -396,7 +397,7 @@ void ExpectPlainPolygons(const ExtractionScope& scope, const PlacedCell& placed)
 
 TEST(CollectCellPolygons, GivesThePolygonsOfThePlainVersionInTheirOrder) {
     std::mt19937 random(71);
-    for (int run = 0; run < 1500; ++run) {
+    for (std::uint32_t run = 0; run < CaseCount(1500); ++run) {
         RandomLayoutSettings settings;
         settings.cells = static_cast<std::int32_t>(RandomInteger(random, 1, 6));
         settings.reach = run % 3 == 0 ? 30 : run % 3 == 1 ? 20000 : 2147483647;
@@ -420,7 +421,7 @@ TEST(CollectCellPolygons, FindsTheInstancesOfAnyArrayUnderAnyPlacement) {
     constexpr double infinity = std::numeric_limits<double>::infinity();
     constexpr double magnifications[] = {1.0, 1.0, 0.5, 3.25, -1.0, 0.0, infinity, 1e-3};
     std::size_t polygons = 0;
-    for (int run = 0; run < 1500; ++run) {
+    for (std::uint32_t run = 0; run < CaseCount(1500); ++run) {
         const std::int64_t reach = run % 3 == 0 ? 60 : run % 3 == 1 ? 3000 : 2147483647;
         GdsCell leaf;
         leaf.boundaries.push_back(Rectangle(1, -reach / 40, 0, reach / 20, reach / 30));
@@ -462,7 +463,7 @@ TEST(CollectCellPolygons, FindsTheInstancesOfAnyArrayUnderAnyPlacement) {
 TEST(CollectCellPolygons, FindsTheWrappedInstancesOfArraysThatLeave32Bits) {
     std::mt19937 random(73);
     std::size_t polygons = 0;
-    for (int run = 0; run < 400; ++run) {
+    for (std::uint32_t run = 0; run < CaseCount(400); ++run) {
         GdsCell leaf;
         leaf.boundaries.push_back(Rectangle(1, 0, 0, 100, 100));
         ComputeCellBounds(leaf, GdsTransform());

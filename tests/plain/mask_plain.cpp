@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "model/conversions.h"
-#include "model/neighbour_table.h"
+#include "tests/plain/neighbour_table_plain.h"
 
 namespace zelmo {
 
@@ -78,8 +78,8 @@ double RasteriseMaskPlain(const ProcessModel& model, std::span<std::uint8_t> raw
 
 void BlurMaskPlain(const ProcessModel& model, std::span<std::uint8_t> mask,
                    std::span<const std::uint8_t> rawMask, float radius) {
-    const std::vector<GridOffset> disc = SelectDiscOffsets(model, radius);
-    const std::vector<GridOffset> edge = SelectLeavingOffsets(model, radius);
+    const std::vector<GridOffset> disc = SelectDiscOffsetsPlain(model, radius);
+    const std::vector<GridOffset> edge = SelectLeavingOffsetsPlain(model, radius);
     for (int row = 0; row < model.gridRows; ++row) {
         int total = 0;
         int on = 0;

@@ -138,7 +138,8 @@ private:
                           static_cast<std::int32_t>(std::min(low.y + side, most)));
     }
 
-    /// Paths that the reader refuses would end the run before it begins: two points that differ.
+    /// Paths that the reader refuses would end the run before it begins: two points that differ,
+    /// and flush ends.
     void AddPath() {
         const std::uint16_t layer = TakeLayer(bytes_);
         const GdsPoint from = TakePoint(bytes_, manner_);
@@ -146,8 +147,7 @@ private:
         const std::int32_t width = manner_ == Manner::Wild ? bytes_.ConsumeIntegral<std::int32_t>()
                                                            : bytes_.ConsumeIntegral<std::int16_t>();
         if (from.x != to.x || from.y != to.y) {
-            writer_.Path(layer, {from, to}, width,
-                         bytes_.ConsumeIntegralInRange<std::uint16_t>(0, 1));
+            writer_.Path(layer, {from, to}, width, bytes_.ConsumeBool() ? 3 : 0);
         }
     }
 

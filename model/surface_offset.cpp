@@ -41,23 +41,29 @@ public:
     SurfaceRow At(std::int32_t row) {
         const bool hasBelow = row > 0;
         const bool hasAbove = row < surface_.rows - 1;
-        return {hasBelow ? Copy(0, row - 1) : nullptr,
-                Copy(1, row),
-                hasAbove ? Copy(2, row + 1) : nullptr,
+        return {hasBelow ? Copy(row - 1) : nullptr,
+                Copy(row),
+                hasAbove ? Copy(row + 1) : nullptr,
                 row,
                 surface_.cols,
                 surface_.spacing};
     }
 
 private:
-    const float* Copy(std::size_t slot, std::int32_t row) {
-        rows_[slot].CopyFrom(surface_.heights.subspan(surface_.RowStart(row),
-                                                      static_cast<std::size_t>(surface_.cols)));
+    /// A copy that is there already serves for the next row as well.
+    const float* Copy(std::int32_t row) {
+        const auto slot = static_cast<std::size_t>(row % 3);
+        if (heldRows_[slot] != row) {
+            rows_[slot].CopyFrom(surface_.heights.subspan(surface_.RowStart(row),
+                                                          static_cast<std::size_t>(surface_.cols)));
+            heldRows_[slot] = row;
+        }
         return rows_[slot].Data();
     }
 
     const Surface& surface_;
     std::array<PaddedRow, 3> rows_;
+    std::array<std::int32_t, 3> heldRows_{-1, -1, -1};
 };
 
 /// A row of moved vertices.

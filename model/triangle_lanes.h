@@ -22,6 +22,7 @@ inline IntLanes IsWithin(const FloatLanes& values, float limit) {
     return (values <= limit) & (values >= -limit);
 }
 
+/// Triangles with what their tests have in common.
 struct TriangleLanes {
     VectorLanes a;
     VectorLanes e0;  ///< from a to c
@@ -46,6 +47,7 @@ struct TouchLanes {
     IntLanes inside;    ///< whether the cell lies in the triangle
 };
 
+/// The corners of squares.
 struct SquareLanes {
     VectorLanes a;    ///< lower left
     VectorLanes b;    ///< lower right
@@ -124,6 +126,7 @@ inline TouchLanes Touch(const TriangleLanes& t, const RowTerms& row, const Float
     return {z, IsInside(t, d02, d12)};
 }
 
+/// What the cells hold after the triangle.
 template <bool lowestWins>
 FloatLanes Keep(const FloatLanes& cells, const TouchLanes& touch) {
     const IntLanes wins = lowestWins ? cells > touch.height : touch.height > cells;
@@ -134,9 +137,10 @@ inline float* CellOf(const RasterBand& band, std::int32_t col, std::int32_t row)
     return band.heights + (row - band.firstRow) * band.stride + col;
 }
 
+/// The same in the raster, for some of the triangles.
 template <bool lowestWins>
-void KeepIn(float* cells, const IntLanes& exists, TouchLanes touch) {
-    touch.inside &= exists;
+void KeepIn(float* cells, const IntLanes& chosen, TouchLanes touch) {
+    touch.inside &= chosen;
     StoreLanes(cells, Keep<lowestWins>(LoadLanes<FloatLanes>(cells), touch));
 }
 

@@ -4,11 +4,19 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "benchmarks/example_run.h"
 #include "model/execute_step.h"
 #include "model/row_bands.h"
+#include "render/gl_context.h"
+#include "render/layer_graphics_gl.h"
 #include "render/layer_mesh.h"
+#include "render/shader_program.h"
+#include "render/step_picture.h"
+#include "render/text_font.h"
+#include "shell/log_console.h"
 #include "tests/plain/mesh_plain.h"
 
 namespace zelmo {
@@ -16,24 +24,48 @@ namespace {
 
 constexpr std::int32_t cells = 1000;
 
-/// The CMOS example after the strip of its first metal's resist, twelve layers.
-const ProcessModel& Stack() {
-    static const std::unique_ptr<ProcessModel> model = [] {
-        constexpr std::size_t steps = 51;
-        auto stack = PrepareExample("cmos_inverter", cells);
-        for (std::size_t i = 0; i < std::min(steps, stack->steps.size()); ++i) {
-            ExecuteStep(*stack, stack->steps[i], nullptr);
-            UpdateMeshes(*stack);
-        }
-        return stack;
-    }();
+class QuietConsole : public LogConsole {
+protected:
+    void AppendLine(std::wstring) override {}
+};
+
+/// What pictures are drawn with, all of it while the context is current.
+struct Studio {
+    std::string problem;
+    std::unique_ptr<GlContext> context = CreateOffscreenGlContext(problem);
+    QuietConsole console;
+    LayerGraphicsGl graphics;
+    TextFont textFont;
+    ShaderProgram surfaceShader{"surface.shader", &console};
+    ShaderProgram pointShader{"point.shader", &console};
+    std::unique_ptr<Camera> camera;
+};
+
+Studio& TheStudio() {
+    static Studio studio;
+    return studio;
+}
+
+/// The CMOS example after so many steps. Asked for in ascending order, it runs once.
+ProcessModel& StackAfter(std::size_t steps) {
+    static const auto model = PrepareExample("cmos_inverter", cells, &TheStudio().graphics);
+    static std::size_t executed = 0;
+    for (; executed < std::min(steps, model->steps.size()); ++executed) {
+        ExecuteStep(*model, model->steps[executed], nullptr);
+        UpdateMeshes(*model);
+    }
     return *model;
 }
 
+/// After the strip of the first metal's resist: twelve layers.
+constexpr std::size_t twelveLayers = 51;
+/// At the end: sixteen, three of them translucent.
+constexpr std::size_t allSteps = 66;
+
 /// Of the layers in the order of the size of their meshes: the largest is 0.
-const Layer& LayerBySize(std::size_t place) {
+const Layer& LayerBySize(const ProcessModel& model, std::size_t place) {
     std::vector<const Layer*> layers;
-    for (const auto& layer : Stack().layers) {
+    for (const auto& layer : model.layers) {
         if (layer != nullptr) {
             layers.push_back(layer.get());
         }
@@ -45,8 +77,8 @@ const Layer& LayerBySize(std::size_t place) {
 
 template <LayerMesh (*Make)(const Layer&, std::int32_t, std::int32_t)>
 void MeshOfOneLayer(benchmark::State& state) {
-    const Layer& layer = LayerBySize(static_cast<std::size_t>(state.range(0)));
-    const ProcessModel& model = Stack();
+    const ProcessModel& model = StackAfter(twelveLayers);
+    const Layer& layer = LayerBySize(model, static_cast<std::size_t>(state.range(0)));
     const auto marginCols = static_cast<std::int32_t>(model.marginX / model.gridSpacing);
     const auto marginRows = static_cast<std::int32_t>(model.marginY / model.gridSpacing);
     SetRowThreads(static_cast<std::int32_t>(state.range(1)));
@@ -69,6 +101,30 @@ BENCHMARK(MeshOfOneLayer<MakeLayerMeshPlain>)
 BENCHMARK(MeshOfOneLayer<MakeLayerMesh>)
     ->Name("LayerMesh/current")
     ->ArgsProduct({{0, 2, 5, 11}, {1, 2}})
+    ->Unit(benchmark::kMillisecond);
+
+/// A picture of a stack whose meshes are up to date, with all triangles or with those in sight.
+void Picture(benchmark::State& state) {
+    ProcessModel& model = StackAfter(static_cast<std::size_t>(state.range(0)));
+    Studio& studio = TheStudio();
+    const PictureTools tools{studio.surfaceShader, studio.pointShader, studio.textFont,
+                             state.range(1) != 0};
+    const ProcessStep step;
+    for (auto _ : state) {
+        const StepImage image = TakeStepPicture(model, step, tools, 1, studio.camera);
+        benchmark::DoNotOptimize(image.pixels.data());
+    }
+    double triangles = 0.0;
+    for (const auto& layer : model.layers) {
+        triangles += layer != nullptr ? static_cast<double>(layer->indexCount) / 3.0 : 0.0;
+    }
+    state.counters["triangles"] = triangles;
+}
+
+// Arguments: the number of steps, whether all triangles are drawn
+BENCHMARK(Picture)
+    ->ArgsProduct({{twelveLayers, allSteps}, {1, 0}})
+    ->UseRealTime()
     ->Unit(benchmark::kMillisecond);
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include "model/edge_distance_lanes.h"
 
-#include <cmath>
-
 #include "model/lanes.h"
 
 namespace zelmo::ZELMO_LANES {
@@ -9,7 +7,7 @@ namespace zelmo::ZELMO_LANES {
 void TableDistances(float* distances, const std::int32_t* squared, std::int32_t count,
                     float spacing) {
     for (std::int32_t i = 0; i < count; ++i) {
-        const float distance = std::sqrt(static_cast<float>(squared[i])) * spacing;
+        const float distance = __builtin_sqrtf(static_cast<float>(squared[i])) * spacing;
         distances[i] = squared[i] != 0 ? distance : 0.0f;
     }
 }

@@ -53,6 +53,11 @@ function(zelmo_test name)
     set_tests_properties(${name} PROPERTIES TIMEOUT 900)
 endfunction()
 
+# A root sets no errno, so that it can be taken in lanes. To be linked after zelmo_options, whose
+# -fno-fast-math would switch errno on again.
+add_library(zelmo_lane_options INTERFACE)
+target_compile_options(zelmo_lane_options INTERFACE -fno-math-errno)
+
 # Adds files of lane kernels (model/lanes.h) to a library, compiled for narrow and for wide lanes:
 # zelmo_lane_kernels(<library> SOURCES ...)
 function(zelmo_lane_kernels library)
@@ -70,10 +75,8 @@ function(zelmo_lane_kernels library)
             endforeach()
         endif()
         add_library(${kernels} OBJECT ${sources})
-        target_link_libraries(${kernels} PRIVATE zelmo_options)
+        target_link_libraries(${kernels} PRIVATE zelmo_options zelmo_lane_options)
         target_compile_definitions(${kernels} PRIVATE ZELMO_LANES=${lanes})
-        # A root sets no errno, so that it can be taken in lanes.
-        target_compile_options(${kernels} PRIVATE -fno-math-errno)
         target_sources(${library} PRIVATE $<TARGET_OBJECTS:${kernels}>)
     endforeach()
     target_compile_definitions(${library}_wide PRIVATE ZELMO_WIDE_LANES)

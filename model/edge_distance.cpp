@@ -116,15 +116,15 @@ float FindDistance(const EdgeSearch& search, std::int32_t col, std::int32_t row,
 /// Corrects a row of exact distances where the searches begin too late to find them. `running` is
 /// the distance before its first cell.
 void FollowSearches(const EdgeSearch& search, float* distances, std::int32_t row, float running,
-                    std::vector<std::uint8_t>& late) {
+                    std::vector<std::int32_t>& late) {
     const std::int32_t cols = search.model.gridColumns;
     const float spacing = search.model.gridSpacing;
     const bool anyLate = ZELMO_PICK_LANES(MarkLateSearches)(late.data(), distances, cols, spacing);
+    const auto isLate = [](std::int32_t mark) { return mark != 0; };
     const auto begin = late.begin();
     const auto end = begin + cols;
     late[0] = 1;
-    for (auto next = begin; next != end;
-         next = anyLate ? std::find(next, end, std::uint8_t{1}) : end) {
+    for (auto next = begin; next != end; next = anyLate ? std::find_if(next, end, isLate) : end) {
         // What a late search finds can make the next one late, too.
         bool differs = true;
         for (; differs && next != end; ++next) {
@@ -150,7 +150,7 @@ void MaskEdgeDistance(const ProcessModel& model, std::span<float> edgeDistance,
     }
     const EdgeSearch search{model, squared};
     const auto cols = static_cast<std::size_t>(model.gridColumns);
-    std::vector<std::uint8_t> late(cols);
+    std::vector<std::int32_t> late(cols);
     float running = 0.0f;
     for (std::int32_t row = 0; row < model.gridRows; ++row) {
         const std::size_t first = static_cast<std::size_t>(row) * cols;

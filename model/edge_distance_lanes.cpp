@@ -4,31 +4,59 @@
 
 namespace zelmo::ZELMO_LANES {
 
+namespace {
+
+/// Rounds toward zero; the numbers fit 32 bits.
+inline FloatLanes Truncate(const FloatLanes& numbers) {
+    return __builtin_convertvector(__builtin_convertvector(numbers, IntLanes), FloatLanes);
+}
+
+inline bool AnyOf(const IntLanes& conditions) {
+    std::int32_t any = 0;
+    for (std::int32_t lane = 0; lane < laneCount<IntLanes>; ++lane) {
+        any |= conditions[lane];
+    }
+    return any != 0;
+}
+
+}  // namespace
+
 void TableDistances(float* distances, const std::int32_t* squared, std::int32_t count,
                     float spacing) {
     for (std::int32_t i = 0; i < count; ++i) {
-        const float distance = __builtin_sqrtf(static_cast<float>(squared[i])) * spacing;
-        distances[i] = squared[i] != 0 ? distance : 0.0f;
+        distances[i] = __builtin_sqrtf(static_cast<float>(squared[i])) * spacing;
     }
 }
 
 // With `before` the previous distance less a pitch, in cells, a search begins at the last entry of
 // the slot trunc(before) - 1, or of slot 0. It can be late unless the cell's own slot comes after.
-bool MarkLateSearches(std::uint8_t* late, const float* distances, std::int32_t count,
+bool MarkLateSearches(std::int32_t* late, const float* distances, std::int32_t count,
                       float spacing) {
-    constexpr float anyLarge = 1000000.0f;  // keeps the truncation within its range
-    std::int32_t anyLate = 0;
-    for (std::int32_t i = 1; i < count; ++i) {
-        const float before = (distances[i - 1] - spacing) / spacing;
-        const float bounded = before < anyLarge ? before : anyLarge;
-        const float own = distances[i] / spacing;
-        const float least =
-            static_cast<float>(static_cast<std::int32_t>(bounded > 1.0f ? bounded : 1.0f));
-        const std::int32_t isLate = (distances[i] != 0.0f) & !(own >= least) ? 1 : 0;
-        late[i] = static_cast<std::uint8_t>(isLate);
-        anyLate |= isLate;
+    constexpr std::int32_t width = laneCount<FloatLanes>;
+    if (count <= width) {
+        for (std::int32_t i = 1; i < count; ++i) {
+            late[i] = 1;
+        }
+        return count > 1;
     }
-    return anyLate != 0;
+    const auto pitch = EqualLanes<FloatLanes>(spacing);
+    const auto one = EqualLanes<FloatLanes>(1.0f);
+    const auto anyLarge = EqualLanes<FloatLanes>(1000000.0f);  // keeps what is truncated in range
+    IntLanes any{};
+    const auto mark = [&](std::int32_t first) {
+        const FloatLanes before = (LoadLanes<FloatLanes>(distances + first - 1) - pitch) / pitch;
+        const FloatLanes bounded = before < anyLarge ? before : anyLarge;
+        const FloatLanes least = Truncate(bounded > one ? bounded : one);
+        const auto distance = LoadLanes<FloatLanes>(distances + first);
+        const IntLanes isLate = (distance != 0.0f) & ~(distance / pitch >= least);
+        StoreLanes(late + first, isLate);
+        any |= isLate;
+    };
+    for (std::int32_t first = 1; first + width <= count; first += width) {
+        mark(first);
+    }
+    mark(count - width);  // what is left over, and some of the others again
+    return AnyOf(any);
 }
 
 }  // namespace zelmo::ZELMO_LANES

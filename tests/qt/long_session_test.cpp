@@ -2,8 +2,12 @@
 #include <gtest/gtest.h>
 #include <malloc.h>
 
+#include <QAction>
+#include <QTest>
+#include <cstdlib>
 #include <filesystem>
 #include <iterator>
+#include <random>
 
 #include "tests/qt/desktop_user.h"
 
@@ -31,6 +35,11 @@ Holdings Count() {
     return holdings;
 }
 
+/// How often something is done: `usual`, or `often` with ZELMO_LONG in the environment.
+int Times(int usual, int often) {
+    return std::getenv("ZELMO_LONG") != nullptr ? often : usual;
+}
+
 TEST(QtLongSession, RunsAndRepaintsLeaveNothingBehind) {
     DesktopUser user;
     user.LoadLayout();
@@ -38,13 +47,35 @@ TEST(QtLongSession, RunsAndRepaintsLeaveNothingBehind) {
     user.Run();
     const Holdings before = Count();
     EXPECT_GT(before.glObjects, 0);
-    for (int run = 0; run < 5; ++run) {
+    for (int run = 0; run < Times(5, 100); ++run) {
         user.Run();
     }
-    for (int repaint = 0; repaint < 200; ++repaint) {
+    for (int repaint = 0; repaint < Times(200, 10000); ++repaint) {
         user.PressKey(repaint % 2 == 0 ? Qt::Key_Left : Qt::Key_Right);
         user.Picture().repaint();
     }
+    const Holdings after = Count();
+    EXPECT_EQ(after.glObjects, before.glObjects);
+    EXPECT_EQ(after.openFiles, before.openFiles);
+    EXPECT_LT(after.bytes, before.bytes + (1u << 20));
+}
+
+TEST(QtLongSession, StopsAtAnyMomentLeaveNoRunHangingAndNothingBehind) {
+    std::mt19937 random(99);
+    DesktopUser user;
+    user.LoadLayout();
+    user.Run();
+    user.Run();
+    const Holdings before = Count();
+    for (int round = 0; round < Times(6, 300); ++round) {
+        user.StartRun();
+        QTest::qWait(static_cast<int>(random() % 250));
+        if (user.Entry("&Stop")->isEnabled()) {
+            user.Click("&Stop");
+        }
+        user.WaitForRunEnd();
+    }
+    user.Run();
     const Holdings after = Count();
     EXPECT_EQ(after.glObjects, before.glObjects);
     EXPECT_EQ(after.openFiles, before.openFiles);

@@ -287,6 +287,24 @@ TEST_F(Visible, LeavesOutWhatAnOpaqueLayerHidesUnderATranslucentOne) {
     ExpectSamePicture(*model, 1920);
 }
 
+TEST_F(Visible, KeepsWhatIsSeenUnderARoofThroughATranslucentHillBeforeIt) {
+    // A translucent layer with a ridge across the window, and an opaque one in the plain behind it.
+    const auto model = MakeFilms({1.0f, 0.2f, 0.0f});
+    Layer& translucent = *model->layers[1];
+    Layer& roof = *model->layers[2];
+    translucent.alpha = 0.4f;
+    for (int row = 0; row < model->gridRows; ++row) {
+        for (int col = 0; col < model->gridColumns; ++col) {
+            const auto i = static_cast<std::size_t>(row * model->gridColumns + col);
+            translucent.top[i] = row >= 30 && row < 40 ? 4.0f : 1.2f;
+            roof.bottom[i] = translucent.top[i];
+            roof.top[i] = row > 43 ? 2.5f : roof.bottom[i];
+            model->coverMap[i].height = roof.top[i];
+        }
+    }
+    ExpectSamePicture(*model, 1920);
+}
+
 TEST_F(Visible, LeavesOutTrianglesBetweenThePixels) {
     const auto model = MakeFilms({1.0f});
     const std::size_t large = CountTriangles(*model, 1920).first;

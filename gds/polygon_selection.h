@@ -21,8 +21,8 @@ struct ExtractionScope {
     std::size_t limit = 10000000;
     /// After so many visits of cells, those that would select nothing are told in advance.
     std::size_t patience = 50000;
-    /// So many tests of placements and polygons are made; hierarchies that take more, some minutes,
-    /// are made for nothing else.
+    /// So many tests of placements and polygons are made; hierarchies that take more are made for
+    /// nothing else.
     std::uint64_t effort = 500000000;
 };
 

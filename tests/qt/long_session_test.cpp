@@ -79,7 +79,8 @@ TEST(QtLongSession, StopsAtAnyMomentLeaveNoRunHangingAndNothingBehind) {
     const Holdings after = Count();
     EXPECT_EQ(after.glObjects, before.glObjects);
     EXPECT_EQ(after.openFiles, before.openFiles);
-    EXPECT_LT(after.bytes, before.bytes + (1u << 20));
+    // Less than one picture, however many rounds.
+    EXPECT_LT(after.bytes, before.bytes + (1u << 22));
 }
 
 }  // namespace

@@ -92,7 +92,8 @@ bool CollectBoundaries(ExtractionScope& scope, const ReachedCell& placed) {
             continue;
         }
         scope.output.push_back(PlacePolygon(scope, boundary, placed.transform, placed.linear));
-        if (scope.output.size() == scope.limit) {
+        scope.points += scope.output.back().points.size();
+        if (scope.output.size() == scope.limit || scope.points > scope.pointLimit) {
             return false;
         }
     }

@@ -19,6 +19,8 @@ struct ExtractionScope {
     std::int64_t minSize = 0;   ///< polygons whose placed box is lower or narrower are dropped
     std::uint64_t skipped = 0;  ///< polygons dropped for their size
     std::size_t limit = 10000000;
+    std::size_t points = 0;  ///< of all selected polygons
+    std::size_t pointLimit = 100000000;
     /// After so many visits of cells, those that would select nothing are told in advance.
     std::size_t patience = 50000;
     /// So many tests of placements and polygons are made; hierarchies that take more are made for
@@ -35,8 +37,8 @@ struct PlacedCell {
 /// Appends the polygons of a cell and of all below it whose boxes overlap the rectangle, relative
 /// to the rectangle's lower left corner: a cell's own polygons, then those of its references, then
 /// those of its arrays column by column. Returns 0, 2 as soon as `output` holds `limit`
-/// polygons, or 3 if `effort` does not suffice. The cells are sized. Throws std::out_of_range if an
-/// array has no points.
+/// polygons or more than `pointLimit` points, or 3 if `effort` does not suffice. The cells are
+/// sized. Throws std::out_of_range if an array has no points.
 std::uint32_t CollectCellPolygons(ExtractionScope& scope, const PlacedCell& placedCell);
 
 }  // namespace zelmo

@@ -113,9 +113,10 @@ private:
                    "it did not name the file");
         }
         const auto size = static_cast<double>(bytes.size());
-        // A damaged process file may ask for the largest grid.
-        const double seconds = (subject_.isLayout ? 0.5 : 5.0) + size * 1e-6;
-        const double peakBytes = (subject_.isLayout ? 20e6 : 600e6) + size * 20.0;
+        // A damaged process file may ask for the largest grid, a damaged array for as many polygons
+        // as are taken.
+        const double seconds = 5.0 + (subject_.isLayout ? 10.0 : 0.0) + size * 1e-6;
+        const double peakBytes = (subject_.isLayout ? 4e9 : 600e6) + size * 20.0;
         Demand(outcome.seconds < slowness * seconds, bytes, "it took too long");
         Demand(static_cast<double>(outcome.peakBytes) < peakBytes, bytes,
                "it took too much memory");

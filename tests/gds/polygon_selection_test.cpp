@@ -540,5 +540,17 @@ TEST(CollectCellPolygons, GivesUpWhereSearchingWouldTakeForever) {
     EXPECT_EQ(CollectCellPolygons(scope, {&cells[0], GdsTransform()}), 3u);
 }
 
+TEST(CollectCellPolygons, StopsAtTheLimitOfPointsToo) {
+    GdsCell leaf;
+    leaf.boundaries.push_back(Rectangle(1, 0, 0, 10, 10));
+    GdsCell parent;
+    parent.arefs.push_back(Array(leaf, 10, 10, {0, 0}, {200, 0}, {0, 200}));
+    ComputeCellBounds(parent, GdsTransform());
+    ExtractionScope scope = ScopeOf(-1, -1, 1000, 1000);
+    scope.pointLimit = 52;
+    EXPECT_EQ(CollectCellPolygons(scope, {&parent, GdsTransform()}), 2u);
+    EXPECT_EQ(scope.output.size(), 11u);
+}
+
 }  // namespace
 }  // namespace zelmo

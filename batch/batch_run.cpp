@@ -19,7 +19,7 @@
 #include "batch/progress.h"
 #include "gds/gds_database.h"
 #include "model/process_model.h"
-#include "render/layer_mesh.h"
+#include "render/update_meshes.h"
 #include "shell/clock.h"
 #include "shell/data_files.h"
 #include "shell/run_report.h"

@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "model/grid_offset.h"
 #include "model/lanes.h"
-#include "model/neighbour_table.h"
 
 namespace zelmo {
 

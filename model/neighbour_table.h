@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "model/grid_offset.h"
 #include "model/process_model.h"
 
 namespace zelmo {
@@ -14,13 +15,6 @@ void BuildNeighbourTable(NeighbourTable& table, std::int32_t rows, std::int32_t 
 /// Fills `model.distanceIndex` from `model.neighbours`: slot d holds the last table position whose
 /// distance in cells truncates to d, or 0 where there is none.
 void BuildDistanceIndex(ProcessModel& model);
-
-struct GridOffset {
-    std::int32_t dx = 0;
-    std::int32_t dy = 0;
-
-    bool operator==(const GridOffset&) const = default;
-};
 
 /// The offsets within `radius` micrometres, in table order.
 std::vector<GridOffset> SelectDiscOffsets(const ProcessModel& model, float radius);

@@ -65,6 +65,7 @@ void DrawTriangles(std::span<const std::uint32_t> indices) {
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
     glDrawElements(GL_TRIANGLES, static_cast<GLsizei>(indices.size()), GL_UNSIGNED_INT,
                    indices.data());
+    glFlush();  // these are rasterised while the next layer's are chosen and set up
 }
 
 /// Whether OpenGL runs on the processor. A graphics card draws hidden triangles in less time than

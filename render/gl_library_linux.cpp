@@ -206,6 +206,11 @@ void glEndList() {
     entry();
 }
 
+void glFlush() {
+    static const auto entry = FindGl("glFlush", &glFlush);
+    entry();
+}
+
 GLuint glGenLists(GLsizei range) {
     static const auto entry = FindGl("glGenLists", &glGenLists);
     return entry(range);

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "model/conversions.h"
-#include "model/height_markers.h"
 #include "model/row_bands.h"
 #include "render/mesh_lanes.h"
 #include "render/mesh_numbers.h"
@@ -341,31 +340,6 @@ void BuildLayerMesh(Layer& layer, std::int32_t marginCols, std::int32_t marginRo
     const LayerMesh mesh = MakeLayerMesh(layer, marginCols, marginRows);
     layer.indexCount = static_cast<std::int32_t>(mesh.indices.size());
     layer.graphics->UploadLayerMesh(layer, mesh.vertices, mesh.indices);
-}
-
-float UpdateMeshes(ProcessModel& model) {
-    float highest = std::numeric_limits<float>::min();
-    for (const CoverCell& cell : model.coverMap) {
-        if (cell.height > highest) {
-            highest = cell.height;
-        }
-    }
-    const std::int32_t marginCols = TruncateToI32(model.marginX / model.gridSpacing);
-    const std::int32_t marginRows = TruncateToI32(model.marginY / model.gridSpacing);
-    std::int32_t layerCount = 0;
-    for (std::unique_ptr<Layer>& layer : model.layers) {
-        if (layer && layer->meshDirty) {
-            BuildLayerMesh(*layer, marginCols, marginRows);
-            layer->meshDirty = false;
-            if (layer->indexCount == 0) {
-                DestroyLayer(layer);
-            }
-        }
-        layerCount += layer ? 1 : 0;
-    }
-    UpdateHeightMarkers(model.heightMarkers);
-    model.layerCount = layerCount;
-    return highest;
 }
 
 }  // namespace zelmo

@@ -21,8 +21,4 @@ LayerMesh MakeLayerMesh(const Layer& layer, std::int32_t marginCols, std::int32_
 /// graphics.
 void BuildLayerMesh(Layer& layer, std::int32_t marginCols, std::int32_t marginRows);
 
-/// Rebuilds the meshes of changed layers, deletes layers with nothing to show, refreshes the height
-/// markers and `layerCount`. Returns the height of the highest point of the cover, always positive.
-float UpdateMeshes(ProcessModel& model);
-
 }  // namespace zelmo

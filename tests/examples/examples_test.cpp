@@ -15,7 +15,7 @@
 #include "gds/gds_reader.h"
 #include "model/execute_step.h"
 #include "model/process_model.h"
-#include "render/layer_mesh.h"
+#include "render/update_meshes.h"
 #include "shell/color_table.h"
 #include "tests/support/recording_console.h"
 #include "tests/support/temp_folder.h"

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "examples/gds_writer.h"
-#include "render/layer_mesh.h"
+#include "render/update_meshes.h"
 #include "shell/text.h"
 
 namespace zelmo {

@@ -7,7 +7,7 @@
 
 #include "model/grid_geometry.h"
 #include "model/height_markers.h"
-#include "render/layer_mesh.h"
+#include "render/update_meshes.h"
 #include "tests/support/recording_graphics.h"
 
 namespace zelmo {

@@ -12,7 +12,7 @@
 #include "model/height_markers.h"
 #include "model/lanes.h"
 #include "model/row_bands.h"
-#include "render/layer_mesh.h"
+#include "render/update_meshes.h"
 #include "tests/render/gl_test.h"
 
 // A frame that leaves out what cannot be seen is to have the bytes of one that draws everything.

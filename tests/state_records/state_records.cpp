@@ -16,6 +16,7 @@
 #include "model/process_model.h"
 #include "render/camera.h"
 #include "render/layer_mesh.h"
+#include "render/update_meshes.h"
 #include "tests/state_records/fnv_hash.h"
 
 namespace zelmo {

@@ -1,0 +1,88 @@
+// The plain kernels under the names of the fast ones, to build a batch program that runs on them:
+// what a whole run is measured against. The linker takes the first definition of a name.
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "model/cover_map.h"
+#include "model/disc_filter.h"
+#include "model/mask.h"
+#include "model/neighbour_table.h"
+#include "model/process_model.h"
+#include "model/surface_offset.h"
+#include "render/layer_mesh.h"
+#include "render/visible_triangles.h"
+#include "tests/plain/cover_map_plain.h"
+#include "tests/plain/disc_filter_plain.h"
+#include "tests/plain/mask_plain.h"
+#include "tests/plain/mesh_plain.h"
+#include "tests/plain/neighbour_table_plain.h"
+#include "tests/plain/surface_offset_plain.h"
+
+namespace zelmo {
+
+void BuildNeighbourTable(NeighbourTable& table, std::int32_t rows, std::int32_t cols,
+                         float spacing) {
+    BuildNeighbourTablePlain(table, rows, cols, spacing);
+}
+
+std::vector<GridOffset> SelectDiscOffsets(const ProcessModel& model, float radius) {
+    return SelectDiscOffsetsPlain(model, radius);
+}
+
+std::vector<GridOffset> SelectLeavingOffsets(const ProcessModel& model, float radius) {
+    return SelectLeavingOffsetsPlain(model, radius);
+}
+
+void OffsetSurface(const ProcessModel& model, std::span<float> out, std::span<const float> heights,
+                   float distance, float lateral) {
+    OffsetSurfacePlain(model, out, heights, distance, lateral);
+}
+
+void SmoothLayerTop(const ProcessModel& model, Layer& layer, float radius) {
+    SmoothLayerTopPlain(model, layer, radius);
+}
+
+double RasteriseMask(const ProcessModel& model, std::span<std::uint8_t> rawMask,
+                     std::uint32_t maskId, bool maskDark) {
+    return RasteriseMaskPlain(model, rawMask, maskId, maskDark);
+}
+
+void BlurMask(const ProcessModel& model, std::span<std::uint8_t> mask,
+              std::span<const std::uint8_t> rawMask, float radius) {
+    BlurMaskPlain(model, mask, rawMask, radius);
+}
+
+void MaskEdgeDistance(const ProcessModel& model, std::span<float> edgeDistance,
+                      std::span<const std::uint8_t> mask) {
+    MaskEdgeDistancePlain(model, edgeDistance, mask);
+}
+
+void UpdateCoverMap(ProcessModel& model) {
+    UpdateCoverMapPlain(model);
+}
+
+void BuildLayerMesh(Layer& layer, std::int32_t marginCols, std::int32_t marginRows) {
+    const LayerMesh mesh = MakeLayerMeshPlain(layer, marginCols, marginRows);
+    layer.indexCount = static_cast<std::int32_t>(mesh.indices.size());
+    if (layer.graphics != nullptr) {
+        layer.graphics->UploadLayerMesh(layer, mesh.vertices, mesh.indices);
+    }
+}
+
+struct VisibleTriangles::Choice {};
+
+VisibleTriangles::VisibleTriangles(const ProcessModel&, const PictureView&) {}
+
+VisibleTriangles::~VisibleTriangles() = default;
+
+bool VisibleTriangles::Chosen() const {
+    return false;
+}
+
+std::span<const std::uint32_t> VisibleTriangles::IndicesOf(std::size_t) {
+    return {};
+}
+
+}  // namespace zelmo

@@ -5,40 +5,23 @@ layout(location = 0) in vec3 position; // micrometres
 layout(location = 1) in vec3 normal;   // of any length
 
 uniform mat4 transform;
-
-out vec3 surfacePosition;
-out vec3 surfaceNormal;
-
-void main() {
-    surfacePosition = position;
-    // Of one length at all corners, so that a steep corner does not outweigh a flat one. The
-    // largest component goes first: the square of a very short or long normal has no number. A
-    // normal without a length stands for a flat place.
-    float largest = max(max(abs(normal.x), abs(normal.y)), abs(normal.z));
-    surfaceNormal = largest > 0.0 ? normalize(normal / largest) : vec3(0.0, 0.0, 1.0);
-    gl_Position = transform * vec4(position, 1.0);
-}
-
-#shader fragment
-#version 330 compatibility
-
-in vec3 surfacePosition;
-in vec3 surfaceNormal;
-
 uniform vec3 lightPos;
 uniform vec3 lightColor;
 uniform vec3 color;
-uniform float alpha;
 
-out vec4 pixel;
+// A mesh is so fine that its corners are lit in place of its pixels.
+noperspective out vec3 litColor;
 
 void main() {
-    vec3 n = normalize(surfaceNormal);
+    // The largest component goes first: the square of a very short or long normal has no number. A
+    // normal without a length stands for a flat place.
+    float largest = max(max(abs(normal.x), abs(normal.y)), abs(normal.z));
+    vec3 n = largest > 0.0 ? normalize(normal / largest) : vec3(0.0, 0.0, 1.0);
     // Lower surfaces carry the inverted normals of the upper ones: they are lit like those, from
     // above, but a little weaker.
     float under = n.z < 0.0 ? 1.0 : 0.0;
     n = under > 0.0 ? -n : n;
-    vec3 toLight = normalize(lightPos - surfacePosition);
+    vec3 toLight = normalize(lightPos - position);
 
     // Light from the sky, from the lamp, and from the left, so that sides that face left and right
     // differ. A flat top comes out close to the pure colour.
@@ -50,5 +33,19 @@ void main() {
     float darkness = 1.0 - max(max(color.r, color.g), color.b);
     vec3 sheen = vec3(0.27 * darkness * darkness * darkness * shade);
 
-    pixel = vec4((color + sheen) * shade * lightColor, alpha);
+    litColor = (color + sheen) * shade * lightColor;
+    gl_Position = transform * vec4(position, 1.0);
+}
+
+#shader fragment
+#version 330 compatibility
+
+noperspective in vec3 litColor;
+
+uniform float alpha;
+
+out vec4 pixel;
+
+void main() {
+    pixel = vec4(litColor, alpha);
 }

@@ -6,7 +6,8 @@
 set -eu
 seconds=$1
 shift
-[ -f fuzz/corpus/made ] || cd "$(dirname "$0")/../../build/fuzz"
+sources=$(cd "$(dirname "$0")" && pwd)
+[ -f fuzz/corpus/made ] || cd "$sources/../../build/fuzz"
 options="-timeout=60 -rss_limit_mb=3000 -print_final_stats=1 -verbosity=1"
 if [ "$seconds" = short ]; then
     seconds=${ZELMO_FUZZ_SECONDS:-20}
@@ -15,12 +16,15 @@ fi
 targets=${*:-layout path_outline process_file color_table shader_file text run}
 mkdir -p fuzz/findings
 for target in $targets; do
-    words=$(dirname "$0")/$target.dict
-    [ ! -f "$words" ] || options="$options -dict=$words"
+    words=""
+    if [ -f "$sources/$target.dict" ]; then
+        cp "$sources/$target.dict" fuzz
+        words="-dict=fuzz/$target.dict"
+    fi
     mkdir -p "fuzz/corpus/$target"
     echo "=== $target: $seconds s"
     # shellcheck disable=SC2086
-    "./fuzz_$target" $options -max_total_time="$seconds" \
+    "./fuzz_$target" $options $words -max_total_time="$seconds" \
         -artifact_prefix="fuzz/findings/$target-" "fuzz/corpus/$target" > "fuzz/$target.log" 2>&1 || {
         tail -n 60 "fuzz/$target.log"
         exit 1

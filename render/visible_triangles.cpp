@@ -2,16 +2,17 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 #include <limits>
 #include <mutex>
 #include <optional>
 
-#include "model/conversions.h"
 #include "model/process_model.h"
 #include "model/row_bands.h"
+#include "render/layer_stack.h"
 #include "render/mesh_numbers.h"
 #include "render/mesh_window.h"
+#include "render/roofs.h"
+#include "render/sight.h"
 #include "render/visible_lanes.h"
 
 namespace zelmo {
@@ -28,233 +29,6 @@ constexpr std::int32_t smallestBand = 16;
 
 constexpr HeightRange noHeights{std::numeric_limits<float>::max(),
                                 std::numeric_limits<float>::lowest(), 0.0f};
-
-/// The layers of a stack, lowest first, over one grid.
-struct Stack {
-    std::vector<MeshWindow> layers;
-    std::vector<std::size_t> slots;  ///< of the layers in the model
-    std::int32_t cols = 0;           ///< of the meshes
-    std::int32_t rows = 0;
-    float spacing = 0.0f;
-
-    std::int32_t LayerCount() const { return static_cast<std::int32_t>(layers.size()); }
-    std::size_t Squares() const { return static_cast<std::size_t>(cols - 1); }
-};
-
-bool IsOpaque(const Layer& layer) {
-    return layer.alpha >= 1.0f;
-}
-
-bool HasItsGrid(const Layer& layer) {
-    const auto cells = static_cast<std::size_t>(layer.cols) * static_cast<std::size_t>(layer.rows);
-    return layer.cols > 0 && layer.rows > 0 && layer.top.size() == cells &&
-           layer.bottom.size() == cells;
-}
-
-/// Empty if there are no meshes of one grid with at least one square.
-std::optional<Stack> FindStack(const ProcessModel& model) {
-    Stack stack;
-    const std::int32_t marginCols = TruncateToI32(model.marginX / model.gridSpacing);
-    const std::int32_t marginRows = TruncateToI32(model.marginY / model.gridSpacing);
-    for (std::size_t slot = 0; slot < model.layers.size(); ++slot) {
-        const Layer* layer = model.layers[slot].get();
-        if (layer == nullptr) {
-            continue;
-        }
-        const bool fits = HasItsGrid(*layer) && layer->cols == model.gridColumns &&
-                          layer->rows == model.gridRows && layer->spacing == model.gridSpacing;
-        if (!fits) {
-            return std::nullopt;
-        }
-        stack.layers.emplace_back(*layer, marginCols, marginRows);
-        stack.slots.push_back(slot);
-    }
-    if (stack.layers.empty() || stack.layers[0].cols < 2 || stack.layers[0].rows < 2) {
-        return std::nullopt;
-    }
-    stack.cols = stack.layers[0].cols;
-    stack.rows = stack.layers[0].rows;
-    stack.spacing = model.gridSpacing;
-    return stack;
-}
-
-/// The four numbers of a transform that make one clip coordinate.
-struct ClipRow {
-    double x, y, z, start;
-
-    double At(double px, double py, double pz) const { return x * px + y * py + z * pz + start; }
-};
-
-ClipRow RowOf(const Matrix4& m, std::size_t row) {
-    return {m[row], m[4 + row], m[8 + row], m[12 + row]};
-}
-
-/// Where the eye of a perspective transform stands: the point that is nowhere on the picture.
-/// Not finite if the transform has none.
-std::array<double, 3> FindEye(const Matrix4& transform) {
-    const ClipRow a = RowOf(transform, 0);
-    const ClipRow b = RowOf(transform, 1);
-    const ClipRow c = RowOf(transform, 3);
-    const double det = a.x * (b.y * c.z - b.z * c.y) - a.y * (b.x * c.z - b.z * c.x) +
-                       a.z * (b.x * c.y - b.y * c.x);
-    const auto solve = [&](double ClipRow::*p, double ClipRow::*q) {
-        return a.*p * (b.*q * c.start - b.start * c.*q) - a.*q * (b.*p * c.start - b.start * c.*p) +
-               a.start * (b.*p * c.*q - b.*q * c.*p);
-    };
-    return {-solve(&ClipRow::y, &ClipRow::z) / det, solve(&ClipRow::x, &ClipRow::z) / det,
-            -solve(&ClipRow::x, &ClipRow::y) / det};
-}
-
-/// Whether the transform leaves all of a box between the near and the far plane.
-bool ShowsWholeBox(const Matrix4& transform, const std::array<double, 3>& size, double lowest) {
-    const ClipRow z = RowOf(transform, 2);
-    const ClipRow w = RowOf(transform, 3);
-    for (unsigned corner = 0; corner < 8; ++corner) {
-        const double x = (corner & 1) != 0 ? size[0] : 0.0;
-        const double y = (corner & 2) != 0 ? size[1] : 0.0;
-        const double height = (corner & 4) != 0 ? size[2] : lowest;
-        const double depth = z.At(x, y, height);
-        const double distance = w.At(x, y, height) * 0.9999;
-        if (!(distance > 0.0 && depth > -distance && depth < distance)) {
-            return false;
-        }
-    }
-    return true;
-}
-
-/// Over the window of a stack: the eye, and how deep a thing must lie to be hidden for certain.
-struct Sight {
-    EyeRange eye;
-    float eyeX = 0.0f;
-    float eyeY = 0.0f;
-    float cover = 0.0f;      ///< below the top of the layer that hides it
-    float edgeCover = 0.0f;  ///< the same at the window's open edges
-    float margin = 0.0f;     ///< pixels by which GL may place a triangle's corner elsewhere
-};
-
-/// Empty where the eye does not stand in front of the window.
-std::optional<Sight> FindSight(const Stack& stack, const PictureView& view) {
-    const std::array<double, 3> eye = FindEye(view.transform);
-    const double width = static_cast<double>(stack.spacing) * (stack.cols - 1);
-    const double depth = static_cast<double>(stack.spacing) * (stack.rows - 1);
-    const bool isInFront = std::isfinite(eye[2]) && eye[0] > 0.0 && eye[0] < width &&
-                           eye[1] < -0.5 * width && stack.spacing > 0.0f;
-    if (!isInFront || view.width <= 0 || view.height <= 0) {
-        return std::nullopt;
-    }
-    // A length that fills a pixel at the front edge, and one that changes the last bit of a depth
-    // of 24 bits at the back: depth is (a + b / distance) / 2.
-    const ClipRow x = RowOf(view.transform, 0);
-    const ClipRow z = RowOf(view.transform, 2);
-    const ClipRow w = RowOf(view.transform, 3);
-    const double front = w.At(eye[0], 0.0, 0.0);
-    const double back = w.At(eye[0], depth, 0.0);
-    const double pixel = 2.0 * std::max(front, back) / (std::abs(x.x) * view.width);
-    const double slope = std::hypot(z.y, z.z) / std::hypot(w.y, w.z);
-    const double scale = std::abs(z.At(eye[0], 0.0, 0.0) - slope * front);
-    const double farthest = std::max(front, back);
-    const double depthStep = 2.0 * farthest * farthest / (scale * 16777216.0);
-    Sight sight;
-    sight.eyeX = static_cast<float>(eye[0]);
-    sight.eyeY = static_cast<float>(eye[1]);
-    sight.eye.height = static_cast<float>(eye[2]);
-    sight.eye.farthest = static_cast<float>(depth - eye[1]);
-    sight.eye.sideways = static_cast<float>(std::max(eye[0], width - eye[0]));
-    sight.eye.spacing = stack.spacing;
-    sight.cover = static_cast<float>(std::max(pixel / 4.0, 1024.0 * depthStep));
-    sight.edgeCover = static_cast<float>(std::max(4.0 * pixel, 1024.0 * depthStep));
-    sight.margin = std::ldexp(2.0f, -std::clamp(view.subpixelBits, 0, 8));
-    return sight.cover > 0.0f && std::isfinite(sight.edgeCover) ? std::optional(sight)
-                                                                : std::nullopt;
-}
-
-/// An opaque layer that hides what is under it even through translucent layers: at the height of
-/// the roof, the places where that height lies in the layer's inside, with all places around them.
-/// No translucent layer that is drawn before the layer reaches above this height, so whatever way
-/// to the eye passes one of these places comes out of the layer with nothing drawn before it.
-struct Roof {
-    std::size_t place = 0;  ///< of the layer in the stack
-    float height = 0.0f;
-    std::vector<std::uint8_t> hides;
-};
-
-/// How far around a place a roof must reach: a square's shadow on it falls into the first three.
-constexpr std::int32_t roofReach = 4;
-
-/// Leaves of a grid's marks those with `roofReach` others on all sides.
-void Erode(std::vector<std::uint8_t>& marks, std::size_t cols, std::size_t rows) {
-    constexpr std::size_t reach = roofReach;
-    constexpr std::size_t line = 2 * reach + 1;
-    std::vector<std::uint8_t> narrowed(marks.size());
-    for (std::size_t row = 0; row < rows; ++row) {
-        const std::uint8_t* in = marks.data() + row * cols;
-        std::uint8_t* out = narrowed.data() + row * cols + reach;
-        for (std::size_t i = 0; i + line <= cols; ++i) {
-            std::uint8_t all = 1;
-            for (std::size_t k = 0; k < line; ++k) {
-                all &= in[i + k];
-            }
-            out[i] = all;
-        }
-    }
-    std::fill(marks.begin(), marks.end(), std::uint8_t{0});
-    for (std::size_t row = 0; row + line <= rows; ++row) {
-        const std::uint8_t* in = narrowed.data() + row * cols;
-        std::uint8_t* out = marks.data() + (row + reach) * cols;
-        for (std::size_t i = 0; i < cols; ++i) {
-            std::uint8_t all = 1;
-            for (std::size_t k = 0; k < line; ++k) {
-                all &= in[k * cols + i];
-            }
-            out[i] = all;
-        }
-    }
-}
-
-std::vector<std::uint8_t> FindHiding(const MeshWindow& window, float height, float cover) {
-    const auto cols = static_cast<std::size_t>(window.cols);
-    std::vector<std::uint8_t> hides(cols * static_cast<std::size_t>(window.rows));
-    for (std::int32_t row = 0; row < window.rows; ++row) {
-        const float* tops = window.layer.top.data() + window.GridIndex(0, row);
-        const float* bottoms = window.layer.bottom.data() + window.GridIndex(0, row);
-        std::uint8_t* out = hides.data() + static_cast<std::size_t>(row) * cols;
-        for (std::size_t i = 0; i < cols; ++i) {
-            const bool isInside = bottoms[i] <= height && height + cover <= tops[i];
-            out[i] = isInside ? 1 : 0;
-        }
-    }
-    Erode(hides, cols, static_cast<std::size_t>(window.rows));
-    return hides;
-}
-
-float HighestTop(const MeshWindow& window) {
-    float highest = std::numeric_limits<float>::lowest();
-    for (std::int32_t row = 0; row < window.rows; ++row) {
-        const float* tops = window.layer.top.data() + window.GridIndex(0, row);
-        highest = std::max(highest, *std::max_element(tops, tops + window.cols));
-    }
-    return highest;
-}
-
-/// The roofs of a stack, lowest first.
-std::vector<Roof> FindRoofs(const Stack& stack, const Sight& sight) {
-    std::vector<Roof> roofs;
-    float highest = std::numeric_limits<float>::lowest();
-    bool hasTranslucent = false;
-    for (std::size_t place = 0; place < stack.layers.size(); ++place) {
-        const MeshWindow& window = stack.layers[place];
-        if (!IsOpaque(window.layer)) {
-            highest = std::max(highest, HighestTop(window));
-            hasTranslucent = true;
-        } else if (hasTranslucent) {
-            Roof roof{place, highest, FindHiding(window, highest, sight.cover)};
-            if (std::find(roof.hides.begin(), roof.hides.end(), 1) != roof.hides.end()) {
-                roofs.push_back(std::move(roof));
-            }
-        }
-    }
-    return roofs;
-}
 
 /// The pixels of a row of places.
 Projection ProjectionOfRow(const PictureView& view, float spacing, std::int32_t row) {
@@ -302,7 +76,7 @@ private:
 
 /// The choice of a picture: bits for every square of every layer's mesh.
 struct VisibleTriangles::Choice {
-    Choice(Stack theStack, const Sight& theSight, const PictureView& theView)
+    Choice(LayerStack theStack, const Sight& theSight, const PictureView& theView)
         : stack(std::move(theStack)),
           sight(theSight),
           view(theView),
@@ -316,7 +90,7 @@ struct VisibleTriangles::Choice {
 
     std::span<const std::uint32_t> WriteIndices(std::size_t layer);
 
-    Stack stack;
+    LayerStack stack;
     Sight sight;
     PictureView view;
     std::vector<std::uint8_t> squares;
@@ -331,7 +105,7 @@ enum class Sheet { Lower, Upper };
 /// of places and three bands.
 class BandChooser {
 public:
-    BandChooser(const Stack& stack, const Sight& sight, std::span<const Roof> roofs,
+    BandChooser(const LayerStack& stack, const Sight& sight, std::span<const Roof> roofs,
                 const PictureView& view)
         : stack_(stack),
           sight_(sight),
@@ -542,7 +316,7 @@ private:
         return pixels;
     }
 
-    const Stack& stack_;
+    const LayerStack& stack_;
     const Sight& sight_;
     std::span<const Roof> roofs_;
     const PictureView& view_;
@@ -675,7 +449,7 @@ std::span<const std::uint32_t> VisibleTriangles::Choice::WriteIndices(std::size_
 }
 
 VisibleTriangles::VisibleTriangles(const ProcessModel& model, const PictureView& view) {
-    std::optional<Stack> stack = FindStack(model);
+    std::optional<LayerStack> stack = FindStack(model);
     const std::optional<Sight> sight = stack ? FindSight(*stack, view) : std::nullopt;
     if (!sight) {
         return;

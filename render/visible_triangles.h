@@ -6,21 +6,11 @@
 #include <span>
 #include <vector>
 
-#include "render/camera.h"
+#include "render/picture_view.h"
 
 namespace zelmo {
 
 struct ProcessModel;
-
-/// Where and how finely a picture is drawn.
-struct PictureView {
-    Matrix4 transform{};  ///< the camera's
-    std::int32_t x = 0;   ///< the view on the picture, in pixels
-    std::int32_t y = 0;
-    std::int32_t width = 0;
-    std::int32_t height = 0;
-    std::int32_t subpixelBits = 8;  ///< to which OpenGL rounds the corners of triangles
-};
 
 /// Chooses from the meshes of a stack the triangles that a picture needs. The picture has the same
 /// bytes as if all were drawn. A triangle is left out where

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <unordered_map>
 
-#include "gds/placement.h"
+#include "gds/placement_key.h"
 
 namespace zelmo {
 
@@ -22,24 +21,7 @@ public:
     std::optional<std::uint64_t> Find(const GdsCell& cell, const GdsTransform& transform) const;
 
 private:
-    struct Key {
-        const GdsCell* cell = nullptr;
-        std::uint16_t flip = 0;
-        std::int64_t dx = 0;
-        std::int64_t dy = 0;
-        std::uint64_t magBits = 0;
-        std::uint64_t angleBits = 0;
-
-        bool operator==(const Key&) const = default;
-    };
-
-    struct KeyHash {
-        std::size_t operator()(const Key& key) const;
-    };
-
-    static Key KeyOf(const GdsCell& cell, const GdsTransform& transform);
-
-    std::unordered_map<Key, std::uint64_t, KeyHash> dropped_;
+    std::unordered_map<PlacementKey, std::uint64_t, PlacementKeyHash> dropped_;
 };
 
 }  // namespace zelmo

@@ -1,7 +1,5 @@
 #include "gds/placed_content.h"
 
-#include <bit>
-
 #include "gds/array_lattice.h"
 #include "gds/gds_database.h"
 
@@ -25,7 +23,7 @@ bool StaysBounded(const PlacedContent& content, const GdsRect& offsets) {
 }
 
 const PlacedContent* ContentTable::Of(const GdsCell& cell, const GdsTransform& transform) {
-    const Key wanted = KeyOf(cell, transform);
+    const PlacementKey wanted = LinearKeyOf(cell, transform);
     if (const auto found = contents_.find(wanted); found != contents_.end()) {
         return &found->second;
     }
@@ -48,25 +46,7 @@ const PlacedContent* ContentTable::Of(const GdsCell& cell, const GdsTransform& t
     return found == contents_.end() ? nullptr : &found->second;
 }
 
-std::size_t ContentTable::KeyHash::operator()(const Key& key) const {
-    std::uint64_t hash = std::bit_cast<std::uintptr_t>(key.cell) + key.flip;
-    for (const std::uint64_t part : {key.magBits, key.angleBits}) {
-        hash = (hash ^ part ^ (part >> 32)) * 0x9E3779B97F4A7C15u;
-    }
-    return static_cast<std::size_t>(hash ^ (hash >> 32));
-}
-
-ContentTable::Key ContentTable::KeyOf(const GdsCell& cell, const GdsTransform& transform) {
-    return {&cell, transform.flip, std::bit_cast<std::uint64_t>(transform.mag),
-            std::bit_cast<std::uint64_t>(transform.angle)};
-}
-
-GdsTransform ContentTable::TransformOf(const Key& key) {
-    return {key.flip, 0, 0, std::bit_cast<double>(key.magBits),
-            std::bit_cast<double>(key.angleBits)};
-}
-
-ContentTable::Visit ContentTable::BeginVisit(const Key& key) {
+ContentTable::Visit ContentTable::BeginVisit(const PlacementKey& key) {
     Visit visit{key, {}, 0};
     const GdsTransform transform = TransformOf(key);
     const LinearPart linear = LinearPartOf(transform);
@@ -74,7 +54,7 @@ ContentTable::Visit ContentTable::BeginVisit(const Key& key) {
         const GdsTransform child =
             PlaceChild(sref.origin, sref.mag, sref.angle, sref.strans, transform, linear);
         visit.children.push_back(
-            {KeyOf(*sref.cell, child), {child.dx, child.dy, child.dx, child.dy}, 1});
+            {LinearKeyOf(*sref.cell, child), {child.dx, child.dy, child.dx, child.dy}, 1});
     }
     for (const GdsAref& aref : key.cell->arefs) {
         const LatticeBlock all = WholeBlock(aref);
@@ -82,7 +62,7 @@ ContentTable::Visit ContentTable::BeginVisit(const Key& key) {
             const GdsTransform child =
                 PlaceChild({}, aref.mag, aref.angle, aref.strans, transform, linear);
             visit.children.push_back(
-                {KeyOf(*aref.cell, child),
+                {LinearKeyOf(*aref.cell, child),
                  BlockOffsets(LatticeOf(aref), PositionRule::Truncate32, all, transform, linear),
                  all.InstanceCount()});
         }

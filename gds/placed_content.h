@@ -5,7 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "gds/placement.h"
+#include "gds/placement_key.h"
 
 namespace zelmo {
 
@@ -34,41 +34,26 @@ public:
     const PlacedContent* Of(const GdsCell& cell, const GdsTransform& transform);
 
 private:
-    struct Key {
-        const GdsCell* cell = nullptr;
-        std::uint16_t flip = 0;
-        std::uint64_t magBits = 0;
-        std::uint64_t angleBits = 0;
-
-        bool operator==(const Key&) const = default;
-    };
-
-    struct KeyHash {
-        std::size_t operator()(const Key& key) const;
-    };
-
     /// Instances of a cell below another.
     struct Child {
-        Key key;
+        PlacementKey key;  ///< without offset
         GdsRect offsets;
         std::uint64_t instances = 0;
     };
 
     /// A content that is being worked out.
     struct Visit {
-        Key key;
+        PlacementKey key;  ///< without offset
         std::vector<Child> children;
         std::size_t next = 0;  ///< the first child whose content may be missing
     };
 
-    static Key KeyOf(const GdsCell& cell, const GdsTransform& transform);
-    static GdsTransform TransformOf(const Key& key);
-    static Visit BeginVisit(const Key& key);
+    static Visit BeginVisit(const PlacementKey& key);
     PlacedContent WorkOut(const Visit& visit) const;
     void AddChild(PlacedContent& content, const Child& child) const;
 
     std::int64_t minSize_;
-    std::unordered_map<Key, PlacedContent, KeyHash> contents_;
+    std::unordered_map<PlacementKey, PlacedContent, PlacementKeyHash> contents_;
 };
 
 }  // namespace zelmo

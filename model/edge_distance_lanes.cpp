@@ -11,14 +11,6 @@ inline FloatLanes Truncate(const FloatLanes& numbers) {
     return __builtin_convertvector(__builtin_convertvector(numbers, IntLanes), FloatLanes);
 }
 
-inline bool AnyOf(const IntLanes& conditions) {
-    std::int32_t any = 0;
-    for (std::int32_t lane = 0; lane < laneCount<IntLanes>; ++lane) {
-        any |= conditions[lane];
-    }
-    return any != 0;
-}
-
 }  // namespace
 
 void TableDistances(float* distances, const std::int32_t* squared, std::int32_t count,
@@ -56,7 +48,7 @@ bool MarkLateSearches(std::int32_t* late, const float* distances, std::int32_t c
         mark(first);
     }
     mark(count - width);  // what is left over, and some of the others again
-    return AnyOf(any);
+    return AnyLane(any);
 }
 
 }  // namespace zelmo::ZELMO_LANES

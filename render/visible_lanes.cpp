@@ -160,16 +160,6 @@ IntLanes CoversNothing(const Corner& a, const Corner& b, const Corner& c, float 
             (oneY | misses(0.0f, 1.0f)) & (oneX | oneY | misses(1.0f, 1.0f)));
 }
 
-bool Any(const IntLanes& mask) {
-    LongLanes pairs;
-    std::memcpy(&pairs, &mask, sizeof pairs);
-    std::int64_t any = 0;
-    for (std::int32_t i = 0; i < laneCount<LongLanes>; ++i) {
-        any |= pairs[i];
-    }
-    return any != 0;
-}
-
 }  // namespace
 
 void FindCoverOfRow(const SheetRow* layers, std::int32_t layerCount, const float* cover,
@@ -250,7 +240,7 @@ bool FindTriangles(const PlaceRows& thick, std::int32_t squares, const TriangleM
         }
         any |= fronts | backs;
     }
-    return Any(any);
+    return AnyLane(any);
 }
 
 bool RemoveStanding(const PlaceRows& standsOn, std::int32_t squares,
@@ -267,7 +257,7 @@ bool RemoveStanding(const PlaceRows& standsOn, std::int32_t squares,
         StoreLanes(triangles.back + col, backs);
         any |= fronts | backs;
     }
-    return Any(any);
+    return AnyLane(any);
 }
 
 bool RemoveBuried(const std::int32_t* const* buriedRows, std::int32_t squares,
@@ -286,7 +276,7 @@ bool RemoveBuried(const std::int32_t* const* buriedRows, std::int32_t squares,
         StoreLanes(triangles.back + col, backs);
         any |= fronts | backs;
     }
-    return Any(any);
+    return AnyLane(any);
 }
 
 void ProjectRow(const Projection& p, const float* heights, std::int32_t cols,
@@ -308,7 +298,7 @@ void RemoveUncovering(const PixelRow& front, const PixelRow& back, float margin,
     for (std::int32_t col = 0; col < squares; col += lanes) {
         const IntLanes fronts = Load(triangles.front + col);
         const IntLanes backs = Load(triangles.back + col);
-        if (!Any(fronts | backs)) {
+        if (!AnyLane(fronts | backs)) {
             continue;
         }
         const Corner frontLeft{Load(front.x + col), Load(front.y + col)};

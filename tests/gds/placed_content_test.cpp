@@ -7,25 +7,11 @@
 #include "gds/cell_bounds.h"
 #include "gds/gds_database.h"
 #include "gds/polygon_selection.h"
+#include "tests/gds/cell_elements.h"
 #include "tests/gds/layout_file.h"
 
 namespace zelmo {
 namespace {
-
-GdsBoundary Rectangle(std::int64_t x0, std::int64_t y0, std::int64_t x1, std::int64_t y1) {
-    GdsBoundary boundary;
-    boundary.points = KeepPoints({{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}, {x0, y0}});
-    boundary.bounds = {x0, y0, x1, y1};
-    return boundary;
-}
-
-GdsSref Reference(GdsCell& cell, GdsPoint origin) {
-    GdsSref sref;
-    sref.cell = &cell;
-    sref.origin = origin;
-    sref.mag = 1.0;
-    return sref;
-}
 
 /// A cell with one polygon of 30 by 40, and one that refers to it ten times over.
 class PlacedContentTest : public testing::Test {

@@ -10,7 +10,7 @@
 #include "gds/cell_bounds.h"
 #include "gds/gds_database.h"
 #include "gds/polygon_selection.h"
-#include "tests/gds/layout_file.h"
+#include "tests/gds/cell_elements.h"
 #include "tests/gds/random_layout.h"
 #include "tests/plain/gds_plain.h"
 #include "tests/support/case_count.h"
@@ -19,34 +19,6 @@
 
 namespace zelmo {
 namespace {
-
-GdsBoundary Rectangle(std::uint16_t layer, std::int64_t x0, std::int64_t y0, std::int64_t x1,
-                      std::int64_t y1) {
-    GdsBoundary boundary;
-    boundary.layer = layer;
-    boundary.points = KeepPoints({{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}, {x0, y0}});
-    boundary.bounds = {x0, y0, x1, y1};
-    return boundary;
-}
-
-GdsSref Reference(GdsCell& cell, GdsPoint origin) {
-    GdsSref sref;
-    sref.cell = &cell;
-    sref.origin = origin;
-    sref.mag = 1.0;
-    return sref;
-}
-
-GdsAref Array(GdsCell& cell, std::int32_t columns, std::int32_t rows, GdsPoint origin,
-              GdsPoint columnEnd, GdsPoint rowEnd) {
-    GdsAref aref;
-    aref.cell = &cell;
-    aref.mag = 1.0;
-    aref.columns = columns;
-    aref.rows = rows;
-    aref.points = KeepPoints({origin, columnEnd, rowEnd});
-    return aref;
-}
 
 ExtractionScope ScopeOf(std::int64_t x0, std::int64_t y0, std::int64_t x1, std::int64_t y1) {
     ExtractionScope scope;

@@ -30,41 +30,32 @@ std::wstring ClassOf(HWND window) {
     return name;
 }
 
+/// A look through windows, which the system hands over one by one.
+struct WindowSearch {
+    std::function<bool(HWND)> wanted;
+    HWND found = nullptr;
+
+    /// Takes a window, and says whether to go on.
+    static BOOL CALLBACK Look(HWND window, LPARAM data) {
+        auto& search = *reinterpret_cast<WindowSearch*>(data);
+        if (search.wanted(window)) {
+            search.found = window;
+        }
+        return search.found == nullptr;
+    }
+};
+
 /// The first window of a thread that `wanted` takes, or null.
 HWND FindThreadWindow(DWORD threadId, std::function<bool(HWND)> wanted) {
-    struct Search {
-        std::function<bool(HWND)> wanted;
-        HWND found;
-    } search{std::move(wanted), nullptr};
-    EnumThreadWindows(
-        threadId,
-        [](HWND window, LPARAM data) -> BOOL {
-            auto& running = *reinterpret_cast<Search*>(data);
-            if (running.wanted(window)) {
-                running.found = window;
-            }
-            return running.found == nullptr;
-        },
-        reinterpret_cast<LPARAM>(&search));
+    WindowSearch search{std::move(wanted)};
+    EnumThreadWindows(threadId, WindowSearch::Look, reinterpret_cast<LPARAM>(&search));
     return search.found;
 }
 
 /// The first child, at any depth, that `wanted` takes, or null.
 HWND FindChild(HWND parent, std::function<bool(HWND)> wanted) {
-    struct Search {
-        std::function<bool(HWND)> wanted;
-        HWND found;
-    } search{std::move(wanted), nullptr};
-    EnumChildWindows(
-        parent,
-        [](HWND window, LPARAM data) -> BOOL {
-            auto& running = *reinterpret_cast<Search*>(data);
-            if (running.wanted(window)) {
-                running.found = window;
-            }
-            return running.found == nullptr;
-        },
-        reinterpret_cast<LPARAM>(&search));
+    WindowSearch search{std::move(wanted)};
+    EnumChildWindows(parent, WindowSearch::Look, reinterpret_cast<LPARAM>(&search));
     return search.found;
 }
 

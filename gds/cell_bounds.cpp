@@ -160,11 +160,13 @@ void TakeLaterUse(SizingVisit& visit, const FirstInstance& instance) {
 }  // namespace
 
 void MeasureBoundary(GdsBoundary& boundary) {
-    GdsRect bounds;
-    for (const GdsPoint point : boundary.points) {
-        WidenByPoint(bounds, point);
-    }
-    boundary.bounds = bounds;
+    boundary.bounds = boundary.points.As([](const auto points) {
+        GdsRect bounds;
+        for (const GdsPoint point : points) {
+            WidenByPoint(bounds, point);
+        }
+        return bounds;
+    });
 }
 
 void ComputeBoundaryBounds(GdsDatabase& database, LogConsole* console) {

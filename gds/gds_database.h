@@ -2,16 +2,15 @@
 
 #include <cstdint>
 #include <span>
-#include <string>
 #include <string_view>
-#include <vector>
 
 #include "gds/growing_array.h"
+#include "gds/point_run.h"
 #include "gds/run_pool.h"
 #include "model/gds_point.h"
 
-// A loaded layout library. Coordinates are database units, angles radians. The elements are plain
-// records; their points and names lie together in the database, one after the other.
+// A loaded layout library. Coordinates are database units, angles radians. Cells and elements are
+// plain records; what they are made of lies together in the database, one after the other.
 
 namespace zelmo {
 
@@ -30,7 +29,7 @@ struct GdsRect {
 /// One polygon of a cell; a path stands here too, already expanded.
 struct GdsBoundary {
     std::uint16_t layer = 0;
-    std::span<const GdsPoint> points;
+    PointRun points;
     GdsRect bounds;
 };
 
@@ -56,18 +55,28 @@ struct GdsAref {
     GdsCell* cell = nullptr;  ///< not owned
 };
 
-/// One structure of the library. Move-only.
+/// One structure of the library. Move-only: references point to it.
 struct GdsCell {
     GdsCell() = default;
     GdsCell(GdsCell&&) = default;
     GdsCell& operator=(GdsCell&&) = default;
 
-    std::string name;  ///< the bytes of the file; a use of the name stops at its first NUL
-    GrowingArray<GdsBoundary> boundaries;
-    GrowingArray<GdsSref> srefs;
-    GrowingArray<GdsAref> arefs;
+    std::string_view name;  ///< the bytes of the file; a use of the name stops at its first NUL
+    std::span<GdsBoundary> boundaries;
+    std::span<GdsSref> srefs;
+    std::span<GdsAref> arefs;
     GdsRect bounds;
     bool boundsValid = false;
+};
+
+/// What the cells of a library refer to.
+struct ElementStore {
+    RunPool<GdsBoundary> boundaries;
+    RunPool<GdsSref> srefs;
+    RunPool<GdsAref> arefs;
+    RunPool<NarrowPoint> narrowPoints;  ///< of polygons
+    RunPool<GdsPoint> points;           ///< of arrays, and of polygons that leave 32 bits
+    RunPool<char> names;                ///< of cells and references
 };
 
 struct GdsDatabase {
@@ -75,9 +84,8 @@ struct GdsDatabase {
     double userUnit = 0.001;
     double metresPerUnit = 1e-9;
     double micronsPerUnit = 1e-9 * 1000000.0;
-    std::vector<GdsCell> cells;
-    RunPool<GdsPoint> points;  ///< of all elements
-    RunPool<char> names;       ///< of all references
+    GrowingArray<GdsCell> cells;
+    ElementStore store;
 };
 
 /// The part of a stored name that counts: up to its first NUL.

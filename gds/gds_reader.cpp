@@ -2,28 +2,16 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <array>
 #include <cmath>
-#include <cstddef>
-#include <span>
-#include <stdexcept>
-#include <string_view>
-#include <utility>
-#include <vector>
 
 #include "gds/cell_bounds.h"
 #include "gds/cell_references.h"
 #include "gds/coordinates.h"
 #include "gds/gds_database.h"
-#include "gds/path_outline.h"
 #include "gds/placement.h"
+#include "gds/record_handlers.h"
 #include "gds/stream_records.h"
 #include "shell/log_console.h"
-
-// The records of a library arrive one after the other. A table tells in which state of the open
-// element each is accepted and with which code it is refused elsewhere; a function for each then
-// takes what a mask needs of it.
 
 namespace zelmo {
 
@@ -31,402 +19,14 @@ namespace {
 
 constexpr std::int32_t success = 0;
 constexpr std::int32_t cannotOpen = 2;
-constexpr std::int32_t pathRefused = 3;
-constexpr std::int32_t unitsNotPositive = 4;
 constexpr std::int32_t recordTooShort = 5;
-constexpr std::int32_t wrongPointCount = 22;
-constexpr std::int32_t layerMissing = 28;
 constexpr std::int32_t cellMissing = 29;
 constexpr std::int32_t cellInItself = 30;
 
-constexpr std::uint16_t roundEnds = 1;
-constexpr std::uint16_t extendedEnds = 2;
-constexpr std::uint16_t variableEnds = 4;
-
-/// The open element.
-enum class Element { None, Boundary, Path, Sref, Aref, Text, Node, Box };
-
-struct PathElement {
-    std::uint16_t layer = 0;
-    std::uint16_t pathType = 0;
-    std::uint32_t width = 0;
-    std::vector<GdsPoint> points;
-};
-
-/// What is known between two records.
-struct ReaderState {
-    GdsDatabase& database;
-    LogConsole* console;
-    Element element = Element::None;
-    bool inStructure = false;
-    bool layerSeen = false;  ///< in the open boundary or path
-    bool warnedType1 = false;
-    bool warnedType4 = false;
-    bool endSeen = false;
-    GdsCell cell = {};
-    GdsBoundary boundary = {};
-    GdsSref sref = {};
-    GdsAref aref = {};
-    PathElement path = {};
-    std::string_view lastName = {};  ///< of a reference
-};
-
-// The library
-
-std::int32_t ReadHeader(ReaderState& state, const StreamRecord& record) {
-    state.database.version = record.U16At(0);
-    return success;
-}
-
-std::int32_t ReadUnits(ReaderState& state, const StreamRecord& record) {
-    GdsDatabase& database = state.database;
-    database.userUnit = record.RealAt(0);
-    database.metresPerUnit = record.RealAt(8);
-    database.micronsPerUnit = database.metresPerUnit * 1000000.0;
-    return 0.0 >= database.userUnit || 0.0 >= database.metresPerUnit ? unitsNotPositive : success;
-}
-
-std::int32_t EndLibrary(ReaderState& state, const StreamRecord&) {
-    state.endSeen = true;
-    return success;
-}
-
-// Structures
-
-std::int32_t BeginStructure(ReaderState& state, const StreamRecord&) {
-    state.inStructure = true;
-    return success;
-}
-
-std::int32_t ReadStructureName(ReaderState& state, const StreamRecord& record) {
-    state.cell.name = record.Text();
-    return success;
-}
-
-/// An element that is still open stays open, and becomes part of a later structure.
-std::int32_t EndStructure(ReaderState& state, const StreamRecord&) {
-    state.inStructure = false;
-    state.cell.boundaries.shrink_to_fit();
-    state.cell.srefs.shrink_to_fit();
-    state.cell.arefs.shrink_to_fit();
-    state.database.cells.push_back(std::exchange(state.cell, GdsCell()));
-    return success;
-}
-
-// Elements
-
-template <Element element>
-std::int32_t BeginElement(ReaderState& state, const StreamRecord&) {
-    state.element = element;
-    return success;
-}
-
-std::int32_t BeginSref(ReaderState& state, const StreamRecord&) {
-    state.sref.mag = 1.0;
-    state.element = Element::Sref;
-    return success;
-}
-
-std::int32_t BeginAref(ReaderState& state, const StreamRecord&) {
-    state.aref.mag = 1.0;
-    state.element = Element::Aref;
-    return success;
-}
-
-std::int32_t ReadLayer(ReaderState& state, const StreamRecord& record) {
-    if (state.element == Element::Boundary) {
-        state.boundary.layer = record.U16At(0);
-        state.layerSeen = true;
-    } else if (state.element == Element::Path) {
-        state.path.layer = record.U16At(0);
-        state.layerSeen = true;
-    }
-    return success;
-}
-
-/// The width of a text stays behind for the next path.
-std::int32_t ReadWidth(ReaderState& state, const StreamRecord& record) {
-    state.path.width = record.U32At(0);
-    return success;
-}
-
-/// Only the first path of either unsupported type is converted, together with its warning. Later
-/// ones keep their number and get flush ends.
-std::int32_t ReadPathType(ReaderState& state, const StreamRecord& record) {
-    const std::uint16_t type = record.U16At(0);
-    state.path.pathType = type;
-    if (type == roundEnds && !state.warnedType1) {
-        state.console->Write(
-            L"WARNING: path type 1 (round ended) is not supported and will be converted to type 2");
-        state.path.pathType = extendedEnds;
-        state.warnedType1 = true;
-    }
-    if (type == variableEnds && !state.warnedType4) {
-        state.console->Write(
-            L"WARNING: path type 4 (variable length) is not supported and will be converted to "
-            L"type 2");
-        state.path.pathType = extendedEnds;
-        state.warnedType4 = true;
-    }
-    return success;
-}
-
-/// References to one cell often follow each other, and share its name then.
-std::int32_t ReadReferenceName(ReaderState& state, const StreamRecord& record) {
-    if (record.Text() != state.lastName) {
-        const std::span<const char> kept = state.database.names.Keep(record.Text());
-        state.lastName = {kept.data(), kept.size()};
-    }
-    (state.element == Element::Sref ? state.sref.name : state.aref.name) = state.lastName;
-    return success;
-}
-
-std::int32_t ReadColumnsAndRows(ReaderState& state, const StreamRecord& record) {
-    state.aref.columns = record.U16At(0);
-    state.aref.rows = record.U16At(2);
-    return success;
-}
-
-std::int32_t ReadTransformFlags(ReaderState& state, const StreamRecord& record) {
-    if (state.element == Element::Sref) {
-        state.sref.strans = record.U16At(0);
-    } else if (state.element == Element::Aref) {
-        state.aref.strans = record.U16At(0);
-    }
-    return success;
-}
-
-std::int32_t ReadMagnification(ReaderState& state, const StreamRecord& record) {
-    const auto mag = static_cast<double>(static_cast<float>(record.RealAt(0)));
-    if (state.element == Element::Sref) {
-        state.sref.mag = mag;
-    } else if (state.element == Element::Aref) {
-        state.aref.mag = mag;
-    }
-    return success;
-}
-
-std::int32_t ReadAngle(ReaderState& state, const StreamRecord& record) {
-    const double radians = record.RealAt(0) * 3.141592653589793 / 180.0;
-    const auto angle = static_cast<double>(static_cast<float>(radians));
-    if (state.element == Element::Sref) {
-        state.sref.angle = angle;
-    } else if (state.element == Element::Aref) {
-        state.aref.angle = angle;
-    }
-    return success;
-}
-
-// Points
-
-std::size_t PointCount(const StreamRecord& record) {
-    return record.data.size() / 8;
-}
-
-void CopyPoints(GdsPoint* points, const StreamRecord& record) {
-    const std::uint8_t* bytes = record.data.data();
-    for (const GdsPoint* end = points + PointCount(record); points != end; ++points, bytes += 8) {
-        *points = {StreamI32(bytes), StreamI32(bytes + 4)};
-    }
-}
-
-/// Makes the record's points those of an element. False if it had points before.
-bool TakePoints(ReaderState& state, std::span<const GdsPoint>& points, const StreamRecord& record) {
-    if (!points.empty()) {
-        return false;
-    }
-    const std::span<GdsPoint> taken = state.database.points.Take(PointCount(record));
-    CopyPoints(taken.data(), record);
-    points = taken;
-    return true;
-}
-
-/// The same for a path, whose points do not stay.
-bool TakePathPoints(std::vector<GdsPoint>& points, const StreamRecord& record) {
-    if (!points.empty()) {
-        return false;
-    }
-    points.resize(PointCount(record));
-    CopyPoints(points.data(), record);
-    return true;
-}
-
-bool ReadOrigin(GdsSref& sref, const StreamRecord& record) {
-    if (PointCount(record) != 1) {
-        return false;
-    }
-    CopyPoints(&sref.origin, record);
-    return true;
-}
-
-std::int32_t ReadPoints(ReaderState& state, const StreamRecord& record) {
-    bool accepted = true;
-    switch (state.element) {
-        case Element::Boundary:
-            accepted = TakePoints(state, state.boundary.points, record);
-            break;
-        case Element::Path:
-            accepted = TakePathPoints(state.path.points, record);
-            break;
-        case Element::Sref:
-            accepted = ReadOrigin(state.sref, record);
-            break;
-        case Element::Aref:
-            accepted =
-                TakePoints(state, state.aref.points, record) && state.aref.points.size() == 3;
-            break;
-        default:
-            break;
-    }
-    return accepted ? success : wrongPointCount;
-}
-
-// The end of an element
-
-/// The box is measured here, while the points are still at hand in the processor.
-void KeepBoundary(ReaderState& state, GdsBoundary boundary) {
-    MeasureBoundary(boundary);
-    state.cell.boundaries.push_back(boundary);
-}
-
-std::int32_t EndBoundary(ReaderState& state) {
-    if (!std::exchange(state.layerSeen, false)) {
-        return layerMissing;
-    }
-    KeepBoundary(state, std::exchange(state.boundary, GdsBoundary()));
-    return success;
-}
-
-std::int32_t EndPath(ReaderState& state) {
-    if (!std::exchange(state.layerSeen, false)) {
-        return layerMissing;
-    }
-    PathElement& path = state.path;
-    if (path.points.empty()) {
-        throw std::out_of_range("invalid vector subscript");
-    }
-    const std::span<GdsPoint> outline = state.database.points.Take(2 * path.points.size() + 1);
-    const auto count = static_cast<std::int32_t>(path.points.size());
-    if (ExpandPath(outline.data(), path.points.data(), count, path.width, path.pathType) != 0) {
-        return pathRefused;
-    }
-    KeepBoundary(state, {path.layer, outline, GdsRect()});
-    path.points.clear();  // and keeps their room for the next path
-    path.layer = 0;
-    path.pathType = 0;
-    path.width = 0;
-    return success;
-}
-
-std::int32_t EndElement(ReaderState& state, const StreamRecord&) {
-    std::int32_t result = success;
-    switch (std::exchange(state.element, Element::None)) {
-        case Element::Boundary:
-            result = EndBoundary(state);
-            break;
-        case Element::Path:
-            result = EndPath(state);
-            break;
-        case Element::Sref:
-            state.cell.srefs.push_back(std::exchange(state.sref, GdsSref()));
-            break;
-        case Element::Aref:
-            state.cell.arefs.push_back(std::exchange(state.aref, GdsAref()));
-            break;
-        default:
-            break;
-    }
-    return result;
-}
-
-// The state machine
-
-using ElementSet = unsigned;
-
-template <typename... Elements>
-constexpr ElementSet Set(Elements... elements) {
-    return ((1u << static_cast<unsigned>(elements)) | ...);
-}
-
-constexpr ElementSet none = Set(Element::None);
-constexpr ElementSet polygons = Set(Element::Boundary, Element::Path);
-constexpr ElementSet references = Set(Element::Sref, Element::Aref);
-constexpr ElementSet text = Set(Element::Text);
-constexpr ElementSet open = polygons | references | Set(Element::Text, Element::Node, Element::Box);
-constexpr ElementSet any = none | open;
-
-enum class Place { Anywhere, Inside, Outside };
-
-/// Where a record is accepted: while one of `elements` is open, at this place relative to the
-/// structures. Elsewhere it ends the reading with the code `refusal`.
-struct RecordRule {
-    std::uint16_t code;
-    ElementSet elements;
-    Place structure;
-    std::int32_t refusal;
-    std::int32_t (*handle)(ReaderState&, const StreamRecord&);
-};
-
-constexpr std::int32_t never = 0;  // accepted everywhere
-
-/// Records that are not here are skipped.
-constexpr std::array recordRules = {
-    RecordRule{0x0002, any, Place::Anywhere, never, ReadHeader},
-    RecordRule{0x0305, any, Place::Anywhere, never, ReadUnits},
-    RecordRule{0x0400, any, Place::Anywhere, never, EndLibrary},
-    RecordRule{0x0502, any, Place::Outside, 6, BeginStructure},
-    RecordRule{0x0606, any, Place::Inside, 27, ReadStructureName},
-    RecordRule{0x0700, any, Place::Inside, 7, EndStructure},
-    RecordRule{0x0800, none, Place::Inside, 8, BeginElement<Element::Boundary>},
-    RecordRule{0x0900, none, Place::Inside, 9, BeginElement<Element::Path>},
-    RecordRule{0x0A00, none, Place::Inside, 10, BeginSref},
-    RecordRule{0x0B00, none, Place::Inside, 11, BeginAref},
-    RecordRule{0x0C00, none, Place::Inside, 12, BeginElement<Element::Text>},
-    RecordRule{0x0D02, open & ~references, Place::Anywhere, 25, ReadLayer},
-    RecordRule{0x0F03, Set(Element::Path) | text, Place::Anywhere, 26, ReadWidth},
-    RecordRule{0x1003, open, Place::Anywhere, wrongPointCount, ReadPoints},
-    RecordRule{0x1100, open, Place::Inside, 15, EndElement},
-    RecordRule{0x1206, references, Place::Anywhere, 16, ReadReferenceName},
-    RecordRule{0x1302, Set(Element::Aref), Place::Anywhere, 17, ReadColumnsAndRows},
-    RecordRule{0x1500, none, Place::Inside, 13, BeginElement<Element::Node>},
-    RecordRule{0x1A01, references | text, Place::Anywhere, 19, ReadTransformFlags},
-    RecordRule{0x1B05, references | text, Place::Anywhere, 21, ReadMagnification},
-    RecordRule{0x1C05, references | text, Place::Anywhere, 20, ReadAngle},
-    RecordRule{0x2102, Set(Element::Path), Place::Anywhere, 18, ReadPathType},
-    RecordRule{0x2D00, none, Place::Inside, 14, BeginElement<Element::Box>},
-};
-
-/// For each record type, the high byte of the codes, its place in the table plus one, or 0.
-constexpr std::array<std::uint8_t, 256> rulePlaces = [] {
-    std::array<std::uint8_t, 256> places = {};
-    for (std::size_t i = 0; i < recordRules.size(); ++i) {
-        places[recordRules[i].code >> 8] = static_cast<std::uint8_t>(i + 1);
-    }
-    return places;
-}();
-
-bool IsAccepted(const RecordRule& rule, const ReaderState& state) {
-    const bool elementFits = (rule.elements & Set(state.element)) != 0;
-    const bool placeFits =
-        rule.structure == Place::Anywhere || (rule.structure == Place::Inside) == state.inStructure;
-    return elementFits && placeFits;
-}
-
-std::int32_t HandleRecord(ReaderState& state, const StreamRecord& record) {
-    const std::size_t place = rulePlaces[record.code >> 8];
-    if (place == 0 || recordRules[place - 1].code != record.code) {
-        return success;
-    }
-    const RecordRule& rule = recordRules[place - 1];
-    return IsAccepted(rule, state) ? rule.handle(state, record) : rule.refusal;
-}
-
 /// Reads records up to the end of the library or of the file. A structure without its end is lost.
-std::int32_t ReadRecords(GdsDatabase& database, const std::filesystem::path& path,
-                         LogConsole* console) {
+std::int32_t ReadRecords(ReaderState& state, const std::filesystem::path& path) {
     StreamRecords records(path);
     StreamRecord record;
-    ReaderState state{database, console};
     while (!state.endSeen) {
         switch (records.Next(record)) {
             case RecordStatus::Read:
@@ -475,10 +75,15 @@ double GdsReal8ToDouble(const std::uint8_t* bytes) {
 
 std::int32_t ReadGdsFile(GdsDatabase& database, const std::filesystem::path& path,
                          LogConsole* console) {
-    if (const std::int32_t refusal = ReadRecords(database, path, console)) {
-        return refusal;
+    {
+        ReaderState state{database, console};
+        if (const std::int32_t refusal = ReadRecords(state, path)) {
+            return refusal;
+        }
+        if (state.flatSeen) {
+            ComputeBoundaryBounds(database, console);
+        }
     }
-    ComputeBoundaryBounds(database, console);
     if (!BindReferences(database)) {
         return cellMissing;
     }

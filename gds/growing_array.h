@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
-#include <initializer_list>
+#include <limits>
 #include <memory>
 #include <new>
+#include <span>
 #include <stdexcept>
 #include <type_traits>
 #include <utility>
@@ -21,11 +22,6 @@ class GrowingArray {
 
 public:
     GrowingArray() = default;
-    GrowingArray(std::initializer_list<T> items) {
-        for (const T& item : items) {
-            push_back(item);
-        }
-    }
     GrowingArray(GrowingArray&& other) noexcept
         : items_(std::move(other.items_)),
           size_(std::exchange(other.size_, 0)),
@@ -37,13 +33,27 @@ public:
         return *this;
     }
 
-    void push_back(const T& item) {
-        const T copy = item;  // which may be one of the list's own
+    void push_back(T item) {
         if (size_ == capacity_) {
-            SetCapacity(std::max<std::size_t>(4, 2 * capacity_));
+            Reserve(size_ + 1);
         }
-        items_.get()[size_++] = copy;
+        ::new (items_.get() + size_++) T(std::move(item));
     }
+    /// Adds copies of records that are not the list's own.
+    void Append(std::span<const T> items) {
+        Reserve(size_ + items.size());
+        std::uninitialized_copy(items.begin(), items.end(), end());
+        size_ += items.size();
+    }
+    void resize(std::size_t size) {
+        Reserve(size);
+        while (size_ < size) {
+            push_back(T());
+        }
+        size_ = size;
+    }
+    /// Keeps the memory for other items.
+    void clear() { size_ = 0; }
     /// Gives back the memory beyond the last item.
     void shrink_to_fit() {
         if (size_ != 0 && size_ != capacity_) {
@@ -57,13 +67,18 @@ public:
     T* end() { return items_.get() + size_; }
     const T* begin() const { return items_.get(); }
     const T* end() const { return items_.get() + size_; }
+    std::span<T> Items() { return {begin(), size_}; }
+    std::span<const T> Items() const { return {begin(), size_}; }
     T& operator[](std::size_t index) { return items_.get()[index]; }
     const T& operator[](std::size_t index) const { return items_.get()[index]; }
     T& back() { return items_.get()[size_ - 1]; }
+    const T& back() const { return items_.get()[size_ - 1]; }
+    T& at(std::size_t index) {
+        CheckIndex(index);
+        return items_.get()[index];
+    }
     const T& at(std::size_t index) const {
-        if (index >= size_) {
-            throw std::out_of_range("index beyond the end of a list");
-        }
+        CheckIndex(index);
         return items_.get()[index];
     }
 
@@ -72,8 +87,33 @@ private:
         void operator()(T* items) const { std::free(items); }
     };
 
+    void CheckIndex(std::size_t index) const {
+        if (index >= size_) {
+            throw std::out_of_range("index beyond the end of a list");
+        }
+    }
+
+    /// Twice the room; but a list that is no longer small gets so much that the system gives it
+    /// memory of its own, which then grows without a copy and leaves no hole where it lay.
+    std::size_t NextCapacity() const {
+        constexpr std::size_t smallest = 4;
+        constexpr std::size_t small = (std::size_t{1} << 20) / sizeof(T);
+        constexpr std::size_t large = (std::size_t{1} << 26) / sizeof(T);
+        return capacity_ < small ? std::max(smallest, 2 * capacity_)
+                                 : std::max(large, 2 * capacity_);
+    }
+
+    void Reserve(std::size_t size) {
+        if (size > capacity_) {
+            SetCapacity(std::max(NextCapacity(), size));
+        }
+    }
+
     void SetCapacity(std::size_t capacity) {
-        void* const longer = std::realloc(items_.get(), capacity * sizeof(T));
+        if (capacity > std::numeric_limits<std::size_t>::max() / sizeof(T)) {
+            throw std::bad_alloc();
+        }
+        void* const longer = std::realloc(static_cast<void*>(items_.get()), capacity * sizeof(T));
         if (longer == nullptr) {
             throw std::bad_alloc();
         }

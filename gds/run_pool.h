@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "gds/growing_array.h"
+
 namespace zelmo {
 
 /// Memory for a great many runs of plain values, such as the points of polygons, which all stay
@@ -21,9 +23,12 @@ class RunPool {
 public:
     RunPool() = default;
     RunPool(RunPool&& other) noexcept
-        : blocks_(std::move(other.blocks_)), free_(std::exchange(other.free_, {})) {}
+        : blocks_(std::move(other.blocks_)),
+          longRuns_(std::move(other.longRuns_)),
+          free_(std::exchange(other.free_, {})) {}
     RunPool& operator=(RunPool&& other) noexcept {
         blocks_ = std::move(other.blocks_);
+        longRuns_ = std::move(other.longRuns_);
         free_ = std::exchange(other.free_, {});
         return *this;
     }
@@ -39,18 +44,32 @@ public:
     }
 
     /// A copy of the values.
-    std::span<const T> Keep(std::span<const T> values) {
+    std::span<T> Keep(std::span<const T> values) {
         const std::span<T> run = Take(values.size());
         std::copy(values.begin(), values.end(), run.begin());
         return run;
     }
-    std::span<const T> Keep(std::initializer_list<T> values) {
+    std::span<T> Keep(std::initializer_list<T> values) {
         return Keep(std::span<const T>(values.begin(), values.size()));
+    }
+
+    /// The values of a list, which is empty then. Short lists are copied and keep their memory for
+    /// other values; long ones give theirs to the pool.
+    std::span<T> KeepAll(GrowingArray<T>& list) {
+        if (list.size() < shortestLongRun) {
+            const std::span<T> run = Keep(list.Items());
+            list.clear();
+            return run;
+        }
+        list.shrink_to_fit();
+        longRuns_.push_back(std::move(list));
+        return longRuns_.back().Items();
     }
 
 private:
     static constexpr std::size_t smallestBlock = (std::size_t{1} << 12) / sizeof(T);
     static constexpr std::size_t largestBlock = (std::size_t{1} << 22) / sizeof(T);
+    static constexpr std::size_t shortestLongRun = (std::size_t{1} << 16) / sizeof(T);
 
     struct Release {
         void operator()(T* values) const { std::allocator<T>().deallocate(values, count); }
@@ -69,6 +88,7 @@ private:
     }
 
     std::vector<Block> blocks_;
+    std::vector<GrowingArray<T>> longRuns_;
     std::span<T> free_;  ///< of the last block
 };
 

@@ -32,7 +32,7 @@ constexpr std::uint16_t reflected = 0x8000;
 TEST(ComputeBoundaryBounds, TakesTheBoxOfThePoints) {
     GdsDatabase database;
     database.cells.resize(1);
-    database.cells[0].boundaries.push_back({});
+    Add(database.cells[0].boundaries, {});
     database.cells[0].boundaries[0].points = KeepPoints({{5, -7}, {-3, 20}, {9, 1}});
     RecordingConsole console;
     ComputeBoundaryBounds(database, &console);
@@ -57,7 +57,7 @@ TEST(ComputeBoundaryBounds, WarnsOfEveryPolygonOnALineAndKeepsIt) {
 TEST(ComputeBoundaryBounds, ThrowsForAPolygonWithoutPoints) {
     GdsDatabase database;
     database.cells.resize(1);
-    database.cells[0].boundaries.push_back({});
+    Add(database.cells[0].boundaries, {});
     RecordingConsole console;
     EXPECT_THROW(ComputeBoundaryBounds(database, &console), std::out_of_range);
 }
@@ -68,7 +68,7 @@ TEST(ComputeBoundaryBounds, LeavesTheLimitsOf32BitsWhereAnOutlineLiesBeyondThem)
         writer.Path(1, {{0, 2147483600}, {100, 2147483600}}, 1000);
     });
     EXPECT_EQ(loaded.result, 0);
-    EXPECT_EQ(loaded.database.cells.at(0).boundaries.at(0).bounds,
+    EXPECT_EQ(At(loaded.database.cells.at(0).boundaries, 0).bounds,
               (GdsRect{0, 2147483100, 100, 2147484100}));
 }
 
@@ -100,7 +100,7 @@ TEST(ComputeCellBounds, TakesInReferencedCells) {
 
 TEST(ComputeCellBounds, ReturnsTheBoxUnderThePlacementAndStoresItUndone) {
     GdsCell cell;
-    cell.boundaries.push_back(Rectangle(0, 0, 10, 20));
+    Add(cell.boundaries, Rectangle(0, 0, 10, 20));
     const GdsTransform shifted{0, 100, 200, 2.0, 0.0};
     EXPECT_EQ(ComputeCellBounds(cell, shifted), (GdsRect{100, 200, 120, 240}));
     EXPECT_EQ(cell.bounds, (GdsRect{0, 0, 10, 20}));
@@ -129,25 +129,25 @@ TEST(ComputeCellBounds, StoresTheBoxThroughThePlacementOfTheFirstVisit) {
 
 TEST(ComputeCellBounds, ComposesAReflectedTurnUnderAMirroredParent) {
     GdsCell child;
-    child.boundaries.push_back(Rectangle(0, 0, 100, 10));
+    Add(child.boundaries, Rectangle(0, 0, 100, 10));
     GdsCell twin;
-    twin.boundaries.push_back(child.boundaries[0]);
+    Add(twin.boundaries, child.boundaries[0]);
     GdsCell parent;
-    parent.srefs.push_back(Reference(child, {1000, 0}, quarterTurn, reflected));
+    Add(parent.srefs, Reference(child, {1000, 0}, quarterTurn, reflected));
     // Mirrored twice the child is upright, and it is turned by +90 degrees although the parent is
     // mirrored: a strict composition would turn it by -90. The sine below 1 costs a unit.
     const GdsTransform mirrored{reflected, 0, 0, 1.0, 0.0};
     EXPECT_EQ(ComputeCellBounds(parent, mirrored), (GdsRect{0, 0, 1000, 99}));
     GdsCell same;
-    same.srefs.push_back(Reference(twin, {1000, 0}, quarterTurn, 0));
+    Add(same.srefs, Reference(twin, {1000, 0}, quarterTurn, 0));
     EXPECT_EQ(SizeAlone(same), (GdsRect{0, 0, 1000, 99}));
 }
 
 TEST(ComputeCellBounds, IgnoresAbsoluteMagnificationAndAngle) {
     GdsCell child;
-    child.boundaries.push_back(Rectangle(0, 0, 100, 10));
+    Add(child.boundaries, Rectangle(0, 0, 100, 10));
     GdsCell parent;
-    parent.srefs.push_back(Reference(child, {0, 0}, 0.0, 0x0006));
+    Add(parent.srefs, Reference(child, {0, 0}, 0.0, 0x0006));
     EXPECT_EQ(ComputeCellBounds(parent, {0, 0, 0, 2.0, 0.0}), (GdsRect{0, 0, 200, 20}));
 }
 
@@ -206,7 +206,7 @@ TEST(ComputeCellBounds, LeavesAnArrayOfNoColumnsOrRowsWithoutInstances) {
 TEST(ComputeCellBounds, ThrowsForAnArrayWithoutPoints) {
     GdsCell child;
     GdsCell parent;
-    parent.arefs.push_back(Array(child, 1, 1, {}, {}, {}));
+    Add(parent.arefs, Array(child, 1, 1, {}, {}, {}));
     parent.arefs.back().points = {};
     EXPECT_THROW(SizeAlone(parent), std::out_of_range);
 }
@@ -262,10 +262,10 @@ GdsRect BoxAroundCorners(const GdsAref& aref, const GdsTransform& transform) {
 TEST(ComputeCellBounds, SizesAHugeSkewedArrayUnderATurnedParentAtOnce) {
     for (int run = 0; run < 16; ++run) {
         GdsCell child;
-        child.boundaries.push_back(Rectangle(-5, -5, 5, 5));
+        Add(child.boundaries, Rectangle(-5, -5, 5, 5));
         SizeAlone(child);
         GdsCell parent;
-        parent.arefs.push_back(
+        Add(parent.arefs,
             Array(child, 65535, 65535, {7, 9}, {65536001, 43210987}, {-34567891, 61234567}));
         const GdsTransform turned{run % 2 == 0 ? reflected : std::uint16_t{0}, 0, 0, 0.75,
                                   0.4 * run};
@@ -276,10 +276,10 @@ TEST(ComputeCellBounds, SizesAHugeSkewedArrayUnderATurnedParentAtOnce) {
 /// Compares one array under one placement with the walk over all its instances.
 void ExpectPlainArrayBounds(GdsAref aref, const GdsTransform& transform) {
     GdsCell child;
-    child.boundaries.push_back(Rectangle(-30, -20, 50, 10));
+    Add(child.boundaries, Rectangle(-30, -20, 50, 10));
     aref.cell = &child;
     GdsCell parent;
-    parent.arefs.push_back(aref);
+    Add(parent.arefs, aref);
     PlainCellSizes plain;
     const GdsRect expected = ComputeCellBoundsPlain(plain, parent, transform);
     ASSERT_EQ(ComputeCellBounds(parent, transform), expected);

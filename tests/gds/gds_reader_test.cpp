@@ -122,7 +122,7 @@ TEST(GdsReader, CountsPointsByTheRecordsLength) {
         writer.Record(record::endel);
     });
     EXPECT_EQ(loaded.result, 0);
-    EXPECT_EQ(loaded.database.cells.at(0).boundaries.at(0).points.size(), 3u);
+    EXPECT_EQ(At(loaded.database.cells.at(0).boundaries, 0).points.size(), 3u);
 }
 
 TEST(GdsReader, TakesTheLengthOfARecordAsUnsigned) {
@@ -132,7 +132,7 @@ TEST(GdsReader, TakesTheLengthOfARecordAsUnsigned) {
     }
     const LoadedLayout loaded = LoadCell([&](GdsWriter& writer) { writer.Boundary(1, points); });
     EXPECT_EQ(loaded.result, 0);
-    EXPECT_EQ(loaded.database.cells.at(0).boundaries.at(0).points.size(), 8191u);
+    EXPECT_EQ(At(loaded.database.cells.at(0).boundaries, 0).points.size(), 8191u);
 }
 
 TEST(GdsReader, SkipsUnknownRecordsAndKnownTypesWithAnotherDataType) {
@@ -149,7 +149,7 @@ TEST(GdsReader, SkipsUnknownRecordsAndKnownTypesWithAnotherDataType) {
         writer.Record(record::endel);
     });
     EXPECT_EQ(loaded.result, 0);
-    EXPECT_EQ(loaded.database.cells.at(0).boundaries.at(0).layer, 1);
+    EXPECT_EQ(At(loaded.database.cells.at(0).boundaries, 0).layer, 1);
 }
 
 // Elements
@@ -160,7 +160,7 @@ TEST(GdsReader, KeepsPolygonsAsTheFileGivesThem) {
         writer.Boundary(7, {{-2147483648LL, 0}, {2147483647, 1}});
     });
     ASSERT_EQ(loaded.result, 0);
-    const GrowingArray<GdsBoundary>& boundaries = loaded.database.cells.at(0).boundaries;
+    const std::span<GdsBoundary> boundaries = loaded.database.cells.at(0).boundaries;
     ASSERT_EQ(boundaries.size(), 2u);
     EXPECT_EQ(boundaries[0].layer, 65535);
     EXPECT_EQ(PointsOf(boundaries[0]),
@@ -179,7 +179,7 @@ TEST(GdsReader, ReadsReferences) {
         writer.BeginCell("CHILD");
     });
     ASSERT_EQ(loaded.result, 0);
-    const GrowingArray<GdsSref>& srefs = loaded.database.cells.at(0).srefs;
+    const std::span<GdsSref> srefs = loaded.database.cells.at(0).srefs;
     ASSERT_EQ(srefs.size(), 2u);
     EXPECT_EQ(srefs[0].strans, 0x8000);
     EXPECT_EQ(srefs[0].mag, 2.5);
@@ -200,7 +200,7 @@ TEST(GdsReader, ReadsArrays) {
         writer.BeginCell("CHILD");
     });
     ASSERT_EQ(loaded.result, 0);
-    const GrowingArray<GdsAref>& arefs = loaded.database.cells.at(0).arefs;
+    const std::span<GdsAref> arefs = loaded.database.cells.at(0).arefs;
     ASSERT_EQ(arefs.size(), 2u);
     EXPECT_EQ(arefs[0].columns, 65535);
     EXPECT_EQ(arefs[0].rows, 3);
@@ -218,7 +218,7 @@ TEST(GdsReader, RoundsMagnificationsAndAnglesToSinglePrecision) {
         writer.EndCell();
         writer.BeginCell("CHILD");
     });
-    const GdsSref& sref = loaded.database.cells.at(0).srefs.at(0);
+    const GdsSref& sref = At(loaded.database.cells.at(0).srefs, 0);
     EXPECT_EQ(sref.mag, static_cast<double>(0.1f));
     EXPECT_EQ(sref.angle,
               static_cast<double>(static_cast<float>(45.1 * 3.141592653589793 / 180.0)));
@@ -243,13 +243,13 @@ TEST(GdsReader, ResetsAReferenceForTheNext) {
         writer.BeginCell("");
     });
     ASSERT_EQ(loaded.result, 0);
-    const GrowingArray<GdsSref>& srefs = loaded.database.cells.at(0).srefs;
-    EXPECT_EQ(srefs.at(0).strans, 0x8006);
-    EXPECT_EQ(srefs.at(1).strans, 0);
-    EXPECT_EQ(srefs.at(1).mag, 1.0);
-    EXPECT_EQ(srefs.at(1).angle, 0.0);
-    EXPECT_EQ(srefs.at(1).origin, (GdsPoint{0, 0}));
-    EXPECT_EQ(srefs.at(1).cell, &loaded.database.cells.at(2));
+    const std::span<GdsSref> srefs = loaded.database.cells.at(0).srefs;
+    EXPECT_EQ(At(srefs, 0).strans, 0x8006);
+    EXPECT_EQ(At(srefs, 1).strans, 0);
+    EXPECT_EQ(At(srefs, 1).mag, 1.0);
+    EXPECT_EQ(At(srefs, 1).angle, 0.0);
+    EXPECT_EQ(At(srefs, 1).origin, (GdsPoint{0, 0}));
+    EXPECT_EQ(At(srefs, 1).cell, &loaded.database.cells.at(2));
 }
 
 TEST(GdsReader, AllowsASecondPointRecordInAReference) {
@@ -263,7 +263,7 @@ TEST(GdsReader, AllowsASecondPointRecordInAReference) {
         writer.BeginCell("CHILD");
     });
     ASSERT_EQ(loaded.result, 0);
-    EXPECT_EQ(loaded.database.cells.at(0).srefs.at(0).origin, (GdsPoint{6, 7}));
+    EXPECT_EQ(At(loaded.database.cells.at(0).srefs, 0).origin, (GdsPoint{6, 7}));
 }
 
 TEST(GdsReader, AllowsAnEmptyPointRecordBeforeTheOneOfAPolygonOrPath) {
@@ -346,7 +346,7 @@ TEST(GdsReader, GivesAnElementLeftOpenToTheStructureThatClosesIt) {
 // Paths
 
 GdsRect BoundsOfPath(const GdsCell& cell, std::size_t index) {
-    return cell.boundaries.at(index).bounds;
+    return At(cell.boundaries, index).bounds;
 }
 
 TEST(GdsReader, StoresPathsAsPolygons) {
@@ -354,7 +354,7 @@ TEST(GdsReader, StoresPathsAsPolygons) {
         writer.Path(12, {{0, 0}, {100, 0}}, 10, 2);
     });
     ASSERT_EQ(loaded.result, 0);
-    const GdsBoundary& outline = loaded.database.cells.at(0).boundaries.at(0);
+    const GdsBoundary& outline = At(loaded.database.cells.at(0).boundaries, 0);
     EXPECT_EQ(outline.layer, 12);
     EXPECT_EQ(PointsOf(outline), (Points{{-5, 5}, {105, 5}, {105, -5}, {-5, -5}, {-5, 5}}));
 }
@@ -410,7 +410,7 @@ TEST(GdsReader, TakesAnAbsoluteWidthForAHugeOne) {
         writer.Path(1, {{0, 0}, {100, 0}}, -10);
     });
     ASSERT_EQ(loaded.result, 0);
-    EXPECT_EQ(loaded.database.cells.at(0).boundaries.at(0).points[0],
+    EXPECT_EQ(At(loaded.database.cells.at(0).boundaries, 0).points[0],
               (GdsPoint{0, (4294967296 - 10) / 2}));
 }
 
@@ -435,7 +435,7 @@ TEST(GdsReader, ComparesNamesUpToTheFirstNul) {
         writer.BeginCell(std::string_view("CHILD\0two", 9));
     });
     ASSERT_EQ(loaded.result, 0);
-    EXPECT_EQ(loaded.database.cells.at(0).srefs.at(0).cell, &loaded.database.cells.at(1));
+    EXPECT_EQ(At(loaded.database.cells.at(0).srefs, 0).cell, &loaded.database.cells.at(1));
 }
 
 TEST(GdsReader, BindsReferencesToCellsEarlierAndLaterInTheFile) {
@@ -450,11 +450,11 @@ TEST(GdsReader, BindsReferencesToCellsEarlierAndLaterInTheFile) {
     }
     const LoadedLayout loaded = Load(writer);
     ASSERT_EQ(loaded.result, 0);
-    const std::vector<GdsCell>& cells = loaded.database.cells;
-    EXPECT_EQ(cells[1].srefs.at(0).cell, &cells[0]);
-    EXPECT_EQ(cells[2].srefs.at(0).cell, &cells[3]);
-    EXPECT_EQ(cells[2].arefs.at(0).cell, &cells[3]);
-    EXPECT_EQ(cells[3].arefs.at(0).cell, &cells[0]);
+    const GrowingArray<GdsCell>& cells = loaded.database.cells;
+    EXPECT_EQ(At(cells[1].srefs, 0).cell, &cells[0]);
+    EXPECT_EQ(At(cells[2].srefs, 0).cell, &cells[3]);
+    EXPECT_EQ(At(cells[2].arefs, 0).cell, &cells[3]);
+    EXPECT_EQ(At(cells[3].arefs, 0).cell, &cells[0]);
 }
 
 TEST(GdsReader, BindsReferencesToTheFirstOfTwoCellsWithOneName) {
@@ -469,7 +469,7 @@ TEST(GdsReader, BindsReferencesToTheFirstOfTwoCellsWithOneName) {
     writer.EndCell();
     const LoadedLayout loaded = Load(writer);
     ASSERT_EQ(loaded.result, 0);
-    EXPECT_EQ(loaded.database.cells.at(2).srefs.at(0).cell, &loaded.database.cells.at(0));
+    EXPECT_EQ(At(loaded.database.cells.at(2).srefs, 0).cell, &loaded.database.cells.at(0));
     EXPECT_EQ(loaded.lines, (Lines{"", headline, "--> \"TWIN\" with size dx = 10 by dy = 10",
                                    "--> \"TWIN\" with size dx = 20 by dy = 20",
                                    "--> \"TOP\" with size dx = 10 by dy = 10"}));
@@ -496,7 +496,7 @@ TEST(GdsReader, TreatsAMissingNameAsTheEmptyText) {
     writer.EndCell();
     const LoadedLayout loaded = Load(writer);
     ASSERT_EQ(loaded.result, 0);
-    EXPECT_EQ(loaded.database.cells.at(0).srefs.at(0).cell, &loaded.database.cells.at(1));
+    EXPECT_EQ(At(loaded.database.cells.at(0).srefs, 0).cell, &loaded.database.cells.at(1));
     EXPECT_EQ(loaded.lines.back(), "--> \"\" with size dx = 0 by dy = 0");
 }
 

@@ -289,7 +289,7 @@ TEST(GdsRefusal, Code29AReferenceToAMissingCell) {
         writer.Reference("NOWHERE", {0, 0});
     });
     EXPECT_EQ(loaded.result, 29);
-    EXPECT_EQ(loaded.database.cells.at(0).srefs.at(0).cell, nullptr);
+    EXPECT_EQ(At(loaded.database.cells.at(0).srefs, 0).cell, nullptr);
     EXPECT_TRUE(loaded.lines.empty());
 }
 

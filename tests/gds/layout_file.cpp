@@ -11,6 +11,12 @@ std::span<const GdsPoint> KeepPoints(const std::vector<GdsPoint>& points) {
     return pool.Keep(points);
 }
 
+std::string_view KeepName(std::string_view name) {
+    static RunPool<char> pool;
+    const std::span<const char> kept = pool.Keep(name);
+    return {kept.data(), kept.size()};
+}
+
 LoadedLayout LoadBytes(const std::vector<std::uint8_t>& bytes) {
     const TempFolder folder;
     RecordingConsole console;

@@ -1,8 +1,13 @@
 #pragma once
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <span>
+#include <stdexcept>
 #include <string>
+#include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "examples/gds_writer.h"
@@ -45,6 +50,28 @@ constexpr std::uint16_t boxtype = 0x2E02;
 
 /// Points for the elements of a layout that is made by hand. They stay to the end of the program.
 std::span<const GdsPoint> KeepPoints(const std::vector<GdsPoint>& points);
+
+/// A name for a cell that is made by hand. It stays to the end of the program.
+std::string_view KeepName(std::string_view name);
+
+/// Adds an element to a cell that is made by hand. The elements stay to the end of the program.
+template <typename Element>
+void Add(std::span<Element>& elements, const std::type_identity_t<Element>& element) {
+    static RunPool<Element> pool;
+    const std::span<Element> longer = pool.Take(elements.size() + 1);
+    std::copy(elements.begin(), elements.end(), longer.begin());
+    longer.back() = element;
+    elements = longer;
+}
+
+/// An element of a cell. Throws std::out_of_range if the cell has fewer.
+template <typename Element>
+Element& At(std::span<Element> elements, std::size_t index) {
+    if (index >= elements.size()) {
+        throw std::out_of_range("the cell has fewer elements");
+    }
+    return elements[index];
+}
 
 /// The points of a boundary or an array.
 template <typename Element>

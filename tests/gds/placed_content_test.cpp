@@ -17,15 +17,15 @@ namespace {
 class PlacedContentTest : public testing::Test {
 protected:
     PlacedContentTest() {
-        leaf.boundaries.push_back(Rectangle(100, 200, 130, 240));
+        Add(leaf.boundaries, Rectangle(100, 200, 130, 240));
         GdsAref aref;
         aref.cell = &leaf;
         aref.mag = 2.0;
         aref.columns = 3;
         aref.rows = 3;
         aref.points = KeepPoints({{1000, 0}, {1300, 0}, {1000, 600}});
-        top.arefs.push_back(aref);
-        top.srefs.push_back(Reference(leaf, {-500, 0}));
+        Add(top.arefs, aref);
+        Add(top.srefs, Reference(leaf, {-500, 0}));
         ComputeCellBounds(top, GdsTransform());
     }
 
@@ -67,20 +67,20 @@ TEST_F(PlacedContentTest, LooksAtTheLinearPartAlone) {
 TEST_F(PlacedContentTest, IsEmptyWithoutPolygonsAtAnyDepth) {
     GdsCell hollow;
     GdsCell above;
-    above.srefs.push_back(Reference(hollow, {2147483647, 2147483647}));
-    above.srefs.push_back(Reference(hollow, {-2147483647, 0}));
+    Add(above.srefs, Reference(hollow, {2147483647, 2147483647}));
+    Add(above.srefs, Reference(hollow, {-2147483647, 0}));
     ComputeCellBounds(above, GdsTransform());
     ContentTable table(10);
     EXPECT_TRUE(table.Of(above, GdsTransform())->empty);
     EXPECT_TRUE(table.Of(hollow, GdsTransform())->empty);
-    above.srefs.push_back(Reference(leaf, {0, 0}));
+    Add(above.srefs, Reference(leaf, {0, 0}));
     ContentTable another(10);
     EXPECT_FALSE(another.Of(above, GdsTransform())->empty);
 }
 
 TEST_F(PlacedContentTest, IsUnboundedWhereCoordinatesLeave32Bits) {
     GdsCell above;
-    above.srefs.push_back(Reference(top, {2147483647 - 1000, 0}));
+    Add(above.srefs, Reference(top, {2147483647 - 1000, 0}));
     ComputeCellBounds(above, GdsTransform());
     ContentTable table(10);
     const PlacedContent* content = table.Of(above, GdsTransform());
@@ -92,17 +92,17 @@ TEST_F(PlacedContentTest, IsUnboundedWhereCoordinatesLeave32Bits) {
     EXPECT_FALSE(StaysBounded(*inside, {-2147483648LL + 500, 0, 0, 0}));
     // Unbounded below is unbounded above, also where the own offset leads back.
     GdsCell back;
-    back.srefs.push_back(Reference(above, {-2000000000, 0}));
+    Add(back.srefs, Reference(above, {-2000000000, 0}));
     ComputeCellBounds(back, GdsTransform());
     EXPECT_FALSE(table.Of(back, GdsTransform())->bounded);
 }
 
 TEST_F(PlacedContentTest, WorksOutEachOfManyPathsOnce) {
     std::vector<GdsCell> cells(200);
-    cells[0].boundaries.push_back(Rectangle(0, 0, 3, 3));
+    Add(cells[0].boundaries, Rectangle(0, 0, 3, 3));
     for (std::size_t i = 1; i < cells.size(); ++i) {
-        cells[i].srefs.push_back(Reference(cells[i - 1], {1, 0}));
-        cells[i].srefs.push_back(Reference(cells[i - 1], {0, 1}));
+        Add(cells[i].srefs, Reference(cells[i - 1], {1, 0}));
+        Add(cells[i].srefs, Reference(cells[i - 1], {0, 1}));
     }
     ComputeCellBounds(cells.back(), GdsTransform());
     ContentTable table(10);
@@ -112,9 +112,9 @@ TEST_F(PlacedContentTest, WorksOutEachOfManyPathsOnce) {
 
 TEST_F(PlacedContentTest, GoesDown200000Levels) {
     std::vector<GdsCell> cells(200000);
-    cells[0].boundaries.push_back(Rectangle(0, 0, 3, 3));
+    Add(cells[0].boundaries, Rectangle(0, 0, 3, 3));
     for (std::size_t i = 1; i < cells.size(); ++i) {
-        cells[i].srefs.push_back(Reference(cells[i - 1], {1, 0}));
+        Add(cells[i].srefs, Reference(cells[i - 1], {1, 0}));
     }
     ComputeCellBounds(cells.back(), GdsTransform());
     ContentTable table(10);
@@ -124,10 +124,10 @@ TEST_F(PlacedContentTest, GoesDown200000Levels) {
 TEST_F(PlacedContentTest, StopsWhereTheTableIsFull) {
     // Every path has an angle of its own.
     std::vector<GdsCell> cells(40);
-    cells[0].boundaries.push_back(Rectangle(0, 0, 3, 3));
+    Add(cells[0].boundaries, Rectangle(0, 0, 3, 3));
     for (std::size_t i = 1; i < cells.size(); ++i) {
-        cells[i].srefs.push_back(Reference(cells[i - 1], {1, 0}));
-        cells[i].srefs.push_back(Reference(cells[i - 1], {0, 1}));
+        Add(cells[i].srefs, Reference(cells[i - 1], {1, 0}));
+        Add(cells[i].srefs, Reference(cells[i - 1], {0, 1}));
         cells[i].srefs.back().angle = 1.0 / static_cast<double>(std::uint64_t{1} << i);
     }
     ComputeCellBounds(cells.back(), GdsTransform());
@@ -146,7 +146,7 @@ TEST_F(PlacedContentTest, ASubcellWhoseStoredBoxMissesTheRectangleHidesItsPolygo
         scope.minSize = 1000;
         scope.patience = patience;
         GdsCell above;
-        above.srefs.push_back(Reference(top, {0, 0}));
+        Add(above.srefs, Reference(top, {0, 0}));
         EXPECT_EQ(CollectCellPolygons(scope, {&above, GdsTransform()}), 0u);
         EXPECT_EQ(scope.skipped, 0u) << patience;
     }

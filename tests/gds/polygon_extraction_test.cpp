@@ -251,13 +251,13 @@ TEST_F(ExtractPolygonsTest, FailsAtTenMillionPolygons) {
     GdsDatabase database;
     database.cells.resize(2);
     GdsCell& leaf = database.cells[0];
-    leaf.boundaries.push_back({});
+    Add(leaf.boundaries, {});
     leaf.boundaries[0].bounds = {0, 0, 1000, 1000};
     leaf.bounds = leaf.boundaries[0].bounds;
     leaf.boundsValid = true;
     GdsCell& top = database.cells[1];
     top.name = "TOP";
-    top.arefs.push_back({});
+    Add(top.arefs, {});
     top.arefs[0].cell = &leaf;
     top.arefs[0].mag = 1.0;
     top.arefs[0].columns = 3200;

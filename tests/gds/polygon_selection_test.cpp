@@ -47,7 +47,7 @@ using Layers = std::vector<std::uint16_t>;
 
 TEST(CollectCellPolygons, KeepsPolygonsWholeAndShiftsThemToTheCorner) {
     GdsCell cell;
-    cell.boundaries.push_back(Rectangle(7, -1000, -1000, 15, 25));
+    Add(cell.boundaries, Rectangle(7, -1000, -1000, 15, 25));
     ExtractionScope scope = ScopeOf(10, 20, 100, 100);
     EXPECT_EQ(Collect(scope, cell), 0u);
     ASSERT_EQ(scope.output.size(), 1u);
@@ -59,12 +59,12 @@ TEST(CollectCellPolygons, KeepsPolygonsWholeAndShiftsThemToTheCorner) {
 
 TEST(CollectCellPolygons, LeavesOutAPolygonThatOnlyTouchesTheRectangle) {
     GdsCell cell;
-    cell.boundaries.push_back(Rectangle(1, 100, 0, 200, 100));  // on x1
-    cell.boundaries.push_back(Rectangle(2, -100, 0, 0, 100));   // on x0
-    cell.boundaries.push_back(Rectangle(3, 0, 100, 100, 200));  // on y1
-    cell.boundaries.push_back(Rectangle(4, 0, -100, 100, 0));   // on y0
-    cell.boundaries.push_back(Rectangle(5, 99, 99, 200, 200));
-    cell.boundaries.push_back(Rectangle(6, -100, -100, 1, 1));
+    Add(cell.boundaries, Rectangle(1, 100, 0, 200, 100));  // on x1
+    Add(cell.boundaries, Rectangle(2, -100, 0, 0, 100));   // on x0
+    Add(cell.boundaries, Rectangle(3, 0, 100, 100, 200));  // on y1
+    Add(cell.boundaries, Rectangle(4, 0, -100, 100, 0));   // on y0
+    Add(cell.boundaries, Rectangle(5, 99, 99, 200, 200));
+    Add(cell.boundaries, Rectangle(6, -100, -100, 1, 1));
     ExtractionScope scope = ScopeOf(0, 0, 100, 100);
     scope.minSize = 1000;
     EXPECT_EQ(Collect(scope, cell), 0u);
@@ -77,7 +77,7 @@ TEST(CollectCellPolygons, LeavesOutAPolygonThatOnlyTouchesTheRectangle) {
 TEST(CollectCellPolygons, DropsOnlyWhatIsBelowTheLeastSize) {
     for (const auto& [minSize, kept] : {std::pair(100, true), {101, false}}) {
         GdsCell cell;
-        cell.boundaries.push_back(Rectangle(1, 0, 0, 100, 5000));
+        Add(cell.boundaries, Rectangle(1, 0, 0, 100, 5000));
         ExtractionScope scope = ScopeOf(-10, -10, 1000, 1000);
         scope.minSize = minSize;
         EXPECT_EQ(Collect(scope, cell), 0u);
@@ -89,12 +89,12 @@ TEST(CollectCellPolygons, DropsOnlyWhatIsBelowTheLeastSize) {
 TEST(CollectCellPolygons, JudgesTheSizeByThePlacedBox) {
     // A strip of width 10 passes when it lies diagonally, and when its reference magnifies it.
     GdsCell strip;
-    strip.boundaries.push_back(Rectangle(1, 0, 0, 1000, 10));
+    Add(strip.boundaries, Rectangle(1, 0, 0, 1000, 10));
     GdsCell top;
-    top.srefs.push_back(Reference(strip, {0, 0}));
-    top.srefs.push_back(Reference(strip, {0, 0}));
+    Add(top.srefs, Reference(strip, {0, 0}));
+    Add(top.srefs, Reference(strip, {0, 0}));
     top.srefs.back().angle = 0.785f;
-    top.srefs.push_back(Reference(strip, {0, 0}));
+    Add(top.srefs, Reference(strip, {0, 0}));
     top.srefs.back().mag = 10.0;
     ExtractionScope scope = ScopeOf(-10000, -10000, 20000, 20000);
     scope.minSize = 50;
@@ -105,9 +105,9 @@ TEST(CollectCellPolygons, JudgesTheSizeByThePlacedBox) {
 
 TEST(CollectCellPolygons, NeverDropsASubcellForBeingSmall) {
     GdsCell small;
-    small.boundaries.push_back(Rectangle(1, 0, 0, 2, 2));
+    Add(small.boundaries, Rectangle(1, 0, 0, 2, 2));
     GdsCell top;
-    top.srefs.push_back(Reference(small, {5, 5}));
+    Add(top.srefs, Reference(small, {5, 5}));
     ExtractionScope scope = ScopeOf(0, 0, 100, 100);
     scope.minSize = 10;
     EXPECT_EQ(Collect(scope, top), 0u);
@@ -116,16 +116,16 @@ TEST(CollectCellPolygons, NeverDropsASubcellForBeingSmall) {
 
 TEST(CollectCellPolygons, GoesDepthFirstOwnPolygonsThenReferencesThenArrays) {
     GdsCell leaf;
-    leaf.boundaries.push_back(Rectangle(30, 0, 0, 5, 5));
+    Add(leaf.boundaries, Rectangle(30, 0, 0, 5, 5));
     GdsCell middle;
-    middle.boundaries.push_back(Rectangle(20, 0, 0, 5, 5));
-    middle.srefs.push_back(Reference(leaf, {1, 1}));
-    middle.boundaries.push_back(Rectangle(21, 0, 0, 5, 5));
+    Add(middle.boundaries, Rectangle(20, 0, 0, 5, 5));
+    Add(middle.srefs, Reference(leaf, {1, 1}));
+    Add(middle.boundaries, Rectangle(21, 0, 0, 5, 5));
     GdsCell top;
-    top.arefs.push_back(Array(middle, 2, 1, {0, 0}, {2, 0}, {0, 2}));
-    top.srefs.push_back(Reference(leaf, {0, 0}));
-    top.srefs.push_back(Reference(middle, {0, 0}));
-    top.boundaries.push_back(Rectangle(10, 0, 0, 5, 5));
+    Add(top.arefs, Array(middle, 2, 1, {0, 0}, {2, 0}, {0, 2}));
+    Add(top.srefs, Reference(leaf, {0, 0}));
+    Add(top.srefs, Reference(middle, {0, 0}));
+    Add(top.boundaries, Rectangle(10, 0, 0, 5, 5));
     ExtractionScope scope = ScopeOf(-100, -100, 100, 100);
     EXPECT_EQ(Collect(scope, top), 0u);
     EXPECT_EQ(LayersOf(scope), (Layers{10, 30, 20, 21, 30, 20, 21, 30, 20, 21, 30}));
@@ -133,9 +133,9 @@ TEST(CollectCellPolygons, GoesDepthFirstOwnPolygonsThenReferencesThenArrays) {
 
 TEST(CollectCellPolygons, GoesThroughArraysColumnByColumn) {
     GdsCell leaf;
-    leaf.boundaries.push_back(Rectangle(1, 0, 0, 1, 1));
+    Add(leaf.boundaries, Rectangle(1, 0, 0, 1, 1));
     GdsCell top;
-    top.arefs.push_back(Array(leaf, 20, 30, {0, 0}, {20 * 3, 0}, {0, 30 * 5}));
+    Add(top.arefs, Array(leaf, 20, 30, {0, 0}, {20 * 3, 0}, {0, 30 * 5}));
     ExtractionScope scope = ScopeOf(0, 0, 1000, 1000);
     EXPECT_EQ(Collect(scope, top), 0u);
     ASSERT_EQ(scope.output.size(), 600u);
@@ -149,9 +149,9 @@ TEST(CollectCellPolygons, PrunesByTheReferencedCellsBoxAndItsOrigin) {
     // The cell's box reaches from its origin to the polygon, across the rectangle: the reference
     // passes, its polygon does not.
     GdsCell far;
-    far.boundaries.push_back(Rectangle(1, 1000, 1000, 1100, 1100));
+    Add(far.boundaries, Rectangle(1, 1000, 1000, 1100, 1100));
     GdsCell top;
-    top.srefs.push_back(Reference(far, {0, 0}));
+    Add(top.srefs, Reference(far, {0, 0}));
     ExtractionScope scope = ScopeOf(400, 400, 600, 600);
     EXPECT_EQ(Collect(scope, top), 0u);
     EXPECT_TRUE(scope.output.empty());
@@ -166,10 +166,10 @@ TEST(CollectCellPolygons, PrunesByTheReferencedCellsBoxAndItsOrigin) {
 TEST(CollectCellPolygons, StopsAsSoonAsTheLimitIsReached) {
     GdsCell leaf;
     for (std::uint16_t layer = 1; layer <= 3; ++layer) {
-        leaf.boundaries.push_back(Rectangle(layer, 0, 0, 5, 5));
+        Add(leaf.boundaries, Rectangle(layer, 0, 0, 5, 5));
     }
     GdsCell top;
-    top.arefs.push_back(Array(leaf, 2, 2, {0, 0}, {20, 0}, {0, 20}));
+    Add(top.arefs, Array(leaf, 2, 2, {0, 0}, {20, 0}, {0, 20}));
     const auto collect = [&](std::size_t limit) {
         ExtractionScope scope = ScopeOf(-100, -100, 100, 100);
         scope.limit = limit;
@@ -186,7 +186,7 @@ TEST(CollectCellPolygons, StopsAsSoonAsTheLimitIsReached) {
 TEST(CollectCellPolygons, ThrowsForAnArrayOfFewerThanThreePoints) {
     GdsCell leaf;
     GdsCell top;
-    top.arefs.push_back(Array(leaf, 0, 0, {}, {}, {}));
+    Add(top.arefs, Array(leaf, 0, 0, {}, {}, {}));
     top.arefs.back().points = top.arefs.back().points.first(2);
     ExtractionScope scope = ScopeOf(0, 0, 10, 10);
     EXPECT_THROW(CollectCellPolygons(scope, {&top, GdsTransform()}), std::out_of_range);
@@ -194,10 +194,10 @@ TEST(CollectCellPolygons, ThrowsForAnArrayOfFewerThanThreePoints) {
 
 TEST(CollectCellPolygons, HasNothingToTakeFromAnArrayOfNoColumnsOrRows) {
     GdsCell leaf;
-    leaf.boundaries.push_back(Rectangle(1, 0, 0, 5, 5));
+    Add(leaf.boundaries, Rectangle(1, 0, 0, 5, 5));
     GdsCell top;
-    top.arefs.push_back(Array(leaf, 0, 5, {0, 0}, {20, 0}, {0, 20}));
-    top.arefs.push_back(Array(leaf, 5, 0, {0, 0}, {20, 0}, {0, 20}));
+    Add(top.arefs, Array(leaf, 0, 5, {0, 0}, {20, 0}, {0, 20}));
+    Add(top.arefs, Array(leaf, 5, 0, {0, 0}, {20, 0}, {0, 20}));
     ExtractionScope scope = ScopeOf(-10, -10, 100, 100);
     EXPECT_EQ(Collect(scope, top), 0u);
     EXPECT_TRUE(scope.output.empty());
@@ -205,10 +205,10 @@ TEST(CollectCellPolygons, HasNothingToTakeFromAnArrayOfNoColumnsOrRows) {
 
 TEST(CollectCellPolygons, PutsInstancesBeyond32BitsAtTheMostNegativeNumber) {
     GdsCell leaf;
-    leaf.boundaries.push_back(Rectangle(1, 0, 0, 5, 5));
+    Add(leaf.boundaries, Rectangle(1, 0, 0, 5, 5));
     GdsCell top;
     // The second column stands at 3,000,000,000.
-    top.arefs.push_back(Array(leaf, 2, 1, {2000000000, 0}, {4000000000, 0}, {2000000000, 1}));
+    Add(top.arefs, Array(leaf, 2, 1, {2000000000, 0}, {4000000000, 0}, {2000000000, 1}));
     ExtractionScope scope = ScopeOf(-2147483648LL, -10, -2147483000, 100);
     EXPECT_EQ(Collect(scope, top), 0u);
     // Sized at its true place, extracted at the other end of the world.
@@ -220,12 +220,12 @@ TEST(CollectCellPolygons, PutsInstancesBeyond32BitsAtTheMostNegativeNumber) {
 TEST(CollectCellPolygons, WalksAChainOf200000Cells) {
     constexpr std::size_t depth = 200000;
     std::vector<GdsCell> cells(depth);
-    cells.back().boundaries.push_back(Rectangle(1, 0, 0, 5, 5));
+    Add(cells.back().boundaries, Rectangle(1, 0, 0, 5, 5));
     for (std::size_t i = 0; i + 1 < depth; ++i) {
         if (i % 2 == 0) {
-            cells[i].srefs.push_back(Reference(cells[i + 1], {1, 0}));
+            Add(cells[i].srefs, Reference(cells[i + 1], {1, 0}));
         } else {
-            cells[i].arefs.push_back(Array(cells[i + 1], 1, 1, {1, 0}, {2, 0}, {1, 1}));
+            Add(cells[i].arefs, Array(cells[i + 1], 1, 1, {1, 0}, {2, 0}, {1, 1}));
         }
     }
     ExtractionScope scope = ScopeOf(0, 0, 1000000, 100);
@@ -236,12 +236,12 @@ TEST(CollectCellPolygons, WalksAChainOf200000Cells) {
 
 TEST(CollectCellPolygons, FindsAFewInstancesOfNestedHugeArraysAtOnce) {
     GdsCell a;
-    a.boundaries.push_back(Rectangle(1, 0, 0, 3, 4));
+    Add(a.boundaries, Rectangle(1, 0, 0, 3, 4));
     GdsCell b;
-    b.arefs.push_back(Array(a, 65535, 65535, {0, 0}, {65535 * 10, 0}, {0, 65535 * 20}));
+    Add(b.arefs, Array(a, 65535, 65535, {0, 0}, {65535 * 10, 0}, {0, 65535 * 20}));
     GdsCell c;
     // The copies stand side by side.
-    c.arefs.push_back(Array(b, 1000, 1000, {0, 0}, {1000 * 655350LL, 0}, {0, 1000 * 1310700LL}));
+    Add(c.arefs, Array(b, 1000, 1000, {0, 0}, {1000 * 655350LL, 0}, {0, 1000 * 1310700LL}));
     const std::int64_t x = 655350 * 600 + 30;
     const std::int64_t y = 1310700 * 400 + 40;
     ExtractionScope scope = ScopeOf(x, y, x + 31, y + 41);
@@ -265,11 +265,11 @@ TEST(CollectCellPolygons, FindsAFewInstancesOfNestedHugeArraysAtOnce) {
 struct Heap {
     explicit Heap(const GdsBoundary* polygon) {
         if (polygon != nullptr) {
-            leaf.boundaries.push_back(*polygon);
+            Add(leaf.boundaries, *polygon);
         }
         GdsCell* below = &leaf;
         for (GdsCell& level : levels) {
-            level.arefs.push_back(Array(*below, 65535, 65535, {0, 0}, {0, 0}, {0, 0}));
+            Add(level.arefs, Array(*below, 65535, 65535, {0, 0}, {0, 0}, {0, 0}));
             below = &level;
         }
     }
@@ -295,7 +295,7 @@ TEST(CollectCellPolygons, CountsTheSmallPolygonsOfHugeArraysTogether) {
     EXPECT_EQ(scope.skipped, 65535u * 65535u);
     scope.skipped = 0;
     GdsCell two;
-    two.arefs.push_back(Array(heap.levels[0], 65535, 1000, {0, 0}, {0, 0}, {0, 0}));
+    Add(two.arefs, Array(heap.levels[0], 65535, 1000, {0, 0}, {0, 0}, {0, 0}));
     EXPECT_EQ(Collect(scope, two), 0u);
     EXPECT_EQ(scope.skipped, std::uint64_t{65535} * 65535 * 65535 * 1000);
 }
@@ -313,10 +313,10 @@ TEST(CollectCellPolygons, PassesOverHugeArraysWhosePolygonsLieElsewhere) {
 TEST(CollectCellPolygons, PassesOverAHierarchyOfManyPathsThatSelectsNothing) {
     // 2^100 paths lead down to one small polygon.
     std::vector<GdsCell> cells(101);
-    cells[0].boundaries.push_back(Rectangle(1, 0, 0, 3, 4));
+    Add(cells[0].boundaries, Rectangle(1, 0, 0, 3, 4));
     for (std::size_t i = 1; i < cells.size(); ++i) {
-        cells[i].srefs.push_back(Reference(cells[i - 1], {1, 0}));
-        cells[i].srefs.push_back(Reference(cells[i - 1], {0, 1}));
+        Add(cells[i].srefs, Reference(cells[i - 1], {1, 0}));
+        Add(cells[i].srefs, Reference(cells[i - 1], {0, 1}));
     }
     ExtractionScope scope = ScopeOf(-1000, -1000, 1000, 1000);
     scope.minSize = 5;
@@ -396,7 +396,7 @@ TEST(CollectCellPolygons, FindsTheInstancesOfAnyArrayUnderAnyPlacement) {
     for (std::uint32_t run = 0; run < CaseCount(1500); ++run) {
         const std::int64_t reach = run % 3 == 0 ? 60 : run % 3 == 1 ? 3000 : 2147483647;
         GdsCell leaf;
-        leaf.boundaries.push_back(Rectangle(1, -reach / 40, 0, reach / 20, reach / 30));
+        Add(leaf.boundaries, Rectangle(1, -reach / 40, 0, reach / 20, reach / 30));
         ComputeCellBounds(leaf, GdsTransform());
         GdsCell parent;
         GdsAref aref = Array(leaf, 1 + static_cast<std::int32_t>(random() % 60),
@@ -414,7 +414,7 @@ TEST(CollectCellPolygons, FindsTheInstancesOfAnyArrayUnderAnyPlacement) {
         aref.mag = magnifications[random() % std::size(magnifications)];
         aref.angle = RandomAngle(random);
         aref.strans = random() % 2 == 0 ? 0 : 0x8000;
-        parent.arefs.push_back(aref);
+        Add(parent.arefs, aref);
         GdsTransform transform;
         transform.flip = random() % 2 == 0 ? 0 : 0x8000;
         transform.dx = RandomInteger(random, -reach, reach);
@@ -437,7 +437,7 @@ TEST(CollectCellPolygons, FindsTheWrappedInstancesOfArraysThatLeave32Bits) {
     std::size_t polygons = 0;
     for (std::uint32_t run = 0; run < CaseCount(400); ++run) {
         GdsCell leaf;
-        leaf.boundaries.push_back(Rectangle(1, 0, 0, 100, 100));
+        Add(leaf.boundaries, Rectangle(1, 0, 0, 100, 100));
         ComputeCellBounds(leaf, GdsTransform());
         GdsCell parent;
         const auto coordinate = [&] { return RandomInteger(random, -4, 4) * 1073741824; };
@@ -448,7 +448,7 @@ TEST(CollectCellPolygons, FindsTheWrappedInstancesOfArraysThatLeave32Bits) {
             point.y = coordinate() + RandomInteger(random, -5, 5);
         }
         aref.points = points;
-        parent.arefs.push_back(aref);
+        Add(parent.arefs, aref);
         const std::int64_t edge = run % 2 == 0 ? -2147483648LL : 2147483600;
         ExtractionScope scope = ScopeOf(edge, -5000000000, edge + 60, 5000000000);
         ExpectPlainPolygons(scope, {&parent, GdsTransform()});
@@ -464,13 +464,14 @@ TEST(CollectCellPolygons, FindsTheWrappedInstancesOfArraysThatLeave32Bits) {
 TEST(CollectCellPolygons, LeavesChainsOfTwinsBeyondAllNumbersAtOnce) {
     // 2^1200 instances of the last cell, at coordinates that no integer holds.
     std::vector<GdsCell> chain(1200);
-    chain.back().boundaries.push_back(Rectangle(1, 0, 0, 900, 700));
+    Add(chain.back().boundaries, Rectangle(1, 0, 0, 900, 700));
     for (std::size_t i = 0; i + 1 < chain.size(); ++i) {
         GdsSref twin = Reference(chain[i + 1], {4933, 10758});
         twin.mag = 2.0;
         twin.angle = 4.7;
         twin.strans = 0x8000;
-        chain[i].srefs = {twin, twin};
+        Add(chain[i].srefs, twin);
+        Add(chain[i].srefs, twin);
     }
     for (GdsCell& cell : chain) {
         ComputeCellBounds(cell, GdsTransform());
@@ -483,11 +484,12 @@ TEST(CollectCellPolygons, LeavesChainsOfTwinsBeyondAllNumbersAtOnce) {
 TEST(CollectCellPolygons, CountsTheDroppedPolygonsOfPlacementsThatItDoesNotWalkAgain) {
     // One polygon is too small, one lies too far away to be counted: 2^12 times each.
     std::vector<GdsCell> chain(13);
-    chain.back().boundaries = {Rectangle(1, 10, 10, 12, 12),
-                               Rectangle(1, 5000000000, 0, 6000000000, 1000)};
+    Add(chain.back().boundaries, Rectangle(1, 10, 10, 12, 12));
+    Add(chain.back().boundaries, Rectangle(1, 5000000000, 0, 6000000000, 1000));
     for (std::size_t i = 0; i + 1 < chain.size(); ++i) {
         const GdsSref twin = Reference(chain[i + 1], {0, 0});
-        chain[i].srefs = {twin, twin};
+        Add(chain[i].srefs, twin);
+        Add(chain[i].srefs, twin);
     }
     ComputeCellBounds(chain.front(), GdsTransform());
     ExtractionScope scope = ScopeOf(0, 0, 100, 100);
@@ -501,10 +503,10 @@ TEST(CollectCellPolygons, CountsTheDroppedPolygonsOfPlacementsThatItDoesNotWalkA
 TEST(CollectCellPolygons, GivesUpWhereSearchingWouldTakeForever) {
     // 10^27 instances of two squares between which the window lies.
     std::vector<GdsCell> cells(4);
-    cells[3].boundaries = {Rectangle(1, -100000, -100000, -99990, -99990),
-                           Rectangle(1, 100000, 100000, 100010, 100010)};
+    Add(cells[3].boundaries, Rectangle(1, -100000, -100000, -99990, -99990));
+    Add(cells[3].boundaries, Rectangle(1, 100000, 100000, 100010, 100010));
     for (std::size_t i = 0; i < 3; ++i) {
-        cells[i].arefs.push_back(Array(cells[i + 1], 30000, 30000, {0, 0}, {9000, 1}, {1, 9000}));
+        Add(cells[i].arefs, Array(cells[i + 1], 30000, 30000, {0, 0}, {9000, 1}, {1, 9000}));
     }
     ComputeCellBounds(cells[0], GdsTransform());
     ExtractionScope scope = ScopeOf(0, 0, 1000, 1000);
@@ -514,9 +516,9 @@ TEST(CollectCellPolygons, GivesUpWhereSearchingWouldTakeForever) {
 
 TEST(CollectCellPolygons, StopsAtTheLimitOfPointsToo) {
     GdsCell leaf;
-    leaf.boundaries.push_back(Rectangle(1, 0, 0, 10, 10));
+    Add(leaf.boundaries, Rectangle(1, 0, 0, 10, 10));
     GdsCell parent;
-    parent.arefs.push_back(Array(leaf, 10, 10, {0, 0}, {200, 0}, {0, 200}));
+    Add(parent.arefs, Array(leaf, 10, 10, {0, 0}, {200, 0}, {0, 200}));
     ComputeCellBounds(parent, GdsTransform());
     ExtractionScope scope = ScopeOf(-1, -1, 1000, 1000);
     scope.pointLimit = 52;

@@ -120,19 +120,19 @@ GdsDatabase RandomLayout(std::mt19937& random, const RandomLayoutSettings& setti
     for (std::size_t i = 0; i < count; ++i) {
         order[i] = i;
         std::swap(order[i], order[random() % (i + 1)]);
-        database.cells[i].name = "cell" + std::to_string(i);
+        database.cells[i].name = KeepName("cell" + std::to_string(i));
     }
     for (std::size_t rank = 0; rank < count; ++rank) {
         GdsCell& cell = database.cells[order[rank]];
         for (std::uint32_t n = random() % 4; n > 0; --n) {
-            cell.boundaries.push_back(RandomBoundary(random, settings.reach));
+            Add(cell.boundaries, RandomBoundary(random, settings.reach));
         }
         for (std::uint32_t n = rank > 0 ? random() % 4 : 0; n > 0; --n) {
             GdsCell& child = database.cells[order[random() % rank]];
             if (random() % 2 == 0) {
-                cell.srefs.push_back(RandomSref(random, settings, child));
+                Add(cell.srefs, RandomSref(random, settings, child));
             } else {
-                cell.arefs.push_back(RandomAref(random, settings, child));
+                Add(cell.arefs, RandomAref(random, settings, child));
             }
         }
     }

@@ -1,16 +1,21 @@
-// The arrays and the pool in which a database keeps its elements.
+// The arrays, pools and runs in which a database keeps its elements.
 
 #include <gtest/gtest.h>
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <numeric>
 #include <span>
 #include <stdexcept>
+#include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "gds/growing_array.h"
+#include "gds/name_cache.h"
+#include "gds/point_run.h"
 #include "gds/run_pool.h"
 
 namespace zelmo {
@@ -82,6 +87,29 @@ TEST(GrowingArray, LeavesNothingWhereItIsMovedFrom) {
     EXPECT_EQ(other[0].value, 3);
 }
 
+TEST(GrowingArray, TakesManyItemsAtOnce) {
+    GrowingArray<Item> items = CountTo(3);
+    const GrowingArray<Item> others = CountTo(100000);
+    items.Append(others.Items());
+    items.Append({});
+    ASSERT_EQ(items.size(), 100003u);
+    EXPECT_EQ(items[2].value, 2);
+    EXPECT_EQ(items[3].value, 0);
+    EXPECT_EQ(items.back().value, 99999);
+}
+
+TEST(GrowingArray, StartsAnewWhenItIsCleared) {
+    GrowingArray<Item> items = CountTo(100);
+    items.clear();
+    EXPECT_TRUE(items.empty());
+    items.resize(3);
+    EXPECT_EQ(items.size(), 3u);
+    EXPECT_EQ(items.at(2).value, -1);
+    items.resize(1);
+    EXPECT_EQ(items.size(), 1u);
+    EXPECT_THROW(items.at(1), std::out_of_range);
+}
+
 TEST(RunPool, RunsStayWhereTheyAre) {
     RunPool<std::int64_t> pool;
     std::vector<std::span<std::int64_t>> runs;
@@ -109,6 +137,80 @@ TEST(RunPool, KeepsCopies) {
     text = {'x', 'y', 'z'};
     EXPECT_EQ(std::vector<char>(kept.begin(), kept.end()), (std::vector<char>{'a', 'b', 'c'}));
     EXPECT_TRUE(pool.Keep({}).empty());
+}
+
+TEST(RunPool, KeepsAllOfShortAndLongLists) {
+    RunPool<Item> pool;
+    GrowingArray<Item> items;
+    std::vector<std::span<const Item>> runs;
+    for (const std::int64_t length : {0, 1, 100, 200000, 3, 100000, 7}) {
+        items.Append(CountTo(length).Items());
+        runs.push_back(pool.KeepAll(items));
+        ASSERT_EQ(runs.back().size(), static_cast<std::size_t>(length));
+        EXPECT_TRUE(items.empty());
+    }
+    const RunPool<Item> moved = std::move(pool);
+    for (const std::span<const Item> run : runs) {
+        for (std::size_t i = 0; i < run.size(); ++i) {
+            ASSERT_EQ(run[i].value, static_cast<std::int64_t>(i));
+        }
+    }
+}
+
+std::vector<GdsPoint> PointsOf(const PointRun& run) {
+    return {run.begin(), run.end()};
+}
+
+TEST(PointRun, GivesThePointsOfEitherWidth) {
+    constexpr std::int32_t least = std::numeric_limits<std::int32_t>::min();
+    constexpr std::int32_t greatest = std::numeric_limits<std::int32_t>::max();
+    std::vector<NarrowPoint> narrow{{least, greatest}, {0, -1}, {greatest, least}};
+    std::vector<GdsPoint> wide{{least, greatest}, {0, -1}, {greatest, least}};
+    const PointRun narrowRun = std::span(narrow);
+    const PointRun wideRun = std::span(wide);
+    EXPECT_EQ(PointsOf(narrowRun), wide);
+    EXPECT_EQ(PointsOf(wideRun), wide);
+    EXPECT_EQ(narrowRun.size(), 3u);
+    EXPECT_EQ(narrowRun[2], wide[2]);
+    EXPECT_EQ(wideRun[2], wide[2]);
+    wide[1] = {std::numeric_limits<std::int64_t>::max(), std::numeric_limits<std::int64_t>::min()};
+    EXPECT_EQ(wideRun[1], wide[1]);
+    EXPECT_EQ(PointsOf(wideRun), wide);
+}
+
+TEST(PointRun, IsEmptyAtFirst) {
+    const PointRun run;
+    EXPECT_TRUE(run.empty());
+    EXPECT_EQ(run.size(), 0u);
+    EXPECT_TRUE(PointsOf(run).empty());
+    EXPECT_EQ(run.As([](const auto points) { return points.size(); }), 0u);
+}
+
+TEST(NameCache, KeepsANameThatComesAgainOnce) {
+    RunPool<char> pool;
+    NameCache names;
+    std::string text = "A NAME";
+    const std::string_view first = names.Keep(text, pool);
+    text = "another";
+    const std::string_view second = names.Keep(text, pool);
+    text = "A NAME";
+    const std::string_view third = names.Keep(text, pool);
+    EXPECT_EQ(first, "A NAME");
+    EXPECT_EQ(second, "another");
+    EXPECT_EQ(third.data(), first.data());
+    EXPECT_TRUE(names.Keep("", pool).empty());
+}
+
+TEST(NameCache, KeepsMoreNamesThanItHasPlaces) {
+    RunPool<char> pool;
+    NameCache names;
+    std::vector<std::string_view> kept;
+    for (int i = 0; i < 20000; ++i) {
+        kept.push_back(names.Keep(std::to_string(i % 10000), pool));
+    }
+    for (int i = 0; i < 20000; ++i) {
+        ASSERT_EQ(kept[static_cast<std::size_t>(i)], std::to_string(i % 10000));
+    }
 }
 
 }  // namespace

@@ -191,16 +191,17 @@ GdsRect ComputeCellBounds(GdsCell& cell, const GdsTransform& transform) {
     if (cell.boundsValid) {
         return TransformRect(cell.bounds, transform, false);
     }
-    std::vector<SizingVisit> path{BeginVisit(cell, transform)};
+    SizingVisit start = BeginVisit(cell, transform);
+    std::vector<SizingVisit> below;  // most cells need none, and no memory for it
     while (true) {
-        SizingVisit& visit = path.back();
+        SizingVisit& visit = below.empty() ? start : below.back();
         if (visit.next == visit.cell->srefs.size() + visit.cell->arefs.size()) {
             const GdsRect bounds = EndVisit(visit);
-            path.pop_back();
-            if (path.empty()) {
+            if (below.empty()) {
                 return bounds;
             }
-            TakeFirstUse(path.back(), bounds);
+            below.pop_back();
+            TakeFirstUse(below.empty() ? start : below.back(), bounds);
             continue;
         }
         const FirstInstance instance = NextReference(visit);
@@ -209,7 +210,7 @@ GdsRect ComputeCellBounds(GdsCell& cell, const GdsTransform& transform) {
         } else if (instance.cell->boundsValid) {
             TakeLaterUse(visit, instance);
         } else {
-            path.push_back(BeginVisit(*instance.cell, instance.transform));
+            below.push_back(BeginVisit(*instance.cell, instance.transform));
         }
     }
 }

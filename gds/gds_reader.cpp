@@ -1,5 +1,6 @@
 #include "gds/gds_reader.h"
 
+#include <fmt/compile.h>
 #include <fmt/format.h>
 
 #include <cmath>
@@ -51,7 +52,7 @@ void ListCells(GdsDatabase& database, LogConsole* console) {
     console->Write("CELLS IN DATABASE (database units):");
     for (GdsCell& cell : database.cells) {
         ComputeCellBounds(cell, GdsTransform());
-        console->Write(fmt::format("--> \"{:s}\" with size dx = {:d} by dy = {:d}",
+        console->Write(fmt::format(FMT_COMPILE("--> \"{:s}\" with size dx = {:d} by dy = {:d}"),
                                    NameText(cell.name),
                                    SaturatingSubtract(cell.bounds.xmax, cell.bounds.xmin),
                                    SaturatingSubtract(cell.bounds.ymax, cell.bounds.ymin)));

@@ -3,7 +3,7 @@
 namespace zelmo {
 
 std::string_view NameText(std::string_view name) {
-    return name.substr(0, name.find('\0'));
+    return name.empty() ? "" : name.substr(0, name.find('\0'));
 }
 
 }  // namespace zelmo

@@ -88,7 +88,8 @@ struct GdsDatabase {
     ElementStore store;
 };
 
-/// The part of a stored name that counts: up to its first NUL.
+/// The part of a stored name that counts: up to its first NUL. It lies somewhere also where it is
+/// empty.
 std::string_view NameText(std::string_view name);
 
 }  // namespace zelmo

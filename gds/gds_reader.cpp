@@ -25,7 +25,7 @@ constexpr std::int32_t cellMissing = 29;
 constexpr std::int32_t cellInItself = 30;
 
 /// Reads records up to the end of the library or of the file. A structure without its end is lost.
-std::int32_t ReadRecords(ReaderState& state, const std::filesystem::path& path) {
+std::int32_t ReadRecords(LibraryState& state, const std::filesystem::path& path) {
     StreamRecords records(path);
     StreamRecord record;
     while (!state.endSeen) {
@@ -77,7 +77,7 @@ double GdsReal8ToDouble(const std::uint8_t* bytes) {
 std::int32_t ReadGdsFile(GdsDatabase& database, const std::filesystem::path& path,
                          LogConsole* console) {
     {
-        ReaderState state{database, console};
+        LibraryState state{database, console};
         if (const std::int32_t refusal = ReadRecords(state, path)) {
             return refusal;
         }

@@ -31,12 +31,12 @@ constexpr std::uint16_t variableEnds = 4;
 
 // The library
 
-std::int32_t ReadHeader(ReaderState& state, const StreamRecord& record) {
+std::int32_t ReadHeader(LibraryState& state, const StreamRecord& record) {
     state.database.version = record.U16At(0);
     return success;
 }
 
-std::int32_t ReadUnits(ReaderState& state, const StreamRecord& record) {
+std::int32_t ReadUnits(LibraryState& state, const StreamRecord& record) {
     GdsDatabase& database = state.database;
     database.userUnit = record.RealAt(0);
     database.metresPerUnit = record.RealAt(8);
@@ -44,7 +44,7 @@ std::int32_t ReadUnits(ReaderState& state, const StreamRecord& record) {
     return 0.0 >= database.userUnit || 0.0 >= database.metresPerUnit ? unitsNotPositive : success;
 }
 
-std::int32_t EndLibrary(ReaderState& state, const StreamRecord&) {
+std::int32_t EndLibrary(LibraryState& state, const StreamRecord&) {
     state.endSeen = true;
     return success;
 }
@@ -56,18 +56,18 @@ std::string_view Kept(RunPool<char>& names, std::string_view name) {
     return {kept.data(), kept.size()};
 }
 
-std::int32_t BeginStructure(ReaderState& state, const StreamRecord&) {
+std::int32_t BeginStructure(LibraryState& state, const StreamRecord&) {
     state.inStructure = true;
     return success;
 }
 
-std::int32_t ReadStructureName(ReaderState& state, const StreamRecord& record) {
+std::int32_t ReadStructureName(LibraryState& state, const StreamRecord& record) {
     state.cell.name = Kept(state.database.store.names, record.Text());
     return success;
 }
 
 /// An element that is still open stays open, and becomes part of a later structure.
-std::int32_t EndStructure(ReaderState& state, const StreamRecord&) {
+std::int32_t EndStructure(LibraryState& state, const StreamRecord&) {
     state.inStructure = false;
     ElementStore& store = state.database.store;
     GdsCell cell;
@@ -82,24 +82,24 @@ std::int32_t EndStructure(ReaderState& state, const StreamRecord&) {
 // Elements
 
 template <Element element>
-std::int32_t BeginElement(ReaderState& state, const StreamRecord&) {
+std::int32_t BeginElement(LibraryState& state, const StreamRecord&) {
     state.element = element;
     return success;
 }
 
-std::int32_t BeginSref(ReaderState& state, const StreamRecord&) {
+std::int32_t BeginSref(LibraryState& state, const StreamRecord&) {
     state.sref.mag = 1.0;
     state.element = Element::Sref;
     return success;
 }
 
-std::int32_t BeginAref(ReaderState& state, const StreamRecord&) {
+std::int32_t BeginAref(LibraryState& state, const StreamRecord&) {
     state.aref.mag = 1.0;
     state.element = Element::Aref;
     return success;
 }
 
-std::int32_t ReadLayer(ReaderState& state, const StreamRecord& record) {
+std::int32_t ReadLayer(LibraryState& state, const StreamRecord& record) {
     if (state.element == Element::Boundary) {
         state.boundary.layer = record.U16At(0);
         state.layerSeen = true;
@@ -111,14 +111,14 @@ std::int32_t ReadLayer(ReaderState& state, const StreamRecord& record) {
 }
 
 /// The width of a text stays behind for the next path.
-std::int32_t ReadWidth(ReaderState& state, const StreamRecord& record) {
+std::int32_t ReadWidth(LibraryState& state, const StreamRecord& record) {
     state.path.width = record.U32At(0);
     return success;
 }
 
 /// Only the first path of either unsupported type is converted, together with its warning. Later
 /// ones keep their number and get flush ends.
-std::int32_t ReadPathType(ReaderState& state, const StreamRecord& record) {
+std::int32_t ReadPathType(LibraryState& state, const StreamRecord& record) {
     const std::uint16_t type = record.U16At(0);
     state.path.pathType = type;
     if (type == roundEnds && !state.warnedType1) {
@@ -137,19 +137,19 @@ std::int32_t ReadPathType(ReaderState& state, const StreamRecord& record) {
     return success;
 }
 
-std::int32_t ReadReferenceName(ReaderState& state, const StreamRecord& record) {
+std::int32_t ReadReferenceName(LibraryState& state, const StreamRecord& record) {
     const std::string_view name = state.names.Keep(record.Text(), state.database.store.names);
     (state.element == Element::Sref ? state.sref.name : state.aref.name) = name;
     return success;
 }
 
-std::int32_t ReadColumnsAndRows(ReaderState& state, const StreamRecord& record) {
+std::int32_t ReadColumnsAndRows(LibraryState& state, const StreamRecord& record) {
     state.aref.columns = record.U16At(0);
     state.aref.rows = record.U16At(2);
     return success;
 }
 
-std::int32_t ReadTransformFlags(ReaderState& state, const StreamRecord& record) {
+std::int32_t ReadTransformFlags(LibraryState& state, const StreamRecord& record) {
     if (state.element == Element::Sref) {
         state.sref.strans = record.U16At(0);
     } else if (state.element == Element::Aref) {
@@ -158,7 +158,7 @@ std::int32_t ReadTransformFlags(ReaderState& state, const StreamRecord& record) 
     return success;
 }
 
-std::int32_t ReadMagnification(ReaderState& state, const StreamRecord& record) {
+std::int32_t ReadMagnification(LibraryState& state, const StreamRecord& record) {
     const auto mag = static_cast<double>(static_cast<float>(record.RealAt(0)));
     if (state.element == Element::Sref) {
         state.sref.mag = mag;
@@ -168,7 +168,7 @@ std::int32_t ReadMagnification(ReaderState& state, const StreamRecord& record) {
     return success;
 }
 
-std::int32_t ReadAngle(ReaderState& state, const StreamRecord& record) {
+std::int32_t ReadAngle(LibraryState& state, const StreamRecord& record) {
     const double radians = record.RealAt(0) * 3.141592653589793 / 180.0;
     const auto angle = static_cast<double>(static_cast<float>(radians));
     if (state.element == Element::Sref) {
@@ -232,7 +232,7 @@ bool ReadLattice(GdsAref& aref, const StreamRecord& record, ElementStore& store)
     return true;
 }
 
-std::int32_t ReadPoints(ReaderState& state, const StreamRecord& record) {
+std::int32_t ReadPoints(LibraryState& state, const StreamRecord& record) {
     bool accepted = true;
     switch (state.element) {
         case Element::Boundary:
@@ -257,13 +257,13 @@ std::int32_t ReadPoints(ReaderState& state, const StreamRecord& record) {
 
 /// Adds a polygon to the cell. Its box is measured here, while the points are still at hand in the
 /// processor.
-void AddBoundary(ReaderState& state, GdsBoundary boundary) {
+void AddBoundary(LibraryState& state, GdsBoundary boundary) {
     MeasureBoundary(boundary);
     state.flatSeen = state.flatSeen || boundary.points.empty() || SmallerSide(boundary.bounds) == 0;
     state.cell.boundaries.push_back(boundary);
 }
 
-std::int32_t EndBoundary(ReaderState& state) {
+std::int32_t EndBoundary(LibraryState& state) {
     if (!std::exchange(state.layerSeen, false)) {
         return layerMissing;
     }
@@ -288,7 +288,7 @@ PointRun KeepOutline(std::span<const GdsPoint> outline, ElementStore& store) {
     return points;
 }
 
-std::int32_t EndPath(ReaderState& state) {
+std::int32_t EndPath(LibraryState& state) {
     if (!std::exchange(state.layerSeen, false)) {
         return layerMissing;
     }
@@ -310,7 +310,7 @@ std::int32_t EndPath(ReaderState& state) {
     return success;
 }
 
-std::int32_t EndElement(ReaderState& state, const StreamRecord&) {
+std::int32_t EndElement(LibraryState& state, const StreamRecord&) {
     std::int32_t result = success;
     switch (std::exchange(state.element, Element::None)) {
         case Element::Boundary:
@@ -356,7 +356,7 @@ struct RecordRule {
     ElementSet elements;
     Place structure;
     std::int32_t refusal;
-    std::int32_t (*handle)(ReaderState&, const StreamRecord&);
+    std::int32_t (*handle)(LibraryState&, const StreamRecord&);
 };
 
 constexpr std::int32_t never = 0;  // accepted everywhere
@@ -397,7 +397,7 @@ constexpr std::array<std::uint8_t, 256> rulePlaces = [] {
     return places;
 }();
 
-bool IsAccepted(const RecordRule& rule, const ReaderState& state) {
+bool IsAccepted(const RecordRule& rule, const LibraryState& state) {
     const bool elementFits = (rule.elements & Set(state.element)) != 0;
     const bool placeFits =
         rule.structure == Place::Anywhere || (rule.structure == Place::Inside) == state.inStructure;
@@ -406,7 +406,7 @@ bool IsAccepted(const RecordRule& rule, const ReaderState& state) {
 
 }  // namespace
 
-std::int32_t HandleRecord(ReaderState& state, const StreamRecord& record) {
+std::int32_t HandleRecord(LibraryState& state, const StreamRecord& record) {
     const std::size_t place = rulePlaces[record.code >> 8];
     if (place == 0 || recordRules[place - 1].code != record.code) {
         return success;

@@ -33,7 +33,7 @@ struct OpenCell {
 };
 
 /// What is known between two records.
-struct ReaderState {
+struct LibraryState {
     GdsDatabase& database;
     LogConsole* console;
     Element element = Element::None;
@@ -53,6 +53,6 @@ struct ReaderState {
 
 /// Takes the next record of a library. Returns 0, or the code of the error. Throws
 /// std::out_of_range("invalid vector subscript") at the end of a path without points.
-std::int32_t HandleRecord(ReaderState& state, const StreamRecord& record);
+std::int32_t HandleRecord(LibraryState& state, const StreamRecord& record);
 
 }  // namespace zelmo

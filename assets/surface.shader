@@ -21,7 +21,9 @@ void main() {
     // above, but a little weaker.
     float under = n.z < 0.0 ? 1.0 : 0.0;
     n = under > 0.0 ? -n : n;
-    vec3 toLight = normalize(lightPos - position);
+    // The lamp is far away: all places see it as the middle of the front edge does, and a level
+    // surface has one colour.
+    vec3 toLight = normalize(vec3(0.0, lightPos.yz));
 
     // Light from the sky, from the lamp, and from the left, so that sides that face left and right
     // differ. A flat top comes out close to the pure colour.

@@ -31,11 +31,11 @@ Projection ProjectionOfRow(const PictureView& view, float spacing, std::int32_t 
 
 }  // namespace
 
-BandChooser::BandChooser(const LayerStack& stack, const Sight& sight, std::span<const Roof> roofs,
-                         const PictureView& view)
+BandChooser::BandChooser(const LayerStack& stack, const Sight& sight,
+                         std::span<const Shadow> shadows, const PictureView& view)
     : stack_(stack),
       sight_(sight),
-      roofs_(roofs),
+      shadows_(shadows),
       view_(view),
       tops_(Slots(4), stack.cols),
       bottoms_(Slots(4), stack.cols),
@@ -43,9 +43,12 @@ BandChooser::BandChooser(const LayerStack& stack, const Sight& sight, std::span<
       aboveUpper_(Slots(4), stack.cols),
       aboveLower_(Slots(4), stack.cols),
       standsOn_(Slots(4), stack.cols),
-      buriedUpper_(Slots(3), stack.cols),
-      buriedLower_(Slots(3), stack.cols),
+      buried_(Slots(2 * 2), stack.cols),
+      buriedBands_(Slots(2 * 2), -1),
       masks_(6, stack.cols),
+      levelCodes_(4, stack.cols),
+      levelHeights_(4, stack.cols),
+      uneven_(1, stack.cols),
       pixels_(Slots(2 * 2 * 2), stack.cols),
       pixelRows_(Slots(2 * 2), -1),
       cover_(2, stack.cols),
@@ -74,25 +77,25 @@ void BandChooser::ReadRow(std::int32_t row) {
     const bool isBackEdge = row == stack_.rows - 1;
     ZELMO_PICK_LANES(FindCoverOfRow)
     (sheets.data(), stack_.LayerCount(), cover_.At(isBackEdge ? 1 : 0), stack_.cols, range_);
+    ZELMO_PICK_LANES(FindLevelPlaces)
+    (sheets.data(), stack_.LayerCount(), sight_.level, stack_.cols, LevelPlaces(row));
 }
 
-void BandChooser::BuryBand(std::int32_t band) {
-    for (std::size_t layer = 0; layer < stack_.layers.size(); ++layer) {
-        const std::size_t slot = BandSlot(layer, band);
-        BurySheet(Places(aboveUpper_, layer, band), Heights(tops_, layer, band),
-                  buriedUpper_.At(slot));
-        BurySheet(Places(aboveLower_, layer, band), Heights(bottoms_, layer, band),
-                  buriedLower_.At(slot));
+const std::int32_t* BandChooser::BuriedSquares(Sheet sheet, std::size_t layer, std::int32_t band) {
+    const std::size_t slot = SheetSlot(sheet, layer) * 2 + static_cast<std::size_t>(band & 1);
+    std::int32_t* buried = buried_.At(slot);
+    if (buriedBands_[slot] != band) {
+        const bool isUpper = sheet == Sheet::Upper;
+        const std::int32_t squares = stack_.cols - 1;
+        ZELMO_PICK_LANES(FindBuriedSquares)
+        (Places(isUpper ? aboveUpper_ : aboveLower_, layer, band),
+         Heights(isUpper ? tops_ : bottoms_, layer, band), sight_.eye, squares, buried);
+        // What lies outside the window hides nothing and is no way out.
+        buried[-1] = -1;
+        buried[squares] = -1;
+        buriedBands_[slot] = band;
     }
-}
-
-void BandChooser::BurySheet(const PlaceRows& places, const HeightRows& heights,
-                            std::int32_t* buried) {
-    const std::int32_t squares = stack_.cols - 1;
-    ZELMO_PICK_LANES(FindBuriedSquares)(places, heights, sight_.eye, squares, buried);
-    // What lies outside the window hides nothing and is no way out.
-    buried[-1] = -1;
-    buried[squares] = -1;
+    return buried;
 }
 
 void BandChooser::ChooseOfLayer(std::size_t layer, std::int32_t band, std::uint8_t* bytes) {
@@ -105,7 +108,8 @@ void BandChooser::ChooseOfLayer(std::size_t layer, std::int32_t band, std::uint8
     const std::array<TriangleMasks, 3> three{TriangleMasks{masks[0], masks[1]},
                                              TriangleMasks{masks[2], masks[4]},
                                              TriangleMasks{masks[3], masks[5]}};
-    if (!ZELMO_PICK_LANES(FindTriangles)(Places(thick_, layer, band), squares, three.data())) {
+    if (!ZELMO_PICK_LANES(FindTriangles)(Places(thick_, layer, band), squares, three.data(),
+                                         uneven_.At(0))) {
         std::fill_n(bytes, squares, std::uint8_t{0});
         return;
     }
@@ -122,64 +126,30 @@ void BandChooser::ChooseOfSheet(Sheet sheet, std::size_t layer, std::int32_t ban
         return;
     }
     if (band > 0) {  // the first band touches the front walls
-        PaddedRows<std::int32_t>& buried = sheet == Sheet::Upper ? buriedUpper_ : buriedLower_;
-        const std::int32_t next = std::min(band + 1, stack_.rows - 2);
-        const std::array<const std::int32_t*, 3> rows{buried.At(BandSlot(layer, band - 1)),
-                                                      buried.At(BandSlot(layer, band)),
-                                                      buried.At(BandSlot(layer, next))};
+        const std::array<const std::int32_t*, 2> rows{BuriedSquares(sheet, layer, band - 1),
+                                                      BuriedSquares(sheet, layer, band)};
         if (!ZELMO_PICK_LANES(RemoveBuried)(rows.data(), squares, triangles)) {
             return;
         }
     }
-    for (const Roof& roof : roofs_) {
-        if (roof.place > layer) {
-            RemoveUnderRoof(roof, Heights(sheet == Sheet::Upper ? tops_ : bottoms_, layer, band),
-                            band, triangles);
-        }
+    const std::size_t start = static_cast<std::size_t>(band) * stack_.Squares();
+    for (const Shadow& shadow : shadows_) {
+        ZELMO_PICK_LANES(RemoveShadowed)
+        (Heights(sheet == Sheet::Upper ? tops_ : bottoms_, layer, band),
+         {shadow.lowest.get() + start, shadow.highest.get() + start}, squares, triangles);
     }
     ZELMO_PICK_LANES(RemoveUncovering)
     (PixelsOf(sheet, layer, band), PixelsOf(sheet, layer, band + 1), sight_.margin, squares,
      triangles);
 }
 
-void BandChooser::RemoveUnderRoof(const Roof& roof, const HeightRows& heights, std::int32_t band,
-                                  const TriangleMasks& triangles) const {
-    const EyeRange& eye = sight_.eye;
-    const float perCell = 1.0f / eye.spacing;
-    const float eyeCol = sight_.eyeX * perCell;
-    const float eyeRow = sight_.eyeY * perCell;
-    const auto row = static_cast<float>(band);
-    for (std::int32_t i = 0; i + 1 < stack_.cols; ++i) {
-        if ((triangles.front[i] | triangles.back[i]) == 0) {
-            continue;
-        }
-        const float z = heights.front[i];
-        const float lowest = std::min(std::min(z, heights.front[i + 1]),
-                                      std::min(heights.back[i], heights.back[i + 1]));
-        const float highest = std::max(std::max(z, heights.front[i + 1]),
-                                       std::max(heights.back[i], heights.back[i + 1]));
-        // On a slope so gentle that the square's shadow on the roof is small.
-        const float above = eye.height - highest;
-        const bool isGentle = (highest - lowest) * eye.farthest <= eye.spacing * above;
-        if (!(isGentle && highest <= roof.height)) {
-            continue;
-        }
-        const float way = (roof.height - z) / (eye.height - z);
-        const float col = static_cast<float>(i) + (eyeCol - static_cast<float>(i)) * way;
-        const float shadowRow = row + (eyeRow - row) * way;
-        if (shadowRow >= 0.0f && col >= 0.0f && way < 1.0f) {
-            const auto place =
-                static_cast<std::size_t>(shadowRow) * static_cast<std::size_t>(stack_.cols) +
-                static_cast<std::size_t>(col);
-            if (roof.hides[place] != 0) {
-                triangles.front[i] = triangles.back[i] = 0;
-            }
-        }
-    }
+void BandChooser::MarkLevelSquares(std::int32_t band, std::uint8_t* marks) {
+    ZELMO_PICK_LANES(FindLevelSquares)
+    (LevelPlaces(band), LevelPlaces(band + 1), uneven_.At(0), stack_.cols - 1, marks);
 }
 
 PixelRow BandChooser::PixelsOf(Sheet sheet, std::size_t layer, std::int32_t row) {
-    const std::size_t slot = layer * 4 + (sheet == Sheet::Upper ? 2 : 0) + (row & 1);
+    const std::size_t slot = SheetSlot(sheet, layer) * 2 + static_cast<std::size_t>(row & 1);
     const PixelRow pixels{pixels_.At(2 * slot), pixels_.At(2 * slot + 1)};
     if (pixelRows_[slot] != row) {
         PaddedRows<float>& heights = sheet == Sheet::Upper ? tops_ : bottoms_;

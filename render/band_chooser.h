@@ -9,9 +9,10 @@
 #include <vector>
 
 #include "render/layer_stack.h"
+#include "render/level_lanes.h"
 #include "render/padded_rows.h"
 #include "render/picture_view.h"
-#include "render/roofs.h"
+#include "render/shadows.h"
 #include "render/sight.h"
 #include "render/visible_lanes.h"
 
@@ -26,31 +27,27 @@ constexpr std::uint8_t drawUpperBack = 32;
 constexpr HeightRange noHeights{std::numeric_limits<float>::max(),
                                 std::numeric_limits<float>::lowest(), 0.0f};
 
-/// Looks at the bands of squares from the front to the back, and keeps what it needs of four rows
-/// of places and three bands.
+/// Looks at the bands of squares from the front to the back, and keeps what it needs of the last
+/// rows of places and bands.
 class BandChooser {
 public:
-    BandChooser(const LayerStack& stack, const Sight& sight, std::span<const Roof> roofs,
+    BandChooser(const LayerStack& stack, const Sight& sight, std::span<const Shadow> shadows,
                 const PictureView& view);
 
-    /// Chooses the squares of these bands. `bytesOf(layer, band)` tells where their bytes go.
-    template <typename BytesOf>
-    void Choose(std::int32_t firstBand, std::int32_t endBand, BytesOf&& bytesOf) {
-        const std::int32_t before = std::max(firstBand - 1, 0);
-        for (std::int32_t row = before; row <= firstBand + 1; ++row) {
+    /// Chooses the squares of these bands. `out.Band(layer, band)` tells where their bytes go, and
+    /// `out.LevelMarks(band)` where to mark those at which the uppermost opaque layer is level.
+    template <typename Output>
+    void Choose(std::int32_t firstBand, std::int32_t endBand, Output& out) {
+        for (std::int32_t row = std::max(firstBand - 1, 0); row <= firstBand; ++row) {
             ReadRow(row);
         }
-        for (std::int32_t band = before; band <= firstBand; ++band) {
-            BuryBand(band);
-        }
         for (std::int32_t band = firstBand; band < endBand; ++band) {
-            if (band + 2 < stack_.rows) {
-                ReadRow(band + 2);
-                BuryBand(band + 1);
-            }
+            ReadRow(band + 1);
+            uneven_.Fill(0, 0);
             for (std::size_t layer = 0; layer < stack_.layers.size(); ++layer) {
-                ChooseOfLayer(layer, band, bytesOf(layer, band));
+                ChooseOfLayer(layer, band, out.Band(layer, band));
             }
+            MarkLevelSquares(band, out.LevelMarks(band));
         }
     }
 
@@ -66,8 +63,8 @@ private:
     std::size_t RowSlot(std::size_t layer, std::int32_t row) const {
         return layer * 4 + static_cast<std::size_t>(row & 3);
     }
-    std::size_t BandSlot(std::size_t layer, std::int32_t band) const {
-        return layer * 3 + static_cast<std::size_t>(band % 3);
+    std::size_t SheetSlot(Sheet sheet, std::size_t layer) const {
+        return 2 * layer + (sheet == Sheet::Upper ? 1 : 0);
     }
 
     void ReadRow(std::int32_t row);
@@ -85,26 +82,26 @@ private:
         return {front, back};
     }
 
-    /// Finds the squares of a band that lie inside a layer, on both sheets of all layers.
-    void BuryBand(std::int32_t band);
-
-    void BurySheet(const PlaceRows& places, const HeightRows& heights, std::int32_t* buried);
+    /// Mask of the squares of a band that lie inside a layer: of this band or the one before it.
+    const std::int32_t* BuriedSquares(Sheet sheet, std::size_t layer, std::int32_t band);
 
     void ChooseOfLayer(std::size_t layer, std::int32_t band, std::uint8_t* bytes);
 
     void ChooseOfSheet(Sheet sheet, std::size_t layer, std::int32_t band,
                        const TriangleMasks& triangles);
 
-    /// Takes the triangles out that the eye could see only through the places that a roof hides.
-    void RemoveUnderRoof(const Roof& roof, const HeightRows& heights, std::int32_t band,
-                         const TriangleMasks& triangles) const;
+    LevelRow LevelPlaces(std::int32_t row) {
+        return {levelCodes_.At(RowSlot(0, row)), levelHeights_.At(RowSlot(0, row))};
+    }
+
+    void MarkLevelSquares(std::int32_t band, std::uint8_t* marks);
 
     /// Where a row of a sheet is on the picture.
     PixelRow PixelsOf(Sheet sheet, std::size_t layer, std::int32_t row);
 
     const LayerStack& stack_;
     const Sight& sight_;
-    std::span<const Roof> roofs_;
+    std::span<const Shadow> shadows_;
     const PictureView& view_;
     PaddedRows<float> tops_;
     PaddedRows<float> bottoms_;
@@ -112,9 +109,12 @@ private:
     PaddedRows<std::int32_t> aboveUpper_;
     PaddedRows<std::int32_t> aboveLower_;
     PaddedRows<std::int32_t> standsOn_;
-    PaddedRows<std::int32_t> buriedUpper_;
-    PaddedRows<std::int32_t> buriedLower_;
+    PaddedRows<std::int32_t> buried_;
+    std::vector<std::int32_t> buriedBands_;  ///< which bands these are
     PaddedRows<std::int32_t> masks_;
+    PaddedRows<std::int32_t> levelCodes_;
+    PaddedRows<float> levelHeights_;
+    PaddedRows<std::int32_t> uneven_;
     PaddedRows<float> pixels_;             ///< x and y of two rows of both sheets of every layer
     std::vector<std::int32_t> pixelRows_;  ///< which rows these are
     PaddedRows<float> cover_;

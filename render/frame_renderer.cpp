@@ -11,6 +11,7 @@
 #include "model/conversions.h"
 #include "model/process_model.h"
 #include "render/camera.h"
+#include "render/layer_stack.h"
 #include "render/overlays.h"
 #include "render/shader_program.h"
 #include "render/visible_triangles.h"
@@ -68,6 +69,23 @@ void DrawTriangles(std::span<const std::uint32_t> indices) {
     glFlush();  // these are rasterised while the next layer's are chosen and set up
 }
 
+/// Draws the triangles with these corners, from the program's memory.
+void DrawCorners(std::span<const MeshVertex> corners) {
+    if (corners.empty()) {
+        return;
+    }
+    constexpr auto stride = static_cast<GLsizei>(sizeof(MeshVertex));
+    glBindVertexArray(0);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+    glVertexAttribPointer(0, 3, GL_FLOAT, GL_FALSE, stride, corners[0].position);
+    glVertexAttribPointer(1, 3, GL_FLOAT, GL_FALSE, stride, corners[0].normal);
+    glEnableVertexAttribArray(0);
+    glEnableVertexAttribArray(1);
+    glDrawArrays(GL_TRIANGLES, 0, static_cast<GLsizei>(corners.size()));
+    glDisableVertexAttribArray(1);
+    glDisableVertexAttribArray(0);
+}
+
 /// Whether OpenGL runs on the processor. A graphics card draws hidden triangles in less time than
 /// it takes to find them.
 bool DrawsInSoftware() {
@@ -93,17 +111,23 @@ void DrawLayers(const ProcessModel& model, const PictureView& view, const Pictur
         if (layer == nullptr) {
             continue;
         }
+        // What lets nothing through replaces what is behind it.
+        const bool blends = tools.wholeMeshes || !IsOpaque(*layer);
+        (blends ? glEnable : glDisable)(GL_BLEND);
         glUniform3fv(UniformLocation(shader, "color"), 1, layer->color.data());
         glUniform1f(UniformLocation(shader, "alpha"), layer->alpha);
-        glBindVertexArray(layer->vertexArray);
         if (visible && visible->Chosen()) {
+            DrawCorners(visible->LevelCornersOf(slot));
+            glBindVertexArray(layer->vertexArray);
             DrawTriangles(visible->IndicesOf(slot));
         } else {
+            glBindVertexArray(layer->vertexArray);
             DrawMesh(*layer);
         }
         glBindVertexArray(0);
         glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
     }
+    glEnable(GL_BLEND);
 }
 
 void DrawMarkers(const ProcessModel& model, const Camera& camera, const ShaderProgram& shader) {

@@ -181,6 +181,11 @@ void glDeleteLists(GLuint list, GLsizei range) {
     entry(list, range);
 }
 
+void glDisable(GLenum capability) {
+    static const auto entry = FindGl("glDisable", &glDisable);
+    entry(capability);
+}
+
 void glDrawArrays(GLenum mode, GLint first, GLsizei count) {
     static const auto entry = FindGl("glDrawArrays", &glDrawArrays);
     entry(mode, first, count);

@@ -26,6 +26,8 @@ public:
         std::fill_n(start + values.size(), rowPad, values.back());
     }
 
+    void Fill(std::size_t row, T value) { std::fill_n(At(row) - rowPad, stride_, value); }
+
 private:
     std::size_t stride_;
     std::vector<T> values_;

@@ -3,10 +3,14 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 
 namespace zelmo {
 
 namespace {
+
+/// Of a square at the back edge that is part of something level, in pixels.
+constexpr double leastLevelHeight = 0.125;
 
 /// The four numbers of a transform that make one clip coordinate.
 struct ClipRow {
@@ -83,7 +87,13 @@ std::optional<Sight> FindSight(const LayerStack& stack, const PictureView& view)
     sight.eye.spacing = stack.spacing;
     sight.cover = static_cast<float>(std::max(pixel / 4.0, 1024.0 * depthStep));
     sight.edgeCover = static_cast<float>(std::max(4.0 * pixel, 1024.0 * depthStep));
-    sight.margin = std::ldexp(2.0f, -std::clamp(view.subpixelBits, 0, 8));
+    const bool isCloseWithinASquare = 2.0f * sight.cover <= stack.spacing;
+    const double leastAbove = 2.0 * leastLevelHeight * pixel *
+                              static_cast<double>(sight.eye.farthest) /
+                              static_cast<double>(stack.spacing);
+    sight.level = {sight.cover, isCloseWithinASquare ? static_cast<float>(eye[2] - leastAbove)
+                                                     : std::numeric_limits<float>::lowest()};
+    sight.margin = std::ldexp(1.0f, -std::clamp(view.subpixelBits, 0, 8));
     return sight.cover > 0.0f && std::isfinite(sight.edgeCover) ? std::optional(sight)
                                                                 : std::nullopt;
 }

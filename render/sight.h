@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "render/layer_stack.h"
+#include "render/level_lanes.h"
 #include "render/picture_view.h"
 #include "render/visible_lanes.h"
 
@@ -17,6 +18,9 @@ struct Sight {
     float cover = 0.0f;      ///< below the top of the layer that hides it
     float edgeCover = 0.0f;  ///< the same at the window's open edges
     float margin = 0.0f;     ///< pixels by which GL may place a triangle's corner elsewhere
+    /// How near to a level part other things may come, and how high it may lie to be seen so
+    /// steeply that the height of each square is much more than GL's subpixel step.
+    LevelLimits level;
 };
 
 /// Empty where the eye does not stand in front of the window.

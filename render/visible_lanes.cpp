@@ -228,17 +228,24 @@ std::int32_t PackMasks(const std::int32_t* const* masks, std::int32_t squares,
     return sum;
 }
 
-bool FindTriangles(const PlaceRows& thick, std::int32_t squares, const TriangleMasks* three) {
+bool FindTriangles(const PlaceRows& thick, std::int32_t squares, const TriangleMasks* three,
+                   std::int32_t* uneven) {
     IntLanes any{};
     for (std::int32_t col = 0; col < squares; col += lanes) {
-        const IntLanes diagonal = Load(thick.front + col + 1) | Load(thick.back + col);
-        const IntLanes fronts = diagonal | Load(thick.front + col);
-        const IntLanes backs = diagonal | Load(thick.back + col + 1);
+        const IntLanes frontLeft = Load(thick.front + col);
+        const IntLanes frontRight = Load(thick.front + col + 1);
+        const IntLanes backLeft = Load(thick.back + col);
+        const IntLanes backRight = Load(thick.back + col + 1);
+        const IntLanes fronts = frontLeft | frontRight | backLeft;
+        const IntLanes backs = frontRight | backLeft | backRight;
         for (std::int32_t i = 0; i < 3; ++i) {
             StoreLanes(three[i].front + col, fronts);
             StoreLanes(three[i].back + col, backs);
         }
-        any |= fronts | backs;
+        const IntLanes some = fronts | backs;
+        const IntLanes all = frontLeft & frontRight & backLeft & backRight;
+        StoreLanes(uneven + col, Load(uneven + col) | (some & ~all));
+        any |= some;
     }
     return AnyLane(any);
 }
@@ -265,7 +272,7 @@ bool RemoveBuried(const std::int32_t* const* buriedRows, std::int32_t squares,
     IntLanes any{};
     for (std::int32_t col = 0; col < squares; col += lanes) {
         IntLanes buried = IntLanes{} - 1;
-        for (std::int32_t row = 0; row < 3; ++row) {
+        for (std::int32_t row = 0; row < 2; ++row) {
             for (std::int32_t side = -1; side <= 1; ++side) {
                 buried &= Load(buriedRows[row] + col + side);
             }
@@ -277,6 +284,26 @@ bool RemoveBuried(const std::int32_t* const* buriedRows, std::int32_t squares,
         any |= fronts | backs;
     }
     return AnyLane(any);
+}
+
+void RemoveShadowed(const HeightRows& heights, const ShadowRow& shadow, std::int32_t squares,
+                    const TriangleMasks& triangles) {
+    std::int32_t col = 0;
+    for (; col + lanes <= squares; col += lanes) {
+        const FloatLanes lowest = Load(shadow.lowest + col);
+        const FloatLanes highest = Load(shadow.highest + col);
+        if (!AnyLane(lowest <= highest)) {
+            continue;
+        }
+        const FloatLanes z00 = Load(heights.front + col);
+        const FloatLanes z10 = Load(heights.front + col + 1);
+        const FloatLanes z01 = Load(heights.back + col);
+        const FloatLanes z11 = Load(heights.back + col + 1);
+        const IntLanes isSeen = (Smaller(Smaller(z00, z10), Smaller(z01, z11)) < lowest) |
+                                (Larger(Larger(z00, z10), Larger(z01, z11)) > highest);
+        StoreLanes(triangles.front + col, Load(triangles.front + col) & isSeen);
+        StoreLanes(triangles.back + col, Load(triangles.back + col) & isSeen);
+    }
 }
 
 void ProjectRow(const Projection& p, const float* heights, std::int32_t cols,

@@ -71,19 +71,30 @@ struct TriangleMasks {
 };
 
 /// Writes to each of the three which triangles are there: one of their corners is thick. True if
-/// any are.
+/// any are. Adds to `uneven` the squares with some thick corners and some others.
 ZELMO_DECLARE_LANE_KERNEL(bool FindTriangles(const PlaceRows& thick, std::int32_t squares,
-                                             const TriangleMasks* three))
+                                             const TriangleMasks* three, std::int32_t* uneven))
 
 /// Takes the triangles out of the masks whose corners all stand on the same layer. True if any are
 /// left.
 ZELMO_DECLARE_LANE_KERNEL(bool RemoveStanding(const PlaceRows& standsOn, std::int32_t squares,
                                               const TriangleMasks& triangles))
 
-/// Takes the triangles of squares out that are buried together with all eight around them. True if
-/// any are left.
+/// Takes the triangles of squares out that are buried together with those to their sides and the
+/// three before them, which the ways to the eye pass first. `buriedRows` are the band before and
+/// this one. True if any are left.
 ZELMO_DECLARE_LANE_KERNEL(bool RemoveBuried(const std::int32_t* const* buriedRows,
                                             std::int32_t squares, const TriangleMasks& triangles))
+
+/// The shadow over a band of squares: none where the highest is below the lowest.
+struct ShadowRow {
+    const float* lowest = nullptr;
+    const float* highest = nullptr;
+};
+
+/// Takes the triangles of squares out that lie in a shadow.
+ZELMO_DECLARE_LANE_KERNEL(void RemoveShadowed(const HeightRows& heights, const ShadowRow& shadow,
+                                              std::int32_t squares, const TriangleMasks& triangles))
 
 /// The pixels of a row of places: x and y on the picture are (a + b * col + c * z) each, over w.
 struct Projection {

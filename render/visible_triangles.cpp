@@ -9,9 +9,10 @@
 #include "model/row_bands.h"
 #include "render/band_chooser.h"
 #include "render/layer_stack.h"
+#include "render/level_parts.h"
 #include "render/mesh_numbers.h"
 #include "render/mesh_window.h"
-#include "render/roofs.h"
+#include "render/shadows.h"
 #include "render/sight.h"
 
 namespace zelmo {
@@ -28,21 +29,43 @@ struct VisibleTriangles::Choice {
         : stack(std::move(theStack)),
           sight(theSight),
           view(theView),
-          squares(stack.layers.size() * static_cast<std::size_t>(stack.rows - 1) *
-                  stack.Squares()) {}
+          squares(
+              std::make_unique_for_overwrite<std::uint8_t[]>(stack.layers.size() * SquareCount())),
+          levelMarks(std::make_unique_for_overwrite<std::uint8_t[]>(SquareCount())) {}
+
+    std::size_t SquareCount() const {
+        return static_cast<std::size_t>(stack.rows - 1) * stack.Squares();
+    }
 
     std::uint8_t* Band(std::size_t layer, std::int32_t band) {
         const auto bands = static_cast<std::size_t>(stack.rows - 1);
-        return squares.data() + (layer * bands + static_cast<std::size_t>(band)) * stack.Squares();
+        return squares.get() + (layer * bands + static_cast<std::size_t>(band)) * stack.Squares();
     }
 
+    std::uint8_t* LevelMarks(std::int32_t band) {
+        return levelMarks.get() + static_cast<std::size_t>(band) * stack.Squares();
+    }
+
+    std::size_t PlaceOf(std::size_t slot) const {
+        const auto place = std::lower_bound(stack.slots.begin(), stack.slots.end(), slot);
+        return static_cast<std::size_t>(place - stack.slots.begin());
+    }
+
+    void MergeLevelParts();
+    bool TakeOut(const LevelPart& part);
+    void MakeRoom(std::size_t count);
     std::span<const std::uint32_t> WriteIndices(std::size_t layer);
+    std::span<const MeshVertex> WriteLevelCorners(std::size_t layer);
 
     LayerStack stack;
     Sight sight;
     PictureView view;
-    std::vector<std::uint8_t> squares;
-    std::vector<std::uint32_t> indices;
+    std::unique_ptr<std::uint8_t[]> squares;
+    std::unique_ptr<std::uint8_t[]> levelMarks;
+    std::vector<LevelPart> levelParts;
+    std::unique_ptr<std::uint32_t[]> indices;
+    std::size_t room = 0;  // of the indices
+    std::vector<MeshVertex> levelCorners;
 };
 
 namespace {
@@ -73,6 +96,9 @@ std::uint32_t* WriteBand(const std::uint8_t* squares, std::size_t count, const N
     };
     for (std::size_t i = 0; i < count; ++i) {
         const unsigned bits = squares[i];
+        if ((bits & ~unsigned{hasSquare}) == 0) {
+            continue;
+        }
         if ((bits & drawLowerFront) != 0) {
             write(front[i].lower, front[i + 1].lower, back[i].lower);
         }
@@ -124,7 +150,7 @@ void WriteBands(Choice& choice, std::size_t layer, const std::vector<BandCounts>
         NumberBand(squares, count, front, back, start.vertices);
         numbered = band;
         if (draws(band)) {
-            WriteBand(squares, count, front, back, choice.indices.data() + start.indices);
+            WriteBand(squares, count, front, back, choice.indices.get() + start.indices);
         }
     }
 }
@@ -148,14 +174,55 @@ std::span<const std::uint32_t> VisibleTriangles::Choice::WriteIndices(std::size_
         starts[i].vertices += starts[i - 1].vertices;
         starts[i].indices += starts[i - 1].indices;
     }
-    indices.resize(starts.back().indices);
+    const std::size_t wallRoom = 6 * stack.Squares();
+    MakeRoom(starts.back().indices + wallRoom);
     ForRowBands(bands, smallestBand, [&](std::int32_t first, std::int32_t end) {
         WriteBands(*this, layer, starts, first, end);
     });
-    VisitWall(
-        stack.layers[layer], starts.back().vertices,
-        [this](std::int32_t, bool, std::uint32_t number, bool) { indices.push_back(number); });
-    return indices;
+    std::size_t count = starts.back().indices;
+    VisitWall(stack.layers[layer], starts.back().vertices,
+              [&](std::int32_t, bool, std::uint32_t number, bool) { indices[count++] = number; });
+    return {indices.get(), count};
+}
+
+/// For so many indices; what was there may be lost.
+void VisibleTriangles::Choice::MakeRoom(std::size_t count) {
+    if (room < count) {
+        indices = std::make_unique_for_overwrite<std::uint32_t[]>(count);
+        room = count;
+    }
+}
+
+/// Takes the triangles of a level part out of those that are drawn. True if there were any.
+bool VisibleTriangles::Choice::TakeOut(const LevelPart& part) {
+    constexpr unsigned drawUpper = drawUpperFront | drawUpperBack;
+    unsigned drawn = 0;
+    for (std::int32_t band = part.firstBand; band < part.endBand; ++band) {
+        std::uint8_t* bytes = Band(part.layer, band);
+        for (std::int32_t col = part.firstCol; col < part.endCol; ++col) {
+            drawn |= bytes[col] & drawUpper;
+            bytes[col] = static_cast<std::uint8_t>(bytes[col] & ~drawUpper);
+        }
+    }
+    return drawn != 0;
+}
+
+void VisibleTriangles::Choice::MergeLevelParts() {
+    for (const LevelPart& piece : FindLevelParts(stack, {levelMarks.get(), SquareCount()})) {
+        if (TakeOut(piece)) {
+            AppendPart(piece, levelParts);
+        }
+    }
+}
+
+std::span<const MeshVertex> VisibleTriangles::Choice::WriteLevelCorners(std::size_t layer) {
+    levelCorners.clear();
+    for (const LevelPart& part : levelParts) {
+        if (part.layer == layer) {
+            AppendCorners(part, stack.spacing, levelCorners);
+        }
+    }
+    return levelCorners;
 }
 
 VisibleTriangles::VisibleTriangles(const ProcessModel& model, const PictureView& view) {
@@ -165,16 +232,14 @@ VisibleTriangles::VisibleTriangles(const ProcessModel& model, const PictureView&
         return;
     }
     auto choice = std::make_unique<Choice>(std::move(*stack), *sight, view);
-    const std::vector<Roof> roofs = FindRoofs(choice->stack, choice->sight);
+    const std::vector<Shadow> shadows = FindShadows(choice->stack, choice->sight);
     const std::size_t layerCount = choice->stack.layers.size();
     std::mutex mutex;
     HeightRange heights = noHeights;
     std::vector<std::int64_t> triangles(layerCount);
     ForRowBands(choice->stack.rows - 1, smallestBand, [&](std::int32_t first, std::int32_t end) {
-        BandChooser chooser(choice->stack, choice->sight, roofs, choice->view);
-        chooser.Choose(first, end, [&](std::size_t layer, std::int32_t band) {
-            return choice->Band(layer, band);
-        });
+        BandChooser chooser(choice->stack, choice->sight, shadows, choice->view);
+        chooser.Choose(first, end, *choice);
         const std::lock_guard lock(mutex);
         heights.lowest = std::min(heights.lowest, chooser.Heights().lowest);
         heights.highest = std::max(heights.highest, chooser.Heights().highest);
@@ -197,6 +262,10 @@ VisibleTriangles::VisibleTriangles(const ProcessModel& model, const PictureView&
         ShowsWholeBox(view.transform, size, static_cast<double>(heights.lowest))) {
         choice_ = std::move(choice);
     }
+    // Markers have depths of their own.
+    if (choice_ != nullptr && model.showHeights == 0.0f) {
+        choice_->MergeLevelParts();
+    }
 }
 
 VisibleTriangles::~VisibleTriangles() = default;
@@ -206,9 +275,11 @@ bool VisibleTriangles::Chosen() const {
 }
 
 std::span<const std::uint32_t> VisibleTriangles::IndicesOf(std::size_t slot) {
-    const auto place =
-        std::lower_bound(choice_->stack.slots.begin(), choice_->stack.slots.end(), slot);
-    return choice_->WriteIndices(static_cast<std::size_t>(place - choice_->stack.slots.begin()));
+    return choice_->WriteIndices(choice_->PlaceOf(slot));
+}
+
+std::span<const MeshVertex> VisibleTriangles::LevelCornersOf(std::size_t slot) {
+    return choice_->WriteLevelCorners(choice_->PlaceOf(slot));
 }
 
 }  // namespace zelmo

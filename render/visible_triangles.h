@@ -6,6 +6,7 @@
 #include <span>
 #include <vector>
 
+#include "model/layer_graphics.h"
 #include "render/picture_view.h"
 
 namespace zelmo {
@@ -19,7 +20,8 @@ struct ProcessModel;
 ///   - it lies inside an opaque layer, with its surroundings and deep enough, and no translucent
 ///     layer stands between the two in the stack: from there every way to the eye passes one of
 ///     that layer's own sheets or its front wall;
-///   - it covers the centre of no pixel.
+///   - it covers the centre of no pixel;
+///   - it is of a level part of an opaque layer, for which two large triangles stand.
 /// In doubt a triangle stays. Nothing of this touches GL.
 class VisibleTriangles {
 public:
@@ -36,6 +38,10 @@ public:
     /// The triangles to draw of the layer in this slot, three indices into its vertices each, in
     /// the order of its mesh. Valid until the next call.
     std::span<const std::uint32_t> IndicesOf(std::size_t slot);
+
+    /// The corners of the triangles that stand for level parts of the layer in this slot, three
+    /// each. Valid until the next call.
+    std::span<const MeshVertex> LevelCornersOf(std::size_t slot);
 
 private:
     struct Choice;

@@ -35,11 +35,12 @@ public:
     std::unique_ptr<ProcessModel> Make() {
         model_ = std::make_unique<ProcessModel>();
         model_->graphics = graphics_;
-        model_->gridColumns = Whole(4, 60);
+        model_->gridColumns = Chance(0.2f) ? Whole(60, 200) : Whole(4, 60);
         model_->windowWidth = std::pow(10.0f, Number(-1.0f, 2.0f));
         model_->windowHeight = model_->windowWidth * Number(0.05f, 1.0f);
         model_->cameraAngle = Chance(0.1f) ? 0.0f : Number(0.0f, 89.0f);
         model_->showLegend = Chance(0.3f) ? 1.0f : 0.0f;
+        model_->showHeights = Chance(0.1f) ? 1.0f : 0.0f;
         SizeGrid(*model_);
         model_->coverMap.assign(model_->CellCount(), CoverCell{});
         InitHeightMarkers(*model_);
@@ -204,7 +205,10 @@ protected:
         for (std::size_t slot = 0; slot < model.layers.size(); ++slot) {
             if (model.layers[slot] != nullptr) {
                 counts.second += static_cast<std::size_t>(model.layers[slot]->indexCount) / 3;
-                counts.first += visible.Chosen() ? visible.IndicesOf(slot).size() / 3 : 0;
+                if (visible.Chosen()) {
+                    counts.first += visible.LevelCornersOf(slot).size() / 3;
+                    counts.first += visible.IndicesOf(slot).size() / 3;
+                }
             }
         }
         return counts;
@@ -256,6 +260,7 @@ TEST_F(Visible, GivesThePictureOfWholeMeshesOnRandomStacks) {
 
 TEST_F(Visible, LeavesOutWhatLiesInsideAStackOfFilms) {
     const auto model = MakeFilms({1.0f, 0.5f, 0.5f, 0.5f});
+    model->showHeights = 1.0f;  // which keeps the triangles of level parts
     const auto [drawn, all] = CountTriangles(*model, 1920);
     EXPECT_EQ(all, 4u * (2u * 2u * 101u * 101u + 2u * 101u));
     // One sheet of eight, the walls, and the band at the front of the others.
@@ -305,8 +310,114 @@ TEST_F(Visible, KeepsWhatIsSeenUnderARoofThroughATranslucentHillBeforeIt) {
     ExpectSamePicture(*model, 1920);
 }
 
+TEST_F(Visible, LeavesOutWhatAHighOpaqueLayerHidesBehindIt) {
+    // A wall across the window on a translucent film. The film itself is drawn where it is seen.
+    const auto makeWall = [this](float height) {
+        auto model = MakeFilms({1.0f, 0.5f, 0.0f});
+        model->layers[1]->alpha = 0.4f;
+        Layer& wall = *model->layers[2];
+        for (int row = 30; row < 40; ++row) {
+            const auto start = wall.top.begin() + row * model->gridColumns;
+            std::fill(start, start + model->gridColumns, 1.5f + height);
+        }
+        return model;
+    };
+    const auto low = makeWall(0.1f);
+    const auto high = makeWall(2.0f);
+    const std::size_t hidden = 2 * 101 * 20;  // of the film, behind the high wall
+    EXPECT_LT(CountTriangles(*high, 1920).first + hidden, CountTriangles(*low, 1920).first);
+    ExpectSamePicture(*low, 1920);
+    ExpectSamePicture(*high, 1920);
+    ExpectSamePicture(*high, 333);
+}
+
+TEST_F(Visible, LetsTwoTrianglesStandForALevelPart) {
+    for (const float angle : {1.0f, 12.0f, 40.0f, 88.0f}) {
+        const auto model = MakeFilms({1.0f, 0.5f});
+        model->cameraAngle = angle;
+        const std::size_t part = CountTriangles(*model, 1920).first;
+        model->showHeights = 1.0f;
+        const std::size_t all = CountTriangles(*model, 1920).first;
+        EXPECT_LT(part + 15000 * (angle > 10.0f ? 1 : 0), all + (angle > 10.0f ? 0 : 1)) << angle;
+        model->showHeights = 0.0f;
+        for (const int width : {1920, 700, 123}) {
+            ExpectSamePicture(*model, width);
+        }
+    }
+}
+
+TEST_F(Visible, KeepsTheTrianglesAroundWhatTouchesALevelPart) {
+    const auto bare = MakeFilms({1.0f, 0.0f});
+    const std::size_t level = CountTriangles(*bare, 1920).first;
+    const auto covered = MakeFilms({1.0f, 0.0f});
+    // Small things stand on it, hang over it by less than the depth buffer tells apart, and cut it.
+    Layer& ground = *covered->layers[0];
+    Layer& thing = *covered->layers[1];
+    const auto at = [&](int col, int row) {
+        return static_cast<std::size_t>(row * covered->gridColumns + col);
+    };
+    for (int i = 0; i < 5; ++i) {
+        thing.top[at(20 + 15 * i, 30)] = 1.1f;
+        thing.bottom[at(20 + 15 * i, 60)] = 1.0000002f;
+        thing.top[at(20 + 15 * i, 60)] = 1.2f;
+        ground.top[at(20 + 15 * i, 90)] = 0.9f;
+    }
+    EXPECT_GT(CountTriangles(*covered, 1920).first, level + 15 * 100);
+    ExpectSamePicture(*covered, 1920);
+    ExpectSamePicture(*covered, 250);
+}
+
+TEST_F(Visible, LetsTwoTrianglesStandForALevelPartUnderATranslucentLayer) {
+    const auto model = MakeFilms({1.0f, 0.5f});
+    model->layers[1]->alpha = 0.3f;
+    const std::size_t standing = CountTriangles(*model, 1920).first;
+    ExpectSamePicture(*model, 1920);
+    // A gap too small for the depth buffer is no gap: neither level nor standing.
+    for (float& bottom : model->layers[1]->bottom) {
+        bottom += 1e-6f;
+    }
+    EXPECT_GT(CountTriangles(*model, 1920).first, standing + 35000);
+    ExpectSamePicture(*model, 1920);
+    // Over a wide gap it is level again.
+    for (float& bottom : model->layers[1]->bottom) {
+        bottom += 0.2f;
+    }
+    EXPECT_LT(CountTriangles(*model, 1920).first, standing + 25000);
+    ExpectSamePicture(*model, 1920);
+}
+
+TEST_F(Visible, KeepsTheTrianglesOfALevelPartThatAnEarlierLayerReaches) {
+    const auto model = MakeFilms({1.0f, 0.5f});
+    const std::size_t level = CountTriangles(*model, 1920).first;
+    std::fill(model->layers[0]->top.begin(), model->layers[0]->top.end(), 1.5f);
+    EXPECT_GT(CountTriangles(*model, 1920).first, level + 35000);
+    ExpectSamePicture(*model, 1920);
+}
+
+TEST_F(Visible, KeepsTheTrianglesOfALevelPartWhereLayersOverItBeginAndEnd) {
+    // A translucent layer in stripes too narrow for level parts between their edges.
+    const auto makeStripes = [this](float bottomInside, float topOutside, float bottomOutside) {
+        auto model = MakeFilms({1.0f, 0.5f});
+        Layer& over = *model->layers[1];
+        over.alpha = 0.4f;
+        for (std::size_t i = 0; i < over.top.size(); ++i) {
+            const bool isInside = i % static_cast<std::size_t>(model->gridColumns) / 10 % 2 == 0;
+            over.bottom[i] = isInside ? bottomInside : bottomOutside;
+            over.top[i] = isInside ? 1.5f : topOutside;
+        }
+        return model;
+    };
+    const auto ends = makeStripes(1.3f, 1.3f, 1.3f);
+    EXPECT_GT(CountTriangles(*ends, 1920).first, 35000u);
+    ExpectSamePicture(*ends, 1920);
+    const auto touches = makeStripes(1.0f, 1.5f, 1.3f);
+    EXPECT_GT(CountTriangles(*touches, 1920).first, 45000u);
+    ExpectSamePicture(*touches, 1920);
+}
+
 TEST_F(Visible, LeavesOutTrianglesBetweenThePixels) {
     const auto model = MakeFilms({1.0f});
+    model->showHeights = 1.0f;
     const std::size_t large = CountTriangles(*model, 1920).first;
     EXPECT_LT(CountTriangles(*model, 60).first, large / 3);
     ExpectSamePicture(*model, 60);

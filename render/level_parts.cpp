@@ -1,0 +1,86 @@
+#include "render/level_parts.h"
+
+#include <algorithm>
+
+#include "model/process_model.h"
+
+namespace zelmo {
+
+namespace {
+
+constexpr std::int32_t pieceSize = 8;
+constexpr std::int32_t surroundings = 2;  // squares around a piece that are level like it
+
+/// Marks the columns that are level in all of these bands.
+void FindLevelColumns(std::span<const std::uint8_t> marks, std::int32_t firstBand,
+                      std::int32_t endBand, std::vector<std::uint8_t>& columns) {
+    std::fill(columns.begin(), columns.end(), std::uint8_t{1});
+    for (std::int32_t band = firstBand; band < endBand; ++band) {
+        const std::uint8_t* row = marks.data() + static_cast<std::size_t>(band) * columns.size();
+        for (std::size_t i = 0; i < columns.size(); ++i) {
+            columns[i] &= row[i];
+        }
+    }
+}
+
+/// The piece of the uppermost opaque layer with this corner.
+LevelPart PieceAt(const LayerStack& stack, std::int32_t col, std::int32_t band) {
+    LevelPart piece{0, col, col + pieceSize, band, band + pieceSize, 0.0f};
+    for (std::size_t i = 0; i < stack.layers.size(); ++i) {
+        const MeshWindow& window = stack.layers[i];
+        if (IsOpaque(window.layer) && window.IsThick(col, band)) {
+            piece.layer = i;
+            piece.height = window.layer.top[window.GridIndex(col, band)];
+        }
+    }
+    return piece;
+}
+
+}  // namespace
+
+std::vector<LevelPart> FindLevelParts(const LayerStack& stack,
+                                      std::span<const std::uint8_t> marks) {
+    std::vector<LevelPart> pieces;
+    std::vector<std::uint8_t> columns(stack.Squares());
+    for (std::int32_t band = pieceSize; band + pieceSize + surroundings < stack.rows;
+         band += pieceSize) {
+        FindLevelColumns(marks, band - surroundings, band + pieceSize + surroundings, columns);
+        for (std::int32_t col = pieceSize; col + pieceSize + surroundings < stack.cols;
+             col += pieceSize) {
+            const auto first = columns.begin() + col;
+            if (std::all_of(first - surroundings, first + pieceSize + surroundings,
+                            [](std::uint8_t mark) { return mark != 0; })) {
+                pieces.push_back(PieceAt(stack, col, band));
+            }
+        }
+    }
+    return pieces;
+}
+
+void AppendPart(const LevelPart& piece, std::vector<LevelPart>& parts) {
+    // Pieces side by side are level together.
+    if (!parts.empty() && parts.back().layer == piece.layer &&
+        parts.back().firstBand == piece.firstBand && parts.back().endCol == piece.firstCol) {
+        parts.back().endCol = piece.endCol;
+    } else {
+        parts.push_back(piece);
+    }
+}
+
+void AppendCorners(const LevelPart& part, float spacing, std::vector<MeshVertex>& corners) {
+    const float left = static_cast<float>(part.firstCol - 1) * spacing;
+    const float right = static_cast<float>(part.endCol + 1) * spacing;
+    const float front = static_cast<float>(part.firstBand - 1) * spacing;
+    const float back = static_cast<float>(part.endBand + 1) * spacing;
+    const auto corner = [&](float x, float y) {
+        corners.push_back({{x, y, part.height}, {0.0f, 0.0f, 1.0f}});
+    };
+    corner(left, front);
+    corner(right, front);
+    corner(left, back);
+    corner(right, front);
+    corner(right, back);
+    corner(left, back);
+}
+
+}  // namespace zelmo

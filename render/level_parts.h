@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "model/layer_graphics.h"
+#include "render/layer_stack.h"
+
+// A level part of an opaque layer's upper sheet has one colour. Two large triangles that reach one
+// square farther on all sides cover the same pixels as its many small ones, and a few more that
+// have that colour too. Only the last bits of their depth differ. So nothing else may come so near,
+// in the part and two squares around it, that these bits would decide.
+
+namespace zelmo {
+
+/// A rectangle of squares on the upper sheet of a layer.
+struct LevelPart {
+    std::size_t layer = 0;  ///< its place in the stack
+    std::int32_t firstCol = 0;
+    std::int32_t endCol = 0;
+    std::int32_t firstBand = 0;
+    std::int32_t endBand = 0;
+    float height = 0.0f;
+};
+
+/// The level parts of a stack, from the front, in pieces of eight by eight squares. `marks` has a
+/// byte for each square of the window, band by band: 1 where the uppermost opaque layer is level.
+std::vector<LevelPart> FindLevelParts(const LayerStack& stack, std::span<const std::uint8_t> marks);
+
+/// Puts a piece behind the parts; one that goes on where the last part ends makes that longer.
+void AppendPart(const LevelPart& piece, std::vector<LevelPart>& parts);
+
+/// Appends the corners of the two triangles that stand for a part.
+void AppendCorners(const LevelPart& part, float spacing, std::vector<MeshVertex>& corners);
+
+}  // namespace zelmo

@@ -29,6 +29,26 @@ bool Contains(const GdsRect& outer, const GdsRect& inner) {
            outer.ymax >= inner.ymax;
 }
 
+/// Linear parts of placements. The sine and cosine of the last angle but 0 are at hand: references
+/// that follow each other are often turned alike.
+class LinearParts {
+public:
+    LinearPart Of(const GdsTransform& transform) {
+        if (transform.angle == 0.0) {
+            return LinearPartOf(transform);
+        }
+        if (transform.angle != angle_) {
+            angle_ = transform.angle;
+            last_ = LinearPartOf(transform);
+        }
+        return {last_.cosine, last_.sine, transform.flip != 0 ? -1.0 : 1.0, transform.mag};
+    }
+
+private:
+    double angle_ = 0.0;
+    LinearPart last_;
+};
+
 /// A cell that is being sized, and how far that has come.
 struct SizingVisit {
     GdsCell* cell;
@@ -146,10 +166,11 @@ void TakeFirstUse(SizingVisit& visit, const GdsRect& first) {
 }
 
 /// The same where the cell has been sized before.
-void TakeLaterUse(SizingVisit& visit, const FirstInstance& instance) {
+void TakeLaterUse(SizingVisit& visit, const FirstInstance& instance, LinearParts& parts) {
     const GdsCell& cell = *visit.cell;
     if (visit.next < cell.srefs.size()) {
-        MergeRect(visit.bounds, TransformRect(instance.cell->bounds, instance.transform, false));
+        MergeRect(visit.bounds, PlaceRect(instance.cell->bounds, instance.transform,
+                                          parts.Of(instance.transform)));
     } else {
         const GdsAref& aref = cell.arefs[visit.next - cell.srefs.size()];
         TakeBlock(visit, aref, LatticeOf(aref), WholeBlock(aref));
@@ -191,6 +212,7 @@ GdsRect ComputeCellBounds(GdsCell& cell, const GdsTransform& transform) {
     if (cell.boundsValid) {
         return TransformRect(cell.bounds, transform, false);
     }
+    LinearParts parts;
     SizingVisit start = BeginVisit(cell, transform);
     std::vector<SizingVisit> below;  // most cells need none, and no memory for it
     while (true) {
@@ -208,7 +230,7 @@ GdsRect ComputeCellBounds(GdsCell& cell, const GdsTransform& transform) {
         if (instance.cell == nullptr) {
             ++visit.next;
         } else if (instance.cell->boundsValid) {
-            TakeLaterUse(visit, instance);
+            TakeLaterUse(visit, instance, parts);
         } else {
             below.push_back(BeginVisit(*instance.cell, instance.transform));
         }

@@ -1,37 +1,45 @@
 #include "gds/cell_references.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <numeric>
 #include <span>
 #include <string_view>
 #include <vector>
 
 #include "gds/gds_database.h"
+#include "model/row_bands.h"
 
 namespace zelmo {
 
 namespace {
 
-/// The first cell of every name, in a table with at least one free place for each of them.
+/// The first cell of every name, in a table with at least one free place for each of them. The
+/// places are in the order of the hashes.
 class CellsByName {
 public:
     explicit CellsByName(std::span<GdsCell> cells)
-        : cells_(cells), places_(std::bit_ceil(2 * cells.size() + 1)) {
-        for (std::size_t i = 0; i < cells.size(); ++i) {
-            const std::string_view name = NameText(cells[i].name);
-            Place& place = PlaceOf(name);
-            if (place.cell == 0) {
-                place = {ShortHash(name), static_cast<std::uint32_t>(i + 1)};
-            }
+        : cells_(cells), bits_(std::bit_width(2 * cells.size())), places_(std::size_t{1} << bits_) {
+        std::vector<Place> newcomers;
+        newcomers.reserve(cells.size());
+        for (const GdsCell& cell : cells) {
+            const auto number = static_cast<std::uint32_t>(newcomers.size() + 1);
+            newcomers.push_back({ShortHash(NameText(cell.name)), number});
+        }
+        // In rough order their places lie close together, and are in the processor's own memory.
+        for (const Place& newcomer : InRoughOrder(newcomers)) {
+            Place& place = places_[PlaceOf(newcomer.hash, [&] { return NameOf(newcomer); })];
+            place = place.cell == 0 ? newcomer : place;
         }
     }
 
     /// Null where no cell has that name.
-    GdsCell* Find(std::string_view name) {
-        const std::uint32_t cell = PlaceOf(name).cell;
+    GdsCell* Find(std::string_view name) const {
+        const std::uint32_t cell = places_[PlaceOf(ShortHash(name), [&] { return name; })].cell;
         return cell == 0 ? nullptr : &cells_[cell - 1];
     }
 
@@ -45,18 +53,37 @@ private:
         return static_cast<std::uint32_t>(std::hash<std::string_view>()(name));
     }
 
-    /// The place of that name, or the free one where it belongs.
-    Place& PlaceOf(std::string_view name) {
-        const std::uint32_t hash = ShortHash(name);
-        std::size_t i = hash % places_.size();
-        while (places_[i].cell != 0 &&
-               (places_[i].hash != hash || NameText(cells_[places_[i].cell - 1].name) != name)) {
+    /// Sorted by the first digits of the hashes; those that share them stay in order.
+    static std::vector<Place> InRoughOrder(const std::vector<Place>& places) {
+        constexpr unsigned otherDigits = 24;
+        std::array<std::size_t, 257> starts = {};
+        for (const Place& place : places) {
+            ++starts[(place.hash >> otherDigits) + 1];
+        }
+        std::partial_sum(starts.begin(), starts.end(), starts.begin());
+        std::vector<Place> sorted(places.size());
+        for (const Place& place : places) {
+            sorted[starts[place.hash >> otherDigits]++] = place;
+        }
+        return sorted;
+    }
+
+    std::string_view NameOf(const Place& place) const {
+        return NameText(cells_[place.cell - 1].name);
+    }
+
+    /// The place of the name that `name` gives, or the free one where it belongs.
+    template <typename Name>
+    std::size_t PlaceOf(std::uint32_t hash, Name name) const {
+        std::size_t i = std::uint64_t{hash} << bits_ >> 32;
+        while (places_[i].cell != 0 && (places_[i].hash != hash || NameOf(places_[i]) != name())) {
             i = (i + 1) % places_.size();
         }
-        return places_[i];
+        return i;
     }
 
     std::span<GdsCell> cells_;
+    int bits_;  ///< of the number of a place
     std::vector<Place> places_;
 };
 
@@ -64,18 +91,13 @@ private:
 /// known by where it lies.
 class ReferenceBinder {
 public:
-    explicit ReferenceBinder(std::span<GdsCell> cells) : cells_(cells) {}
+    explicit ReferenceBinder(const CellsByName& cells) : cells_(cells) {}
 
     /// False if there is no such cell.
     template <typename Reference>
-    bool Bind(std::span<Reference> references) {
-        for (Reference& reference : references) {
-            reference.cell = CellOf(reference.name);
-            if (reference.cell == nullptr) {
-                return false;
-            }
-        }
-        return true;
+    bool Bind(Reference& reference) {
+        reference.cell = CellOf(reference.name);
+        return reference.cell != nullptr;
     }
 
 private:
@@ -93,9 +115,47 @@ private:
         return found.cell;
     }
 
-    CellsByName cells_;
+    const CellsByName& cells_;
     std::array<Found, 4096> lately_;
 };
+
+/// References are counted through: the srefs and arefs of the first cell, those of the second, ...
+struct ReferenceRange {
+    std::size_t first = 0;
+    std::size_t end = 0;
+};
+
+std::size_t ReferenceCount(const GdsDatabase& database) {
+    std::size_t count = 0;
+    for (const GdsCell& cell : database.cells) {
+        count += cell.srefs.size() + cell.arefs.size();
+    }
+    return count;
+}
+
+/// Calls `take` for every reference of the range, until it returns false. Returns the number of the
+/// reference where it did, or the end of the range.
+template <typename Take>
+std::size_t ForReferences(GdsDatabase& database, ReferenceRange range, Take take) {
+    std::size_t number = 0;  // of the first one in the list
+    std::size_t at = range.first;
+    const auto pass = [&](auto references) {
+        while (at < std::min(number + references.size(), range.end)) {
+            if (!take(references[at - number])) {
+                return false;
+            }
+            ++at;
+        }
+        number += references.size();
+        return true;
+    };
+    for (GdsCell& cell : database.cells) {
+        if (at == range.end || !pass(cell.srefs) || !pass(cell.arefs)) {
+            break;
+        }
+    }
+    return at;
+}
 
 const GdsCell* ReferencedCell(const GdsCell& cell, std::size_t index) {
     return index < cell.srefs.size() ? cell.srefs[index].cell
@@ -156,13 +216,26 @@ private:
 }  // namespace
 
 bool BindReferences(GdsDatabase& database) {
-    ReferenceBinder binder(database.cells.Items());
-    for (GdsCell& cell : database.cells) {
-        if (!binder.Bind(cell.srefs) || !binder.Bind(cell.arefs)) {
-            return false;
-        }
-    }
-    return true;
+    constexpr std::size_t smallestShare = 20000;
+    const CellsByName cells(database.cells.Items());
+    const std::size_t count = ReferenceCount(database);
+    const std::size_t shares = std::clamp<std::size_t>(count / smallestShare, 1, 64);
+    std::vector<std::size_t> unbound(shares, count);
+    ForRowBands(static_cast<std::int32_t>(shares), 1, [&](std::int32_t first, std::int32_t end) {
+        ReferenceBinder binder(cells);
+        const auto share = static_cast<std::size_t>(first);
+        const ReferenceRange range{count * share / shares,
+                                   count * static_cast<std::size_t>(end) / shares};
+        const std::size_t reached =
+            ForReferences(database, range, [&](auto& reference) { return binder.Bind(reference); });
+        unbound[share] = reached == range.end ? count : reached;
+    });
+    const std::size_t firstUnbound = *std::min_element(unbound.begin(), unbound.end());
+    ForReferences(database, {firstUnbound, count}, [](auto& reference) {
+        reference.cell = nullptr;
+        return true;
+    });
+    return firstUnbound == count;
 }
 
 bool HasReferenceCircle(const GdsDatabase& database) {

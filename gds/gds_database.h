@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <span>
 #include <string_view>
 
@@ -86,6 +87,7 @@ struct GdsDatabase {
     double micronsPerUnit = 1e-9 * 1000000.0;
     GrowingArray<GdsCell> cells;
     ElementStore store;
+    std::deque<ElementStore> moreStores;  ///< of what was read at the same time
 };
 
 /// The part of a stored name that counts: up to its first NUL. It lies somewhere also where it is

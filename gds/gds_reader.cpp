@@ -9,9 +9,8 @@
 #include "gds/cell_references.h"
 #include "gds/coordinates.h"
 #include "gds/gds_database.h"
+#include "gds/library_reading.h"
 #include "gds/placement.h"
-#include "gds/record_handlers.h"
-#include "gds/stream_records.h"
 #include "shell/log_console.h"
 
 namespace zelmo {
@@ -19,32 +18,8 @@ namespace zelmo {
 namespace {
 
 constexpr std::int32_t success = 0;
-constexpr std::int32_t cannotOpen = 2;
-constexpr std::int32_t recordTooShort = 5;
 constexpr std::int32_t cellMissing = 29;
 constexpr std::int32_t cellInItself = 30;
-
-/// Reads records up to the end of the library or of the file. A structure without its end is lost.
-std::int32_t ReadRecords(LibraryState& state, const std::filesystem::path& path) {
-    StreamRecords records(path);
-    StreamRecord record;
-    while (!state.endSeen) {
-        switch (records.Next(record)) {
-            case RecordStatus::Read:
-                if (const std::int32_t refusal = HandleRecord(state, record)) {
-                    return refusal;
-                }
-                break;
-            case RecordStatus::EndOfFile:
-                return success;
-            case RecordStatus::BadLength:
-                return recordTooShort;
-            case RecordStatus::Unreadable:
-                return cannotOpen;
-        }
-    }
-    return success;
-}
 
 /// Sizes the cells in the order of the file and lists them.
 void ListCells(GdsDatabase& database, LogConsole* console) {
@@ -76,14 +51,12 @@ double GdsReal8ToDouble(const std::uint8_t* bytes) {
 
 std::int32_t ReadGdsFile(GdsDatabase& database, const std::filesystem::path& path,
                          LogConsole* console) {
-    {
-        LibraryState state{database, console};
-        if (const std::int32_t refusal = ReadRecords(state, path)) {
-            return refusal;
-        }
-        if (state.flatSeen) {
-            ComputeBoundaryBounds(database, console);
-        }
+    const LibraryReading reading = ReadLibrary(database, path, console);
+    if (reading.refusal != success) {
+        return reading.refusal;
+    }
+    if (reading.flatSeen) {
+        ComputeBoundaryBounds(database, console);
     }
     if (!BindReferences(database)) {
         return cellMissing;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
+#include <cstring>
 #include <limits>
 #include <memory>
 #include <new>
@@ -39,11 +40,13 @@ public:
         }
         ::new (items_.get() + size_++) T(std::move(item));
     }
-    /// Adds copies of records that are not the list's own.
-    void Append(std::span<const T> items) {
-        Reserve(size_ + items.size());
-        std::uninitialized_copy(items.begin(), items.end(), end());
-        size_ += items.size();
+    /// Adds the records of another list, which is empty then and keeps its memory.
+    void Take(GrowingArray& other) {
+        Reserve(size_ + other.size_);
+        if (other.size_ != 0) {
+            std::memcpy(static_cast<void*>(end()), other.begin(), other.size_ * sizeof(T));
+        }
+        size_ += std::exchange(other.size_, 0);
     }
     void resize(std::size_t size) {
         Reserve(size);

@@ -33,8 +33,24 @@ Range ScaledSums(const double (&a)[2], const double (&b)[2], double mag) {
             std::max(std::max(sums[0], sums[1]), std::max(sums[2], sums[3]))};
 }
 
+/// Whether TurnPoint only mirrors, if at all, and gives the corners of the box exactly.
+bool KeepsCorners(const GdsRect& rect, const LinearPart& linear) {
+    constexpr std::int64_t exact = std::int64_t{1} << 53;
+    const auto isExact = [](std::int64_t a, std::int64_t b) {
+        return std::min(a, b) >= -exact && std::max(a, b) <= exact;
+    };
+    return linear.sine == 0.0 && linear.cosine == 1.0 && linear.mag == 1.0 &&
+           isExact(rect.xmin, rect.xmax) && isExact(rect.ymin, rect.ymax);
+}
+
 /// The box of the four corners as TurnPoint turns them, which share their products.
 GdsRect TurnCorners(const GdsRect& rect, const LinearPart& linear) {
+    if (KeepsCorners(rect, linear)) {
+        const std::int64_t sign = linear.mirror < 0.0 ? -1 : 1;
+        const auto [xmin, xmax] = std::minmax(rect.xmin, rect.xmax);
+        const auto [ymin, ymax] = std::minmax({sign * rect.ymin, sign * rect.ymax});
+        return {xmin, ymin, xmax, ymax};
+    }
     const double x[] = {static_cast<double>(rect.xmin), static_cast<double>(rect.xmax)};
     const double y[] = {static_cast<double>(rect.ymin) * linear.mirror,
                         static_cast<double>(rect.ymax) * linear.mirror};

@@ -32,16 +32,15 @@ constexpr std::uint16_t variableEnds = 4;
 // The library
 
 std::int32_t ReadHeader(LibraryState& state, const StreamRecord& record) {
-    state.database.version = record.U16At(0);
+    state.head.version = record.U16At(0);
     return success;
 }
 
 std::int32_t ReadUnits(LibraryState& state, const StreamRecord& record) {
-    GdsDatabase& database = state.database;
-    database.userUnit = record.RealAt(0);
-    database.metresPerUnit = record.RealAt(8);
-    database.micronsPerUnit = database.metresPerUnit * 1000000.0;
-    return 0.0 >= database.userUnit || 0.0 >= database.metresPerUnit ? unitsNotPositive : success;
+    const double userUnit = record.RealAt(0);
+    const double metresPerUnit = record.RealAt(8);
+    state.head.units = {userUnit, metresPerUnit};
+    return 0.0 >= userUnit || 0.0 >= metresPerUnit ? unitsNotPositive : success;
 }
 
 std::int32_t EndLibrary(LibraryState& state, const StreamRecord&) {
@@ -62,20 +61,18 @@ std::int32_t BeginStructure(LibraryState& state, const StreamRecord&) {
 }
 
 std::int32_t ReadStructureName(LibraryState& state, const StreamRecord& record) {
-    state.cell.name = Kept(state.database.store.names, record.Text());
+    state.cell.name = Kept(state.store.names, record.Text());
     return success;
 }
 
 /// An element that is still open stays open, and becomes part of a later structure.
 std::int32_t EndStructure(LibraryState& state, const StreamRecord&) {
     state.inStructure = false;
-    ElementStore& store = state.database.store;
-    GdsCell cell;
-    cell.name = std::exchange(state.cell.name, {});
-    cell.boundaries = store.boundaries.KeepAll(state.cell.boundaries);
-    cell.srefs = store.srefs.KeepAll(state.cell.srefs);
-    cell.arefs = store.arefs.KeepAll(state.cell.arefs);
-    state.database.cells.push_back(std::move(cell));
+    if (std::exchange(state.continuesCell, false)) {
+        state.continued = std::exchange(state.cell, OpenCell());
+    } else {
+        CompleteCell(state);
+    }
     return success;
 }
 
@@ -83,36 +80,36 @@ std::int32_t EndStructure(LibraryState& state, const StreamRecord&) {
 
 template <Element element>
 std::int32_t BeginElement(LibraryState& state, const StreamRecord&) {
-    state.element = element;
+    state.open.kind = element;
     return success;
 }
 
 std::int32_t BeginSref(LibraryState& state, const StreamRecord&) {
-    state.sref.mag = 1.0;
-    state.element = Element::Sref;
+    state.open.sref.mag = 1.0;
+    state.open.kind = Element::Sref;
     return success;
 }
 
 std::int32_t BeginAref(LibraryState& state, const StreamRecord&) {
-    state.aref.mag = 1.0;
-    state.element = Element::Aref;
+    state.open.aref.mag = 1.0;
+    state.open.kind = Element::Aref;
     return success;
 }
 
 std::int32_t ReadLayer(LibraryState& state, const StreamRecord& record) {
-    if (state.element == Element::Boundary) {
-        state.boundary.layer = record.U16At(0);
-        state.layerSeen = true;
-    } else if (state.element == Element::Path) {
-        state.path.layer = record.U16At(0);
-        state.layerSeen = true;
+    if (state.open.kind == Element::Boundary) {
+        state.open.boundary.layer = record.U16At(0);
+        state.open.layerSeen = true;
+    } else if (state.open.kind == Element::Path) {
+        state.open.path.layer = record.U16At(0);
+        state.open.layerSeen = true;
     }
     return success;
 }
 
 /// The width of a text stays behind for the next path.
 std::int32_t ReadWidth(LibraryState& state, const StreamRecord& record) {
-    state.path.width = record.U32At(0);
+    state.open.path.width = record.U32At(0);
     return success;
 }
 
@@ -120,50 +117,50 @@ std::int32_t ReadWidth(LibraryState& state, const StreamRecord& record) {
 /// ones keep their number and get flush ends.
 std::int32_t ReadPathType(LibraryState& state, const StreamRecord& record) {
     const std::uint16_t type = record.U16At(0);
-    state.path.pathType = type;
+    state.open.path.pathType = type;
     if (type == roundEnds && !state.warnedType1) {
         state.console->Write(
             L"WARNING: path type 1 (round ended) is not supported and will be converted to type 2");
-        state.path.pathType = extendedEnds;
+        state.open.path.pathType = extendedEnds;
         state.warnedType1 = true;
     }
     if (type == variableEnds && !state.warnedType4) {
         state.console->Write(
             L"WARNING: path type 4 (variable length) is not supported and will be converted to "
             L"type 2");
-        state.path.pathType = extendedEnds;
+        state.open.path.pathType = extendedEnds;
         state.warnedType4 = true;
     }
     return success;
 }
 
 std::int32_t ReadReferenceName(LibraryState& state, const StreamRecord& record) {
-    const std::string_view name = state.names.Keep(record.Text(), state.database.store.names);
-    (state.element == Element::Sref ? state.sref.name : state.aref.name) = name;
+    const std::string_view name = state.names.Keep(record.Text(), state.store.names);
+    (state.open.kind == Element::Sref ? state.open.sref.name : state.open.aref.name) = name;
     return success;
 }
 
 std::int32_t ReadColumnsAndRows(LibraryState& state, const StreamRecord& record) {
-    state.aref.columns = record.U16At(0);
-    state.aref.rows = record.U16At(2);
+    state.open.aref.columns = record.U16At(0);
+    state.open.aref.rows = record.U16At(2);
     return success;
 }
 
 std::int32_t ReadTransformFlags(LibraryState& state, const StreamRecord& record) {
-    if (state.element == Element::Sref) {
-        state.sref.strans = record.U16At(0);
-    } else if (state.element == Element::Aref) {
-        state.aref.strans = record.U16At(0);
+    if (state.open.kind == Element::Sref) {
+        state.open.sref.strans = record.U16At(0);
+    } else if (state.open.kind == Element::Aref) {
+        state.open.aref.strans = record.U16At(0);
     }
     return success;
 }
 
 std::int32_t ReadMagnification(LibraryState& state, const StreamRecord& record) {
     const auto mag = static_cast<double>(static_cast<float>(record.RealAt(0)));
-    if (state.element == Element::Sref) {
-        state.sref.mag = mag;
-    } else if (state.element == Element::Aref) {
-        state.aref.mag = mag;
+    if (state.open.kind == Element::Sref) {
+        state.open.sref.mag = mag;
+    } else if (state.open.kind == Element::Aref) {
+        state.open.aref.mag = mag;
     }
     return success;
 }
@@ -171,10 +168,10 @@ std::int32_t ReadMagnification(LibraryState& state, const StreamRecord& record) 
 std::int32_t ReadAngle(LibraryState& state, const StreamRecord& record) {
     const double radians = record.RealAt(0) * 3.141592653589793 / 180.0;
     const auto angle = static_cast<double>(static_cast<float>(radians));
-    if (state.element == Element::Sref) {
-        state.sref.angle = angle;
-    } else if (state.element == Element::Aref) {
-        state.aref.angle = angle;
+    if (state.open.kind == Element::Sref) {
+        state.open.sref.angle = angle;
+    } else if (state.open.kind == Element::Aref) {
+        state.open.aref.angle = angle;
     }
     return success;
 }
@@ -234,18 +231,18 @@ bool ReadLattice(GdsAref& aref, const StreamRecord& record, ElementStore& store)
 
 std::int32_t ReadPoints(LibraryState& state, const StreamRecord& record) {
     bool accepted = true;
-    switch (state.element) {
+    switch (state.open.kind) {
         case Element::Boundary:
-            accepted = ReadPolygon(state.boundary, record, state.database.store);
+            accepted = ReadPolygon(state.open.boundary, record, state.store);
             break;
         case Element::Path:
-            accepted = ReadCentreLine(state.path, record);
+            accepted = ReadCentreLine(state.open.path, record);
             break;
         case Element::Sref:
-            accepted = ReadOrigin(state.sref, record);
+            accepted = ReadOrigin(state.open.sref, record);
             break;
         case Element::Aref:
-            accepted = ReadLattice(state.aref, record, state.database.store);
+            accepted = ReadLattice(state.open.aref, record, state.store);
             break;
         default:
             break;
@@ -264,10 +261,10 @@ void AddBoundary(LibraryState& state, GdsBoundary boundary) {
 }
 
 std::int32_t EndBoundary(LibraryState& state) {
-    if (!std::exchange(state.layerSeen, false)) {
+    if (!std::exchange(state.open.layerSeen, false)) {
         return layerMissing;
     }
-    AddBoundary(state, std::exchange(state.boundary, GdsBoundary()));
+    AddBoundary(state, std::exchange(state.open.boundary, GdsBoundary()));
     return success;
 }
 
@@ -289,10 +286,10 @@ PointRun KeepOutline(std::span<const GdsPoint> outline, ElementStore& store) {
 }
 
 std::int32_t EndPath(LibraryState& state) {
-    if (!std::exchange(state.layerSeen, false)) {
+    if (!std::exchange(state.open.layerSeen, false)) {
         return layerMissing;
     }
-    CentreLine& path = state.path;
+    CentreLine& path = state.open.path;
     if (path.points.empty()) {
         throw std::out_of_range("invalid vector subscript");
     }
@@ -302,7 +299,7 @@ std::int32_t EndPath(LibraryState& state) {
         0) {
         return pathRefused;
     }
-    AddBoundary(state, {path.layer, KeepOutline(path.outline, state.database.store), GdsRect()});
+    AddBoundary(state, {path.layer, KeepOutline(path.outline, state.store), GdsRect()});
     path.points.clear();  // and keeps their room for the next path
     path.layer = 0;
     path.pathType = 0;
@@ -312,7 +309,7 @@ std::int32_t EndPath(LibraryState& state) {
 
 std::int32_t EndElement(LibraryState& state, const StreamRecord&) {
     std::int32_t result = success;
-    switch (std::exchange(state.element, Element::None)) {
+    switch (std::exchange(state.open.kind, Element::None)) {
         case Element::Boundary:
             result = EndBoundary(state);
             break;
@@ -320,10 +317,10 @@ std::int32_t EndElement(LibraryState& state, const StreamRecord&) {
             result = EndPath(state);
             break;
         case Element::Sref:
-            state.cell.srefs.push_back(std::exchange(state.sref, GdsSref()));
+            state.cell.srefs.push_back(std::exchange(state.open.sref, GdsSref()));
             break;
         case Element::Aref:
-            state.cell.arefs.push_back(std::exchange(state.aref, GdsAref()));
+            state.cell.arefs.push_back(std::exchange(state.open.aref, GdsAref()));
             break;
         default:
             break;
@@ -398,13 +395,23 @@ constexpr std::array<std::uint8_t, 256> rulePlaces = [] {
 }();
 
 bool IsAccepted(const RecordRule& rule, const LibraryState& state) {
-    const bool elementFits = (rule.elements & Set(state.element)) != 0;
+    const bool elementFits = (rule.elements & Set(state.open.kind)) != 0;
     const bool placeFits =
         rule.structure == Place::Anywhere || (rule.structure == Place::Inside) == state.inStructure;
     return elementFits && placeFits;
 }
 
 }  // namespace
+
+void CompleteCell(LibraryState& state) {
+    GdsCell cell;
+    cell.name = state.cell.name.value_or("");
+    cell.boundaries = state.store.boundaries.KeepAll(state.cell.boundaries);
+    cell.srefs = state.store.srefs.KeepAll(state.cell.srefs);
+    cell.arefs = state.store.arefs.KeepAll(state.cell.arefs);
+    state.cell.name.reset();
+    state.cells.push_back(std::move(cell));
+}
 
 std::int32_t HandleRecord(LibraryState& state, const StreamRecord& record) {
     const std::size_t place = rulePlaces[record.code >> 8];

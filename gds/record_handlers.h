@@ -1,6 +1,8 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -24,32 +26,54 @@ struct CentreLine {
     std::vector<GdsPoint> outline;  ///< room for it
 };
 
+/// What is known of an element between its records.
+struct OpenElement {
+    Element kind = Element::None;
+    bool layerSeen = false;  ///< in a boundary or path
+    GdsBoundary boundary;
+    GdsSref sref;
+    GdsAref aref;
+    CentreLine path;  ///< its width can come from a text before
+};
+
 /// The structure that is being read.
 struct OpenCell {
-    std::string_view name;
+    std::optional<std::string_view> name;
     GrowingArray<GdsBoundary> boundaries;
     GrowingArray<GdsSref> srefs;
     GrowingArray<GdsAref> arefs;
 };
 
+/// What a library says of itself, where it does.
+struct LibraryHead {
+    std::optional<std::uint16_t> version;
+    std::optional<std::array<double, 2>> units;
+};
+
 /// What is known between two records.
 struct LibraryState {
-    GdsDatabase& database;
+    LibraryState(ElementStore& elementStore, LogConsole* logConsole)
+        : store(elementStore), console(logConsole) {}
+
+    ElementStore& store;
     LogConsole* console;
-    Element element = Element::None;
+    LibraryHead head;
     bool inStructure = false;
-    bool layerSeen = false;  ///< in the open boundary or path
     bool warnedType1 = false;
     bool warnedType4 = false;
     bool endSeen = false;
-    bool flatSeen = false;  ///< a polygon without points, width or height
-    OpenCell cell = {};
-    GdsBoundary boundary = {};
-    GdsSref sref = {};
-    GdsAref aref = {};
-    CentreLine path = {};
-    NameCache names = {};
+    bool flatSeen = false;        ///< a polygon without points, width or height
+    GrowingArray<GdsCell> cells;  ///< that are complete
+    OpenCell cell;
+    OpenElement open;
+    NameCache names;
+    /// Whether the open cell was begun elsewhere; what is here of it then goes there in the end.
+    bool continuesCell = false;
+    std::optional<OpenCell> continued;
 };
+
+/// Adds the open cell to the complete ones.
+void CompleteCell(LibraryState& state);
 
 /// Takes the next record of a library. Returns 0, or the code of the error. Throws
 /// std::out_of_range("invalid vector subscript") at the end of a path without points.

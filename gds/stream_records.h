@@ -34,6 +34,12 @@ struct StreamRecord {
     std::string_view Text() const;
 };
 
+/// The record that stands at `bytes`, all of it.
+inline StreamRecord RecordAt(const std::uint8_t* bytes) {
+    constexpr std::size_t headerSize = 4;
+    return {StreamU16(bytes + 2), {bytes + headerSize, StreamU16(bytes) - headerSize}};
+}
+
 /// What became of the attempt to read a record.
 enum class RecordStatus { Read, EndOfFile, BadLength, Unreadable };
 
@@ -60,9 +66,7 @@ public:
         if (!Holds(length)) {
             return RecordStatus::Unreadable;
         }
-        const std::uint8_t* bytes = buffer_.data() + begin_;
-        record.code = StreamU16(bytes + 2);
-        record.data = {bytes + headerSize, length - headerSize};
+        record = RecordAt(buffer_.data() + begin_);
         begin_ = std::min(begin_ + length, end_);
         return RecordStatus::Read;
     }

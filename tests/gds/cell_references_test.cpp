@@ -5,9 +5,11 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
+#include "model/row_bands.h"
 #include "tests/gds/layout_file.h"
 
 namespace zelmo {
@@ -117,6 +119,36 @@ TEST(CellReferences, AnUnknownNameLeavesItsReferenceEmpty) {
     EXPECT_TRUE(BindReferences(database));
     EXPECT_EQ(database.cells[0].srefs[0].cell, &database.cells[0]);
     EXPECT_TRUE(HasReferenceCircle(database));
+}
+
+TEST(CellReferences, ReferencesBehindTheFirstUnknownNameAreLeftAloneByAnyNumberOfThreads) {
+    constexpr std::size_t count = 100000;
+    GdsDatabase database;
+    database.cells.resize(11);
+    for (std::size_t i = 0; i < 10; ++i) {
+        database.cells[i].name = i < 7 ? "CELL" : "TWIN";
+    }
+    std::vector<GdsSref> srefs(count);
+    std::vector<GdsAref> arefs(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        srefs[i].name = i % 2 == 0 ? "CELL" : "TWIN";
+        arefs[i].name = i == 40000 || i == 90000 ? "UNKNOWN" : "TWIN";
+    }
+    database.cells[3].srefs = srefs;
+    database.cells[5].arefs = arefs;
+    database.cells[10].srefs = std::span(srefs).first(1);
+    for (const std::int32_t threads : {1, 2, 3, 7}) {
+        SetRowThreads(threads);
+        EXPECT_FALSE(BindReferences(database));
+        for (std::size_t i = 0; i < count; ++i) {
+            ASSERT_EQ(arefs[i].cell, i < 40000 ? &database.cells[7] : nullptr) << threads;
+        }
+        for (std::size_t i = 1; i < count; ++i) {
+            ASSERT_EQ(srefs[i].cell, &database.cells[i % 2 == 0 ? 0 : 7]) << threads;
+        }
+        EXPECT_EQ(srefs[0].cell, nullptr);  // which is the last cell's, too
+    }
+    SetRowThreads(0);
 }
 
 TEST(CellReferences, AMillionReferencesToAHundredThousandCellsBindAtOnce) {

@@ -87,15 +87,18 @@ TEST(GrowingArray, LeavesNothingWhereItIsMovedFrom) {
     EXPECT_EQ(other[0].value, 3);
 }
 
-TEST(GrowingArray, TakesManyItemsAtOnce) {
+TEST(GrowingArray, TakesTheItemsOfAnotherList) {
     GrowingArray<Item> items = CountTo(3);
-    const GrowingArray<Item> others = CountTo(100000);
-    items.Append(others.Items());
-    items.Append({});
+    GrowingArray<Item> others = CountTo(100000);
+    items.Take(others);
+    EXPECT_TRUE(others.empty());
+    items.Take(others);
     ASSERT_EQ(items.size(), 100003u);
     EXPECT_EQ(items[2].value, 2);
     EXPECT_EQ(items[3].value, 0);
     EXPECT_EQ(items.back().value, 99999);
+    others.push_back({1, 7});
+    EXPECT_EQ(others.back().value, 7);
 }
 
 TEST(GrowingArray, StartsAnewWhenItIsCleared) {
@@ -144,7 +147,8 @@ TEST(RunPool, KeepsAllOfShortAndLongLists) {
     GrowingArray<Item> items;
     std::vector<std::span<const Item>> runs;
     for (const std::int64_t length : {0, 1, 100, 200000, 3, 100000, 7}) {
-        items.Append(CountTo(length).Items());
+        GrowingArray<Item> counted = CountTo(length);
+        items.Take(counted);
         runs.push_back(pool.KeepAll(items));
         ASSERT_EQ(runs.back().size(), static_cast<std::size_t>(length));
         EXPECT_TRUE(items.empty());

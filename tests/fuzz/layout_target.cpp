@@ -1,12 +1,17 @@
+#include <algorithm>
 #include <stdexcept>
+#include <string>
 #include <string_view>
 
 #include "gds/gds_database.h"
 #include "gds/gds_reader.h"
+#include "gds/library_reading.h"
 #include "gds/polygon_selection.h"
+#include "model/row_bands.h"
 #include "tests/fuzz/target.h"
+#include "tests/gds/database_text.h"
 
-// Any bytes as a layout: read, sized, and its cells extracted.
+// Any bytes as a layout: read in one go and in pieces, sized, and its cells extracted.
 
 namespace zelmo {
 
@@ -39,13 +44,39 @@ void ReadAndExtract(const MemoryFile& file) {
     }
 }
 
+/// What reading gives, in words.
+std::string TextOfReading(const MemoryFile& file, std::int32_t threads, const PieceSizes& sizes) {
+    SetRowThreads(threads);
+    GdsDatabase database;
+    CountingConsole console;
+    std::string outcome;
+    try {
+        const LibraryReading reading = ReadLibrary(database, file.Path(), &console, sizes);
+        outcome = TextOf(database) + std::to_string(reading.refusal) +
+                  (reading.flatSeen ? " with flat ones" : "");
+    } catch (const std::out_of_range& error) {
+        outcome = error.what();
+    }
+    SetRowThreads(0);
+    return outcome + " " + std::to_string(console.lines);
+}
+
+void ReadInPieces(const MemoryFile& file, std::size_t size) {
+    const PieceSizes sizes{std::max<std::size_t>(64, size / 3),
+                           std::max<std::size_t>(16, size / 9)};
+    Require(TextOfReading(file, 2, sizes) == TextOfReading(file, 1, {}),
+            "a library is the same in pieces");
+}
+
 }  // namespace
 
 }  // namespace zelmo
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const zelmo::MemoryFile file(data, size);
+    zelmo::ReadInPieces(file, size);
     try {
-        zelmo::ReadAndExtract(zelmo::MemoryFile(data, size));
+        zelmo::ReadAndExtract(file);
     } catch (const std::out_of_range& error) {
         zelmo::Require(std::string_view(error.what()) == "invalid vector subscript",
                        "nothing but an element without points throws");

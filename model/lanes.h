@@ -75,6 +75,13 @@ inline Lanes LoadLanes(const void* values) {
     return lanes;
 }
 
+inline FloatLanes LoadLanes(const float* values) {
+    return LoadLanes<FloatLanes>(values);
+}
+inline IntLanes LoadLanes(const std::int32_t* values) {
+    return LoadLanes<IntLanes>(values);
+}
+
 template <typename Lanes>
 inline void StoreLanes(void* values, const Lanes& lanes) {
     std::memcpy(values, &lanes, sizeof lanes);
@@ -108,6 +115,11 @@ inline Lanes RootLanes(const Lanes& lanes) {
         }
     }
     return roots;
+}
+
+/// The smaller value of each lane; the second one where one is no number.
+inline FloatLanes SmallerLanes(const FloatLanes& a, const FloatLanes& b) {
+    return a < b ? a : b;
 }
 
 /// Whether a condition holds in any lane.

@@ -11,18 +11,6 @@ namespace {
 constexpr std::int32_t lanes = laneCount<FloatLanes>;
 constexpr float farAway = 3e38f;
 
-FloatLanes Load(const float* values) {
-    return LoadLanes<FloatLanes>(values);
-}
-
-IntLanes Load(const std::int32_t* values) {
-    return LoadLanes<IntLanes>(values);
-}
-
-FloatLanes Smaller(const FloatLanes& a, const FloatLanes& b) {
-    return a < b ? a : b;
-}
-
 /// What lies above a place while the stack is walked down, and the uppermost opaque layer once it
 /// has been reached.
 struct Walk {
@@ -36,9 +24,9 @@ struct Walk {
 
 void WalkThrough(const SheetRow& layer, std::int32_t place, const LevelLimits& limits,
                  std::int32_t col, Walk& walk) {
-    const FloatLanes top = Load(layer.top + col);
-    const FloatLanes bottom = Load(layer.bottom + col);
-    const IntLanes thick = Load(layer.thick + col);
+    const FloatLanes top = LoadLanes(layer.top + col);
+    const FloatLanes bottom = LoadLanes(layer.bottom + col);
+    const IntLanes thick = LoadLanes(layer.thick + col);
     const IntLanes isBelow = walk.code >= 0;
     const FloatLanes clear = walk.height - limits.clearance;
     walk.isClear &= ~isBelow | ((top <= clear) & (bottom <= clear));
@@ -53,10 +41,10 @@ void WalkThrough(const SheetRow& layer, std::int32_t place, const LevelLimits& l
         walk.height = isNext ? top : walk.height;
         walk.isClear = isNext ? isClear : walk.isClear;
     } else {
-        const FloatLanes lowestBottom = Smaller(walk.lowestBottom, walk.lastBottom);
+        const FloatLanes lowestBottom = SmallerLanes(walk.lowestBottom, walk.lastBottom);
         walk.lowestBottom = isNext ? lowestBottom : walk.lowestBottom;
         walk.lastBottom = isNext ? bottom : walk.lastBottom;
-        walk.lowestTop = isNext ? Smaller(walk.lowestTop, top) : walk.lowestTop;
+        walk.lowestTop = isNext ? SmallerLanes(walk.lowestTop, top) : walk.lowestTop;
     }
 }
 

@@ -12,18 +12,6 @@ namespace {
 constexpr std::int32_t lanes = laneCount<FloatLanes>;
 static_assert(lanes <= rowPad);
 
-FloatLanes Load(const float* values) {
-    return LoadLanes<FloatLanes>(values);
-}
-
-IntLanes Load(const std::int32_t* values) {
-    return LoadLanes<IntLanes>(values);
-}
-
-FloatLanes Smaller(const FloatLanes& a, const FloatLanes& b) {
-    return a < b ? a : b;
-}
-
 FloatLanes Larger(const FloatLanes& a, const FloatLanes& b) {
     return a > b ? a : b;
 }
@@ -35,7 +23,7 @@ FloatLanes Size(const FloatLanes& a) {
 /// The largest whole number up to each lane, for anything that can be on a picture.
 FloatLanes Floor(const FloatLanes& a) {
     const FloatLanes far = FloatLanes{} + 1e6f;
-    const IntLanes whole = __builtin_convertvector(Smaller(Larger(a, -far), far), IntLanes);
+    const IntLanes whole = __builtin_convertvector(SmallerLanes(Larger(a, -far), far), IntLanes);
     const FloatLanes truncated = __builtin_convertvector(whole, FloatLanes);
     return truncated > a ? truncated - 1.0f : truncated;
 }
@@ -58,8 +46,8 @@ void FindCover(const SheetRow* layers, std::int32_t layerCount, const FloatLanes
     Above above = Nothing();
     for (std::int32_t place = layerCount; place-- > 0;) {
         const SheetRow& layer = layers[place];
-        const FloatLanes top = Load(layer.top + col);
-        const FloatLanes bottom = Load(layer.bottom + col);
+        const FloatLanes top = LoadLanes(layer.top + col);
+        const FloatLanes bottom = LoadLanes(layer.bottom + col);
         const IntLanes thick = ~(top - bottom == 0.0f);
         const IntLanes isCovered =
             (above.place >= 0) & (above.bottom <= top) & (top + cover <= above.top);
@@ -86,13 +74,13 @@ void FindSupport(const SheetRow* layers, std::int32_t layerCount, std::int32_t c
     FloatLanes belowTop{};
     for (std::int32_t place = 0; place < layerCount; ++place) {
         const SheetRow& layer = layers[place];
-        const FloatLanes top = Load(layer.top + col);
-        const FloatLanes bottom = Load(layer.bottom + col);
-        const IntLanes thick = Load(layer.thick + col);
+        const FloatLanes top = LoadLanes(layer.top + col);
+        const FloatLanes bottom = LoadLanes(layer.bottom + col);
+        const IntLanes thick = LoadLanes(layer.thick + col);
         StoreLanes(layer.standsOn + col, belowTop == bottom ? below : none);
         below = thick ? none + (place + 1) : below;
         belowTop = thick ? top : belowTop;
-        lowest = Smaller(lowest, Smaller(top, bottom));
+        lowest = SmallerLanes(lowest, SmallerLanes(top, bottom));
         highest = Larger(highest, Larger(top, bottom));
         sum += top * 0.0f + bottom * 0.0f;
     }
@@ -127,9 +115,9 @@ Side SideOf(const Corner& a, const Corner& b, const FloatLanes& turn, const Floa
 
 /// Whether the triangle covers none of the pixels' centres, which lie at halves.
 IntLanes CoversNothing(const Corner& a, const Corner& b, const Corner& c, float margin) {
-    const FloatLanes left = Smaller(a.x, Smaller(b.x, c.x)) - margin;
+    const FloatLanes left = SmallerLanes(a.x, SmallerLanes(b.x, c.x)) - margin;
     const FloatLanes right = Larger(a.x, Larger(b.x, c.x)) + margin;
-    const FloatLanes low = Smaller(a.y, Smaller(b.y, c.y)) - margin;
+    const FloatLanes low = SmallerLanes(a.y, SmallerLanes(b.y, c.y)) - margin;
     const FloatLanes high = Larger(a.y, Larger(b.y, c.y)) + margin;
     // The first centres at or after the box's lower left corner.
     const FloatLanes nearX = Floor(left + 0.5f) + 0.5f;
@@ -168,7 +156,7 @@ void FindCoverOfRow(const SheetRow* layers, std::int32_t layerCount, const float
     FloatLanes highest = EqualLanes<FloatLanes>(range.highest);
     FloatLanes sum{};
     for (std::int32_t col = 0; col < cols; col += lanes) {
-        FindCover(layers, layerCount, Load(cover + col), col);
+        FindCover(layers, layerCount, LoadLanes(cover + col), col);
         FindSupport(layers, layerCount, col, lowest, highest, sum);
     }
     for (std::int32_t i = 0; i < lanes; ++i) {
@@ -183,15 +171,15 @@ void FindBuriedSquares(const PlaceRows& places, const HeightRows& heights, const
     constexpr float leastTilt = 0.05f;  // of a square, as the eye sees it from the farthest place
     const float lift = eye.height - leastTilt * (eye.height + eye.farthest);
     for (std::int32_t col = 0; col < squares; col += lanes) {
-        const IntLanes place = Load(places.front + col);
+        const IntLanes place = LoadLanes(places.front + col);
         const IntLanes same =
-            EqualPlaces(place, Load(places.front + col + 1), Load(places.back + col)) &
-            (place == Load(places.back + col + 1));
-        const FloatLanes z00 = Load(heights.front + col);
-        const FloatLanes z10 = Load(heights.front + col + 1);
-        const FloatLanes z01 = Load(heights.back + col);
-        const FloatLanes z11 = Load(heights.back + col + 1);
-        const FloatLanes fall = Smaller(Smaller(z01 - z00, z11 - z10), FloatLanes{});
+            EqualPlaces(place, LoadLanes(places.front + col + 1), LoadLanes(places.back + col)) &
+            (place == LoadLanes(places.back + col + 1));
+        const FloatLanes z00 = LoadLanes(heights.front + col);
+        const FloatLanes z10 = LoadLanes(heights.front + col + 1);
+        const FloatLanes z01 = LoadLanes(heights.back + col);
+        const FloatLanes z11 = LoadLanes(heights.back + col + 1);
+        const FloatLanes fall = SmallerLanes(SmallerLanes(z01 - z00, z11 - z10), FloatLanes{});
         const FloatLanes tilt = Larger(Size(z10 - z00), Size(z11 - z01));
         const FloatLanes highest = Larger(Larger(z00, z10), Larger(z01, z11));
         const IntLanes facesEye =
@@ -208,7 +196,7 @@ std::int32_t PackMasks(const std::int32_t* const* masks, std::int32_t squares,
     for (; col + lanes <= squares; col += lanes) {
         IntLanes bits{};
         for (std::int32_t i = 0; i < 6; ++i) {
-            bits |= Load(masks[i] + col) & (1 << i);
+            bits |= LoadLanes(masks[i] + col) & (1 << i);
         }
         count += (bits & 1) + ((bits >> 1) & 1);
         StoreLanes(bytes + col, __builtin_convertvector(bits, FewBytes));
@@ -232,10 +220,10 @@ bool FindTriangles(const PlaceRows& thick, std::int32_t squares, const TriangleM
                    std::int32_t* uneven) {
     IntLanes any{};
     for (std::int32_t col = 0; col < squares; col += lanes) {
-        const IntLanes frontLeft = Load(thick.front + col);
-        const IntLanes frontRight = Load(thick.front + col + 1);
-        const IntLanes backLeft = Load(thick.back + col);
-        const IntLanes backRight = Load(thick.back + col + 1);
+        const IntLanes frontLeft = LoadLanes(thick.front + col);
+        const IntLanes frontRight = LoadLanes(thick.front + col + 1);
+        const IntLanes backLeft = LoadLanes(thick.back + col);
+        const IntLanes backRight = LoadLanes(thick.back + col + 1);
         const IntLanes fronts = frontLeft | frontRight | backLeft;
         const IntLanes backs = frontRight | backLeft | backRight;
         for (std::int32_t i = 0; i < 3; ++i) {
@@ -244,7 +232,7 @@ bool FindTriangles(const PlaceRows& thick, std::int32_t squares, const TriangleM
         }
         const IntLanes some = fronts | backs;
         const IntLanes all = frontLeft & frontRight & backLeft & backRight;
-        StoreLanes(uneven + col, Load(uneven + col) | (some & ~all));
+        StoreLanes(uneven + col, LoadLanes(uneven + col) | (some & ~all));
         any |= some;
     }
     return AnyLane(any);
@@ -254,12 +242,12 @@ bool RemoveStanding(const PlaceRows& standsOn, std::int32_t squares,
                     const TriangleMasks& triangles) {
     IntLanes any{};
     for (std::int32_t col = 0; col < squares; col += lanes) {
-        const IntLanes right = Load(standsOn.front + col + 1);
-        const IntLanes back = Load(standsOn.back + col);
-        const IntLanes front = EqualPlaces(right, back, Load(standsOn.front + col));
-        const IntLanes last = EqualPlaces(right, back, Load(standsOn.back + col + 1));
-        const IntLanes fronts = Load(triangles.front + col) & ~front;
-        const IntLanes backs = Load(triangles.back + col) & ~last;
+        const IntLanes right = LoadLanes(standsOn.front + col + 1);
+        const IntLanes back = LoadLanes(standsOn.back + col);
+        const IntLanes front = EqualPlaces(right, back, LoadLanes(standsOn.front + col));
+        const IntLanes last = EqualPlaces(right, back, LoadLanes(standsOn.back + col + 1));
+        const IntLanes fronts = LoadLanes(triangles.front + col) & ~front;
+        const IntLanes backs = LoadLanes(triangles.back + col) & ~last;
         StoreLanes(triangles.front + col, fronts);
         StoreLanes(triangles.back + col, backs);
         any |= fronts | backs;
@@ -274,11 +262,11 @@ bool RemoveBuried(const std::int32_t* const* buriedRows, std::int32_t squares,
         IntLanes buried = IntLanes{} - 1;
         for (std::int32_t row = 0; row < 2; ++row) {
             for (std::int32_t side = -1; side <= 1; ++side) {
-                buried &= Load(buriedRows[row] + col + side);
+                buried &= LoadLanes(buriedRows[row] + col + side);
             }
         }
-        const IntLanes fronts = Load(triangles.front + col) & ~buried;
-        const IntLanes backs = Load(triangles.back + col) & ~buried;
+        const IntLanes fronts = LoadLanes(triangles.front + col) & ~buried;
+        const IntLanes backs = LoadLanes(triangles.back + col) & ~buried;
         StoreLanes(triangles.front + col, fronts);
         StoreLanes(triangles.back + col, backs);
         any |= fronts | backs;
@@ -290,19 +278,20 @@ void RemoveShadowed(const HeightRows& heights, const ShadowRow& shadow, std::int
                     const TriangleMasks& triangles) {
     std::int32_t col = 0;
     for (; col + lanes <= squares; col += lanes) {
-        const FloatLanes lowest = Load(shadow.lowest + col);
-        const FloatLanes highest = Load(shadow.highest + col);
+        const FloatLanes lowest = LoadLanes(shadow.lowest + col);
+        const FloatLanes highest = LoadLanes(shadow.highest + col);
         if (!AnyLane(lowest <= highest)) {
             continue;
         }
-        const FloatLanes z00 = Load(heights.front + col);
-        const FloatLanes z10 = Load(heights.front + col + 1);
-        const FloatLanes z01 = Load(heights.back + col);
-        const FloatLanes z11 = Load(heights.back + col + 1);
-        const IntLanes isSeen = (Smaller(Smaller(z00, z10), Smaller(z01, z11)) < lowest) |
-                                (Larger(Larger(z00, z10), Larger(z01, z11)) > highest);
-        StoreLanes(triangles.front + col, Load(triangles.front + col) & isSeen);
-        StoreLanes(triangles.back + col, Load(triangles.back + col) & isSeen);
+        const FloatLanes z00 = LoadLanes(heights.front + col);
+        const FloatLanes z10 = LoadLanes(heights.front + col + 1);
+        const FloatLanes z01 = LoadLanes(heights.back + col);
+        const FloatLanes z11 = LoadLanes(heights.back + col + 1);
+        const IntLanes isSeen =
+            (SmallerLanes(SmallerLanes(z00, z10), SmallerLanes(z01, z11)) < lowest) |
+            (Larger(Larger(z00, z10), Larger(z01, z11)) > highest);
+        StoreLanes(triangles.front + col, LoadLanes(triangles.front + col) & isSeen);
+        StoreLanes(triangles.back + col, LoadLanes(triangles.back + col) & isSeen);
     }
 }
 
@@ -310,7 +299,7 @@ void ProjectRow(const Projection& p, const float* heights, std::int32_t cols,
                 const PixelRow& pixels) {
     FloatLanes number = __builtin_convertvector(CountingLanes<IntLanes>(), FloatLanes);
     for (std::int32_t col = 0; col < cols + 1; col += lanes) {
-        const FloatLanes z = Load(heights + col);
+        const FloatLanes z = LoadLanes(heights + col);
         const FloatLanes x = p.xStart + p.xPerCol * number + p.xPerHeight * z;
         const FloatLanes y = p.yStart + p.yPerCol * number + p.yPerHeight * z;
         const FloatLanes w = p.wStart + p.wPerCol * number + p.wPerHeight * z;
@@ -323,15 +312,15 @@ void ProjectRow(const Projection& p, const float* heights, std::int32_t cols,
 void RemoveUncovering(const PixelRow& front, const PixelRow& back, float margin,
                       std::int32_t squares, const TriangleMasks& triangles) {
     for (std::int32_t col = 0; col < squares; col += lanes) {
-        const IntLanes fronts = Load(triangles.front + col);
-        const IntLanes backs = Load(triangles.back + col);
+        const IntLanes fronts = LoadLanes(triangles.front + col);
+        const IntLanes backs = LoadLanes(triangles.back + col);
         if (!AnyLane(fronts | backs)) {
             continue;
         }
-        const Corner frontLeft{Load(front.x + col), Load(front.y + col)};
-        const Corner frontRight{Load(front.x + col + 1), Load(front.y + col + 1)};
-        const Corner backLeft{Load(back.x + col), Load(back.y + col)};
-        const Corner backRight{Load(back.x + col + 1), Load(back.y + col + 1)};
+        const Corner frontLeft{LoadLanes(front.x + col), LoadLanes(front.y + col)};
+        const Corner frontRight{LoadLanes(front.x + col + 1), LoadLanes(front.y + col + 1)};
+        const Corner backLeft{LoadLanes(back.x + col), LoadLanes(back.y + col)};
+        const Corner backRight{LoadLanes(back.x + col + 1), LoadLanes(back.y + col + 1)};
         StoreLanes(triangles.front + col,
                    fronts & ~CoversNothing(frontLeft, frontRight, backLeft, margin));
         StoreLanes(triangles.back + col,

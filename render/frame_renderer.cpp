@@ -2,6 +2,7 @@
 
 #include <GL/glew.h>
 
+#include <algorithm>
 #include <array>
 #include <memory>
 #include <optional>
@@ -63,10 +64,15 @@ void DrawMesh(const Layer& layer) {
 
 /// Draws the triangles between these of the mesh's vertices.
 void DrawTriangles(std::span<const std::uint32_t> indices) {
+    constexpr std::size_t most = 3 * 40000;
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
-    glDrawElements(GL_TRIANGLES, static_cast<GLsizei>(indices.size()), GL_UNSIGNED_INT,
-                   indices.data());
-    glFlush();  // these are rasterised while the next layer's are chosen and set up
+    while (!indices.empty()) {
+        const std::span<const std::uint32_t> some = indices.first(std::min(most, indices.size()));
+        glDrawElements(GL_TRIANGLES, static_cast<GLsizei>(some.size()), GL_UNSIGNED_INT,
+                       some.data());
+        glFlush();  // these are rasterised while the next ones are chosen and set up
+        indices = indices.subspan(some.size());
+    }
 }
 
 /// Draws the triangles with these corners, from the program's memory.

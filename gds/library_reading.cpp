@@ -6,6 +6,7 @@
 #include <exception>
 #include <functional>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -238,6 +239,13 @@ std::int32_t ReadFileInPieces(LibraryState& whole, std::deque<ElementStore>& sto
     return refusal;
 }
 
+/// A file of a single block is read before other threads have begun.
+bool IsWorthThreads(const std::filesystem::path& path, const PieceSizes& sizes) {
+    std::error_code unknown;
+    const std::uintmax_t size = std::filesystem::file_size(path, unknown);
+    return RowThreads() > 1 && (unknown || size > sizes.block);
+}
+
 void KeepHead(GdsDatabase& database, const LibraryHead& head) {
     database.version = head.version.value_or(database.version);
     if (head.units) {
@@ -256,8 +264,9 @@ LibraryReading ReadLibrary(GdsDatabase& database, const std::filesystem::path& p
     std::int32_t refusal = success;
     std::exception_ptr problem;
     try {
-        refusal = RowThreads() == 1 ? ReadFile(state, path)
-                                    : ReadFileInPieces(state, database.moreStores, path, sizes);
+        refusal = IsWorthThreads(path, sizes)
+                      ? ReadFileInPieces(state, database.moreStores, path, sizes)
+                      : ReadFile(state, path);
     } catch (...) {
         problem = std::current_exception();
     }

@@ -16,10 +16,10 @@ struct LibraryReading {
     bool flatSeen = false;     ///< some polygon has no points, no width or no height
 };
 
-/// Reads the records of a stream file into an empty database, on all cores of the machine
-/// (model/row_bands.h). The cells are neither sized nor their references bound. Whatever the number
-/// of cores and the sizes, the result and the lines on the console are the same. Throws
-/// std::out_of_range("invalid vector subscript") if a path has no points.
+/// Reads the records of a stream file into an empty database; one of more than a block on all cores
+/// of the machine (model/row_bands.h). The cells are neither sized nor their references bound.
+/// Whatever the number of cores and the sizes, the result and the lines on the console are the
+/// same. Throws std::out_of_range("invalid vector subscript") if a path has no points.
 LibraryReading ReadLibrary(GdsDatabase& database, const std::filesystem::path& path,
                            LogConsole* console, const PieceSizes& sizes = {});
 

@@ -8,8 +8,8 @@ namespace zelmo {
 
 namespace {
 
-constexpr std::int32_t pieceSize = 8;
-constexpr std::int32_t surroundings = 2;  // squares around a piece that are level like it
+constexpr std::int32_t partSize = 8;
+constexpr std::int32_t surroundings = 2;  // squares around a part that are level like it
 
 /// Marks the columns that are level in all of these bands.
 void FindLevelColumns(std::span<const std::uint8_t> marks, std::int32_t firstBand,
@@ -23,48 +23,38 @@ void FindLevelColumns(std::span<const std::uint8_t> marks, std::int32_t firstBan
     }
 }
 
-/// The piece of the uppermost opaque layer with this corner.
-LevelPart PieceAt(const LayerStack& stack, std::int32_t col, std::int32_t band) {
-    LevelPart piece{0, col, col + pieceSize, band, band + pieceSize, 0.0f};
+/// The part of the uppermost opaque layer with this corner.
+LevelPart PartAt(const LayerStack& stack, std::int32_t col, std::int32_t band) {
+    LevelPart part{0, col, col + partSize, band, band + partSize, 0.0f};
     for (std::size_t i = 0; i < stack.layers.size(); ++i) {
         const MeshWindow& window = stack.layers[i];
         if (IsOpaque(window.layer) && window.IsThick(col, band)) {
-            piece.layer = i;
-            piece.height = window.layer.top[window.GridIndex(col, band)];
+            part.layer = i;
+            part.height = window.layer.top[window.GridIndex(col, band)];
         }
     }
-    return piece;
+    return part;
 }
 
 }  // namespace
 
 std::vector<LevelPart> FindLevelParts(const LayerStack& stack,
                                       std::span<const std::uint8_t> marks) {
-    std::vector<LevelPart> pieces;
+    std::vector<LevelPart> parts;
     std::vector<std::uint8_t> columns(stack.Squares());
-    for (std::int32_t band = pieceSize; band + pieceSize + surroundings < stack.rows;
-         band += pieceSize) {
-        FindLevelColumns(marks, band - surroundings, band + pieceSize + surroundings, columns);
-        for (std::int32_t col = pieceSize; col + pieceSize + surroundings < stack.cols;
-             col += pieceSize) {
+    for (std::int32_t band = partSize; band + partSize + surroundings < stack.rows;
+         band += partSize) {
+        FindLevelColumns(marks, band - surroundings, band + partSize + surroundings, columns);
+        for (std::int32_t col = partSize; col + partSize + surroundings < stack.cols;
+             col += partSize) {
             const auto first = columns.begin() + col;
-            if (std::all_of(first - surroundings, first + pieceSize + surroundings,
+            if (std::all_of(first - surroundings, first + partSize + surroundings,
                             [](std::uint8_t mark) { return mark != 0; })) {
-                pieces.push_back(PieceAt(stack, col, band));
+                parts.push_back(PartAt(stack, col, band));
             }
         }
     }
-    return pieces;
-}
-
-void AppendPart(const LevelPart& piece, std::vector<LevelPart>& parts) {
-    // Pieces side by side are level together.
-    if (!parts.empty() && parts.back().layer == piece.layer &&
-        parts.back().firstBand == piece.firstBand && parts.back().endCol == piece.firstCol) {
-        parts.back().endCol = piece.endCol;
-    } else {
-        parts.push_back(piece);
-    }
+    return parts;
 }
 
 void AppendCorners(const LevelPart& part, float spacing, std::vector<MeshVertex>& corners) {

@@ -15,7 +15,7 @@
 
 namespace zelmo {
 
-/// A rectangle of squares on the upper sheet of a layer.
+/// Eight by eight squares on the upper sheet of a layer.
 struct LevelPart {
     std::size_t layer = 0;  ///< its place in the stack
     std::int32_t firstCol = 0;
@@ -25,12 +25,9 @@ struct LevelPart {
     float height = 0.0f;
 };
 
-/// The level parts of a stack, from the front, in pieces of eight by eight squares. `marks` has a
-/// byte for each square of the window, band by band: 1 where the uppermost opaque layer is level.
+/// The level parts of a stack, from the front. `marks` has a byte for each square of the window,
+/// band by band: 1 where the uppermost opaque layer is level.
 std::vector<LevelPart> FindLevelParts(const LayerStack& stack, std::span<const std::uint8_t> marks);
-
-/// Puts a piece behind the parts; one that goes on where the last part ends makes that longer.
-void AppendPart(const LevelPart& piece, std::vector<LevelPart>& parts);
 
 /// Appends the corners of the two triangles that stand for a part.
 void AppendCorners(const LevelPart& part, float spacing, std::vector<MeshVertex>& corners);

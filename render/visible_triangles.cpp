@@ -208,9 +208,9 @@ bool VisibleTriangles::Choice::TakeOut(const LevelPart& part) {
 }
 
 void VisibleTriangles::Choice::MergeLevelParts() {
-    for (const LevelPart& piece : FindLevelParts(stack, {levelMarks.get(), SquareCount()})) {
-        if (TakeOut(piece)) {
-            AppendPart(piece, levelParts);
+    for (const LevelPart& part : FindLevelParts(stack, {levelMarks.get(), SquareCount()})) {
+        if (TakeOut(part)) {
+            levelParts.push_back(part);
         }
     }
 }

@@ -7,14 +7,6 @@ namespace zelmo {
 
 namespace {
 
-constexpr std::size_t headerSize = 4;
-constexpr std::size_t longestRecord = 65535;
-
-constexpr std::uint16_t endLibrary = 0x0400;
-constexpr std::uint16_t endStructure = 0x0700;
-constexpr std::uint16_t endElement = 0x1100;
-constexpr std::uint16_t pathType = 0x2102;
-
 /// Where a piece can begin.
 struct Cut {
     std::size_t at = 0;
@@ -36,10 +28,10 @@ public:
 
     /// Passes whole records to the end of the bytes or of the library, and tells what follows.
     RecordStatus PassRecords() {
-        while (end_ - at_ >= headerSize) {
+        while (end_ - at_ >= recordHeadSize) {
             const std::uint8_t* const record = block_.bytes.get() + at_;
             const std::size_t length = StreamU16(record);
-            if (length < headerSize) {
+            if (length < recordHeadSize) {
                 return RecordStatus::BadLength;
             }
             if (end_ - at_ < length) {
@@ -47,13 +39,13 @@ public:
             }
             at_ += length;
             const std::uint16_t code = StreamU16(record + 2);
-            if (code == endElement || code == endStructure) {
-                PassEnd(code == endElement);
-            } else if (code == pathType && length >= headerSize + 2) {
-                const std::uint16_t type = StreamU16(record + headerSize);
+            if (code == endElementCode || code == endStructureCode) {
+                PassEnd(code == endElementCode);
+            } else if (code == pathTypeCode && length >= recordHeadSize + 2) {
+                const std::uint16_t type = StreamU16(record + recordHeadSize);
                 here_.type1Seen = here_.type1Seen || type == 1;
                 here_.type4Seen = here_.type4Seen || type == 4;
-            } else if (code == endLibrary) {
+            } else if (code == endLibraryCode) {
                 return RecordStatus::EndOfFile;
             }
         }
@@ -62,7 +54,7 @@ public:
 
     /// Fills a record that the file cuts short with zeros.
     void CompleteRecord() {
-        if (end_ - at_ >= headerSize) {
+        if (end_ - at_ >= recordHeadSize) {
             const std::size_t end = at_ + StreamU16(block_.bytes.get() + at_);
             std::fill(block_.bytes.get() + end_, block_.bytes.get() + end, std::uint8_t{0});
             end_ = end;

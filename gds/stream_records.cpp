@@ -8,7 +8,6 @@ namespace zelmo {
 
 namespace {
 
-constexpr std::size_t longestRecord = 65535;
 constexpr std::size_t blockSize = std::size_t{1} << 17;
 
 }  // namespace

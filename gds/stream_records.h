@@ -22,6 +22,16 @@ inline std::int32_t StreamI32(const std::uint8_t* bytes) {
                                      static_cast<std::uint32_t>(bytes[2]) << 8 | bytes[3]);
 }
 
+/// A record begins with its length, these bytes counted in, and its code.
+constexpr std::size_t recordHeadSize = 4;
+constexpr std::size_t longestRecord = 65535;
+
+/// The codes of records that readers of a library as well as of its outline know.
+constexpr std::uint16_t endLibraryCode = 0x0400;
+constexpr std::uint16_t endStructureCode = 0x0700;
+constexpr std::uint16_t endElementCode = 0x1100;
+constexpr std::uint16_t pathTypeCode = 0x2102;
+
 /// One record of a stream file. Its numbers stand most significant byte first; what lies behind
 /// the end of the data reads as zero.
 struct StreamRecord {
@@ -36,8 +46,7 @@ struct StreamRecord {
 
 /// The record that stands at `bytes`, all of it.
 inline StreamRecord RecordAt(const std::uint8_t* bytes) {
-    constexpr std::size_t headerSize = 4;
-    return {StreamU16(bytes + 2), {bytes + headerSize, StreamU16(bytes) - headerSize}};
+    return {StreamU16(bytes + 2), {bytes + recordHeadSize, StreamU16(bytes) - recordHeadSize}};
 }
 
 /// What became of the attempt to read a record.
@@ -53,14 +62,14 @@ public:
     /// Reads the next record. Fewer than four bytes are the end of the file; a record whose data
     /// the file cuts short is filled up with zeros.
     RecordStatus Next(StreamRecord& record) {
-        if (!Holds(headerSize)) {
+        if (!Holds(recordHeadSize)) {
             return RecordStatus::Unreadable;
         }
-        if (end_ - begin_ < headerSize) {
+        if (end_ - begin_ < recordHeadSize) {
             return RecordStatus::EndOfFile;
         }
         const std::size_t length = StreamU16(buffer_.data() + begin_);
-        if (length < headerSize) {
+        if (length < recordHeadSize) {
             return RecordStatus::BadLength;
         }
         if (!Holds(length)) {
@@ -72,8 +81,6 @@ public:
     }
 
 private:
-    static constexpr std::size_t headerSize = 4;
-
     /// Makes `needed` bytes stand at `begin_`, zeros where the file has ended. False if the file
     /// cannot be read.
     bool Holds(std::size_t needed) { return end_ - begin_ >= needed || Fill(needed); }

@@ -8,7 +8,6 @@ namespace zelmo {
 
 namespace {
 
-constexpr std::int32_t partSize = 8;
 constexpr std::int32_t surroundings = 2;  // squares around a part that are level like it
 
 /// Marks the columns that are level in all of these bands.
@@ -25,7 +24,7 @@ void FindLevelColumns(std::span<const std::uint8_t> marks, std::int32_t firstBan
 
 /// The part of the uppermost opaque layer with this corner.
 LevelPart PartAt(const LayerStack& stack, std::int32_t col, std::int32_t band) {
-    LevelPart part{0, col, col + partSize, band, band + partSize, 0.0f};
+    LevelPart part{0, col, band, 0.0f};
     for (std::size_t i = 0; i < stack.layers.size(); ++i) {
         const MeshWindow& window = stack.layers[i];
         if (IsOpaque(window.layer) && window.IsThick(col, band)) {
@@ -42,13 +41,13 @@ std::vector<LevelPart> FindLevelParts(const LayerStack& stack,
                                       std::span<const std::uint8_t> marks) {
     std::vector<LevelPart> parts;
     std::vector<std::uint8_t> columns(stack.Squares());
-    for (std::int32_t band = partSize; band + partSize + surroundings < stack.rows;
-         band += partSize) {
-        FindLevelColumns(marks, band - surroundings, band + partSize + surroundings, columns);
-        for (std::int32_t col = partSize; col + partSize + surroundings < stack.cols;
-             col += partSize) {
+    for (std::int32_t band = levelPartSize; band + levelPartSize + surroundings < stack.rows;
+         band += levelPartSize) {
+        FindLevelColumns(marks, band - surroundings, band + levelPartSize + surroundings, columns);
+        for (std::int32_t col = levelPartSize; col + levelPartSize + surroundings < stack.cols;
+             col += levelPartSize) {
             const auto first = columns.begin() + col;
-            if (std::all_of(first - surroundings, first + partSize + surroundings,
+            if (std::all_of(first - surroundings, first + levelPartSize + surroundings,
                             [](std::uint8_t mark) { return mark != 0; })) {
                 parts.push_back(PartAt(stack, col, band));
             }
@@ -58,10 +57,10 @@ std::vector<LevelPart> FindLevelParts(const LayerStack& stack,
 }
 
 void AppendCorners(const LevelPart& part, float spacing, std::vector<MeshVertex>& corners) {
-    const float left = static_cast<float>(part.firstCol - 1) * spacing;
-    const float right = static_cast<float>(part.endCol + 1) * spacing;
-    const float front = static_cast<float>(part.firstBand - 1) * spacing;
-    const float back = static_cast<float>(part.endBand + 1) * spacing;
+    const float left = static_cast<float>(part.col - 1) * spacing;
+    const float right = static_cast<float>(part.col + levelPartSize + 1) * spacing;
+    const float front = static_cast<float>(part.band - 1) * spacing;
+    const float back = static_cast<float>(part.band + levelPartSize + 1) * spacing;
     const auto corner = [&](float x, float y) {
         corners.push_back({{x, y, part.height}, {0.0f, 0.0f, 1.0f}});
     };

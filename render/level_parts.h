@@ -15,13 +15,14 @@
 
 namespace zelmo {
 
-/// Eight by eight squares on the upper sheet of a layer.
+/// So many squares across and along.
+constexpr std::int32_t levelPartSize = 8;
+
+/// A square of squares on the upper sheet of a layer.
 struct LevelPart {
     std::size_t layer = 0;  ///< its place in the stack
-    std::int32_t firstCol = 0;
-    std::int32_t endCol = 0;
-    std::int32_t firstBand = 0;
-    std::int32_t endBand = 0;
+    std::int32_t col = 0;   ///< the first
+    std::int32_t band = 0;  ///< the first
     float height = 0.0f;
 };
 

@@ -1,12 +1,12 @@
 #include "render/shadows.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstddef>
 #include <limits>
 
 #include "model/process_model.h"
 #include "model/row_bands.h"
+#include "render/eye_strips.h"
 
 namespace zelmo {
 
@@ -15,45 +15,8 @@ namespace {
 constexpr float farAway = std::numeric_limits<float>::max();
 constexpr std::int32_t fewestColumns = 128;  // for a thread
 
-/// The window seen from above is cut into strips that run from the eye to its back edge, where each
-/// is as wide as a square. All ways from a strip to the eye stay in it.
-class Strips {
-public:
-    Strips(const LayerStack& stack, const Sight& sight)
-        : eyeCol_(sight.eyeX / stack.spacing),
-          eyeRow_(sight.eyeY / stack.spacing),
-          eyeHeight_(sight.eye.height),
-          farthest_(Away(stack.rows - 1)),
-          halfWidth_(std::max(eyeCol_, static_cast<float>(stack.cols) - eyeCol_)) {}
-
-    float WidthAt(std::int32_t row) const { return Away(row) / farthest_; }
-    float StripOf(float col, std::int32_t row) const {
-        return eyeCol_ + (col - eyeCol_) / WidthAt(row);
-    }
-    float ColumnOf(float strip, std::int32_t row) const {
-        return eyeCol_ + (strip - eyeCol_) * WidthAt(row);
-    }
-
-    /// How many columns a way to the eye moves to a side within a band, at most.
-    float DriftIn(std::int32_t band) const { return halfWidth_ / Away(band) + 0.01f; }
-
-    /// How far a way to the eye rises within a band for each unit below the eye.
-    float RiseIn(std::int32_t band) const { return 1.0f / Away(band); }
-
-    float EyeHeight() const { return eyeHeight_; }
-
-private:
-    float Away(std::int32_t row) const { return static_cast<float>(row) - eyeRow_; }
-
-    float eyeCol_;
-    float eyeRow_;
-    float eyeHeight_;
-    float farthest_;
-    float halfWidth_;
-};
-
 /// Heights between a lowest and a highest one, by column or strip; none where these are the wrong
-/// way round. What lies outside of the row has none.
+/// way round, and at the start.
 class HeightsRow {
 public:
     HeightsRow(std::int32_t first, std::int32_t end)
@@ -74,38 +37,20 @@ private:
     std::vector<float> highest_;
 };
 
-/// Calls `work(first, end, shift)` for pieces of the range in which floor(position(i)) is i +
-/// shift. The position changes by nearly 1 from one i to the next.
-template <typename Position, typename Work>
-void ForEachShift(std::int32_t first, std::int32_t end, Position&& position, Work&& work) {
-    constexpr std::int32_t most = 64;
-    const auto shiftOf = [&](std::int32_t i) {
-        return static_cast<std::int32_t>(std::floor(position(static_cast<float>(i)))) - i;
-    };
-    for (std::int32_t i = first; i < end;) {
-        const std::int32_t shift = shiftOf(i);
-        std::int32_t count = std::min(most, end - i);
-        while (shiftOf(i + count - 1) != shift) {
-            count /= 2;
-        }
-        work(i, i + count, shift);
-        i += count;
-    }
-}
+/// Heights between a lowest and a highest one; none where these are the wrong way round.
+struct Heights {
+    float lowest;
+    float highest;
+};
 
-/// The heights that `count` neighbours from `in` on have in common.
-void FindCommon(const float* lowestIn, const float* highestIn, std::int32_t count, float* lowest,
-                float* highest, std::int32_t values) {
-    for (std::int32_t i = 0; i < values; ++i) {
-        float low = lowestIn[i];
-        float high = highestIn[i];
-        for (std::int32_t k = 1; k < count; ++k) {
-            low = std::max(low, lowestIn[i + k]);
-            high = std::min(high, highestIn[i + k]);
-        }
-        lowest[i] = low;
-        highest[i] = high;
+/// The heights that so many neighbours have in common.
+Heights CommonOf(const float* lowest, const float* highest, std::int32_t count) {
+    Heights common{lowest[0], highest[0]};
+    for (std::int32_t k = 1; k < count; ++k) {
+        common.lowest = std::max(common.lowest, lowest[k]);
+        common.highest = std::min(common.highest, highest[k]);
     }
+    return common;
 }
 
 /// The inside of a layer above a height, row by row from the front: the heights that a place and
@@ -153,7 +98,7 @@ struct Reach {
     std::int32_t endCol;
 };
 
-Reach FindReach(const Strips& strips, std::int32_t lastRow, std::int32_t firstCol,
+Reach FindReach(const EyeStrips& strips, std::int32_t lastRow, std::int32_t firstCol,
                 std::int32_t endCol) {
     constexpr float spare = 8.0f;
     const float left = static_cast<float>(firstCol) - strips.DriftIn(0) - spare;
@@ -176,7 +121,7 @@ constexpr float leastWidth = 0.5f;
 /// Sweeps strips from the front to the back, and tells what is hidden in them.
 class Sweep {
 public:
-    Sweep(const Strips& strips, const Reach& reach)
+    Sweep(const EyeStrips& strips, const Reach& reach)
         : strips_(strips), hidden_(reach.firstStrip, reach.endStrip) {}
 
     /// From the row before to this one: what was hidden there, seen from farther away, and what is
@@ -201,8 +146,13 @@ public:
         ForEachShift(
             firstCol, endCol, [&](float col) { return strips_.StripOf(col - drift, band); },
             [&](std::int32_t first, std::int32_t end, std::int32_t shift) {
-                FindCommon(hidden_.Lowest(first + shift), hidden_.Highest(first + shift), count,
-                           lowest + first, highest + first, end - first);
+                const float* lowestHidden = hidden_.Lowest(first + shift);
+                const float* highestHidden = hidden_.Highest(first + shift);
+                for (std::int32_t i = 0; i < end - first; ++i) {
+                    const Heights all = CommonOf(lowestHidden + i, highestHidden + i, count);
+                    lowest[first + i] = all.lowest;
+                    highest[first + i] = all.highest;
+                }
             });
         const float rise = strips_.RiseIn(band);
         for (std::int32_t col = firstCol; col < endCol; ++col) {
@@ -219,12 +169,8 @@ private:
         float* lowest = hidden_.Lowest(first);
         float* highest = hidden_.Highest(first);
         for (std::int32_t i = 0; i < end - first; ++i) {
-            float lowHere = lowestInside[i];
-            float highHere = highestInside[i];
-            for (std::int32_t k = 1; k < columnsOfStrip; ++k) {
-                lowHere = std::max(lowHere, lowestInside[i + k]);
-                highHere = std::min(highHere, highestInside[i + k]);
-            }
+            const auto [lowHere, highHere] =
+                CommonOf(lowestInside + i, highestInside + i, columnsOfStrip);
             const float low = lowest[i] - (eye - lowest[i]) * fall + loss;
             const float high = highest[i] - (eye - highest[i]) * fall - loss;
             // Both where they touch, else the larger one.
@@ -235,7 +181,7 @@ private:
         }
     }
 
-    const Strips& strips_;
+    const EyeStrips& strips_;
     HeightsRow hidden_;
 };
 
@@ -263,7 +209,7 @@ float MostAbove(const MeshWindow& window, float height) {
                      [height](float top, float bottom) { return top - std::max(bottom, height); });
 }
 
-Shadow CastShadow(const LayerStack& stack, const Strips& strips, float cover, std::size_t place,
+Shadow CastShadow(const LayerStack& stack, const EyeStrips& strips, float cover, std::size_t place,
                   float above) {
     Shadow shadow;
     const std::size_t squares = stack.Squares() * static_cast<std::size_t>(stack.rows - 1);
@@ -293,8 +239,8 @@ struct Screen {
 
 std::vector<Shadow> FindShadows(const LayerStack& stack, const Sight& sight) {
     std::vector<Shadow> shadows;
-    const Strips strips(stack, sight);
-    if (strips.DriftIn(0) > mostDrift || strips.WidthAt(0) < leastWidth) {
+    const EyeStrips strips(stack, sight);
+    if (!(strips.DriftIn(0) <= mostDrift && strips.WidthAt(0) >= leastWidth)) {
         return shadows;
     }
     float above = -farAway;

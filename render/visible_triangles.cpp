@@ -197,9 +197,9 @@ void VisibleTriangles::Choice::MakeRoom(std::size_t count) {
 bool VisibleTriangles::Choice::TakeOut(const LevelPart& part) {
     constexpr unsigned drawUpper = drawUpperFront | drawUpperBack;
     unsigned drawn = 0;
-    for (std::int32_t band = part.firstBand; band < part.endBand; ++band) {
+    for (std::int32_t band = part.band; band < part.band + levelPartSize; ++band) {
         std::uint8_t* bytes = Band(part.layer, band);
-        for (std::int32_t col = part.firstCol; col < part.endCol; ++col) {
+        for (std::int32_t col = part.col; col < part.col + levelPartSize; ++col) {
             drawn |= bytes[col] & drawUpper;
             bytes[col] = static_cast<std::uint8_t>(bytes[col] & ~drawUpper);
         }

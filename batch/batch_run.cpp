@@ -12,6 +12,9 @@
 #include <system_error>
 #include <vector>
 
+#include "base/clock.h"
+#include "base/data_files.h"
+#include "base/text.h"
 #include "batch/consoles.h"
 #include "batch/inputs.h"
 #include "batch/picture_saver.h"
@@ -19,11 +22,8 @@
 #include "batch/progress.h"
 #include "gds/gds_database.h"
 #include "model/process_model.h"
-#include "render/update_meshes.h"
-#include "shell/clock.h"
-#include "shell/data_files.h"
-#include "shell/run_report.h"
-#include "shell/text.h"
+#include "process_run/run_report.h"
+#include "render/mesh/update_meshes.h"
 
 namespace zelmo {
 

@@ -8,8 +8,8 @@
 #include <system_error>
 #include <utility>
 
+#include "base/text.h"
 #include "batch/progress.h"
-#include "shell/text.h"
 
 namespace zelmo {
 

@@ -4,7 +4,7 @@
 #include <string_view>
 #include <vector>
 
-#include "shell/log_console.h"
+#include "base/log_console.h"
 
 namespace zelmo {
 

@@ -9,15 +9,15 @@
 #include <system_error>
 #include <utility>
 
+#include "base/log_console.h"
+#include "base/text.h"
 #include "batch/consoles.h"
 #include "batch/exit_status.h"
 #include "batch/layout_errors.h"
 #include "gds/gds_database.h"
 #include "model/process_model.h"
-#include "shell/color_table.h"
-#include "shell/log_console.h"
-#include "shell/run_report.h"
-#include "shell/text.h"
+#include "process_file/color_table.h"
+#include "process_run/run_report.h"
 
 namespace zelmo {
 

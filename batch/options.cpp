@@ -5,7 +5,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "shell/text.h"
+#include "base/text.h"
 
 namespace zelmo {
 

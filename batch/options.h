@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "batch/exit_status.h"
-#include "batch/picture_format.h"
+#include "pictures/picture_format.h"
 
 namespace zelmo {
 

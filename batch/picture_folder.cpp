@@ -8,12 +8,12 @@
 #include <system_error>
 #include <utility>
 
+#include "base/file.h"
+#include "base/text.h"
 #include "batch/exit_status.h"
 #include "batch/platform.h"
-#include "batch/png.h"
-#include "shell/file.h"
-#include "shell/saved_images.h"
-#include "shell/text.h"
+#include "pictures/png.h"
+#include "pictures/saved_images.h"
 
 namespace zelmo {
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "batch/picture_format.h"
-#include "shell/step_image.h"
+#include "pictures/picture_format.h"
+#include "pictures/step_image.h"
 
 namespace zelmo {
 

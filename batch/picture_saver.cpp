@@ -9,11 +9,11 @@
 #include <system_error>
 #include <utility>
 
+#include "base/data_files.h"
+#include "base/text.h"
 #include "batch/exit_status.h"
 #include "model/process_model.h"
-#include "shell/data_files.h"
-#include "shell/saved_images.h"
-#include "shell/text.h"
+#include "pictures/saved_images.h"
 
 namespace zelmo {
 

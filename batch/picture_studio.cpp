@@ -2,13 +2,13 @@
 
 #include <fmt/format.h>
 
+#include "base/text.h"
 #include "batch/consoles.h"
 #include "batch/exit_status.h"
 #include "model/height_markers.h"
 #include "model/process_model.h"
 #include "render/camera.h"
 #include "render/step_picture.h"
-#include "shell/text.h"
 
 namespace zelmo {
 

@@ -5,11 +5,11 @@
 #include <memory>
 #include <string>
 
-#include "render/gl_context.h"
-#include "render/layer_graphics_gl.h"
-#include "render/shader_program.h"
-#include "render/text_font.h"
-#include "shell/step_image.h"
+#include "pictures/step_image.h"
+#include "render/gl/gl_context.h"
+#include "render/gl/layer_graphics_gl.h"
+#include "render/gl/shader_program.h"
+#include "render/gl/text_font.h"
 
 namespace zelmo {
 

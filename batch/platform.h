@@ -6,7 +6,7 @@
 #include <system_error>
 #include <vector>
 
-#include "shell/file.h"
+#include "base/file.h"
 
 // What the program without a window asks of its platform.
 

@@ -7,7 +7,7 @@
 #include <new>
 #include <utility>
 
-#include "shell/clock.h"
+#include "base/clock.h"
 
 namespace zelmo {
 

@@ -10,11 +10,11 @@
 
 #include <fmt/format.h>
 
+#include "base/log_console.h"
 #include "gds/gds_database.h"
 #include "gds/gds_reader.h"
 #include "model/execute_step.h"
-#include "shell/color_table.h"
-#include "shell/log_console.h"
+#include "process_file/color_table.h"
 #include "tests/support/temp_folder.h"
 
 namespace zelmo {

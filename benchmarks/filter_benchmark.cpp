@@ -11,12 +11,12 @@
 #include <string_view>
 #include <vector>
 
+#include "base/row_bands.h"
 #include "benchmarks/example_run.h"
 #include "model/cover_map.h"
-#include "model/disc_filter.h"
-#include "model/mask.h"
+#include "model/disc/disc_filter.h"
+#include "model/mask/mask.h"
 #include "model/process_model.h"
-#include "model/row_bands.h"
 #include "tests/plain/cover_map_plain.h"
 #include "tests/plain/disc_filter_plain.h"
 #include "tests/plain/mask_plain.h"

@@ -7,12 +7,12 @@
 #include <stdexcept>
 #include <string>
 
+#include "base/log_console.h"
 #include "benchmarks/large_layouts.h"
 #include "gds/gds_database.h"
 #include "gds/gds_reader.h"
 #include "gds/polygon_extraction.h"
 #include "model/process_model.h"
-#include "shell/log_console.h"
 
 // Loading large layouts, whose files lie in the system's memory by then, and extracting windows of
 // one of them.

@@ -7,7 +7,7 @@
 #include <memory>
 #include <vector>
 
-#include "model/neighbour_table.h"
+#include "model/grid/neighbour_table.h"
 #include "model/process_model.h"
 #include "tests/plain/neighbour_table_plain.h"
 

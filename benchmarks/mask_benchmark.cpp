@@ -12,10 +12,10 @@
 #include <random>
 #include <vector>
 
+#include "base/row_bands.h"
 #include "benchmarks/example_run.h"
-#include "model/mask.h"
-#include "model/neighbour_table.h"
-#include "model/row_bands.h"
+#include "model/grid/neighbour_table.h"
+#include "model/mask/mask.h"
 #include "tests/plain/mask_plain.h"
 
 namespace zelmo {

@@ -10,12 +10,12 @@
 #include <memory>
 #include <vector>
 
+#include "base/lanes.h"
+#include "base/row_bands.h"
 #include "benchmarks/example_run.h"
 #include "model/execute_step.h"
-#include "model/lanes.h"
+#include "model/offset/surface_offset.h"
 #include "model/process_model.h"
-#include "model/row_bands.h"
-#include "model/surface_offset.h"
 #include "tests/plain/surface_offset_plain.h"
 
 namespace zelmo {

@@ -7,17 +7,17 @@
 #include <string>
 #include <vector>
 
+#include "base/log_console.h"
+#include "base/row_bands.h"
 #include "benchmarks/example_run.h"
 #include "model/execute_step.h"
-#include "model/row_bands.h"
-#include "render/gl_context.h"
-#include "render/layer_graphics_gl.h"
-#include "render/layer_mesh.h"
-#include "render/shader_program.h"
+#include "render/gl/gl_context.h"
+#include "render/gl/layer_graphics_gl.h"
+#include "render/gl/shader_program.h"
+#include "render/gl/text_font.h"
+#include "render/mesh/layer_mesh.h"
+#include "render/mesh/update_meshes.h"
 #include "render/step_picture.h"
-#include "render/text_font.h"
-#include "render/update_meshes.h"
-#include "shell/log_console.h"
 #include "tests/plain/mesh_plain.h"
 
 namespace zelmo {

@@ -23,7 +23,7 @@ if(WIN32)
     target_link_libraries(zelmo_glew PUBLIC opengl32 gdi32)
 else()
     # Headers alone: the libraries are loaded when the first picture is to be made (see
-    # render/gl_library_linux.cpp), so that programs start without them.
+    # render/gl/gl_library_linux.cpp), so that programs start without them.
     find_package(OpenGL REQUIRED COMPONENTS OpenGL EGL)
     target_compile_definitions(zelmo_glew PUBLIC GLEW_EGL)
 endif()

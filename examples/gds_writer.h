@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "model/gds_point.h"
+#include "gds/gds_point.h"
 
 namespace zelmo {
 

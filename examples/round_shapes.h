@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "model/gds_point.h"
+#include "gds/gds_point.h"
 
 namespace zelmo {
 

@@ -4,8 +4,8 @@
 #include <limits>
 #include <stdexcept>
 
+#include "base/conversions.h"
 #include "gds/coordinates.h"
-#include "model/conversions.h"
 
 namespace zelmo {
 

@@ -8,10 +8,10 @@
 #include <string>
 #include <vector>
 
+#include "base/log_console.h"
 #include "gds/array_lattice.h"
 #include "gds/coordinates.h"
 #include "gds/gds_database.h"
-#include "shell/log_console.h"
 
 namespace zelmo {
 

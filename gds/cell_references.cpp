@@ -11,8 +11,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/row_bands.h"
 #include "gds/gds_database.h"
-#include "model/row_bands.h"
 
 namespace zelmo {
 

@@ -5,10 +5,10 @@
 #include <span>
 #include <string_view>
 
+#include "gds/gds_point.h"
 #include "gds/growing_array.h"
 #include "gds/point_run.h"
 #include "gds/run_pool.h"
-#include "model/gds_point.h"
 
 // A loaded layout library. Coordinates are database units, angles radians. Cells and elements are
 // plain records; what they are made of lies together in the database, one after the other.

@@ -5,13 +5,13 @@
 
 #include <cmath>
 
+#include "base/log_console.h"
 #include "gds/cell_bounds.h"
 #include "gds/cell_references.h"
 #include "gds/coordinates.h"
 #include "gds/gds_database.h"
 #include "gds/library_reading.h"
 #include "gds/placement.h"
-#include "shell/log_console.h"
 
 namespace zelmo {
 

@@ -10,11 +10,11 @@
 #include <utility>
 #include <vector>
 
+#include "base/log_console.h"
+#include "base/row_bands.h"
 #include "gds/gds_database.h"
 #include "gds/record_handlers.h"
 #include "gds/stream_records.h"
-#include "model/row_bands.h"
-#include "shell/log_console.h"
 
 // With several cores, the pieces of a block are read at the same time, each as if its start were
 // what it is supposed to be. One after the other they are then joined to what was read before. A

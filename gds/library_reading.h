@@ -17,7 +17,7 @@ struct LibraryReading {
 };
 
 /// Reads the records of a stream file into an empty database; one of more than a block on all cores
-/// of the machine (model/row_bands.h). The cells are neither sized nor their references bound.
+/// of the machine (base/row_bands.h). The cells are neither sized nor their references bound.
 /// Whatever the number of cores and the sizes, the result and the lines on the console are the
 /// same. Throws std::out_of_range("invalid vector subscript") if a path has no points.
 LibraryReading ReadLibrary(GdsDatabase& database, const std::filesystem::path& path,

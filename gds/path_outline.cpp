@@ -3,8 +3,8 @@
 #include <cmath>
 #include <cstddef>
 
+#include "base/conversions.h"
 #include "gds/coordinates.h"
-#include "model/conversions.h"
 
 namespace zelmo {
 

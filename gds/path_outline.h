@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "model/gds_point.h"
+#include "gds/gds_point.h"
 
 namespace zelmo {
 

@@ -5,7 +5,7 @@
 #include <iterator>
 #include <span>
 
-#include "model/gds_point.h"
+#include "gds/gds_point.h"
 
 namespace zelmo {
 

@@ -10,11 +10,11 @@
 #include <string>
 #include <utility>
 
+#include "base/log_console.h"
 #include "gds/coordinates.h"
 #include "gds/gds_database.h"
 #include "gds/polygon_selection.h"
 #include "model/process_model.h"
-#include "shell/log_console.h"
 
 namespace zelmo {
 

@@ -7,10 +7,10 @@
 #include <stdexcept>
 #include <utility>
 
+#include "base/log_console.h"
 #include "gds/cell_bounds.h"
 #include "gds/path_outline.h"
 #include "gds/placement.h"
-#include "shell/log_console.h"
 
 // A table tells in which state of the open element each record is accepted and with which code it
 // is refused elsewhere; a function for each then takes what a mask needs of it.

@@ -7,8 +7,8 @@
 #include <span>
 #include <vector>
 
+#include "base/file.h"
 #include "gds/stream_records.h"
-#include "shell/file.h"
 
 // A stream file in large blocks, each cut into pieces that can be read at the same time.
 

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "shell/file.h"
+#include "base/file.h"
 
 namespace zelmo {
 

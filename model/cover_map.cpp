@@ -6,9 +6,9 @@
 #include <cstdint>
 #include <limits>
 
+#include "base/row_bands.h"
 #include "model/cover_map_lanes.h"
 #include "model/process_model.h"
-#include "model/row_bands.h"
 
 // Tile by tile, and in each from the topmost layer down: one bit for each cell where the layer has
 // thickness, spread to the cells around by whole words, gives the cells that it covers. A cell that

@@ -1,6 +1,6 @@
 #include "model/cover_map_lanes.h"
 
-#include "model/lanes.h"
+#include "base/lanes.h"
 
 namespace zelmo::ZELMO_LANES {
 

@@ -2,9 +2,9 @@
 
 #include <fmt/format.h>
 
+#include "base/log_console.h"
 #include "model/process_model.h"
 #include "model/steps/steps.h"
-#include "shell/log_console.h"
 
 namespace zelmo {
 

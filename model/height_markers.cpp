@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "model/conversions.h"
+#include "base/conversions.h"
 #include "model/process_model.h"
 
 namespace zelmo {

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "model/gds_point.h"
+#include "gds/gds_point.h"
 #include "model/layer_graphics.h"
 
 // The records of the emulation. Lengths are micrometres in single precision; height 0 is the

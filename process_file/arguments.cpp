@@ -9,10 +9,10 @@
 #include <system_error>
 
 #include "model/process_model.h"
+#include "process_file/color_table.h"
 #include "process_file/decimal.h"
 #include "process_file/reader_state.h"
 #include "process_file/words.h"
-#include "shell/color_table.h"
 
 namespace zelmo {
 
@@ -73,9 +73,7 @@ void ReadNamedColor(ReaderState& state, std::string_view line, ProcessStep& step
         ReportError(state, unknownNameText);
         return;
     }
-    step.color = {static_cast<float>(entry->red) / 255.0f,
-                  static_cast<float>(entry->green) / 255.0f,
-                  static_cast<float>(entry->blue) / 255.0f};
+    step.color = ColorOf(*entry);
 }
 
 /// Appends the names of the materials of one type.

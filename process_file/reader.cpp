@@ -5,13 +5,14 @@
 #include <string_view>
 #include <utility>
 
+#include "base/file.h"
+#include "base/log_console.h"
+#include "base/text.h"
 #include "model/process_model.h"
+#include "process_file/color_table.h"
 #include "process_file/reader_state.h"
 #include "process_file/step_commands.h"
 #include "process_file/words.h"
-#include "shell/file.h"
-#include "shell/log_console.h"
-#include "shell/text.h"
 
 namespace zelmo {
 
@@ -31,6 +32,17 @@ StepHandler FindStepHandler(std::string_view command) {
         }
     }
     return nullptr;
+}
+
+/// The substrate comes first in every run; a colour table without its colour leaves it black.
+ProcessStep SubstrateStep() {
+    ProcessStep step;
+    step.kind = StepSubstrate;
+    step.description = "Substrate";
+    if (const ColorEntry* beige = FindColor(GetColorTable(), "beige")) {
+        step.color = ColorOf(*beige);
+    }
+    return step;
 }
 
 void AppendPlainStep(ProcessModel& model, StepKind kind, std::string description) {
@@ -106,7 +118,7 @@ std::int32_t ReadProcessFile(ProcessModel& model, const std::filesystem::path& p
     }
     ReaderState state;
     state.console = console;
-    AppendPlainStep(model, StepSubstrate, "Substrate");
+    model.steps.push_back(SubstrateStep());
     std::string line;
     while (!state.stopSeen && ReadTextLine(file.get(), line)) {
         ++state.lineNumber;

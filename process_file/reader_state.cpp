@@ -2,7 +2,7 @@
 
 #include <fmt/format.h>
 
-#include "shell/log_console.h"
+#include "base/log_console.h"
 
 namespace zelmo {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "model/conversions.h"
+#include "base/conversions.h"
 
 namespace zelmo {
 

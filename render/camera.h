@@ -5,7 +5,7 @@
 namespace zelmo {
 
 using Vector3 = std::array<float, 3>;
-using Matrix4 = std::array<float, 16>; ///< column by column: m[4 * column + row]
+using Matrix4 = std::array<float, 16>;  ///< column by column: m[4 * column + row]
 
 /// The view of a picture: from far in front of the window's front edge, above the stack, looking
 /// down at an angle. World coordinates are micrometres with x across the window, y from its front
@@ -14,9 +14,9 @@ struct Camera {
     /// Width and height of the window and top of the stack in micrometres, angle in degrees.
     Camera(double width, double height, double top, double angle);
 
-    double aspect = 0.0; ///< width over height of the view
+    double aspect = 0.0;  ///< width over height of the view
     bool fixedProjection = false;
-    Matrix4 transform{}; ///< projection times view
+    Matrix4 transform{};  ///< projection times view
     Matrix4 view{};
     Matrix4 projection{};
     Vector3 eye{};

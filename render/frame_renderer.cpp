@@ -9,13 +9,13 @@
 #include <span>
 #include <string_view>
 
-#include "model/conversions.h"
+#include "base/conversions.h"
 #include "model/process_model.h"
 #include "render/camera.h"
-#include "render/layer_stack.h"
+#include "render/gl/shader_program.h"
 #include "render/overlays.h"
-#include "render/shader_program.h"
-#include "render/visible_triangles.h"
+#include "render/visible/layer_stack.h"
+#include "render/visible/visible_triangles.h"
 
 namespace zelmo {
 

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "render/camera.h"
-#include "render/text_font.h"
+#include "render/gl/text_font.h"
 
 namespace zelmo {
 

@@ -6,8 +6,8 @@
 #include <stdexcept>
 
 #include "model/process_model.h"
-#include "render/offscreen_buffer.h"
-#include "render/update_meshes.h"
+#include "render/gl/offscreen_buffer.h"
+#include "render/mesh/update_meshes.h"
 
 namespace zelmo {
 

@@ -4,9 +4,9 @@
 #include <memory>
 #include <string>
 
+#include "pictures/step_image.h"
 #include "render/camera.h"
 #include "render/frame_renderer.h"
-#include "shell/step_image.h"
 
 namespace zelmo {
 

@@ -12,7 +12,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "shell/text.h"
+#include "base/text.h"
 
 namespace zelmo {
 

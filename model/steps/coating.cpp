@@ -1,11 +1,11 @@
-#include "model/coating.h"
+#include "model/steps/coat_layer.h"
 
 #include <utility>
 
+#include "base/debug_trace.h"
 #include "model/cover_map.h"
 #include "model/process_model.h"
 #include "model/steps/steps.h"
-#include "shell/debug_trace.h"
 
 namespace zelmo {
 

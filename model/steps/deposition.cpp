@@ -1,11 +1,11 @@
 #include <cstddef>
 #include <utility>
 
+#include "base/debug_trace.h"
 #include "model/cover_map.h"
+#include "model/offset/surface_offset.h"
 #include "model/process_model.h"
 #include "model/steps/steps.h"
-#include "model/surface_offset.h"
-#include "shell/debug_trace.h"
 
 namespace zelmo {
 

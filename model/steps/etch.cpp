@@ -7,13 +7,13 @@
 #include <string>
 #include <vector>
 
+#include "base/debug_trace.h"
+#include "base/row_bands.h"
 #include "model/cover_map.h"
+#include "model/offset/surface_offset.h"
 #include "model/process_model.h"
-#include "model/row_bands.h"
 #include "model/steps/etch_lanes.h"
 #include "model/steps/steps.h"
-#include "model/surface_offset.h"
-#include "shell/debug_trace.h"
 
 namespace zelmo {
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "model/lanes.h"
+#include "base/lanes.h"
 
 namespace zelmo::ZELMO_LANES {
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "model/lanes.h"
+#include "base/lanes.h"
 
 namespace zelmo {
 

@@ -4,13 +4,13 @@
 #include <utility>
 #include <vector>
 
-#include "model/coating.h"
+#include "base/debug_trace.h"
+#include "base/row_bands.h"
 #include "model/cover_map.h"
-#include "model/mask.h"
+#include "model/mask/mask.h"
 #include "model/process_model.h"
-#include "model/row_bands.h"
+#include "model/steps/coat_layer.h"
 #include "model/steps/steps.h"
-#include "shell/debug_trace.h"
 
 namespace zelmo {
 

@@ -2,10 +2,10 @@
 #include <memory>
 #include <string>
 
+#include "base/debug_trace.h"
 #include "model/cover_map.h"
 #include "model/process_model.h"
 #include "model/steps/steps.h"
-#include "shell/debug_trace.h"
 
 namespace zelmo {
 

@@ -1,10 +1,10 @@
 #include <memory>
 #include <utility>
 
+#include "base/debug_trace.h"
 #include "model/cover_map.h"
 #include "model/process_model.h"
 #include "model/steps/steps.h"
-#include "shell/debug_trace.h"
 
 namespace zelmo {
 

@@ -3,19 +3,14 @@
 
 #include "model/process_model.h"
 #include "model/steps/steps.h"
-#include "shell/color_table.h"
 
 namespace zelmo {
 
-void ExecuteSubstrate(ProcessModel& model, const ProcessStep&) {
+void ExecuteSubstrate(ProcessModel& model, const ProcessStep& step) {
     auto layer = CreateLayer(model.gridRows, model.gridColumns, model.gridSpacing, model.graphics);
     layer->material = "_SUB_";
     layer->label = "SUBSTRATE";
-    if (const ColorEntry* beige = FindColor(GetColorTable(), "beige")) {
-        layer->color = {static_cast<float>(beige->red) / 255.0f,
-                        static_cast<float>(beige->green) / 255.0f,
-                        static_cast<float>(beige->blue) / 255.0f};
-    }
+    layer->color = step.color;
     layer->alpha = 1.0f;
 
     // In proportion to the window, so that it looks the same at every scale.

@@ -6,8 +6,8 @@
 #include <sstream>
 #include <string_view>
 
+#include "base/text.h"
 #include "examples/gds_writer.h"
-#include "shell/text.h"
 
 namespace zelmo {
 

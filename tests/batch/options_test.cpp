@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "shell/text.h"
+#include "base/text.h"
 
 namespace zelmo {
 namespace {

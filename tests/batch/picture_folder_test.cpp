@@ -2,10 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "base/text.h"
 #include "batch/exit_status.h"
 #include "batch/platform.h"
-#include "shell/saved_images.h"
-#include "shell/text.h"
+#include "pictures/saved_images.h"
 #include "tests/support/temp_folder.h"
 
 namespace zelmo {

@@ -1,4 +1,4 @@
-#include "shell/text.h"
+#include "base/text.h"
 #include "tests/batch/batch_fixture.h"
 
 namespace zelmo {

@@ -8,7 +8,7 @@
 #include <stdexcept>
 
 #include "batch/batch_run.h"
-#include "shell/color_table.h"
+#include "process_file/color_table.h"
 #include "tests/support/allocated_memory.h"
 
 namespace zelmo {

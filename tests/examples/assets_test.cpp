@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "shell/color_table.h"
+#include "process_file/color_table.h"
 
 namespace zelmo {
 namespace {

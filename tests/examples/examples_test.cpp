@@ -15,8 +15,8 @@
 #include "gds/gds_reader.h"
 #include "model/execute_step.h"
 #include "model/process_model.h"
-#include "render/update_meshes.h"
-#include "shell/color_table.h"
+#include "process_file/color_table.h"
+#include "render/mesh/update_meshes.h"
 #include "tests/support/recording_console.h"
 #include "tests/support/temp_folder.h"
 

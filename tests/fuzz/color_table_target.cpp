@@ -1,4 +1,4 @@
-#include "shell/color_table.h"
+#include "process_file/color_table.h"
 #include "tests/fuzz/target.h"
 
 // Any bytes as a colour file.

@@ -3,11 +3,11 @@
 #include <string>
 #include <string_view>
 
+#include "base/row_bands.h"
 #include "gds/gds_database.h"
 #include "gds/gds_reader.h"
 #include "gds/library_reading.h"
 #include "gds/polygon_selection.h"
-#include "model/row_bands.h"
 #include "tests/fuzz/target.h"
 #include "tests/gds/database_text.h"
 

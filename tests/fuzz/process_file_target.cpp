@@ -1,9 +1,9 @@
 #include <cmath>
 
-#include "model/grid_geometry.h"
+#include "model/grid/grid_geometry.h"
 #include "model/process_model.h"
+#include "process_file/color_table.h"
 #include "process_file/reader.h"
-#include "shell/color_table.h"
 #include "tests/fuzz/target.h"
 
 // Any bytes as a process file.

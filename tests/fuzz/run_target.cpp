@@ -5,14 +5,14 @@
 #include <string>
 #include <string_view>
 
+#include "base/lanes.h"
+#include "base/row_bands.h"
 #include "gds/coordinates.h"
 #include "gds/gds_database.h"
 #include "gds/gds_reader.h"
 #include "gds/polygon_selection.h"
-#include "model/grid_geometry.h"
-#include "model/lanes.h"
+#include "model/grid/grid_geometry.h"
 #include "model/process_model.h"
-#include "model/row_bands.h"
 #include "process_file/reader.h"
 #include "tests/fuzz/made_run.h"
 #include "tests/fuzz/target.h"

@@ -1,4 +1,4 @@
-#include "render/shader_program.h"
+#include "render/gl/shader_program.h"
 #include "tests/fuzz/target.h"
 
 // Any bytes as a shader file.

@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <string_view>
 
-#include "shell/log_console.h"
+#include "base/log_console.h"
 
 // What the fuzz targets share. A target is a program that is fed with bytes without end, looks for
 // those that lead it to new places, and ends at the first that break something.

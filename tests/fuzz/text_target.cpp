@@ -1,7 +1,7 @@
 #include <string>
 
-#include "shell/saved_images.h"
-#include "shell/text.h"
+#include "base/text.h"
+#include "pictures/saved_images.h"
 #include "tests/fuzz/target.h"
 
 // Any bytes as a path, as its text, and back.

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "model/row_bands.h"
+#include "base/row_bands.h"
 #include "tests/gds/layout_file.h"
 
 namespace zelmo {

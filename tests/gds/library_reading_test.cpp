@@ -11,8 +11,8 @@
 #include <thread>
 #include <vector>
 
+#include "base/row_bands.h"
 #include "gds/gds_database.h"
-#include "model/row_bands.h"
 #include "tests/gds/database_text.h"
 #include "tests/gds/layout_file.h"
 #include "tests/support/recording_console.h"

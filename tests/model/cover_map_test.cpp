@@ -4,8 +4,8 @@
 
 #include <limits>
 
-#include "model/lanes.h"
-#include "model/row_bands.h"
+#include "base/lanes.h"
+#include "base/row_bands.h"
 #include "tests/model/grid_model.h"
 #include "tests/plain/cover_map_plain.h"
 #include "tests/support/case_count.h"

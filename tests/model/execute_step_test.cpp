@@ -5,9 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "base/debug_trace.h"
 #include "model/cover_map.h"
-#include "shell/color_table.h"
-#include "shell/debug_trace.h"
 #include "tests/model/call_log_graphics.h"
 #include "tests/model/grid_model.h"
 #include "tests/plain/disc_filter_plain.h"
@@ -135,23 +134,15 @@ TEST(SubstrateStep, ThicknessIsASinglePrecisionTwentiethOfTheWindow) {
     EXPECT_EQ(model.substrateThickness, 0x1.14cccep+4f);
 }
 
-TEST(SubstrateStep, IsBeigeWhereTheColourTableHasIt) {
-    GetColorTable() = {{"Beige", 1, 2, 3}, {"beige", 245, 245, 220}, {"beige", 9, 9, 9}};
-    ProcessModel model;
-    SetUpSubstrate(model, 2, 2);
-    GetColorTable().clear();
-    EXPECT_EQ(model.layers[0]->color,
-              (std::array<float, 3>{245.0f / 255.0f, 245.0f / 255.0f, 220.0f / 255.0f}));
-}
-
-TEST(SubstrateStep, IsBlackWithoutAMessageWhereTheColourTableLacksBeige) {
-    GetColorTable() = {{"Beige", 1, 2, 3}};
+TEST(SubstrateStep, TakesTheStepsColourAndIsOpaque) {
     ProcessModel model;
     SetUpGrid(model, 2, 2, 1.0f);
+    ProcessStep step = StepOf(StepSubstrate, "Substrate");
+    step.color = {0.25f, 0.5f, 0.75f};
     RecordingConsole console;
-    ExecuteStep(model, StepOf(StepSubstrate, "Substrate"), &console);
-    GetColorTable().clear();
-    EXPECT_EQ(model.layers[0]->color, (std::array<float, 3>{}));
+    ExecuteStep(model, step, &console);
+    EXPECT_EQ(model.layers[0]->color, (std::array<float, 3>{0.25f, 0.5f, 0.75f}));
+    EXPECT_EQ(model.layers[0]->alpha, 1.0f);
     EXPECT_EQ(console.lines, (Lines{"Executing Substrate ..."}));
 }
 

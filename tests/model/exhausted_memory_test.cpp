@@ -12,10 +12,10 @@
 #include <string>
 #include <vector>
 
+#include "base/row_bands.h"
 #include "model/cover_map.h"
 #include "model/execute_step.h"
 #include "model/height_markers.h"
-#include "model/row_bands.h"
 #include "tests/model/grid_model.h"
 #include "tests/model/limited_memory.h"
 

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "model/neighbour_table.h"
+#include "model/grid/neighbour_table.h"
 #include "model/process_model.h"
 
 namespace zelmo {

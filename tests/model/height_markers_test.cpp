@@ -6,7 +6,7 @@
 #include <new>
 
 #include "model/execute_step.h"
-#include "model/grid_geometry.h"
+#include "model/grid/grid_geometry.h"
 #include "tests/model/call_log_graphics.h"
 #include "tests/model/grid_model.h"
 

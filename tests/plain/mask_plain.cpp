@@ -6,7 +6,7 @@
 #include <stdexcept>
 #include <vector>
 
-#include "model/conversions.h"
+#include "base/conversions.h"
 #include "tests/plain/neighbour_table_plain.h"
 
 namespace zelmo {

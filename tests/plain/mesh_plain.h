@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "render/layer_mesh.h"
+#include "render/mesh/layer_mesh.h"
 
 namespace zelmo {
 

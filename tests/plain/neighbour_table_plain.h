@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "model/neighbour_table.h"
+#include "model/grid/neighbour_table.h"
 
 namespace zelmo {
 

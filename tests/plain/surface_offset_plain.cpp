@@ -4,7 +4,7 @@
 #include <cmath>
 #include <cstddef>
 
-#include "model/conversions.h"
+#include "base/conversions.h"
 
 namespace zelmo {
 

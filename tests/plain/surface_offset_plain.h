@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "model/surface_offset.h"
+#include "model/offset/surface_offset.h"
 
 // The surface offset step by step over whole arrays: all normals, then the list of all triangles
 // with their rectangles, then the raster, then the filling. Slow and plain; the engine of the model

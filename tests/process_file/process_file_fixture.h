@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "model/process_model.h"
+#include "process_file/color_table.h"
 #include "process_file/reader.h"
-#include "shell/color_table.h"
 #include "tests/support/recording_console.h"
 #include "tests/support/temp_folder.h"
 

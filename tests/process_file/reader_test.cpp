@@ -1,7 +1,8 @@
+#include <array>
 #include <fstream>
 
+#include "base/text.h"
 #include "process_file_fixture.h"
-#include "shell/text.h"
 
 namespace zelmo {
 namespace {
@@ -45,6 +46,17 @@ TEST_F(ReaderTest, StepsBeginWithTheSubstrate) {
     EXPECT_EQ(substrate.material, "");
     EXPECT_EQ(substrate.label, "");
     EXPECT_TRUE(substrate.targets.empty());
+}
+
+TEST_F(ReaderTest, TheSubstrateIsBeigeWhereTheColourTableHasIt) {
+    GetColorTable() = {{"Beige", 1, 2, 3}, {"beige", 245, 245, 220}, {"beige", 9, 9, 9}};
+    EXPECT_EQ(ReadSteps(""), Lines{});
+    EXPECT_EQ(Step(0).color,
+              (std::array<float, 3>{245.0f / 255.0f, 245.0f / 255.0f, 220.0f / 255.0f}));
+    GetColorTable() = {{"Beige", 1, 2, 3}};
+    EXPECT_EQ(ReadSteps(""), Lines{});
+    EXPECT_EQ(Step(0).color, (std::array<float, 3>{}));
+    GetColorTable().clear();
 }
 
 TEST_F(ReaderTest, AMissingFileCannotBeOpened) {

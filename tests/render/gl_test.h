@@ -12,11 +12,11 @@
 #include "model/process_model.h"
 #include "render/camera.h"
 #include "render/frame_renderer.h"
-#include "render/gl_context.h"
-#include "render/layer_graphics_gl.h"
-#include "render/offscreen_buffer.h"
-#include "render/shader_program.h"
-#include "render/text_font.h"
+#include "render/gl/gl_context.h"
+#include "render/gl/layer_graphics_gl.h"
+#include "render/gl/offscreen_buffer.h"
+#include "render/gl/shader_program.h"
+#include "render/gl/text_font.h"
 #include "tests/support/recording_console.h"
 
 namespace zelmo {

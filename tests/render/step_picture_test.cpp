@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "model/grid_geometry.h"
+#include "model/grid/grid_geometry.h"
 #include "model/height_markers.h"
 #include "tests/render/gl_test.h"
 

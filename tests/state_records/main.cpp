@@ -8,9 +8,9 @@
 
 #include <fmt/format.h>
 
-#include "shell/color_table.h"
-#include "shell/log_console.h"
-#include "shell/text.h"
+#include "base/log_console.h"
+#include "base/text.h"
+#include "process_file/color_table.h"
 #include "tests/state_records/state_records.h"
 
 namespace {

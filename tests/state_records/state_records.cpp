@@ -15,8 +15,8 @@
 #include "model/execute_step.h"
 #include "model/process_model.h"
 #include "render/camera.h"
-#include "render/layer_mesh.h"
-#include "render/update_meshes.h"
+#include "render/mesh/layer_mesh.h"
+#include "render/mesh/update_meshes.h"
 #include "tests/state_records/fnv_hash.h"
 
 namespace zelmo {

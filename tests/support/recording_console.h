@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-#include "shell/log_console.h"
-#include "shell/text.h"
+#include "base/log_console.h"
+#include "base/text.h"
 
 namespace zelmo {
 

@@ -4,7 +4,7 @@
 
 #include <stdexcept>
 
-#include "shell/text.h"
+#include "base/text.h"
 
 namespace zelmo {
 

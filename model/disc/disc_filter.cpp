@@ -1,0 +1,152 @@
+#include "model/disc/disc_filter.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <memory>
+#include <vector>
+
+#include "base/row_bands.h"
+#include "model/disc/disc_filter_lanes.h"
+#include "model/disc/sliding_disc.h"
+#include "model/process_model.h"
+
+// Each sum is carried along a whole row in double precision, and its roundings with it: the order
+// of the additions is part of the result. But the rows are independent of each other. So the
+// heights are copied column by column, and a band of rows slides along in vector lanes, each row in
+// its own order.
+
+namespace zelmo {
+
+namespace {
+
+/// The heights column by column, neighbouring rows side by side. Zeros above and below the grid
+/// make room for bands of which all but one row are outside.
+class ColumnMajorHeights {
+public:
+    ColumnMajorHeights(const std::vector<float>& heights, std::int32_t cols, std::int32_t rows)
+        : cols_(cols), rows_(rows), stride_(Stride(rows)) {
+        cells_ = std::make_unique_for_overwrite<double[]>(static_cast<std::size_t>(cols) *
+                                                          static_cast<std::size_t>(stride_));
+        ForRowBands(cols, 64, [this, &heights](std::int32_t first, std::int32_t end) {
+            for (std::int32_t col = first; col < end; col += tileCols) {
+                CopyColumns(heights.data(), col, std::min(col + tileCols, end));
+            }
+        });
+    }
+
+    /// Column 0 of row `row`.
+    const double* RowBegin(std::int32_t row) const { return cells_.get() + margin + row; }
+    std::ptrdiff_t ColumnStride() const { return stride_; }
+
+private:
+    static constexpr std::int32_t margin = discBandRows - 1;
+    static constexpr std::int32_t tileCols = 16;
+
+    /// An odd number of cache lines, so that neighbouring columns lie in different places of the
+    /// cache.
+    static std::ptrdiff_t Stride(std::int32_t rows) {
+        constexpr std::ptrdiff_t line = 8;
+        return ((rows + 2 * margin + line - 1) / line | 1) * line;
+    }
+
+    void CopyColumns(const float* heights, std::int32_t firstCol, std::int32_t endCol) {
+        for (std::int32_t col = firstCol; col < endCol; ++col) {
+            double* const column = cells_.get() + col * stride_;
+            std::fill(column, column + margin, 0.0);
+            std::fill(column + margin + rows_, column + stride_, 0.0);
+        }
+        for (std::int32_t row = 0; row < rows_; ++row) {
+            const float* const from = heights + static_cast<std::ptrdiff_t>(row) * cols_;
+            double* const to = cells_.get() + margin + row;
+            for (std::int32_t col = firstCol; col < endCol; ++col) {
+                to[col * stride_] = from[col];
+            }
+        }
+    }
+
+    std::int32_t cols_;
+    std::int32_t rows_;
+    std::ptrdiff_t stride_;
+    std::unique_ptr<double[]> cells_;
+};
+
+/// Work arrays for one band of rows after the other.
+struct BandFilter {
+    const SlidingDisc& disc;
+    const ColumnMajorHeights& heights;
+    std::vector<GridOffset> inside;  ///< those that lead to rows of the grid, as `leaving`
+    std::vector<GridOffset> leaving;
+    std::vector<double> sums;          ///< column by column
+    std::vector<std::int32_t> counts;  ///< of cells in the disc, for the row `countedRow`
+    std::int32_t countedRow = -1;
+
+    BandFilter(const SlidingDisc& slidingDisc, const ColumnMajorHeights& columnMajorHeights)
+        : disc(slidingDisc), heights(columnMajorHeights) {
+        sums.resize(static_cast<std::size_t>(disc.cols) * discBandRows);
+    }
+
+    void SumUp(std::int32_t firstRow) {
+        const auto meetsGrid = [this, firstRow](const GridOffset& offset) {
+            const std::int32_t row = firstRow + offset.dy;
+            return row > -discBandRows && row < disc.rows;
+        };
+        inside.clear();
+        std::copy_if(
+            disc.inside.begin(), disc.inside.end(), std::back_inserter(inside),
+            [&meetsGrid](const GridOffset& offset) { return offset.dx >= 0 && meetsGrid(offset); });
+        leaving.clear();
+        std::copy_if(disc.leaving.begin(), disc.leaving.end(), std::back_inserter(leaving),
+                     meetsGrid);
+        DiscBand band;
+        band.cells = heights.RowBegin(firstRow);
+        band.stride = heights.ColumnStride();
+        band.cols = disc.cols;
+        band.inside = inside.data();
+        band.insideCount = inside.size();
+        band.leaving = leaving.data();
+        band.leavingCount = leaving.size();
+        ZELMO_PICK_LANES(SumDiscBand)(band, sums.data());
+    }
+
+    void TakeMeans(Layer& layer, std::int32_t firstRow, std::int32_t row) {
+        if (countedRow < 0 || IsCut(disc, row) || IsCut(disc, countedRow)) {
+            CountCells(disc, row, counts);
+            countedRow = row;
+        }
+        const auto width = static_cast<std::size_t>(disc.cols);
+        float* const top = layer.top.data() + static_cast<std::size_t>(row) * width;
+        const float* const bottom = layer.bottom.data() + static_cast<std::size_t>(row) * width;
+        const double* const rowSums = sums.data() + (row - firstRow);
+        for (std::size_t col = 0; col < width; ++col) {
+            const auto mean = static_cast<float>(rowSums[col * discBandRows] / counts[col]);
+            top[col] = bottom[col] > mean ? bottom[col] : mean;
+        }
+    }
+};
+
+}  // namespace
+
+void SmoothLayerTop(const ProcessModel& model, Layer& layer, float radius) {
+    const std::int32_t rows = model.gridRows;
+    if (rows < 1 || model.gridColumns < 1) {
+        return;
+    }
+    const SlidingDisc disc = SelectSlidingDisc(model, radius);
+    const ColumnMajorHeights heights(layer.top, model.gridColumns, rows);
+    const std::int32_t bands = (rows - 1) / discBandRows + 1;
+    ForRowBands(bands, 1, [&](std::int32_t first, std::int32_t end) {
+        BandFilter filter(disc, heights);
+        for (std::int32_t firstRow = first * discBandRows;
+             firstRow < std::min(end * discBandRows, rows); firstRow += discBandRows) {
+            filter.SumUp(firstRow);
+            for (std::int32_t row = firstRow; row < std::min(firstRow + discBandRows, rows);
+                 ++row) {
+                filter.TakeMeans(layer, firstRow, row);
+            }
+        }
+    });
+}
+
+}  // namespace zelmo

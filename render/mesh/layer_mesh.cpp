@@ -1,0 +1,345 @@
+#include "render/mesh/layer_mesh.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <limits>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "base/conversions.h"
+#include "base/row_bands.h"
+#include "render/mesh/mesh_lanes.h"
+#include "render/mesh/mesh_numbers.h"
+#include "render/mesh/mesh_window.h"
+
+namespace zelmo {
+
+namespace {
+
+using Vector = std::array<float, 3>;
+
+constexpr std::int32_t smallestBand = 32;
+
+void AddCross(Vector& sum, const Vector& a, const Vector& b) {
+    sum[0] += a[1] * b[2] - a[2] * b[1];
+    sum[1] += a[2] * b[0] - a[0] * b[2];
+    sum[2] += a[0] * b[1] - a[1] * b[0];
+}
+
+/// The sum of the cross products of a vertex's neighbours on the upper surface. The fan is cut
+/// short at the window's left and front edges, and at the grid's right and back edges.
+Vector SurfaceNormal(const MeshWindow& window, std::int32_t col, std::int32_t row) {
+    const Layer& layer = window.layer;
+    const float height = layer.top[window.GridIndex(col, row)];
+    const auto neighbour = [&](std::int32_t dCol, std::int32_t dRow) {
+        return Vector{static_cast<float>(dCol) * layer.spacing,
+                      static_cast<float>(dRow) * layer.spacing,
+                      layer.top[window.GridIndex(col + dCol, row + dRow)] - height};
+    };
+    const auto addSquare = [&](Vector& sum, const Vector& first, const Vector& middle,
+                               const Vector& last) {
+        AddCross(sum, first, middle);
+        AddCross(sum, middle, last);
+    };
+    const bool hasLeft = col != 0;
+    const bool hasFront = row > 0;
+    const bool hasRight = col < layer.cols - 1;
+    const bool hasBack = row < layer.rows - 1;
+    Vector sum{0.0f, 0.0f, 0.0f};
+    if (hasLeft && hasBack) {
+        addSquare(sum, neighbour(0, 1), neighbour(-1, 1), neighbour(-1, 0));
+    }
+    if (hasLeft && hasFront) {
+        addSquare(sum, neighbour(-1, 0), neighbour(-1, -1), neighbour(0, -1));
+    }
+    if (hasRight && hasFront) {
+        addSquare(sum, neighbour(0, -1), neighbour(1, -1), neighbour(1, 0));
+    }
+    if (hasRight && hasBack) {
+        addSquare(sum, neighbour(1, 0), neighbour(1, 1), neighbour(0, 1));
+    }
+    return sum;
+}
+
+/// The normals of a row of vertices, by mesh column.
+class NormalRow {
+public:
+    explicit NormalRow(std::int32_t cols)
+        : x_(static_cast<std::size_t>(cols)), y_(x_.size()), z_(x_.size()) {}
+
+    void Compute(const MeshWindow& window, std::int32_t row) {
+        const Layer& layer = window.layer;
+        const float* here = layer.top.data() + window.GridIndex(0, row);
+        const FanRow fans{row > 0 ? here - layer.cols : nullptr, here,
+                          row < layer.rows - 1 ? here + layer.cols : nullptr, layer.spacing};
+        // The first column, and the last one of a grid without margin, lack squares at their sides.
+        const std::int32_t end = std::min(window.cols, layer.cols - 1 - window.marginCols);
+        Set(window, 0, row);
+        std::int32_t col = 1;
+        if (end > 1) {
+            col = ZELMO_PICK_LANES(SumFans)(fans, 1, end, {x_.data(), y_.data(), z_.data()});
+        }
+        for (; col < window.cols; ++col) {
+            Set(window, col, row);
+        }
+    }
+
+    Vector At(std::size_t col) const { return {x_[col], y_[col], z_[col]}; }
+
+private:
+    void Set(const MeshWindow& window, std::int32_t col, std::int32_t row) {
+        const Vector normal = SurfaceNormal(window, col, row);
+        const auto i = static_cast<std::size_t>(col);
+        x_[i] = normal[0];
+        y_[i] = normal[1];
+        z_[i] = normal[2];
+    }
+
+    std::vector<float> x_;
+    std::vector<float> y_;
+    std::vector<float> z_;
+};
+
+/// How many vertices and indices a mesh has before one of its bands.
+struct MeshPlace {
+    std::uint32_t vertices = 0;
+    std::uint32_t indices = 0;
+};
+
+/// The outline of a mesh: which triangles there are, and where each band's part of it lies. With it
+/// the bands can be written in any order.
+class MeshPlan {
+public:
+    explicit MeshPlan(const MeshWindow& window)
+        : window_(window),
+          squaresPerBand_(static_cast<std::size_t>(std::max(window.cols - 1, 0))),
+          bands_(squaresPerBand_ > 0 ? std::max(window.rows - 1, 0) : 0),
+          squares_(squaresPerBand_ * static_cast<std::size_t>(bands_)),
+          places_(static_cast<std::size_t>(bands_) + 1) {
+        ForRowBands(bands_, smallestBand,
+                    [this](std::int32_t first, std::int32_t end) { FindSquares(first, end); });
+        ForRowBands(bands_, smallestBand, [this](std::int32_t first, std::int32_t end) {
+            for (std::int32_t band = first; band < end; ++band) {
+                CountBand(band);
+            }
+        });
+        for (std::size_t i = 1; i < places_.size(); ++i) {
+            places_[i].vertices += places_[i - 1].vertices;
+            places_[i].indices += places_[i - 1].indices;
+        }
+        for (std::int32_t col = 0; window.rows > 0 && col + 1 < window.cols; ++col) {
+            wallIndices_ += HasWall(window, col) ? 6 : 0;
+        }
+    }
+
+    std::int32_t Bands() const { return bands_; }
+    std::size_t SquaresPerBand() const { return squaresPerBand_; }
+    const std::uint8_t* Band(std::int32_t band) const {
+        return squares_.data() + static_cast<std::size_t>(band) * squaresPerBand_;
+    }
+    /// Where a band begins; that after the last one is the wall.
+    const MeshPlace& PlaceOf(std::int32_t band) const {
+        return places_[static_cast<std::size_t>(band)];
+    }
+    std::size_t IndexCount() const { return places_.back().indices + wallIndices_; }
+
+private:
+    void FindSquares(std::int32_t first, std::int32_t end) {
+        const auto cols = static_cast<std::size_t>(window_.cols);
+        std::vector<std::uint8_t> front(cols);
+        std::vector<std::uint8_t> back(cols);
+        FindThick(first, back);
+        for (std::int32_t band = first; band < end; ++band) {
+            front.swap(back);
+            FindThick(band + 1, back);
+            std::uint8_t* squares =
+                squares_.data() + static_cast<std::size_t>(band) * squaresPerBand_;
+            const std::uint8_t* f = front.data();
+            const std::uint8_t* b = back.data();
+            for (std::size_t i = 0; i < squaresPerBand_; ++i) {
+                const unsigned diagonal = f[i + 1] | b[i];
+                squares[i] =
+                    static_cast<std::uint8_t>((diagonal | f[i]) | ((diagonal | b[i + 1]) << 1));
+            }
+        }
+    }
+
+    void FindThick(std::int32_t row, std::vector<std::uint8_t>& thick) const {
+        const float* tops = window_.layer.top.data() + window_.GridIndex(0, row);
+        const float* bottoms = window_.layer.bottom.data() + window_.GridIndex(0, row);
+        std::uint8_t* out = thick.data();
+        for (std::size_t i = 0; i < thick.size(); ++i) {
+            out[i] = tops[i] - bottoms[i] == 0.0f ? 0 : 1;
+        }
+    }
+
+    /// Each band's own counts stand behind its place until they are summed up.
+    void CountBand(std::int32_t band) {
+        const std::uint8_t* squares = Band(band);
+        std::uint32_t triangles = 0;
+        for (std::size_t i = 0; i < squaresPerBand_; ++i) {
+            const unsigned bits = squares[i];
+            triangles += (bits & 1) + (bits >> 1);
+        }
+        places_[static_cast<std::size_t>(band) + 1] = {
+            CountNewVertices(band > 0 ? Band(band - 1) : nullptr, squares, squaresPerBand_),
+            6 * triangles};
+    }
+
+    const MeshWindow& window_;
+    std::size_t squaresPerBand_;
+    std::int32_t bands_;
+    std::vector<std::uint8_t> squares_;
+    std::vector<MeshPlace> places_;
+    std::size_t wallIndices_ = 0;
+};
+
+/// Writes the vertices and indices of some bands of a mesh, one after the other.
+class BandWriter {
+public:
+    BandWriter(const MeshWindow& window, const MeshPlan& plan, LayerMesh& mesh)
+        : window_(window),
+          plan_(plan),
+          mesh_(mesh),
+          x_(static_cast<std::size_t>(window.cols)),
+          frontNormals_(window.cols),
+          backNormals_(window.cols),
+          front_(x_.size()),
+          back_(x_.size()) {
+        for (std::size_t col = 0; col < x_.size(); ++col) {
+            x_[col] = static_cast<float>(col) * window.layer.spacing;
+        }
+    }
+
+    void Write(std::int32_t firstBand, std::int32_t endBand) {
+        NumberRowBefore(firstBand);
+        backNormals_.Compute(window_, firstBand);
+        for (std::int32_t band = firstBand; band < endBand; ++band) {
+            std::swap(front_, back_);
+            std::swap(frontNormals_, backNormals_);
+            backNormals_.Compute(window_, band + 1);
+            WriteBand(band);
+        }
+    }
+
+private:
+    /// Numbers the row that a band shares with the band before it, which writes its vertices.
+    void NumberRowBefore(std::int32_t band) {
+        const std::size_t count = plan_.SquaresPerBand();
+        if (band == 0) {
+            MarkBackRow(nullptr, count, back_);
+            return;
+        }
+        MarkBackRow(band > 1 ? plan_.Band(band - 2) : nullptr, count, front_);
+        NumberBand(plan_.Band(band - 1), count, front_, back_, plan_.PlaceOf(band - 1).vertices);
+    }
+
+    void WriteBand(std::int32_t band) {
+        const std::uint32_t next = plan_.PlaceOf(band).vertices;
+        NumberBand(plan_.Band(band), plan_.SquaresPerBand(), front_, back_, next);
+        WriteVertices(band, front_, frontNormals_, next);
+        WriteVertices(band + 1, back_, backNormals_, next);
+        WriteIndices(band);
+    }
+
+    /// Writes the vertices of a row whose numbers are `next` or higher: those that are new.
+    void WriteVertices(std::int32_t row, const NumberRow& numbers, const NormalRow& normals,
+                       std::uint32_t next) {
+        const float* tops = window_.layer.top.data() + window_.GridIndex(0, row);
+        const float* bottoms = window_.layer.bottom.data() + window_.GridIndex(0, row);
+        const float y = static_cast<float>(row) * window_.layer.spacing;
+        MeshVertex* vertices = mesh_.vertices.data();
+        for (std::size_t col = 0; col < numbers.size(); ++col) {
+            const VertexNumbers& number = numbers[col];
+            if (number.Given() && number.lower >= next) {
+                // The lower surface is shaded by the inverted slope of the upper one.
+                const Vector n = normals.At(col);
+                vertices[number.lower] = {{x_[col], y, bottoms[col]},
+                                          {n[0] * -1.0f, n[1] * -1.0f, n[2] * -1.0f}};
+                vertices[number.upper] = {{x_[col], y, tops[col]}, {n[0], n[1], n[2]}};
+            }
+        }
+    }
+
+    void WriteIndices(std::int32_t band) {
+        const std::uint8_t* squares = plan_.Band(band);
+        std::uint32_t* out = mesh_.indices.data() + plan_.PlaceOf(band).indices;
+        const auto write = [&out](const VertexNumbers& a, const VertexNumbers& b,
+                                  const VertexNumbers& c) {
+            out[0] = a.lower;
+            out[1] = b.lower;
+            out[2] = c.lower;
+            out[3] = a.upper;
+            out[4] = b.upper;
+            out[5] = c.upper;
+            out += 6;
+        };
+        for (std::size_t i = 0; i < plan_.SquaresPerBand(); ++i) {
+            if ((squares[i] & hasFrontTriangle) != 0) {
+                write(front_[i], front_[i + 1], back_[i]);
+            }
+            if ((squares[i] & hasBackTriangle) != 0) {
+                write(front_[i + 1], back_[i + 1], back_[i]);
+            }
+        }
+    }
+
+    const MeshWindow& window_;
+    const MeshPlan& plan_;
+    LayerMesh& mesh_;
+    std::vector<float> x_;
+    NormalRow frontNormals_;
+    NormalRow backNormals_;
+    NumberRow front_;
+    NumberRow back_;
+};
+
+void AppendWall(const MeshWindow& window, LayerMesh& mesh) {
+    const auto next = static_cast<std::uint32_t>(mesh.vertices.size());
+    VisitWall(window, next, [&](std::int32_t col, bool isHead, std::uint32_t number, bool isNew) {
+        mesh.indices.push_back(number);
+        if (isNew) {
+            const std::size_t i = window.GridIndex(col, 0);
+            const float z = isHead ? window.layer.top[i] : window.layer.bottom[i];
+            mesh.vertices.push_back(
+                {{static_cast<float>(col) * window.layer.spacing, 0.0f, z}, {0.0f, -1.0f, 0.0f}});
+        }
+    });
+}
+
+}  // namespace
+
+LayerMesh MakeLayerMesh(const Layer& layer, std::int32_t marginCols, std::int32_t marginRows) {
+    const MeshWindow window(layer, marginCols, marginRows);
+    const MeshPlan plan(window);
+    const MeshPlace& sheets = plan.PlaceOf(plan.Bands());
+    LayerMesh mesh;
+    mesh.indices.reserve(plan.IndexCount());
+    // The wall has no more vertices than indices, and no more than two a column.
+    mesh.vertices.reserve(sheets.vertices + std::min(plan.IndexCount() - sheets.indices,
+                                                     2 * static_cast<std::size_t>(window.cols)));
+    mesh.indices.resize(sheets.indices);
+    mesh.vertices.resize(sheets.vertices);
+    ForRowBands(plan.Bands(), smallestBand, [&](std::int32_t first, std::int32_t end) {
+        BandWriter(window, plan, mesh).Write(first, end);
+    });
+    if (window.rows > 0) {
+        AppendWall(window, mesh);
+    }
+    return mesh;
+}
+
+void BuildLayerMesh(Layer& layer, std::int32_t marginCols, std::int32_t marginRows) {
+    if (layer.graphics == nullptr) {
+        const MeshWindow window(layer, marginCols, marginRows);
+        layer.indexCount = static_cast<std::int32_t>(MeshPlan(window).IndexCount());
+        return;
+    }
+    const LayerMesh mesh = MakeLayerMesh(layer, marginCols, marginRows);
+    layer.indexCount = static_cast<std::int32_t>(mesh.indices.size());
+    layer.graphics->UploadLayerMesh(layer, mesh.vertices, mesh.indices);
+}
+
+}  // namespace zelmo

@@ -1,0 +1,44 @@
+#include "render/visible/layer_stack.h"
+
+#include "base/conversions.h"
+#include "model/process_model.h"
+
+namespace zelmo {
+
+namespace {
+
+bool HasItsGrid(const Layer& layer) {
+    const auto cells = static_cast<std::size_t>(layer.cols) * static_cast<std::size_t>(layer.rows);
+    return layer.cols > 0 && layer.rows > 0 && layer.top.size() == cells &&
+           layer.bottom.size() == cells;
+}
+
+}  // namespace
+
+std::optional<LayerStack> FindStack(const ProcessModel& model) {
+    LayerStack stack;
+    const std::int32_t marginCols = TruncateToI32(model.marginX / model.gridSpacing);
+    const std::int32_t marginRows = TruncateToI32(model.marginY / model.gridSpacing);
+    for (std::size_t slot = 0; slot < model.layers.size(); ++slot) {
+        const Layer* layer = model.layers[slot].get();
+        if (layer == nullptr) {
+            continue;
+        }
+        const bool fits = HasItsGrid(*layer) && layer->cols == model.gridColumns &&
+                          layer->rows == model.gridRows && layer->spacing == model.gridSpacing;
+        if (!fits) {
+            return std::nullopt;
+        }
+        stack.layers.emplace_back(*layer, marginCols, marginRows);
+        stack.slots.push_back(slot);
+    }
+    if (stack.layers.empty() || stack.layers[0].cols < 2 || stack.layers[0].rows < 2) {
+        return std::nullopt;
+    }
+    stack.cols = stack.layers[0].cols;
+    stack.rows = stack.layers[0].rows;
+    stack.spacing = model.gridSpacing;
+    return stack;
+}
+
+}  // namespace zelmo

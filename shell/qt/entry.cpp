@@ -1,8 +1,0 @@
-#include <QApplication>
-
-#include "shell/qt/desktop.h"
-
-int main(int argc, char** argv) {
-    QApplication application(argc, argv);
-    return zelmo::RunDesktop();
-}

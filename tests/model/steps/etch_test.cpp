@@ -1,0 +1,397 @@
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "model/cover_map.h"
+#include "model/offset/surface_offset.h"
+#include "model/steps/steps.h"
+#include "tests/model/grid_model.h"
+
+namespace zelmo {
+namespace {
+
+ProcessStep EtchStep(std::vector<std::string> targets, float depth, float iso = 0.0f) {
+    ProcessStep step;
+    step.kind = StepEtch;
+    step.targets = std::move(targets);
+    step.depth = depth;
+    step.iso = iso;
+    return step;
+}
+
+/// A stack of flat layers on a grid of 6 by 5: a substrate of 10 micrometres, and what is appended.
+class Etch : public testing::Test {
+protected:
+    void SetUp() override {
+        SetUpGrid(model, 6, 5, 1.0f);
+        Append(10.0f, "_SUB_");
+    }
+
+    Layer& Append(float thickness, const std::string& material) {
+        Layer& layer = AppendFlatLayer(model, surface, thickness, material);
+        surface += thickness;
+        UpdateCoverMap(model);
+        return layer;
+    }
+
+    Layer& AppendResist(float thickness) {
+        Layer& layer = Append(thickness, "PR");
+        layer.isPhotoresist = true;
+        return layer;
+    }
+
+    void Run(const ProcessStep& step) { ExecuteEtch(model, step); }
+
+    /// The layer's top, expected to be the same everywhere.
+    float TopOf(std::size_t id) const {
+        const Layer& layer = *model.layers[id];
+        for (const float top : layer.top) {
+            EXPECT_EQ(top, layer.top[0]);
+        }
+        return layer.top[0];
+    }
+
+    ProcessModel model;
+    float surface = 0.0f;
+};
+
+TEST_F(Etch, LowersTheTargetByTheDepth) {
+    Append(4.0f, "ox");
+    Run(EtchStep({"ox"}, 1.5f));
+    EXPECT_EQ(TopOf(1), 12.5f);
+    EXPECT_EQ(model.coverMap[7].layerId, 1);
+    EXPECT_EQ(model.coverMap[7].height, 12.5f);
+}
+
+TEST_F(Etch, OnOpenGroundSetsTheTopToTheFront) {
+    Layer& oxide = Append(4.0f, "ox");
+    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+        oxide.top[cell] += static_cast<float>(cell % 7) * 0.1f;
+    }
+    UpdateCoverMap(model);
+    const std::vector<float> before = oxide.top;
+    std::vector<float> front(model.CellCount());
+    OffsetSurface(model, front, before, -1.0f, 0.0f);
+    Run(EtchStep({"ox"}, 1.0f));
+    EXPECT_EQ(BitsOf(oxide.top), BitsOf(front));
+    for (std::size_t cell = 0; cell < before.size(); ++cell) {
+        EXPECT_NEAR(oxide.top[cell], before[cell] - 1.0f, 1e-5f);
+    }
+}
+
+TEST_F(Etch, EatsIntoAWallByTheIsotropy) {
+    ProcessModel fine;
+    SetUpGrid(fine, 60, 7, 0.1f);
+    AppendFlatLayer(fine, 0.0f, 5.0f, "_SUB_");
+    Layer& oxide = AppendFlatLayer(fine, 5.0f, 1.0f, "ox");
+    for (std::size_t cell = 0; cell < fine.CellCount(); ++cell) {
+        if (cell % 60 < 30) {
+            oxide.top[cell] = 25.0f;
+        }
+    }
+    UpdateCoverMap(fine);
+    const auto cellsAbove = [&] {
+        int count = 0;
+        for (std::int32_t col = 0; col < 60; ++col) {
+            count += oxide.top[CellAt(fine, col, 3)] > 15.0f ? 1 : 0;
+        }
+        return count;
+    };
+    ASSERT_EQ(cellsAbove(), 30);
+    ExecuteEtch(fine, EtchStep({"ox"}, 1.0f, 0.8f));
+    EXPECT_NEAR(cellsAbove(), 22, 1);
+}
+
+TEST_F(Etch, GoesOnIntoTheNextEtchableLayer) {
+    Append(2.0f, "ox");
+    Append(1.0f, "nit");
+    Append(1.0f, "ox");
+    Run(EtchStep({"nit", "ox"}, 2.5f));
+    EXPECT_EQ(TopOf(3), 13.0f);
+    EXPECT_EQ(TopOf(2), 12.0f);
+    EXPECT_EQ(TopOf(1), 11.5f);
+    EXPECT_EQ(model.coverMap[0].layerId, 1);
+}
+
+TEST_F(Etch, StopsAtTheFirstLayerThatStands) {
+    Append(2.0f, "ox");
+    Append(1.0f, "nit");
+    Append(1.0f, "ox");
+    Run(EtchStep({"ox"}, 3.5f));
+    EXPECT_EQ(TopOf(3), 13.0f);
+    EXPECT_EQ(TopOf(2), 13.0f);
+    EXPECT_EQ(TopOf(1), 12.0f);
+    EXPECT_EQ(model.coverMap[0].layerId, 2);
+}
+
+TEST_F(Etch, DoesNotReachATargetUnderAnotherMaterial) {
+    Append(2.0f, "ox");
+    Layer& nitride = Append(1.0f, "nit");
+    // Open in one cell.
+    nitride.top[8] = nitride.bottom[8];
+    UpdateCoverMap(model);
+    Run(EtchStep({"ox"}, 1.0f));
+    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+        EXPECT_EQ(nitride.top[cell], cell == 8 ? 12.0f : 13.0f);
+        EXPECT_EQ(model.layers[1]->top[cell], cell == 8 ? 11.0f : 12.0f);
+    }
+}
+
+TEST_F(Etch, NeverReachesTheSubstrate) {
+    Append(1.0f, "ox");
+    Run(EtchStep({"ox", "_SUB_"}, 5.0f));
+    EXPECT_EQ(TopOf(1), 10.0f);
+    EXPECT_EQ(TopOf(0), 10.0f);
+    EXPECT_EQ(model.coverMap[0].layerId, 0);
+    // A column in which only the substrate remains is left as it is.
+    Run(EtchStep({"ox", "_SUB_"}, 5.0f));
+    EXPECT_EQ(TopOf(1), 10.0f);
+    EXPECT_EQ(TopOf(0), 10.0f);
+}
+
+TEST_F(Etch, NeverLowersATopUnderItsBottom) {
+    Append(2.0f, "ox");
+    Append(1.0f, "nit");
+    for (const float depth : {0.5f, 1.0f, 3.0f, 1000.0f}) {
+        Run(EtchStep({"ox", "nit"}, depth));
+        for (const auto& layer : model.layers) {
+            for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+                EXPECT_GE(layer->top[cell], layer->bottom[cell]);
+            }
+        }
+    }
+}
+
+TEST_F(Etch, ThatEndsExactlyAtABottomDoesNotGoOn) {
+    Append(2.0f, "ox");
+    Append(1.0f, "nit");
+    Run(EtchStep({"ox", "nit"}, 1.0f));
+    EXPECT_EQ(TopOf(2), 12.0f);
+    EXPECT_EQ(TopOf(1), 12.0f);
+    EXPECT_EQ(model.coverMap[0].layerId, 1);
+}
+
+TEST_F(Etch, ThatEndsExactlyAtABottomIsFinishedThere) {
+    // What lies under the film reaches above the front, but the front ended inside the film.
+    Append(5.0f, "ox");
+    Layer& film = Append(1.0f, "ox");
+    film.bottom.assign(model.CellCount(), 13.0f);
+    UpdateCoverMap(model);
+    Run(EtchStep({"ox"}, 3.0f));
+    EXPECT_EQ(TopOf(2), 13.0f);
+    EXPECT_EQ(TopOf(1), 15.0f);
+}
+
+TEST_F(Etch, LowersResistAsMuchAsTheTarget) {
+    Append(2.0f, "ox");
+    AppendResist(3.0f);
+    Run(EtchStep({"ox"}, 1.0f));
+    EXPECT_EQ(TopOf(2), 14.0f);
+    EXPECT_EQ(TopOf(1), 12.0f);
+}
+
+TEST_F(Etch, GoesThroughThinResistIntoWhatLiesBeneath) {
+    Append(2.0f, "ox");
+    AppendResist(1.0f);
+    Run(EtchStep({"ox"}, 1.5f));
+    EXPECT_EQ(TopOf(2), 12.0f);
+    EXPECT_EQ(TopOf(1), 11.5f);
+}
+
+TEST_F(Etch, ThroughThinResistStopsAtWhatIsNoTarget) {
+    Append(2.0f, "ox");
+    AppendResist(1.0f);
+    Run(EtchStep({"nit"}, 1.5f));
+    EXPECT_EQ(TopOf(2), 12.0f);
+    EXPECT_EQ(TopOf(1), 12.0f);
+}
+
+TEST_F(Etch, OfATargetThatIsNotThereStillLowersResist) {
+    Append(2.0f, "ox");
+    AppendResist(3.0f);
+    Run(EtchStep({"absent"}, 1.0f));
+    EXPECT_EQ(TopOf(2), 14.0f);
+}
+
+TEST_F(Etch, WithoutTargetsLeavesResist) {
+    Append(2.0f, "ox");
+    Layer& resist = AppendResist(3.0f);
+    resist.meshDirty = false;
+    Run(EtchStep({}, 1.0f));
+    EXPECT_EQ(TopOf(2), 15.0f);
+    EXPECT_FALSE(resist.meshDirty);
+}
+
+TEST_F(Etch, ComparesWholeNames) {
+    Append(2.0f, "ox");
+    Run(EtchStep({"o", "oxide", "OX", "ox "}, 1.0f));
+    EXPECT_EQ(TopOf(1), 12.0f);
+    // A zero byte ends a name.
+    Run(EtchStep({std::string("ox\0ide", 6)}, 1.0f));
+    EXPECT_EQ(TopOf(1), 11.0f);
+}
+
+TEST_F(Etch, SkipsEmptySlotsAndEmptyLayers) {
+    Append(2.0f, "ox");
+    Append(1.0f, "nit");
+    Append(0.0f, "metal");
+    model.layers.push_back(nullptr);
+    DestroyLayer(model.layers[2]);
+    UpdateCoverMap(model);
+    // Under the empty metal and the empty slot the oxide is open.
+    Run(EtchStep({"ox"}, 0.5f));
+    EXPECT_EQ(TopOf(1), 11.5f);
+}
+
+TEST_F(Etch, LeavesALayerWhoseTopLiesUnderTheFront) {
+    // The cover map tells of a surface far above.
+    Append(2.0f, "ox");
+    for (CoverCell& cell : model.coverMap) {
+        cell.height = 20.0f;
+    }
+    Run(EtchStep({"ox"}, 1.0f));
+    EXPECT_EQ(TopOf(1), 12.0f);
+}
+
+TEST_F(Etch, PassesALayerUnderTheFrontByOnItsWayDown) {
+    // A layer hangs below the front while the one under it, at this cell, reaches above.
+    Append(5.0f, "ox");
+    Layer& film = Append(1.0f, "ox");
+    film.bottom.assign(model.CellCount(), 11.0f);
+    film.top.assign(model.CellCount(), 12.0f);
+    for (CoverCell& cell : model.coverMap) {
+        cell.height = 15.0f;
+    }
+    Run(EtchStep({"ox"}, 1.0f));
+    EXPECT_EQ(TopOf(2), 12.0f);
+    EXPECT_EQ(TopOf(1), 14.0f);
+}
+
+TEST_F(Etch, TreatsATopThatIsNoNumberAsOneUnderTheFront) {
+    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+    Append(2.0f, "ox");
+    Layer& film = Append(1.0f, "ox");
+    film.top[14] = nan;
+    for (CoverCell& cell : model.coverMap) {
+        cell.height = 13.0f;
+    }
+    Run(EtchStep({"ox"}, 1.5f));
+    EXPECT_TRUE(film.top[14] != film.top[14]);
+    EXPECT_EQ(model.layers[1]->top[14], 11.5f);
+    EXPECT_EQ(film.top[13], 12.0f);
+}
+
+TEST_F(Etch, MarksTargetsAndResistForANewMesh) {
+    Append(2.0f, "ox");
+    Append(1.0f, "nit");
+    AppendResist(1.0f);
+    for (const auto& layer : model.layers) {
+        layer->meshDirty = false;
+    }
+    // Nothing of the oxide changes under the nitride; its mesh is made again all the same.
+    Run(EtchStep({"ox"}, 0.25f));
+    EXPECT_FALSE(model.layers[0]->meshDirty);
+    EXPECT_TRUE(model.layers[1]->meshDirty);
+    EXPECT_FALSE(model.layers[2]->meshDirty);
+    EXPECT_TRUE(model.layers[3]->meshDirty);
+}
+
+TEST_F(Etch, KeepsTheSlotOfALayerThatItHasEmptied) {
+    Append(2.0f, "ox");
+    Run(EtchStep({"ox"}, 3.0f));
+    ASSERT_EQ(model.layers.size(), 2U);
+    ASSERT_NE(model.layers[1], nullptr);
+    EXPECT_EQ(model.layers[1]->top, model.layers[1]->bottom);
+}
+
+TEST_F(Etch, OfDepthZeroChangesNothing) {
+    Append(2.0f, "ox");
+    Run(EtchStep({"ox"}, 0.0f));
+    EXPECT_EQ(TopOf(1), 12.0f);
+}
+
+class Release : public Etch {
+protected:
+    static ProcessStep ReleaseStep(std::vector<std::string> targets) {
+        ProcessStep step;
+        step.kind = StepRelease;
+        step.targets = std::move(targets);
+        return step;
+    }
+};
+
+TEST_F(Release, EmptiesAllLayersOfAMaterial) {
+    Append(2.0f, "sac");
+    Append(1.0f, "poly");
+    Append(2.0f, "sac");
+    for (const auto& layer : model.layers) {
+        layer->meshDirty = false;
+    }
+    ExecuteRelease(model, ReleaseStep({"sac"}));
+    EXPECT_EQ(TopOf(1), 10.0f);
+    EXPECT_EQ(TopOf(2), 13.0f);
+    EXPECT_EQ(TopOf(3), 13.0f);
+    EXPECT_TRUE(model.layers[1]->meshDirty);
+    EXPECT_FALSE(model.layers[2]->meshDirty);
+    EXPECT_TRUE(model.layers[3]->meshDirty);
+}
+
+TEST_F(Release, LeavesWhatLaysOnItHanging) {
+    Append(2.0f, "sac");
+    Append(1.0f, "poly");
+    ExecuteRelease(model, ReleaseStep({"sac"}));
+    EXPECT_EQ(model.layers[2]->bottom, std::vector<float>(model.CellCount(), 12.0f));
+    EXPECT_EQ(TopOf(2), 13.0f);
+    for (const CoverCell& cell : model.coverMap) {
+        EXPECT_EQ(cell.layerId, 2);
+        EXPECT_EQ(cell.height, 13.0f);
+    }
+}
+
+TEST_F(Release, OfTheTopmostLayerBaresTheNext) {
+    Append(2.0f, "poly");
+    Append(1.0f, "sac");
+    ExecuteRelease(model, ReleaseStep({"sac"}));
+    for (const CoverCell& cell : model.coverMap) {
+        EXPECT_EQ(cell.layerId, 1);
+        EXPECT_EQ(cell.height, 12.0f);
+    }
+}
+
+TEST_F(Release, TakesSeveralMaterialsAndIgnoresAbsentOnes) {
+    Append(2.0f, "a");
+    Append(2.0f, "b");
+    Append(2.0f, "c");
+    DestroyLayer(model.layers[2]);
+    ExecuteRelease(model, ReleaseStep({"c", "absent", "a", "b"}));
+    EXPECT_EQ(TopOf(1), 10.0f);
+    EXPECT_EQ(TopOf(3), 14.0f);
+    EXPECT_EQ(model.coverMap[0].layerId, 0);
+}
+
+TEST_F(Release, DoesNotTakeResistUnlessItIsNamed) {
+    AppendResist(1.0f);
+    ExecuteRelease(model, ReleaseStep({"ox"}));
+    EXPECT_EQ(TopOf(1), 11.0f);
+    ExecuteRelease(model, ReleaseStep({"PR"}));
+    EXPECT_EQ(TopOf(1), 10.0f);
+}
+
+TEST_F(Release, WithoutTargetsUpdatesTheCoverMapAlone) {
+    Append(2.0f, "ox");
+    model.layers[1]->meshDirty = false;
+    model.coverMap.assign(model.CellCount(), CoverCell{});
+    ExecuteRelease(model, ReleaseStep({}));
+    EXPECT_EQ(TopOf(1), 12.0f);
+    EXPECT_FALSE(model.layers[1]->meshDirty);
+    EXPECT_EQ(model.coverMap[3].layerId, 1);
+    EXPECT_EQ(model.coverMap[3].height, 12.0f);
+}
+
+}  // namespace
+}  // namespace zelmo

@@ -23,7 +23,6 @@
 #include "gds/gds_database.h"
 #include "model/process_model.h"
 #include "process_run/run_report.h"
-#include "render/mesh/update_meshes.h"
 
 namespace zelmo {
 
@@ -44,8 +43,9 @@ struct Reporting {
 
 /// The dump step replaces its file without a word.
 void WarnOfDump(const ProcessModel& model, Reporting& reporting) {
-    const bool dumps = std::any_of(model.steps.begin(), model.steps.end(),
-                                   [](const ProcessStep& step) { return step.kind == StepDump; });
+    const bool dumps =
+        std::any_of(model.steps.begin(), model.steps.end(),
+                    [](const ProcessStep& step) { return step.kind == StepKind::Dump; });
     std::error_code ignored;
     if (dumps && std::filesystem::exists("VertexData.txt", ignored)) {
         reporting.Error("warning: VertexData.txt in the current directory is replaced by the dump");
@@ -67,8 +67,6 @@ bool RunStep(ProcessModel& model, std::size_t index, PictureSaver* saver, Report
                                  Utf8FromWide(WidenBytes(step.description)));
     ExecuteTimedStep(model, step, &reporting.console);
     if (saver == nullptr) {
-        // Layers with nothing to show leave the stack here, pictures or not.
-        UpdateMeshes(model);
         return true;
     }
     return ReportPictures(saver->Save(model, index), reporting);
@@ -108,10 +106,10 @@ std::vector<std::filesystem::path> AssetFolders(const std::optional<std::filesys
 
 ExitStatus RunFiles(const BatchOptions& options, Reporting& reporting) {
     const auto assetFolders = AssetFolders(options.assets);
-    LoadColors(FindDataFile(assetFolders, "colors.txt"));
+    const ColorTable colors = LoadColors(FindDataFile(assetFolders, "colors.txt"));
     auto database = LoadLayoutFile(options.layout, &reporting.console);
     std::optional<PictureSaver> saver;  // to go after the model
-    const auto model = PrepareProcess(options.process, *database, &reporting.console);
+    const auto model = PrepareProcess(options.process, *database, colors, &reporting.console);
     database.reset();  // only the preparation reads it
     if (options.checkOnly) {
         return ExitStatus::Success;

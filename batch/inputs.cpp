@@ -17,6 +17,7 @@
 #include "gds/gds_database.h"
 #include "model/process_model.h"
 #include "process_file/color_table.h"
+#include "process_run/prepare_run.h"
 #include "process_run/run_report.h"
 
 namespace zelmo {
@@ -49,6 +50,12 @@ std::string WhyNotOpened(const std::filesystem::path& path) {
                                                         Utf8FromWide(PathText(path)), reason)};
 }
 
+/// The first error, and how many more there are.
+std::string FirstOf(const std::vector<std::string>& errors) {
+    return errors.size() < 2 ? errors.at(0)
+                             : fmt::format("{} (and {} more)", errors[0], errors.size() - 1);
+}
+
 std::string LayoutReason(const std::filesystem::path& path, std::int32_t code) {
     const std::string reason =
         code == cannotBeOpened ? WhyNotOpened(path) : LayoutErrorReason(code);
@@ -57,13 +64,15 @@ std::string LayoutReason(const std::filesystem::path& path, std::int32_t code) {
 
 }  // namespace
 
-void LoadColors(const std::filesystem::path& path) {
-    if (LoadColorTable(path) != 0) {
+ColorTable LoadColors(const std::filesystem::path& path) {
+    ColorTable colors;
+    if (!LoadColorTable(colors, path)) {
         throw BatchFailure{
             ExitStatus::Other,
             fmt::format("Could not load color file or color file contains errors: {}",
                         Utf8FromWide(PathText(path)))};
     }
+    return colors;
 }
 
 std::unique_ptr<GdsDatabase> LoadLayoutFile(const std::filesystem::path& path,
@@ -84,21 +93,21 @@ std::unique_ptr<GdsDatabase> LoadLayoutFile(const std::filesystem::path& path,
 }
 
 std::unique_ptr<ProcessModel> PrepareProcess(const std::filesystem::path& path,
-                                             const GdsDatabase& database, LogConsole* console) {
-    RememberingConsole remembering(console);
-    remembering.Write(std::string("--- Handling \"Run\" command ---"));
+                                             const GdsDatabase& database, const ColorTable& colors,
+                                             LogConsole* console) {
+    console->Write(std::string("--- Handling \"Run\" command ---"));
+    PreparedRun run;
     try {
-        return std::make_unique<ProcessModel>(path, database, &remembering, nullptr);
+        run = PrepareRun(path, database, colors, console);
     } catch (const std::bad_alloc&) {
         RefuseProcess(path, outOfMemory);
     } catch (const std::exception& error) {
-        // As a rule the reason is on the console, and the exception has no text of its own.
-        std::string reason = remembering.FirstError();
-        if (reason.starts_with("Failed to open")) {
-            reason = WhyNotOpened(path);
-        }
-        RefuseProcess(path, reason.empty() ? error.what() : reason);
+        RefuseProcess(path, error.what());
     }
+    if (run.model == nullptr) {
+        RefuseProcess(path, run.fileOpened ? FirstOf(run.errors) : WhyNotOpened(path));
+    }
+    return std::move(run.model);
 }
 
 }  // namespace zelmo

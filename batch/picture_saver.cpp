@@ -49,16 +49,15 @@ PictureSaver::PictureSaver(const BatchOptions& options, const std::vector<fs::pa
               FindDataFile(assetFolders, "point.shader")),
       folder_{OutputFolder(options), options.format} {}
 
-void PictureSaver::Begin(ProcessModel& model) {
+void PictureSaver::Begin(const ProcessModel& model) {
     std::vector<std::wstring> names;
     for (std::size_t index = 0; index < model.steps.size(); ++index) {
         names.push_back(StepImageName(ImageNumber(index), model.steps[index].description));
     }
     PreparePictureFolder(folder_, names);
-    studio_.AttachGraphics(model);
 }
 
-std::vector<std::string> PictureSaver::Save(ProcessModel& model, std::size_t index) {
+std::vector<std::string> PictureSaver::Save(const ProcessModel& model, std::size_t index) {
     StepImage image;
     std::string problem;
     try {

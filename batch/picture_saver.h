@@ -21,14 +21,14 @@ public:
 
     /// To be called once, before the first step. Throws BatchFailure if the pictures could not be
     /// saved.
-    void Begin(ProcessModel& model);
+    void Begin(const ProcessModel& model);
 
     /// Takes the picture of the finished step with this index, and saves it on a thread of its own
     /// while the next step runs. Returns why pictures are missing, in their order: of this one if
     /// it could not be taken, of the one before it if it could not be saved; the next picture is
     /// tried all the same. Throws BatchFailure where taking one failed in a way that leaves no hope
     /// for others.
-    std::vector<std::string> Save(ProcessModel& model, std::size_t index);
+    std::vector<std::string> Save(const ProcessModel& model, std::size_t index);
 
     /// Waits until the last picture has been saved. Returns the reason if it could not be.
     std::vector<std::string> Finish();

@@ -5,7 +5,6 @@
 #include "base/text.h"
 #include "batch/consoles.h"
 #include "batch/exit_status.h"
-#include "model/height_markers.h"
 #include "model/process_model.h"
 #include "render/camera.h"
 #include "render/step_picture.h"
@@ -46,15 +45,10 @@ PictureStudio::PictureStudio(const std::filesystem::path& surfaceShader,
 
 PictureStudio::~PictureStudio() = default;
 
-void PictureStudio::AttachGraphics(ProcessModel& model) {
-    model.graphics = &layerGraphics_;
-    InitHeightMarkers(model);
-}
-
-StepImage PictureStudio::TakePicture(ProcessModel& model, const ProcessStep& step,
+StepImage PictureStudio::TakePicture(const ProcessModel& model, const ProcessStep& step,
                                      std::int32_t imageNumber, std::string& problem) {
     const PictureTools tools{*surfaceShader_, *pointShader_, textFont_};
-    return TakeStepPicture(model, step, tools, imageNumber, camera_, &problem);
+    return TakeStepPicture(model, step, uploads_, tools, imageNumber, camera_, &problem);
 }
 
 }  // namespace zelmo

@@ -7,8 +7,8 @@
 
 #include "pictures/step_image.h"
 #include "render/gl/gl_context.h"
-#include "render/gl/layer_graphics_gl.h"
 #include "render/gl/shader_program.h"
+#include "render/gl/stack_uploads.h"
 #include "render/gl/text_font.h"
 
 namespace zelmo {
@@ -26,17 +26,14 @@ public:
                   const std::filesystem::path& pointShader);
     ~PictureStudio();
 
-    /// Gives GL to a model that was prepared without it and has no layers yet.
-    void AttachGraphics(ProcessModel& model);
-
-    /// Brings the model's meshes up to date and takes the picture of a finished step. `problem`
+    /// Takes the picture of a finished step. `problem`
     /// receives the reason if it could not be drawn, else an empty text.
-    StepImage TakePicture(ProcessModel& model, const ProcessStep& step, std::int32_t imageNumber,
-                          std::string& problem);
+    StepImage TakePicture(const ProcessModel& model, const ProcessStep& step,
+                          std::int32_t imageNumber, std::string& problem);
 
 private:
     std::unique_ptr<GlContext> context_;  // first: everything else goes while it is current
-    LayerGraphicsGl layerGraphics_;
+    StackUploads uploads_;
     TextFont textFont_;
     std::unique_ptr<ShaderProgram> surfaceShader_;
     std::unique_ptr<ShaderProgram> pointShader_;

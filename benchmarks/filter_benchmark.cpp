@@ -44,11 +44,12 @@ template <auto Smooth>
 void CoatingFilter(benchmark::State& state) {
     const ProcessModel& model = Example();
     SetRowThreads(static_cast<std::int32_t>(state.range(1)));
-    const auto layer = CreateLayer(model.gridRows, model.gridColumns, model.gridSpacing, nullptr);
+    const auto layer =
+        CreateLayer(model.grid.rows, model.grid.columns, model.grid.spacing, nullptr);
     for (auto _ : state) {
         state.PauseTiming();
-        for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
-            layer->bottom[cell] = model.coverMap[cell].height;
+        for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
+            layer->bottom[cell] = model.stack.coverMap[cell].height;
             layer->top[cell] = 0.5f + layer->bottom[cell];
         }
         state.ResumeTiming();
@@ -98,13 +99,13 @@ template <auto Update>
 void CoverUpdate(benchmark::State& state) {
     constexpr std::size_t steps = 39;
     static const std::unique_ptr<ProcessModel> model = PrepareExample("cmos_inverter", 1000);
-    if (model->layers.empty()) {
+    if (model->stack.layers.empty()) {
         RunSteps(*model, steps);
     }
     SetRowThreads(static_cast<std::int32_t>(state.range(0)));
     for (auto _ : state) {
         Update(*model);
-        benchmark::DoNotOptimize(model->coverMap.data());
+        benchmark::DoNotOptimize(model->stack.coverMap.data());
     }
     SetRowThreads(0);
 }

@@ -106,12 +106,12 @@ BENCHMARK(LayoutLoad<SmallCellLayout>)->Unit(benchmark::kMillisecond);
 void PolygonExtraction(benchmark::State& state) {
     const auto side = static_cast<float>(state.range(0));
     ProcessModel model;
-    model.cellName = "CHIP";
-    model.gridOriginX = 2000.0f - side / 2.0f;
-    model.gridOriginY = model.gridOriginX;
-    model.gridWidth = side;
-    model.gridHeight = side;
-    model.gridSpacing = side / 1000.0f;
+    model.settings.cellName = "CHIP";
+    model.grid.originX = 2000.0f - side / 2.0f;
+    model.grid.originY = model.grid.originX;
+    model.grid.width = side;
+    model.grid.height = side;
+    model.grid.spacing = side / 1000.0f;
     SilentConsole console;
     LoadedLayout();
     for (auto _ : state) {

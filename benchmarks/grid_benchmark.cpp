@@ -67,7 +67,7 @@ ProcessModel& Model() {
 void DistanceIndex(benchmark::State& state) {
     for (auto _ : state) {
         BuildDistanceIndex(Model());
-        benchmark::DoNotOptimize(Model().distanceIndex.data());
+        benchmark::DoNotOptimize(Model().grid.distanceIndex.data());
     }
 }
 BENCHMARK(DistanceIndex)->Unit(benchmark::kMicrosecond);

@@ -31,10 +31,10 @@ ProcessModel& Grid(std::int32_t size) {
     std::unique_ptr<ProcessModel>& model = models[size];
     if (model == nullptr) {
         model = std::make_unique<ProcessModel>();
-        model->gridColumns = size;
-        model->gridRows = size;
-        model->gridSpacing = pitch;
-        BuildNeighbourTable(model->neighbours, size, size, pitch);
+        model->grid.columns = size;
+        model->grid.rows = size;
+        model->grid.spacing = pitch;
+        BuildNeighbourTable(model->grid.neighbours, size, size, pitch);
         BuildDistanceIndex(*model);
     }
     return *model;
@@ -83,7 +83,7 @@ void Raster(benchmark::State& state) {
     const double size = static_cast<double>(state.range(1)) * static_cast<double>(pitch);
     model.polygons = Stars(static_cast<std::size_t>(state.range(0)), size,
                            static_cast<std::int32_t>(state.range(2)));
-    std::vector<std::uint8_t> mask(model.CellCount());
+    std::vector<std::uint8_t> mask(model.grid.CellCount());
     for (auto _ : state) {
         benchmark::DoNotOptimize(Rasterise(model, mask, maskId, true));
     }
@@ -110,11 +110,11 @@ struct ExampleMasks {
     std::vector<std::vector<std::uint8_t>> masks;
 
     ExampleMasks() {
-        std::vector<std::uint8_t> rawMask(model->CellCount());
+        std::vector<std::uint8_t> rawMask(model->grid.CellCount());
         for (const ProcessStep& step : model->steps) {
-            if (step.kind == StepPhoto) {
+            if (step.kind == StepKind::Photo) {
                 RasteriseMask(*model, rawMask, step.maskId, step.maskDark);
-                masks.emplace_back(model->CellCount());
+                masks.emplace_back(model->grid.CellCount());
                 BlurMask(*model, masks.back(), rawMask, step.res * 0.5f);
             }
         }
@@ -126,7 +126,7 @@ template <DistanceFunction Measure>
 void EdgeDistanceOfExample(benchmark::State& state) {
     static const ExampleMasks example;
     SetRowThreads(static_cast<std::int32_t>(state.range(0)));
-    std::vector<float> distance(example.model->CellCount());
+    std::vector<float> distance(example.model->grid.CellCount());
     for (auto _ : state) {
         for (const std::vector<std::uint8_t>& mask : example.masks) {
             Measure(*example.model, distance, mask);

@@ -40,10 +40,10 @@ const std::map<std::int64_t, OffsetCase>& Cases() {
         ProcessModel& model = Example();
         for (std::size_t i = 0; i < model.steps.size(); ++i) {
             const ProcessStep& step = model.steps[i];
-            const bool isEtch = step.kind == StepEtch;
-            if (isEtch || step.kind == StepDeposition) {
+            const bool isEtch = step.kind == StepKind::Etch;
+            if (isEtch || step.kind == StepKind::Deposition) {
                 OffsetCase& offset = made[static_cast<std::int64_t>(i)];
-                for (const CoverCell& cell : model.coverMap) {
+                for (const CoverCell& cell : model.stack.coverMap) {
                     offset.surface.push_back(cell.height);
                 }
                 offset.distance = isEtch ? -step.depth : step.thickness;

@@ -66,7 +66,7 @@ constexpr std::size_t allSteps = 66;
 /// Of the layers in the order of the size of their meshes: the largest is 0.
 const Layer& LayerBySize(const ProcessModel& model, std::size_t place) {
     std::vector<const Layer*> layers;
-    for (const auto& layer : model.layers) {
+    for (const auto& layer : model.stack.layers) {
         if (layer != nullptr) {
             layers.push_back(layer.get());
         }
@@ -80,8 +80,8 @@ template <LayerMesh (*Make)(const Layer&, std::int32_t, std::int32_t)>
 void MeshOfOneLayer(benchmark::State& state) {
     const ProcessModel& model = StackAfter(twelveLayers);
     const Layer& layer = LayerBySize(model, static_cast<std::size_t>(state.range(0)));
-    const auto marginCols = static_cast<std::int32_t>(model.marginX / model.gridSpacing);
-    const auto marginRows = static_cast<std::int32_t>(model.marginY / model.gridSpacing);
+    const auto marginCols = static_cast<std::int32_t>(model.grid.marginX / model.grid.spacing);
+    const auto marginRows = static_cast<std::int32_t>(model.grid.marginY / model.grid.spacing);
     SetRowThreads(static_cast<std::int32_t>(state.range(1)));
     for (auto _ : state) {
         const LayerMesh mesh = Make(layer, marginCols, marginRows);
@@ -116,7 +116,7 @@ void Picture(benchmark::State& state) {
         benchmark::DoNotOptimize(image.pixels.data());
     }
     double triangles = 0.0;
-    for (const auto& layer : model.layers) {
+    for (const auto& layer : model.stack.layers) {
         triangles += layer != nullptr ? static_cast<double>(layer->indexCount) / 3.0 : 0.0;
     }
     state.counters["triangles"] = triangles;

@@ -10,6 +10,7 @@
 #include "base/text.h"
 #include "desktop/main_window.h"
 #include "pictures/saved_images.h"
+#include "process_run/prepare_run.h"
 #include "process_run/run_report.h"
 
 namespace zelmo {
@@ -48,6 +49,19 @@ void MainWindow::DisableMenus() {
     platform_.RedrawMenu();
 }
 
+bool MainWindow::PrepareModel(const std::filesystem::path& path) {
+    try {
+        PreparedRun run = PrepareRun(path, *gds_, colors_, platform_.Console());
+        if (run.model == nullptr) {
+            return false;
+        }
+        model_.swap(run.model);
+        return true;
+    } catch (const std::exception&) {
+        return false;  // exhausted memory: the model before stays
+    }
+}
+
 void MainWindow::HandleRun() {
     DebugTrace("Handling run");
     DisableMenus();
@@ -62,12 +76,7 @@ void MainWindow::HandleRun() {
         UpdateMenus();
         return;
     }
-    try {
-        auto prepared =
-            std::make_unique<ProcessModel>(*path, *gds_, console, pictureMaker_->Graphics());
-        model_.swap(prepared);
-    } catch (const std::exception&) {
-        // Preparation has told the reason, as far as there was one to tell.
+    if (!PrepareModel(*path)) {
         UpdateMenus();
         return;
     }

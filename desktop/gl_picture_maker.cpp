@@ -1,7 +1,7 @@
 #include "desktop/picture_maker.h"
 #include "render/camera.h"
-#include "render/gl/layer_graphics_gl.h"
 #include "render/gl/shader_program.h"
+#include "render/gl/stack_uploads.h"
 #include "render/gl/text_font.h"
 #include "render/step_picture.h"
 
@@ -15,16 +15,14 @@ public:
                    const std::filesystem::path& pointShaderPath, LogConsole* console)
         : surfaceShader_(surfaceShaderPath, console), pointShader_(pointShaderPath, console) {}
 
-    LayerGraphics* Graphics() override { return &layerGraphics_; }
-
-    StepImage TakePicture(ProcessModel& model, const ProcessStep& step,
+    StepImage TakePicture(const ProcessModel& model, const ProcessStep& step,
                           std::int32_t imageNumber) override {
         const PictureTools tools{surfaceShader_, pointShader_, textFont_};
-        return TakeStepPicture(model, step, tools, imageNumber, camera_);
+        return TakeStepPicture(model, step, uploads_, tools, imageNumber, camera_);
     }
 
 private:
-    LayerGraphicsGl layerGraphics_;
+    StackUploads uploads_;
     TextFont textFont_;
     ShaderProgram surfaceShader_;
     ShaderProgram pointShader_;

@@ -13,7 +13,7 @@ MainWindow::MainWindow(Platform& platform) : platform_(platform) {}
 MainWindow::~MainWindow() = default;
 
 bool MainWindow::LoadColors(const std::filesystem::path& path) {
-    return LoadColorTable(path) == 0;
+    return LoadColorTable(colors_, path);
 }
 
 void MainWindow::FinishCreation(std::unique_ptr<PictureMaker> pictureMaker) {

@@ -9,6 +9,7 @@
 #include "desktop/platform.h"
 #include "gds/gds_database.h"
 #include "model/process_model.h"
+#include "process_file/color_table.h"
 
 namespace zelmo {
 
@@ -57,6 +58,8 @@ public:
 
 private:
     void DisableMenus();
+    /// Replaces the model by one that is ready to run. False if the run cannot be prepared.
+    bool PrepareModel(const std::filesystem::path& path);
     void RunNext(bool first);
     void RunStepThread(const ProcessStep& step);
     void CaptureStepPicture(const ProcessStep& step);
@@ -64,12 +67,13 @@ private:
 
     Platform& platform_;
     PictureList pictures_;
+    ColorTable colors_;
     std::unique_ptr<GdsDatabase> gds_;
     std::filesystem::path gdsFileName_;
     std::filesystem::path processFileName_;
-    std::unique_ptr<PictureMaker> pictureMaker_;  ///< outlives the model, whose layers it mirrors
-    bool stopRequested_ = false;                  ///< set by Stop and close, read between steps
-    bool closeRequested_ = false;                 ///< a close during a run; never cleared
+    std::unique_ptr<PictureMaker> pictureMaker_;
+    bool stopRequested_ = false;   ///< set by Stop and close, read between steps
+    bool closeRequested_ = false;  ///< a close during a run; never cleared
     bool running_ = false;
     std::unique_ptr<ProcessModel> model_;
     std::int32_t stepIndex_ = 0;      ///< the step to start next

@@ -8,7 +8,6 @@
 
 namespace zelmo {
 
-class LayerGraphics;
 class LogConsole;
 struct ProcessModel;
 struct ProcessStep;
@@ -19,12 +18,9 @@ class PictureMaker {
 public:
     virtual ~PictureMaker() = default;
 
-    /// Who mirrors the layers of models on the graphics card, or null.
-    virtual LayerGraphics* Graphics() = 0;
-
-    /// Brings the model's meshes up to date and takes the picture of a finished step.
+    /// Takes the picture of a finished step.
     /// `imageNumber` and the step's description make its name.
-    virtual StepImage TakePicture(ProcessModel& model, const ProcessStep& step,
+    virtual StepImage TakePicture(const ProcessModel& model, const ProcessStep& step,
                                   std::int32_t imageNumber) = 0;
 };
 

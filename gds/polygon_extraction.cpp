@@ -27,11 +27,11 @@ ExtractionScope ScopeOf(const ProcessModel& model, double micronsPerUnit) {
         return TruncateToI64(static_cast<double>(microns) / micronsPerUnit);
     };
     ExtractionScope scope;
-    scope.x0 = toUnits(model.gridOriginX);
-    scope.y0 = toUnits(model.gridOriginY);
-    scope.x1 = toUnits(model.gridOriginX + model.gridWidth);
-    scope.y1 = toUnits(model.gridOriginY + model.gridHeight);
-    scope.minSize = toUnits(model.gridSpacing);
+    scope.x0 = toUnits(model.grid.originX);
+    scope.y0 = toUnits(model.grid.originY);
+    scope.x1 = toUnits(model.grid.originX + model.grid.width);
+    scope.y1 = toUnits(model.grid.originY + model.grid.height);
+    scope.minSize = toUnits(model.grid.spacing);
     return scope;
 }
 
@@ -64,27 +64,24 @@ MaskPolygon ToMicrons(const RawPolygon& raw, float micronsPerUnit) {
 
 }  // namespace
 
-void ExtractPolygons(ProcessModel& model, LogConsole* console, const GdsDatabase& database) {
+std::string ExtractPolygons(ProcessModel& model, LogConsole* console, const GdsDatabase& database) {
     console->Write(L"");
     console->Write(L"Extracting polygons");
     ExtractionScope scope = ScopeOf(model, database.micronsPerUnit);
-    const GdsCell* cell = FindCell(database, model.cellName);
+    const GdsCell* cell = FindCell(database, model.settings.cellName);
     if (cell == nullptr) {
-        console->Write(fmt::format("ERROR: Cell name {} was not found in the GDS database",
-                                   NameText(model.cellName)));
-        throw std::runtime_error("");
+        return fmt::format("ERROR: Cell name {} was not found in the GDS database",
+                           NameText(model.settings.cellName));
     }
     if (const std::uint32_t result = CollectCellPolygons(scope, {cell, GdsTransform()})) {
-        console->Write(result == limitReached
-                           ? "ERROR: Reached the maximum number of polygons"
-                           : "ERROR: The references of the cell are too many to be searched");
-        throw std::runtime_error("");
+        return result == limitReached
+                   ? "ERROR: Reached the maximum number of polygons"
+                   : "ERROR: The references of the cell are too many to be searched";
     }
-    model.rawPolygons = std::move(scope.output);
     model.polygons.clear();
     const auto micronsPerUnit = static_cast<float>(database.micronsPerUnit);
     double smallest = std::numeric_limits<double>::max();
-    for (const RawPolygon& raw : model.rawPolygons) {
+    for (const RawPolygon& raw : scope.output) {
         MaskPolygon polygon = ToMicrons(raw, micronsPerUnit);
         smallest =
             std::min(smallest, std::min(polygon.maxY - polygon.minY, polygon.maxX - polygon.minX));
@@ -95,8 +92,9 @@ void ExtractPolygons(ProcessModel& model, LogConsole* console, const GdsDatabase
     if (scope.skipped != 0) {
         console->Write(
             fmt::format("WARNING: skipped {} polygons smaller than the resolution of {:.3g} um",
-                        scope.skipped, model.gridSpacing));
+                        scope.skipped, model.grid.spacing));
     }
+    return "";
 }
 
 }  // namespace zelmo

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 namespace zelmo {
 
 class LogConsole;
@@ -7,9 +9,9 @@ struct GdsDatabase;
 struct ProcessModel;
 
 /// Replaces `rawPolygons` and `polygons` of the model by the polygons of its cell that meet the
-/// grid, depth first. Throws std::runtime_error with empty text, after a line on the console, if
+/// grid, depth first. Returns the reason if
 /// the cell is unknown, 10,000,000 polygons are reached, or its references would take hours to
 /// search.
-void ExtractPolygons(ProcessModel& model, LogConsole* console, const GdsDatabase& database);
+std::string ExtractPolygons(ProcessModel& model, LogConsole* console, const GdsDatabase& database);
 
 }  // namespace zelmo

@@ -4,10 +4,16 @@
 #include <cstdint>
 #include <vector>
 
+#include "gds/gds_point.h"
 #include "gds/placement.h"
-#include "model/process_model.h"
 
 namespace zelmo {
+
+/// A polygon selected from the layout, in database units from the rectangle's lower left corner.
+struct RawPolygon {
+    std::vector<GdsPoint> points;
+    std::uint16_t layer = 0;
+};
 
 /// What one extraction selects, and what it has found.
 struct ExtractionScope {

@@ -8,7 +8,8 @@
 
 #include "base/row_bands.h"
 #include "model/cover_map_lanes.h"
-#include "model/process_model.h"
+#include "model/grid/grid.h"
+#include "model/stack.h"
 
 // Tile by tile, and in each from the topmost layer down: one bit for each cell where the layer has
 // thickness, spread to the cells around by whole words, gives the cells that it covers. A cell that
@@ -27,12 +28,13 @@ constexpr std::uint64_t allBits = std::numeric_limits<std::uint64_t>::max();
 
 class CoverTile {
 public:
-    CoverTile(ProcessModel& model, std::int32_t firstCol, std::int32_t firstRow)
-        : model_(model),
+    CoverTile(Stack& stack, const Grid& grid, std::int32_t firstCol, std::int32_t firstRow)
+        : stack_(stack),
+          grid_(grid),
           firstCol_(firstCol),
           firstRow_(firstRow),
-          cols_(std::min(tileCols, model.gridColumns - firstCol)),
-          rows_(std::min(tileRows, model.gridRows - firstRow)),
+          cols_(std::min(tileCols, grid.columns - firstCol)),
+          rows_(std::min(tileRows, grid.rows - firstRow)),
           words_((cols_ - 1) / wordBits + 1) {
         for (std::int32_t row = 0; row < rows_; ++row) {
             std::fill(open_[row], open_[row] + words_, allBits);
@@ -43,8 +45,8 @@ public:
 
     void Update() {
         bool isOpen = true;
-        for (std::size_t id = model_.layers.size(); id-- > 0 && isOpen;) {
-            if (model_.layers[id] != nullptr) {
+        for (std::size_t id = stack_.layers.size(); id-- > 0 && isOpen;) {
+            if (stack_.layers[id] != nullptr) {
                 isOpen = CoverWith(static_cast<std::int32_t>(id));
             }
         }
@@ -53,7 +55,7 @@ public:
 private:
     /// Returns whether cells remain open.
     bool CoverWith(std::int32_t id) {
-        const Layer& layer = *model_.layers[static_cast<std::size_t>(id)];
+        const Layer& layer = *stack_.layers[static_cast<std::size_t>(id)];
         for (std::int32_t row = -1; row <= rows_; ++row) {
             SpreadThickness(layer, row);
         }
@@ -90,7 +92,7 @@ private:
             return;
         }
         const std::ptrdiff_t first =
-            static_cast<std::ptrdiff_t>(firstRow_ + row) * model_.gridColumns + firstCol_;
+            static_cast<std::ptrdiff_t>(firstRow_ + row) * grid_.columns + firstCol_;
         const float* const top = layer.top.data() + first;
         const float* const bottom = layer.bottom.data() + first;
         const auto isThick = [top, bottom](std::int32_t col) -> std::uint64_t {
@@ -100,7 +102,7 @@ private:
         std::uint64_t* const thick = edged + 1;
         ZELMO_PICK_LANES(MarkThickCells)(top, bottom, cols_, wanted, thick);
         const bool startsGrid = firstCol_ == 0;
-        const bool endsGrid = firstCol_ + cols_ == model_.gridColumns;
+        const bool endsGrid = firstCol_ + cols_ == grid_.columns;
         thick[-1] = startsGrid ? 0 : isThick(-1) << (wordBits - 1);
         thick[words_] = endsGrid ? 0 : isThick(cols_);
         for (std::int32_t word = 0; word < words_; ++word) {
@@ -113,7 +115,7 @@ private:
     /// One bit for each word of a row: whether cells are open in it or next to it. None outside the
     /// grid.
     std::uint32_t WordsNearOpenCells(std::int32_t row) const {
-        if (firstRow_ + row < 0 || firstRow_ + row >= model_.gridRows) {
+        if (firstRow_ + row < 0 || firstRow_ + row >= grid_.rows) {
             return 0;
         }
         std::uint32_t words = 0;
@@ -126,10 +128,10 @@ private:
 
     void SetCover(std::int32_t id, const Layer& layer, std::int32_t row, std::int32_t word,
                   std::uint64_t cells) {
-        const std::size_t first = static_cast<std::size_t>(firstRow_ + row) *
-                                      static_cast<std::size_t>(model_.gridColumns) +
-                                  static_cast<std::size_t>(firstCol_ + word * wordBits);
-        CoverCell* const cover = model_.coverMap.data() + first;
+        const std::size_t first =
+            static_cast<std::size_t>(firstRow_ + row) * static_cast<std::size_t>(grid_.columns) +
+            static_cast<std::size_t>(firstCol_ + word * wordBits);
+        CoverCell* const cover = stack_.coverMap.data() + first;
         const float* const top = layer.top.data() + first;
         if (cells == allBits) {
             for (std::int32_t i = 0; i < wordBits; ++i) {
@@ -143,7 +145,8 @@ private:
         }
     }
 
-    ProcessModel& model_;
+    Stack& stack_;
+    const Grid& grid_;
     std::int32_t firstCol_;
     std::int32_t firstRow_;
     std::int32_t cols_;
@@ -156,16 +159,15 @@ private:
 
 }  // namespace
 
-void UpdateCoverMap(ProcessModel& model) {
-    const std::int32_t rows = model.gridRows;
-    ForRowBands((rows + tileRows - 1) / tileRows, 1,
-                [&model](std::int32_t first, std::int32_t end) {
-                    for (std::int32_t tile = first; tile < end; ++tile) {
-                        for (std::int32_t col = 0; col < model.gridColumns; col += tileCols) {
-                            CoverTile(model, col, tile * tileRows).Update();
-                        }
-                    }
-                });
+void UpdateCoverMap(Stack& stack, const Grid& grid) {
+    const std::int32_t rows = grid.rows;
+    ForRowBands((rows + tileRows - 1) / tileRows, 1, [&](std::int32_t first, std::int32_t end) {
+        for (std::int32_t tile = first; tile < end; ++tile) {
+            for (std::int32_t col = 0; col < grid.columns; col += tileCols) {
+                CoverTile(stack, grid, col, tile * tileRows).Update();
+            }
+        }
+    });
 }
 
 }  // namespace zelmo

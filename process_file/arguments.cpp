@@ -68,7 +68,7 @@ void ReadNumericColor(ReaderState& state, std::string_view line, ProcessStep& st
 void ReadNamedColor(ReaderState& state, std::string_view line, ProcessStep& step,
                     std::string_view unknownNameText) {
     const std::string name = ReadWord(state, line, "-scolor");
-    const ColorEntry* const entry = FindColor(GetColorTable(), name);
+    const ColorEntry* const entry = FindColor(state.colors, name);
     if (entry == nullptr) {
         ReportError(state, unknownNameText);
         return;

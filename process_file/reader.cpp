@@ -1,14 +1,13 @@
 #include "process_file/reader.h"
 
+#include <fmt/format.h>
+
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "base/file.h"
-#include "base/log_console.h"
-#include "base/text.h"
-#include "model/process_model.h"
 #include "process_file/color_table.h"
 #include "process_file/reader_state.h"
 #include "process_file/step_commands.h"
@@ -35,25 +34,25 @@ StepHandler FindStepHandler(std::string_view command) {
 }
 
 /// The substrate comes first in every run; a colour table without its colour leaves it black.
-ProcessStep SubstrateStep() {
+ProcessStep SubstrateStep(const ColorTable& colors) {
     ProcessStep step;
-    step.kind = StepSubstrate;
+    step.kind = StepKind::Substrate;
     step.description = "Substrate";
-    if (const ColorEntry* beige = FindColor(GetColorTable(), "beige")) {
+    if (const ColorEntry* beige = FindColor(colors, "beige")) {
         step.color = ColorOf(*beige);
     }
     return step;
 }
 
-void AppendPlainStep(ProcessModel& model, StepKind kind, std::string description) {
+void AppendPlainStep(ProcessFile& file, StepKind kind, std::string description) {
     ProcessStep step;
     step.kind = kind;
     step.description = std::move(description);
-    model.steps.push_back(std::move(step));
+    file.steps.push_back(std::move(step));
 }
 
 /// Acts on a command line; its first word is `command`.
-void HandleCommand(ReaderState& state, ProcessModel& model, std::string_view command,
+void HandleCommand(ReaderState& state, ProcessFile& file, std::string_view command,
                    std::string_view line) {
     const bool settingsSeenBefore = state.settingsSeen;
     if (!state.settingsSeen && command != "settings") {
@@ -64,26 +63,26 @@ void HandleCommand(ReaderState& state, ProcessModel& model, std::string_view com
         if (settingsSeenBefore) {
             ReportError(state, "Duplicate settings (gen) command found");
         }
-        ReadSettings(state, line, model);
+        ReadSettings(state, line, file.settings);
         state.settingsSeen = true;
     } else if (command == "location") {
         if (state.locationSeen) {
             ReportError(state, "Duplicate location (cut) command found");
         }
-        ReadLocation(state, line, model);
+        ReadLocation(state, line, file.settings);
         state.locationSeen = true;
     } else if (command == "gds") {
         if (state.gdsSeen) {
             ReportError(state, "Duplicate gds command found");
         }
-        ReadGds(state, line, model);
+        ReadGds(state, line, file.settings);
         state.gdsSeen = true;
     } else if (const StepHandler handler = FindStepHandler(command)) {
         ProcessStep step;
         handler(state, line, step);
-        model.steps.push_back(std::move(step));
+        file.steps.push_back(std::move(step));
     } else if (command == "dump") {
-        AppendPlainStep(model, StepDump, "dumping of stack data");
+        AppendPlainStep(file, StepKind::Dump, "dumping of stack data");
     } else if (command == "stop") {
         state.stopSeen = true;
     } else {
@@ -92,7 +91,7 @@ void HandleCommand(ReaderState& state, ProcessModel& model, std::string_view com
 }
 
 /// Handles one line of the file, which may be a comment or blank.
-void HandleLine(ReaderState& state, ProcessModel& model, std::string_view line) {
+void HandleLine(ReaderState& state, ProcessFile& file, std::string_view line) {
     if (line.starts_with('#') || line.find_first_not_of(" \r\n\t") == std::string_view::npos) {
         return;
     }
@@ -103,31 +102,36 @@ void HandleLine(ReaderState& state, ProcessModel& model, std::string_view line) 
         ReportError(state, "Unknown command");
         return;
     }
-    HandleCommand(state, model, command, line);
+    HandleCommand(state, file, command, line);
 }
 
 }  // namespace
 
-std::int32_t ReadProcessFile(ProcessModel& model, const std::filesystem::path& path,
-                             LogConsole* console) {
+std::string ErrorLine(const ProcessFileError& error) {
+    return error.line < 1 ? fmt::format("Error: {}", error.text)
+                          : fmt::format("Error in line {}: {}", error.line, error.text);
+}
+
+ProcessFile ReadProcessFile(const std::filesystem::path& path, const ColorTable& colors) {
+    ProcessFile file;
     // Binary, so that line ends and control bytes mean the same on every platform.
-    const FilePointer file = OpenFile(path, "rb");
-    if (!file) {
-        console->Write(L"Failed to open process file: " + PathText(path));
-        return 1;
+    const FilePointer stream = OpenFile(path, "rb");
+    if (!stream) {
+        return file;
     }
-    ReaderState state;
-    state.console = console;
-    model.steps.push_back(SubstrateStep());
+    file.opened = true;
+    file.steps.push_back(SubstrateStep(colors));
+    ReaderState state(colors);
     std::string line;
-    while (!state.stopSeen && ReadTextLine(file.get(), line)) {
+    while (!state.stopSeen && ReadTextLine(stream.get(), line)) {
         ++state.lineNumber;
-        HandleLine(state, model, line);
+        HandleLine(state, file, line);
     }
     if (!state.gdsSeen || !state.locationSeen || !state.settingsSeen) {
         ReportError(state, "Missing gds, location, or settings command");
     }
-    return state.errorSeen ? 1 : 0;
+    file.errors = std::move(state.errors);
+    return file;
 }
 
 }  // namespace zelmo

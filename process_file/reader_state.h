@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-namespace zelmo {
+#include "process_file/reader.h"
 
-class LogConsole;
+namespace zelmo {
 
 /// A material that a `deposition` or `coating` line has defined. `-targets` selects by type.
 struct MaterialEntry {
@@ -19,12 +19,14 @@ struct MaterialEntry {
 
 /// What one reading of a process file knows besides the model it fills. A fresh one for each read.
 struct ReaderState {
-    LogConsole* console = nullptr;  ///< where errors go, not owned
-    bool settingsSeen = false;      ///< or the error for a missing first `settings` was given
+    explicit ReaderState(const ColorTable& colorTable) : colors(colorTable) {}
+
+    const ColorTable& colors;
+    std::vector<ProcessFileError> errors;  ///< so far
+    bool settingsSeen = false;  ///< or the error for a missing first `settings` was given
     bool locationSeen = false;
     bool gdsSeen = false;
     bool stopSeen = false;
-    bool errorSeen = false;       ///< at least one error was reported
     bool useNm = false;           ///< window and resolution are in nanometres
     bool resistFree = true;       ///< no photoresist is open: a `photo` may come, a `strip` may not
     std::int32_t lineNumber = 0;  ///< lines read so far; 0: errors carry no line number
@@ -35,8 +37,7 @@ struct ReaderState {
     std::vector<std::string> stripNames;
 };
 
-/// Writes "Error in line <n>: <text>", or "Error: <text>" where there is no line, to the console
-/// and records that there was an error.
+/// Notes what is wrong with the present line.
 void ReportErrorText(ReaderState& state, const std::string& text);
 
 /// The same with a printf-style format of %s and %d. Never stops anything: the caller goes on with

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "model/process_model.h"
+#include "model/process.h"
 #include "process_file/arguments.h"
 #include "process_file/reader_state.h"
 
@@ -54,26 +54,26 @@ void CheckVersion(ReaderState& state, std::string_view line) {
     }
 }
 
-void ReadGridColumns(ReaderState& state, std::string_view line, ProcessModel& model) {
-    model.gridColumns = 1000;
+void ReadGridColumns(ReaderState& state, std::string_view line, ProcessSettings& settings) {
+    settings.gridColumns = 1000;
     if (HasArgument(line, "-N")) {
-        model.gridColumns = ReadInteger(state, line, "-N");
+        settings.gridColumns = ReadInteger(state, line, "-N");
     }
-    if (model.gridColumns < 200 || model.gridColumns > 2000) {
+    if (settings.gridColumns < 200 || settings.gridColumns > 2000) {
         ReportError(state, "Value of -N argument needs to be between 200 and 2000");
     }
 }
 
-void ReadCameraAngle(ReaderState& state, std::string_view line, ProcessModel& model) {
-    model.cameraAngle = 30.0f;
+void ReadCameraAngle(ReaderState& state, std::string_view line, ProcessSettings& settings) {
+    settings.cameraAngle = 30.0f;
     if (HasArgument(line, "-angle")) {
-        model.cameraAngle = static_cast<float>(ReadInteger(state, line, "-angle"));
+        settings.cameraAngle = static_cast<float>(ReadInteger(state, line, "-angle"));
     }
     // The limit is 90 though the text names 40: steeper views are welcome.
-    if (model.cameraAngle > 90.0f || model.cameraAngle < 0.0f) {
+    if (settings.cameraAngle > 90.0f || settings.cameraAngle < 0.0f) {
         ReportError(state, "Camera angle should be between 0 and 40 degrees");
     }
-    model.cameraAngle = std::min(model.cameraAngle, 89.0f);
+    settings.cameraAngle = std::min(settings.cameraAngle, 89.0f);
 }
 
 /// A length of the location window or the resolution, in the unit that `settings` chose.
@@ -140,44 +140,44 @@ void CheckStepName(ReaderState& state, const std::vector<std::string>& names,
 
 }  // namespace
 
-void ReadSettings(ReaderState& state, std::string_view line, ProcessModel& model) {
+void ReadSettings(ReaderState& state, std::string_view line, ProcessSettings& settings) {
     CheckArguments(state, line, settingsArguments);
     CheckVersion(state, line);
-    ReadGridColumns(state, line, model);
-    ReadCameraAngle(state, line, model);
+    ReadGridColumns(state, line, settings);
+    ReadCameraAngle(state, line, settings);
     state.useNm = HasArgument(line, "-use_nm");
-    model.showHeights = HasArgument(line, "-heights") ? 1.0f : 0.0f;
-    model.showLegend = HasArgument(line, "-legend") ? 1.0f : 0.0f;
+    settings.showHeights = HasArgument(line, "-heights") ? 1.0f : 0.0f;
+    settings.showLegend = HasArgument(line, "-legend") ? 1.0f : 0.0f;
 }
 
-void ReadLocation(ReaderState& state, std::string_view line, ProcessModel& model) {
+void ReadLocation(ReaderState& state, std::string_view line, ProcessSettings& settings) {
     CheckArguments(state, line, locationArguments);
-    model.windowX = ReadLayoutLength(state, line, "-x");
-    model.windowY = ReadLayoutLength(state, line, "-y");
-    model.windowWidth = ReadLayoutLength(state, line, "-dx");
-    model.windowHeight = ReadLayoutLength(state, line, "-dy");
-    if (model.windowWidth <= 0.0f) {
+    settings.windowX = ReadLayoutLength(state, line, "-x");
+    settings.windowY = ReadLayoutLength(state, line, "-y");
+    settings.windowWidth = ReadLayoutLength(state, line, "-dx");
+    settings.windowHeight = ReadLayoutLength(state, line, "-dy");
+    if (settings.windowWidth <= 0.0f) {
         ReportError(state, "Invalid -dx argument");
     }
-    if (model.windowHeight <= 0.0f) {
+    if (settings.windowHeight <= 0.0f) {
         ReportError(state, "Invalid -dy argument");
     }
     // The model relies on a window that is never higher than wide.
-    if (model.windowHeight > model.windowWidth) {
-        model.windowHeight = model.windowWidth;
+    if (settings.windowHeight > settings.windowWidth) {
+        settings.windowHeight = settings.windowWidth;
     }
     // Holds for negative heights only.
-    if (model.windowHeight * 0.25f > model.windowHeight) {
-        model.windowHeight = model.windowWidth * 0.25f;
+    if (settings.windowHeight * 0.25f > settings.windowHeight) {
+        settings.windowHeight = settings.windowWidth * 0.25f;
     }
 }
 
-void ReadGds(ReaderState& state, std::string_view line, ProcessModel& model) {
-    model.cellName = ReadWord(state, line, "-cell");
+void ReadGds(ReaderState& state, std::string_view line, ProcessSettings& settings) {
+    settings.cellName = ReadWord(state, line, "-cell");
 }
 
 void ReadDeposition(ReaderState& state, std::string_view line, ProcessStep& step) {
-    step.kind = StepDeposition;
+    step.kind = StepKind::Deposition;
     CheckArguments(state, line, depositionArguments);
     ReadMaterial(state, line, step);
     ReadStepCoverage(state, line, step);
@@ -190,7 +190,7 @@ void ReadDeposition(ReaderState& state, std::string_view line, ProcessStep& step
 }
 
 void ReadCoating(ReaderState& state, std::string_view line, ProcessStep& step) {
-    step.kind = StepCoating;
+    step.kind = StepKind::Coating;
     CheckArguments(state, line, coatingArguments);
     ReadMaterial(state, line, step);
     ReadPlanarisation(state, line, step);
@@ -206,7 +206,7 @@ void ReadCoating(ReaderState& state, std::string_view line, ProcessStep& step) {
 }
 
 void ReadPhoto(ReaderState& state, std::string_view line, ProcessStep& step) {
-    step.kind = StepPhoto;
+    step.kind = StepKind::Photo;
     CheckArguments(state, line, photoArguments);
     if (!state.resistFree) {
         ReportError(state, "photo command not allowed if no preceding strip command");
@@ -245,7 +245,7 @@ void ReadPhoto(ReaderState& state, std::string_view line, ProcessStep& step) {
 }
 
 void ReadEtch(ReaderState& state, std::string_view line, ProcessStep& step) {
-    step.kind = StepEtch;
+    step.kind = StepKind::Etch;
     CheckArguments(state, line, etchArguments);
     step.processName = ReadWord(state, line, "-name");
     step.depth = ReadDecimal(state, line, "-depth") / nanometresPerMicrometre;
@@ -267,7 +267,7 @@ void ReadEtch(ReaderState& state, std::string_view line, ProcessStep& step) {
 }
 
 void ReadRelease(ReaderState& state, std::string_view line, ProcessStep& step) {
-    step.kind = StepRelease;
+    step.kind = StepKind::Release;
     CheckArguments(state, line, releaseArguments);
     step.processName = ReadWord(state, line, "-name");
     CheckStepName(state, state.releaseNames, step.processName,
@@ -278,7 +278,7 @@ void ReadRelease(ReaderState& state, std::string_view line, ProcessStep& step) {
 }
 
 void ReadStrip(ReaderState& state, std::string_view line, ProcessStep& step) {
-    step.kind = StepStrip;
+    step.kind = StepKind::Strip;
     if (state.resistFree) {
         ReportError(state, "strip command not allowed if no prior photo process");
     }

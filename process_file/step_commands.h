@@ -7,13 +7,13 @@
 
 namespace zelmo {
 
-struct ProcessModel;
+struct ProcessSettings;
 struct ProcessStep;
 struct ReaderState;
 
-void ReadSettings(ReaderState& state, std::string_view line, ProcessModel& model);
-void ReadLocation(ReaderState& state, std::string_view line, ProcessModel& model);
-void ReadGds(ReaderState& state, std::string_view line, ProcessModel& model);
+void ReadSettings(ReaderState& state, std::string_view line, ProcessSettings& settings);
+void ReadLocation(ReaderState& state, std::string_view line, ProcessSettings& settings);
+void ReadGds(ReaderState& state, std::string_view line, ProcessSettings& settings);
 
 // `step` is fresh: all numbers 0, all texts and lists empty.
 void ReadDeposition(ReaderState& state, std::string_view line, ProcessStep& step);

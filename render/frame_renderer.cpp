@@ -13,6 +13,7 @@
 #include "model/process_model.h"
 #include "render/camera.h"
 #include "render/gl/shader_program.h"
+#include "render/gl/stack_uploads.h"
 #include "render/overlays.h"
 #include "render/visible/layer_stack.h"
 #include "render/visible/visible_triangles.h"
@@ -57,9 +58,9 @@ PictureView FindView(const Camera& camera, std::int32_t width, std::int32_t heig
 }
 
 /// Draws the layer's whole mesh.
-void DrawMesh(const Layer& layer) {
-    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, layer.indexBuffer);
-    glDrawElements(GL_TRIANGLES, layer.indexCount, GL_UNSIGNED_INT, nullptr);
+void DrawMesh(const UploadedMesh& mesh) {
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, mesh.IndexBuffer());
+    glDrawElements(GL_TRIANGLES, mesh.IndexCount(), GL_UNSIGNED_INT, nullptr);
 }
 
 /// Draws the triangles between these of the mesh's vertices.
@@ -103,7 +104,8 @@ bool DrawsInSoftware() {
 }
 
 /// Draws nothing with a shader that failed: fixed functions would take its place.
-void DrawLayers(const ProcessModel& model, const PictureView& view, const PictureTools& tools) {
+void DrawLayers(const ProcessModel& model, const StackUploads& uploads, const PictureView& view,
+                const PictureTools& tools) {
     const ShaderProgram& shader = tools.surfaceShader;
     if (!shader.IsUsable()) {
         return;
@@ -112,9 +114,10 @@ void DrawLayers(const ProcessModel& model, const PictureView& view, const Pictur
     if (!tools.wholeMeshes && DrawsInSoftware()) {
         visible.emplace(model, view);
     }
-    for (std::size_t slot = 0; slot < model.layers.size(); ++slot) {
-        const Layer* layer = model.layers[slot].get();
-        if (layer == nullptr) {
+    for (std::size_t slot = 0; slot < model.stack.layers.size(); ++slot) {
+        const Layer* layer = model.stack.layers[slot].get();
+        const UploadedMesh* mesh = layer != nullptr ? uploads.MeshOf(*layer) : nullptr;
+        if (mesh == nullptr) {
             continue;
         }
         // What lets nothing through replaces what is behind it.
@@ -124,11 +127,11 @@ void DrawLayers(const ProcessModel& model, const PictureView& view, const Pictur
         glUniform1f(UniformLocation(shader, "alpha"), layer->alpha);
         if (visible && visible->Chosen()) {
             DrawCorners(visible->LevelCornersOf(slot));
-            glBindVertexArray(layer->vertexArray);
+            glBindVertexArray(mesh->VertexArray());
             DrawTriangles(visible->IndicesOf(slot));
         } else {
-            glBindVertexArray(layer->vertexArray);
-            DrawMesh(*layer);
+            glBindVertexArray(mesh->VertexArray());
+            DrawMesh(*mesh);
         }
         glBindVertexArray(0);
         glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
@@ -136,38 +139,39 @@ void DrawLayers(const ProcessModel& model, const PictureView& view, const Pictur
     glEnable(GL_BLEND);
 }
 
-void DrawMarkers(const ProcessModel& model, const Camera& camera, const ShaderProgram& shader) {
+void DrawMarkers(const ProcessModel& model, const StackUploads& uploads, const Camera& camera,
+                 const ShaderProgram& shader) {
     if (!shader.IsUsable()) {
         return;
     }
     UseShader(shader, camera);
-    glBindVertexArray(model.heightMarkers.vertexArray);
-    glDrawArrays(GL_POINTS, 0, ShownMarkerCount(model));
+    glBindVertexArray(uploads.MarkerArray());
+    glDrawArrays(GL_POINTS, 0, ShownMarkerCount(model.settings, uploads.Markers()));
     glBindVertexArray(0);
     glUseProgram(0);
 }
 
 }  // namespace
 
-void RenderFrame(const ProcessModel& model, const Camera& camera, const PictureTools& tools,
-                 std::int32_t width, std::int32_t height) {
+void RenderFrame(const ProcessModel& model, const StackUploads& uploads, const Camera& camera,
+                 const PictureTools& tools, std::int32_t width, std::int32_t height) {
     UseShader(tools.surfaceShader, camera);
-    SetLight(tools.surfaceShader, model.windowWidth);
+    SetLight(tools.surfaceShader, model.settings.windowWidth);
     glClearColor(1.0f, 1.0f, 1.0f, 1.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 
-    const std::int32_t strip = model.showLegend != 0.0f ? legendStrip : 0;
+    const std::int32_t strip = model.settings.showLegend ? legendStrip : 0;
     const PictureView view = FindView(camera, width, height, strip);
     glViewport(view.x, view.y, view.width, view.height);
-    DrawLayers(model, view, tools);
+    DrawLayers(model, uploads, view, tools);
     glUseProgram(0);
 
-    if (model.showHeights != 0.0f) {
-        DrawMarkers(model, camera, tools.pointShader);
-        DrawHeightLabels(model, camera, tools.textFont);
+    if (model.settings.showHeights) {
+        DrawMarkers(model, uploads, camera, tools.pointShader);
+        DrawHeightLabels(model, uploads.Markers(), camera, tools.textFont);
     }
     DrawWidthLabel(model, camera, tools.textFont);
-    if (model.showLegend != 0.0f) {
+    if (model.settings.showLegend) {
         DrawLegend(model, tools.textFont, strip, height);
     }
 }

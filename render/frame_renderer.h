@@ -7,6 +7,7 @@ namespace zelmo {
 struct Camera;
 struct ProcessModel;
 class ShaderProgram;
+class StackUploads;
 class TextFont;
 
 /// What pictures are drawn with, for the program's life.
@@ -19,8 +20,8 @@ struct PictureTools {
 
 /// Draws the complete picture of a model into the framebuffer that is bound, `width` by `height`
 /// pixels: white background, the layers in stack order, height markers, width label, legend. The
-/// meshes must be up to date, and the GL state as InitGlState left it.
-void RenderFrame(const ProcessModel& model, const Camera& camera, const PictureTools& tools,
-                 std::int32_t width, std::int32_t height);
+/// uploads are those of the model as it is, and the GL state as InitGlState left it.
+void RenderFrame(const ProcessModel& model, const StackUploads& uploads, const Camera& camera,
+                 const PictureTools& tools, std::int32_t width, std::int32_t height);
 
 }  // namespace zelmo

@@ -10,7 +10,8 @@
 #include "base/row_bands.h"
 #include "model/disc/disc_filter_lanes.h"
 #include "model/disc/sliding_disc.h"
-#include "model/process_model.h"
+#include "model/grid/grid.h"
+#include "model/stack.h"
 
 // Each sum is carried along a whole row in double precision, and its roundings with it: the order
 // of the additions is part of the result. But the rows are independent of each other. So the
@@ -128,13 +129,13 @@ struct BandFilter {
 
 }  // namespace
 
-void SmoothLayerTop(const ProcessModel& model, Layer& layer, float radius) {
-    const std::int32_t rows = model.gridRows;
-    if (rows < 1 || model.gridColumns < 1) {
+void SmoothLayerTop(const Grid& grid, Layer& layer, float radius) {
+    const std::int32_t rows = grid.rows;
+    if (rows < 1 || grid.columns < 1) {
         return;
     }
-    const SlidingDisc disc = SelectSlidingDisc(model, radius);
-    const ColumnMajorHeights heights(layer.top, model.gridColumns, rows);
+    const SlidingDisc disc = SelectSlidingDisc(grid, radius);
+    const ColumnMajorHeights heights(layer.top, grid.columns, rows);
     const std::int32_t bands = (rows - 1) / discBandRows + 1;
     ForRowBands(bands, 1, [&](std::int32_t first, std::int32_t end) {
         BandFilter filter(disc, heights);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/row_bands.h"
+#include "model/grid/grid.h"
 #include "model/offset/missing_cells.h"
 #include "model/offset/offset_raster_lanes.h"
 #include "model/offset/padded_row.h"
@@ -157,9 +158,9 @@ void ScanRows(const Surface& surface, const SurfaceMove& move, std::span<float> 
 
 }  // namespace
 
-void OffsetSurface(const ProcessModel& model, std::span<float> out, std::span<const float> heights,
+void OffsetSurface(const Grid& grid, std::span<float> out, std::span<const float> heights,
                    float distance, float lateral) {
-    const Surface surface{heights, model.gridColumns, model.gridRows, model.gridSpacing};
+    const Surface surface{heights, grid.columns, grid.rows, grid.spacing};
     const SurfaceMove move{distance, lateral, IsStraight(surface, distance, lateral)};
     constexpr std::int32_t smallestBand = 4;
     ForRowBands(surface.rows, smallestBand, [&](std::int32_t firstRow, std::int32_t endRow) {

@@ -11,14 +11,10 @@ namespace zelmo {
 
 void ExecuteCoating(ProcessModel& model, const ProcessStep& step) {
     DebugTrace("Executing coating");
-    auto layer = CreateLayer(model.gridRows, model.gridColumns, model.gridSpacing, model.graphics);
-    layer->material = step.material;
-    layer->label = step.label;
-    layer->color = step.color;
-    layer->alpha = step.alpha;
-    CoatLayer(model, *layer, step.thickness, step.dop);
-    AppendLayer(model, std::move(layer));
-    UpdateCoverMap(model);
+    auto layer = CreateLayer(model.grid, step);
+    CoatLayer(model.grid, model.stack.coverMap, *layer, step.thickness, step.dop);
+    AppendLayer(model.stack, std::move(layer));
+    UpdateCoverMap(model.stack, model.grid);
 }
 
 }  // namespace zelmo

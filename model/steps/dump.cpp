@@ -51,13 +51,13 @@ private:
 // Heights are widened before they are printed: the digits are those of the float's exact value.
 void DumpCell(DumpFile& file, const ProcessModel& model, std::int32_t row, std::int32_t col) {
     const std::size_t cell =
-        static_cast<std::size_t>(row) * static_cast<std::size_t>(model.gridColumns) +
+        static_cast<std::size_t>(row) * static_cast<std::size_t>(model.grid.columns) +
         static_cast<std::size_t>(col);
-    const CoverCell& cover = model.coverMap[cell];
+    const CoverCell& cover = model.stack.coverMap[cell];
     file.Print("\nCOVER LAYER ID: {}\tHEIGHT: {:.10f}\n", cover.layerId,
                static_cast<double>(cover.height));
-    for (std::size_t id = 0; id < model.layers.size(); ++id) {
-        const Layer* layer = model.layers[id].get();
+    for (std::size_t id = 0; id < model.stack.layers.size(); ++id) {
+        const Layer* layer = model.stack.layers[id].get();
         if (layer == nullptr) {
             continue;
         }
@@ -76,8 +76,8 @@ void ExecuteDump(ProcessModel& model, const ProcessStep&) {
     if (!file.IsOpen()) {
         return;
     }
-    for (std::int32_t row = 0; row < model.gridRows; ++row) {
-        for (std::int32_t col = 0; col < model.gridColumns; ++col) {
+    for (std::int32_t row = 0; row < model.grid.rows; ++row) {
+        for (std::int32_t col = 0; col < model.grid.columns; ++col) {
             DumpCell(file, model, row, col);
         }
         file.Print("\n\n");

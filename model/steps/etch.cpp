@@ -24,10 +24,10 @@ constexpr float resistWeight = 0.5f;
 
 /// One weight for each slot: a layer with any weight can be etched, all to the same front.
 std::vector<float> EtchWeights(const ProcessModel& model, const std::vector<std::string>& targets) {
-    std::vector<float> weights(model.layers.size(), 0.0f);
+    std::vector<float> weights(model.stack.layers.size(), 0.0f);
     for (const std::string& target : targets) {
-        for (std::size_t id = 0; id < model.layers.size(); ++id) {
-            const Layer* layer = model.layers[id].get();
+        for (std::size_t id = 0; id < model.stack.layers.size(); ++id) {
+            const Layer* layer = model.stack.layers[id].get();
             if (layer == nullptr) {
                 continue;
             }
@@ -53,8 +53,8 @@ void EtchStretch(ProcessModel& model, const std::vector<float>& weights,
     std::array<std::int32_t, stretch> open;
     open.fill(-1);
     bool anyOpen = true;
-    for (std::size_t id = model.layers.size(); anyOpen && id-- > 1;) {
-        Layer* layer = model.layers[id].get();
+    for (std::size_t id = model.stack.layers.size(); anyOpen && id-- > 1;) {
+        Layer* layer = model.stack.layers[id].get();
         if (layer == nullptr) {
             continue;
         }
@@ -83,18 +83,18 @@ void EtchLayers(ProcessModel& model, const std::vector<float>& weights,
 void ExecuteEtch(ProcessModel& model, const ProcessStep& step) {
     DebugTrace("Executing etch");
     const std::vector<float> weights = EtchWeights(model, step.targets);
-    std::vector<float> surface(model.CellCount());
+    std::vector<float> surface(model.grid.CellCount());
     for (std::size_t cell = 0; cell < surface.size(); ++cell) {
-        surface[cell] = model.coverMap[cell].height;
+        surface[cell] = model.stack.coverMap[cell].height;
     }
-    std::vector<float> front(model.CellCount());
-    OffsetSurface(model, front, surface, -step.depth, step.iso);
+    std::vector<float> front(model.grid.CellCount());
+    OffsetSurface(model.grid, front, surface, -step.depth, step.iso);
 
     EtchLayers(model, weights, front);
-    UpdateCoverMap(model);
-    for (std::size_t id = 0; id < model.layers.size(); ++id) {
+    UpdateCoverMap(model.stack, model.grid);
+    for (std::size_t id = 0; id < model.stack.layers.size(); ++id) {
         if (weights[id] != 0.0f) {
-            model.layers[id]->meshDirty = true;
+            MarkChanged(*model.stack.layers[id]);
         }
     }
 }

@@ -46,24 +46,20 @@ void CutResist(Layer& layer, const std::vector<std::uint8_t>& mask,
 
 void ExecutePhoto(ProcessModel& model, const ProcessStep& step) {
     DebugTrace("Executing photo");
-    auto layer = CreateLayer(model.gridRows, model.gridColumns, model.gridSpacing, model.graphics);
-    layer->material = step.material;
-    layer->label = step.label;
-    layer->color = step.color;
-    layer->alpha = step.alpha;
+    auto layer = CreateLayer(model.grid, step);
     layer->isPhotoresist = true;
-    CoatLayer(model, *layer, step.thickness, 1.0f);
+    CoatLayer(model.grid, model.stack.coverMap, *layer, step.thickness, 1.0f);
 
-    std::vector<std::uint8_t> rawMask(model.CellCount());
-    RasteriseMask(model, rawMask, step.maskId, step.maskDark);
-    std::vector<std::uint8_t> mask(model.CellCount());
-    BlurMask(model, mask, rawMask, step.res * 0.5f);
-    std::vector<float> edgeDistance(model.CellCount());
-    MaskEdgeDistance(model, edgeDistance, mask);
+    std::vector<std::uint8_t> rawMask(model.grid.CellCount());
+    RasteriseMask(model.grid, model.polygons, rawMask, step.maskId, step.maskDark);
+    std::vector<std::uint8_t> mask(model.grid.CellCount());
+    BlurMask(model.grid, mask, rawMask, step.res * 0.5f);
+    std::vector<float> edgeDistance(model.grid.CellCount());
+    MaskEdgeDistance(model.grid, edgeDistance, mask);
 
     CutResist(*layer, mask, edgeDistance, step.thickness, EdgeSlope(step.taper));
-    AppendLayer(model, std::move(layer));
-    UpdateCoverMap(model);
+    AppendLayer(model.stack, std::move(layer));
+    UpdateCoverMap(model.stack, model.grid);
 }
 
 }  // namespace zelmo

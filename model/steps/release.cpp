@@ -12,14 +12,14 @@ namespace zelmo {
 void ExecuteRelease(ProcessModel& model, const ProcessStep& step) {
     DebugTrace("Executing release");
     for (const std::string& target : step.targets) {
-        for (const std::unique_ptr<Layer>& layer : model.layers) {
+        for (const std::unique_ptr<Layer>& layer : model.stack.layers) {
             if (layer != nullptr && std::strcmp(layer->material.c_str(), target.c_str()) == 0) {
                 layer->top = layer->bottom;
-                layer->meshDirty = true;
+                MarkChanged(*layer);
             }
         }
     }
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
 }
 
 }  // namespace zelmo

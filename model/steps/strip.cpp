@@ -1,5 +1,4 @@
 #include <memory>
-#include <utility>
 
 #include "base/debug_trace.h"
 #include "model/cover_map.h"
@@ -10,13 +9,12 @@ namespace zelmo {
 
 void ExecuteStrip(ProcessModel& model, const ProcessStep&) {
     DebugTrace("Executing strip");
-    for (std::unique_ptr<Layer>& slot : model.layers) {
+    for (std::unique_ptr<Layer>& slot : model.stack.layers) {
         if (slot != nullptr && slot->isPhotoresist) {
-            std::unique_ptr<Layer> stripped = std::move(slot);
-            DestroyLayer(stripped);
+            slot.reset();
         }
     }
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
 }
 
 }  // namespace zelmo

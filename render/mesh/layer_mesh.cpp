@@ -331,15 +331,4 @@ LayerMesh MakeLayerMesh(const Layer& layer, std::int32_t marginCols, std::int32_
     return mesh;
 }
 
-void BuildLayerMesh(Layer& layer, std::int32_t marginCols, std::int32_t marginRows) {
-    if (layer.graphics == nullptr) {
-        const MeshWindow window(layer, marginCols, marginRows);
-        layer.indexCount = static_cast<std::int32_t>(MeshPlan(window).IndexCount());
-        return;
-    }
-    const LayerMesh mesh = MakeLayerMesh(layer, marginCols, marginRows);
-    layer.indexCount = static_cast<std::int32_t>(mesh.indices.size());
-    layer.graphics->UploadLayerMesh(layer, mesh.vertices, mesh.indices);
-}
-
 }  // namespace zelmo

@@ -17,15 +17,15 @@ bool HasItsGrid(const Layer& layer) {
 
 std::optional<LayerStack> FindStack(const ProcessModel& model) {
     LayerStack stack;
-    const std::int32_t marginCols = TruncateToI32(model.marginX / model.gridSpacing);
-    const std::int32_t marginRows = TruncateToI32(model.marginY / model.gridSpacing);
-    for (std::size_t slot = 0; slot < model.layers.size(); ++slot) {
-        const Layer* layer = model.layers[slot].get();
+    const std::int32_t marginCols = TruncateToI32(model.grid.marginX / model.grid.spacing);
+    const std::int32_t marginRows = TruncateToI32(model.grid.marginY / model.grid.spacing);
+    for (std::size_t slot = 0; slot < model.stack.layers.size(); ++slot) {
+        const Layer* layer = model.stack.layers[slot].get();
         if (layer == nullptr) {
             continue;
         }
-        const bool fits = HasItsGrid(*layer) && layer->cols == model.gridColumns &&
-                          layer->rows == model.gridRows && layer->spacing == model.gridSpacing;
+        const bool fits = HasItsGrid(*layer) && layer->cols == model.grid.columns &&
+                          layer->rows == model.grid.rows && layer->spacing == model.grid.spacing;
         if (!fits) {
             return std::nullopt;
         }
@@ -37,7 +37,7 @@ std::optional<LayerStack> FindStack(const ProcessModel& model) {
     }
     stack.cols = stack.layers[0].cols;
     stack.rows = stack.layers[0].rows;
-    stack.spacing = model.gridSpacing;
+    stack.spacing = model.grid.spacing;
     return stack;
 }
 

@@ -5,7 +5,7 @@
 #include <span>
 #include <vector>
 
-#include "model/layer_graphics.h"
+#include "render/mesh/mesh_vertex.h"
 #include "render/visible/layer_stack.h"
 
 // A level part of an opaque layer's upper sheet has one colour. Two large triangles that reach one

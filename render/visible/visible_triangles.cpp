@@ -115,15 +115,6 @@ std::uint32_t* WriteBand(const std::uint8_t* squares, std::size_t count, const N
     return out;
 }
 
-/// Whether a layer's mesh has been made from heights with so many triangles on each sheet.
-bool IsMeshOf(const MeshWindow& window, std::int64_t sheetTriangles) {
-    std::int64_t walls = 0;
-    for (std::int32_t col = 0; col + 1 < window.cols; ++col) {
-        walls += HasWall(window, col) ? 1 : 0;
-    }
-    return window.layer.indexCount == 6 * (sheetTriangles + walls);
-}
-
 /// Numbers the vertices of some bands and writes the indices that are drawn. Only what is drawn
 /// needs numbers: a band's own, and those of the row that it shares with the band before it.
 template <typename Choice>
@@ -248,11 +239,6 @@ VisibleTriangles::VisibleTriangles(const ProcessModel& model, const PictureView&
             triangles[i] += chooser.TriangleCounts()[i];
         }
     });
-    for (std::size_t i = 0; i < layerCount; ++i) {
-        if (!IsMeshOf(choice->stack.layers[i], triangles[i])) {
-            return;
-        }
-    }
     // Heights without number, or a stack that the view cuts off, leave holes to look through.
     const std::array<double, 3> size{
         static_cast<double>(choice->stack.spacing) * (choice->stack.cols - 1),
@@ -263,7 +249,7 @@ VisibleTriangles::VisibleTriangles(const ProcessModel& model, const PictureView&
         choice_ = std::move(choice);
     }
     // Markers have depths of their own.
-    if (choice_ != nullptr && model.showHeights == 0.0f) {
+    if (choice_ != nullptr && !model.settings.showHeights) {
         choice_->MergeLevelParts();
     }
 }

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "model/layer_graphics.h"
+#include "render/mesh/mesh_vertex.h"
 #include "render/visible/picture_view.h"
 
 namespace zelmo {

@@ -69,7 +69,7 @@ class Example : public testing::TestWithParam<const char*> {};
 TEST_P(Example, IsReadyToRunWithoutAWarning) {
     const std::unique_ptr<ProcessModel> model = Prepare(GetParam());
     EXPECT_GT(model->polygons.size(), 0u);
-    EXPECT_EQ(model->showLegend, 1.0f);
+    EXPECT_EQ(model->settings.showLegend, 1.0f);
 }
 
 TEST_P(Example, HasPolygonsInReachForEveryMaskThatItsProcessUses) {
@@ -79,7 +79,7 @@ TEST_P(Example, HasPolygonsInReachForEveryMaskThatItsProcessUses) {
         drawn.insert(polygon.layer);
     }
     for (const ProcessStep& step : model->steps) {
-        if (step.kind == StepPhoto) {
+        if (step.kind == StepKind::Photo) {
             EXPECT_EQ(drawn.count(step.maskId), 1u) << step.description;
         }
     }
@@ -137,7 +137,7 @@ TEST(CrossbarLayout, UsesEveryKindOfReferenceAndBothKindsOfPath) {
 }
 
 float TopOf(const ProcessModel& model, const std::string& material, std::size_t cell) {
-    for (const auto& layer : model.layers) {
+    for (const auto& layer : model.stack.layers) {
         if (layer && layer->material == material) {
             return layer->top[cell];
         }
@@ -147,7 +147,7 @@ float TopOf(const ProcessModel& model, const std::string& material, std::size_t 
 }
 
 float BottomOf(const ProcessModel& model, const std::string& material, std::size_t cell) {
-    for (const auto& layer : model.layers) {
+    for (const auto& layer : model.stack.layers) {
         if (layer && layer->material == material) {
             return layer->bottom[cell];
         }
@@ -159,20 +159,20 @@ float BottomOf(const ProcessModel& model, const std::string& material, std::size
 TEST(Micromotor, HangsFreeAfterTheRelease) {
     const std::unique_ptr<ProcessModel> model = Prepare("mems_release", "200");
     RecordingConsole console;
-    ASSERT_EQ(model->steps.back().kind, StepRelease);
+    ASSERT_EQ(model->steps.back().kind, StepKind::Release);
     for (const ProcessStep& step : model->steps) {
         ExecuteStep(*model, step, &console);
         UpdateMeshes(*model);
     }
-    for (const auto& layer : model->layers) {
+    for (const auto& layer : model->stack.layers) {
         EXPECT_TRUE(!layer || layer->material.find("Oxide") == std::string::npos);
     }
     const auto cellAt = [&](float x, float y) {
         const auto column =
-            static_cast<std::size_t>((x - model->gridOriginX) / model->gridSpacing + 0.5f);
+            static_cast<std::size_t>((x - model->grid.originX) / model->grid.spacing + 0.5f);
         const auto row =
-            static_cast<std::size_t>((y - model->gridOriginY) / model->gridSpacing + 0.5f);
-        return row * static_cast<std::size_t>(model->gridColumns) + column;
+            static_cast<std::size_t>((y - model->grid.originY) / model->grid.spacing + 0.5f);
+        return row * static_cast<std::size_t>(model->grid.columns) + column;
     };
     // The rotor over its ground plane, lower at a dimple; the hub's flange over the rotor
     const std::size_t rotor = cellAt(16.0f, 0.0f);

@@ -1,6 +1,6 @@
 #include <cmath>
 
-#include "model/grid/grid_geometry.h"
+#include "model/grid/grid.h"
 #include "model/process_model.h"
 #include "process_file/color_table.h"
 #include "process_file/reader.h"
@@ -28,10 +28,13 @@ void CheckStep(const ProcessStep& step) {
 }
 
 void Check(ProcessModel& model) {
-    Require(model.gridColumns >= 200 && model.gridColumns <= 2000, "columns keep to their limits");
-    Require(model.windowHeight > 0.0f && model.windowHeight <= model.windowWidth,
+    Require(model.grid.columns >= 200 && model.grid.columns <= 2000,
+            "columns keep to their limits");
+    Require(model.settings.windowHeight > 0.0f &&
+                model.settings.windowHeight <= model.settings.windowWidth,
             "a window is no higher than wide");
-    Require(model.cameraAngle >= 0.0f && model.cameraAngle <= 89.0f, "the angle has its limits");
+    Require(model.settings.cameraAngle >= 0.0f && model.settings.cameraAngle <= 89.0f,
+            "the angle has its limits");
     for (const ProcessStep& step : model.steps) {
         CheckStep(step);
     }
@@ -44,7 +47,7 @@ void Read(const MemoryFile& file) {
     const std::int32_t result = ReadProcessFile(model, file.Path(), &console);
     Require(result == (console.errors > 0 ? 1 : 0), "an error is a line, a line is an error");
     Require(console.lines == console.errors, "nothing but errors is told");
-    Require(!model.steps.empty() && model.steps[0].kind == StepSubstrate,
+    Require(!model.steps.empty() && model.steps[0].kind == StepKind::Substrate,
             "the substrate comes first");
     if (result == 0) {
         Check(model);

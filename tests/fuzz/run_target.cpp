@@ -11,7 +11,7 @@
 #include "gds/gds_database.h"
 #include "gds/gds_reader.h"
 #include "gds/polygon_selection.h"
-#include "model/grid/grid_geometry.h"
+#include "model/grid/grid.h"
 #include "model/process_model.h"
 #include "process_file/reader.h"
 #include "tests/fuzz/made_run.h"
@@ -39,11 +39,11 @@ bool IsSmall(const MemoryFile& layout, const MemoryFile& process) {
         return TruncateToI64(static_cast<double>(microns) / database.micronsPerUnit);
     };
     ExtractionScope scope;
-    scope.x0 = toUnits(model.gridOriginX);
-    scope.y0 = toUnits(model.gridOriginY);
-    scope.x1 = toUnits(model.gridOriginX + model.gridWidth);
-    scope.y1 = toUnits(model.gridOriginY + model.gridHeight);
-    scope.minSize = toUnits(model.gridSpacing);
+    scope.x0 = toUnits(model.grid.originX);
+    scope.y0 = toUnits(model.grid.originY);
+    scope.x1 = toUnits(model.grid.originX + model.grid.width);
+    scope.y1 = toUnits(model.grid.originY + model.grid.height);
+    scope.minSize = toUnits(model.grid.spacing);
     scope.limit = 2000;
     scope.effort = 1000000;
     const auto top = std::find_if(database.cells.begin(), database.cells.end(),

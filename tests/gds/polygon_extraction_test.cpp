@@ -27,10 +27,10 @@ class ExtractPolygonsTest : public testing::Test {
 protected:
     /// A grid of 10 by 10 micrometres at the origin, of pitch 0.1.
     ExtractPolygonsTest() {
-        model.cellName = "TOP";
-        model.gridWidth = 10.0f;
-        model.gridHeight = 10.0f;
-        model.gridSpacing = 0.1f;
+        model.settings.cellName = "TOP";
+        model.grid.width = 10.0f;
+        model.grid.height = 10.0f;
+        model.grid.spacing = 0.1f;
     }
 
     template <typename Write>
@@ -63,7 +63,7 @@ TEST_F(ExtractPolygonsTest, ReportsTheStartValueWhereThereAreNoPolygons) {
 }
 
 TEST_F(ExtractPolygonsTest, WarnsOfPolygonsBelowTheResolution) {
-    model.gridSpacing = 0.120120123f;
+    model.grid.spacing = 0.120120123f;
     Extract([](GdsWriter& writer) {
         writer.Rectangle(3, 0, 0, 1500, 1500);
         writer.Rectangle(3, 0, 0, 119, 5000);
@@ -77,10 +77,10 @@ TEST_F(ExtractPolygonsTest, WarnsOfPolygonsBelowTheResolution) {
 
 TEST_F(ExtractPolygonsTest, KeepsASquareOfExactlyTheResolution) {
     const auto square = [](GdsWriter& writer) { writer.Rectangle(1, 10, 10, 110, 110); };
-    model.gridSpacing = 100.5f / 1000.0f;  // 100 units
+    model.grid.spacing = 100.5f / 1000.0f;  // 100 units
     Extract(square);
     EXPECT_EQ(model.polygons.size(), 1u);
-    model.gridSpacing = 101.5f / 1000.0f;  // 101 units
+    model.grid.spacing = 101.5f / 1000.0f;  // 101 units
     Extract(square);
     EXPECT_TRUE(model.polygons.empty());
     EXPECT_EQ(console.lines.back(),
@@ -98,8 +98,8 @@ TEST_F(ExtractPolygonsTest, LeavesOutAPolygonOnTheGridsEdgeWithoutCountingIt) {
 }
 
 TEST_F(ExtractPolygonsTest, MovesCoordinatesToTheGridsCorner) {
-    model.gridOriginX = -2.5f;
-    model.gridOriginY = 1.25f;
+    model.grid.originX = -2.5f;
+    model.grid.originY = 1.25f;
     Extract([](GdsWriter& writer) { writer.Rectangle(9, -1000, 2000, 1000, 5000); });
     ASSERT_EQ(model.rawPolygons.size(), 1u);
     EXPECT_EQ(model.rawPolygons[0].layer, 9);
@@ -121,8 +121,8 @@ TEST_F(ExtractPolygonsTest, MovesCoordinatesToTheGridsCorner) {
 
 TEST_F(ExtractPolygonsTest, SumsTheFarCornerInSinglePrecision) {
     // 1 + 16777216 is 16777216 in single precision: the polygon touches the rectangle only.
-    model.gridOriginX = 1.0f;
-    model.gridWidth = 16777216.0f;
+    model.grid.originX = 1.0f;
+    model.grid.width = 16777216.0f;
     GdsWriter writer;
     writer.BeginLibrary(1.0, 1e-6);
     writer.BeginCell("TOP");
@@ -136,7 +136,7 @@ TEST_F(ExtractPolygonsTest, SumsTheFarCornerInSinglePrecision) {
 }
 
 TEST_F(ExtractPolygonsTest, TruncatesTheRectangleTowardZero) {
-    model.gridOriginX = -0.0019f;  // -1.9 units: -1
+    model.grid.originX = -0.0019f;  // -1.9 units: -1
     Extract([](GdsWriter& writer) {
         writer.Rectangle(1, -5000, 0, -1, 3000);
         writer.Rectangle(2, -5000, 0, 0, 3000);
@@ -146,7 +146,7 @@ TEST_F(ExtractPolygonsTest, TruncatesTheRectangleTowardZero) {
 }
 
 TEST_F(ExtractPolygonsTest, RoundsLargeCoordinatesToSinglePrecision) {
-    model.gridWidth = 100000.0f;
+    model.grid.width = 100000.0f;
     Extract([](GdsWriter& writer) { writer.Rectangle(1, 16777217, 0, 33554435, 1000); });
     ASSERT_EQ(model.polygons.size(), 1u);
     EXPECT_EQ(model.rawPolygons[0].points[0].x, 16777217);
@@ -157,7 +157,7 @@ TEST_F(ExtractPolygonsTest, RoundsLargeCoordinatesToSinglePrecision) {
 
 TEST_F(ExtractPolygonsTest, LeavesTheTinyStartValueAsMaximumOfNegativeCoordinates) {
     // Turned by 45 degrees, a corner of the sliver's box reaches into the grid, but no point of it.
-    model.gridOriginX = 0.0105f;
+    model.grid.originX = 0.0105f;
     Extract([](GdsWriter& writer) {
         writer.Reference("SLIVER", {0, 0}, {false, 1.0, 45.0});
         writer.EndCell();
@@ -210,7 +210,7 @@ TEST_F(ExtractPolygonsTest, FindsACellWhoseNameIsPadded) {
         writer.RecordText(record::strname, std::string_view("ODD", 3));
         writer.Rectangle(1, 1000, 1000, 2000, 2000);
     });
-    model.cellName = "ODD";
+    model.settings.cellName = "ODD";
     ExtractPolygons(model, &console, loaded.database);
     EXPECT_EQ(model.polygons.size(), 1u);
 }
@@ -233,14 +233,14 @@ void ExpectFailure(ProcessModel& model, RecordingConsole& console, const GdsData
 
 TEST_F(ExtractPolygonsTest, FailsForACellThatIsNotThere) {
     const LoadedLayout loaded = LoadCell([](GdsWriter&) {});
-    model.cellName = "NOWHERE";
+    model.settings.cellName = "NOWHERE";
     ExpectFailure(model, console, loaded.database,
                   "ERROR: Cell name NOWHERE was not found in the GDS database");
 }
 
 TEST_F(ExtractPolygonsTest, FailsForANameThatDiffersInCase) {
     const LoadedLayout loaded = LoadCell([](GdsWriter&) {});
-    model.cellName = "Top";
+    model.settings.cellName = "Top";
     ExpectFailure(model, console, loaded.database,
                   "ERROR: Cell name Top was not found in the GDS database");
 }

@@ -85,7 +85,7 @@ void SetUpStack(ProcessModel& model, CountingGraphics& graphics) {
     polygon.points = {{0.0, 0.0}, {2.0, 0.0}, {2.0, 2.0}};
     model.polygons.push_back(polygon);
     UpdateCoverMap(model);
-    model.layers.shrink_to_fit();
+    model.stack.layers.shrink_to_fit();
 }
 
 ProcessStep MakeStep() {
@@ -112,8 +112,8 @@ void ExpectAllOrNothing(void (*execute)(ProcessModel&, const ProcessStep&), int 
     for (long long allocations = 0;; ++allocations) {
         ProcessModel model;
         SetUpStack(model, graphics);
-        const std::vector<float> oxide = model.layers[1]->top;
-        const std::vector<std::uint32_t> cover = BitsOf(model.coverMap);
+        const std::vector<float> oxide = model.stack.layers[1]->top;
+        const std::vector<std::uint32_t> cover = BitsOf(model.stack.coverMap);
         bool failed = false;
         allocationsLeft = allocations;
         try {
@@ -123,16 +123,16 @@ void ExpectAllOrNothing(void (*execute)(ProcessModel&, const ProcessStep&), int 
         }
         allocationsLeft = -1;
         if (!failed) {
-            EXPECT_EQ(model.layers.size(), static_cast<std::size_t>(2 + layersAdded));
-            EXPECT_NE(BitsOf(model.coverMap), cover);
+            EXPECT_EQ(model.stack.layers.size(), static_cast<std::size_t>(2 + layersAdded));
+            EXPECT_NE(BitsOf(model.stack.coverMap), cover);
             break;
         }
         ++failures;
         ASSERT_LT(failures, 1000);
-        ASSERT_EQ(model.layers.size(), 2U) << allocations;
+        ASSERT_EQ(model.stack.layers.size(), 2U) << allocations;
         ASSERT_EQ(graphics.alive, 2) << allocations;
-        ASSERT_EQ(model.layers[1]->top, oxide) << allocations;
-        ASSERT_EQ(BitsOf(model.coverMap), cover) << allocations;
+        ASSERT_EQ(model.stack.layers[1]->top, oxide) << allocations;
+        ASSERT_EQ(BitsOf(model.stack.coverMap), cover) << allocations;
     }
     EXPECT_EQ(graphics.alive, 0);
     EXPECT_GT(failures, 3);

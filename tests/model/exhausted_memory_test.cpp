@@ -69,19 +69,19 @@ ProcessStep StepOf(StepKind kind) {
 /// A substrate, an oxide and a piece of resist.
 void SetUpStack(ProcessModel& model) {
     SetUpGrid(model, 9, 7, 0.25f);
-    ExecuteStep(model, StepOf(StepSubstrate), nullptr);
-    AppendFlatLayer(model, model.substrateThickness, 0.2f, "OX");
-    Layer& resist = AppendFlatLayer(model, model.substrateThickness + 0.2f, 0.0f, "PR");
+    ExecuteStep(model, StepOf(StepKind::Substrate), nullptr);
+    AppendFlatLayer(model, model.stack.substrateThickness, 0.2f, "OX");
+    Layer& resist = AppendFlatLayer(model, model.stack.substrateThickness + 0.2f, 0.0f, "PR");
     resist.isPhotoresist = true;
     resist.top[CellAt(model, 4, 3)] += 1.0f;
     UpdateCoverMap(model);
     // The stack is full, so that the next layer needs a larger one.
-    model.layers.shrink_to_fit();
+    model.stack.layers.shrink_to_fit();
 }
 
 std::vector<std::vector<std::uint32_t>> ArraysOf(const ProcessModel& model) {
-    std::vector<std::vector<std::uint32_t>> arrays{BitsOf(model.coverMap)};
-    for (const auto& layer : model.layers) {
+    std::vector<std::vector<std::uint32_t>> arrays{BitsOf(model.stack.coverMap)};
+    for (const auto& layer : model.stack.layers) {
         arrays.push_back(layer == nullptr ? std::vector<std::uint32_t>{} : BitsOf(layer->top));
     }
     return arrays;
@@ -111,13 +111,13 @@ TEST_P(ExhaustedMemory, LeavesTheStackAsItWas) {
         }
         ASSERT_EQ(graphics.layers, 0);
     }
-    const bool allocates = GetParam() != StepStrip && GetParam() != StepRelease;
+    const bool allocates = GetParam() != StepKind::Strip && GetParam() != StepKind::Release;
     EXPECT_EQ(failures > 0, allocates);
 }
 
 INSTANTIATE_TEST_SUITE_P(Steps, ExhaustedMemory,
-                         testing::Values(StepCoating, StepDeposition, StepPhoto, StepEtch,
-                                         StepStrip, StepRelease));
+                         testing::Values(StepKind::Coating, StepKind::Deposition, StepKind::Photo,
+                                         StepKind::Etch, StepKind::Strip, StepKind::Release));
 
 TEST(ExhaustedMemoryTables, TablesAndMarkersAreReleased) {
     bool finished = false;
@@ -160,10 +160,10 @@ TEST(ExhaustedMemoryThreads, AStripOnSeveralThreadsNeedsNone) {
     AppendFlatLayer(model, 0.0f, 1.0f);
     AppendFlatLayer(model, 1.0f, 0.5f).isPhotoresist = true;
     UpdateCoverMap(model);
-    const ProcessStep strip = StepOf(StepStrip);
+    const ProcessStep strip = StepOf(StepKind::Strip);
     EXPECT_TRUE(RunWithin(0, [&] { ExecuteStep(model, strip, nullptr); }));
     SetRowThreads(0);
-    for (const CoverCell& cover : model.coverMap) {
+    for (const CoverCell& cover : model.stack.coverMap) {
         ASSERT_EQ(cover.layerId, 0);
         ASSERT_EQ(cover.height, 1.0f);
     }
@@ -178,9 +178,9 @@ TEST(ExhaustedMemoryTables, SubstrateIsReleased) {
             ProcessModel model;
             model.graphics = &graphics;
             SetUpGrid(model, 5, 5, 0.1f);
-            finished =
-                RunWithin(allocations, [&] { ExecuteStep(model, StepOf(StepSubstrate), nullptr); });
-            ASSERT_EQ(model.layers.size(), finished ? 1U : 0U);
+            finished = RunWithin(allocations,
+                                 [&] { ExecuteStep(model, StepOf(StepKind::Substrate), nullptr); });
+            ASSERT_EQ(model.stack.layers.size(), finished ? 1U : 0U);
             ASSERT_EQ(graphics.layers, finished ? 1 : 0);
         }
         ASSERT_EQ(graphics.layers, 0);

@@ -63,12 +63,12 @@ TEST(LayerStack, AppendsOnTopAndKeepsEmptySlots) {
     SetUpGrid(model, 2, 2, 1.0f);
     AppendFlatLayer(model, 0.0f, 1.0f, "first");
     AppendFlatLayer(model, 1.0f, 1.0f, "second");
-    DestroyLayer(model.layers[0]);
+    DestroyLayer(model.stack.layers[0]);
     AppendFlatLayer(model, 2.0f, 1.0f, "third");
-    ASSERT_EQ(model.layers.size(), 3U);
-    EXPECT_EQ(model.layers[0], nullptr);
-    EXPECT_EQ(model.layers[1]->material, "second");
-    EXPECT_EQ(model.layers[2]->material, "third");
+    ASSERT_EQ(model.stack.layers.size(), 3U);
+    EXPECT_EQ(model.stack.layers[0], nullptr);
+    EXPECT_EQ(model.stack.layers[1]->material, "second");
+    EXPECT_EQ(model.stack.layers[2]->material, "third");
 }
 
 TEST(LayerStack, GrowsByHalf) {
@@ -77,8 +77,8 @@ TEST(LayerStack, GrowsByHalf) {
     std::vector<std::size_t> capacities;
     for (int i = 0; i < 20; ++i) {
         AppendFlatLayer(model, 0.0f, 1.0f);
-        if (capacities.empty() || capacities.back() != model.layers.capacity()) {
-            capacities.push_back(model.layers.capacity());
+        if (capacities.empty() || capacities.back() != model.stack.layers.capacity()) {
+            capacities.push_back(model.stack.layers.capacity());
         }
     }
     EXPECT_EQ(capacities, (std::vector<std::size_t>{1, 2, 3, 4, 6, 9, 13, 19, 28}));
@@ -91,14 +91,14 @@ TEST(LayerStack, LayersStayWhereTheyAreWhenItGrows) {
     for (int i = 0; i < 50; ++i) {
         AppendFlatLayer(model, 0.0f, 1.0f);
     }
-    EXPECT_EQ(model.layers[0].get(), first);
+    EXPECT_EQ(model.stack.layers[0].get(), first);
 }
 
 TEST(ProcessModelLifetime, EmptyModelHasNothing) {
     const ProcessModel model;
-    EXPECT_TRUE(model.layers.empty());
-    EXPECT_TRUE(model.coverMap.empty());
-    EXPECT_EQ(model.CellCount(), 0U);
+    EXPECT_TRUE(model.stack.layers.empty());
+    EXPECT_TRUE(model.stack.coverMap.empty());
+    EXPECT_EQ(model.grid.CellCount(), 0U);
     EXPECT_EQ(model.graphics, nullptr);
 }
 
@@ -128,8 +128,9 @@ TEST(ProcessModelLifetime, TheCoverOutlivesTheMarkersAndLayers) {
         SetUpGrid(model, 4, 4, 1.0f);
         AppendFlatLayer(model, 0.0f, 1.0f);
         graphics.onDestroy = [&](const Layer&) {
-            alive = alive && model.coverMap.size() == 16 && model.neighbours.entries.size() == 49 &&
-                    model.distanceIndex.size() == 8;
+            alive = alive && model.stack.coverMap.size() == 16 &&
+                    model.grid.neighbours.entries.size() == 49 &&
+                    model.grid.distanceIndex.size() == 8;
         };
     }
     EXPECT_EQ(graphics.destroyed, 1U);

@@ -49,7 +49,7 @@ std::int32_t FillMissingCellsPlain(std::int32_t cols, std::int32_t rows, float s
                                    const NeighbourTable& table, std::span<float> out,
                                    std::span<const float> in);
 
-void OffsetSurfacePlain(const ProcessModel& model, std::span<float> out,
-                        std::span<const float> heights, float distance, float lateral);
+void OffsetSurfacePlain(const Grid& grid, std::span<float> out, std::span<const float> heights,
+                        float distance, float lateral);
 
 }  // namespace zelmo

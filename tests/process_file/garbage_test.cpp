@@ -16,11 +16,11 @@ protected:
             ASSERT_TRUE(line.starts_with("Error in line ") || line.starts_with("Error: ")) << line;
         }
         ASSERT_GE(model->steps.size(), 1u);
-        ASSERT_EQ(model->steps[0].kind, StepSubstrate);
+        ASSERT_EQ(model->steps[0].kind, StepKind::Substrate);
         if (result == 0) {
-            ASSERT_TRUE(model->gridColumns >= 200 && model->gridColumns <= 2000);
-            ASSERT_GT(model->windowHeight, 0.0f);
-            ASSERT_LE(model->windowHeight, model->windowWidth);
+            ASSERT_TRUE(model->settings.gridColumns >= 200 && model->settings.gridColumns <= 2000);
+            ASSERT_GT(model->settings.windowHeight, 0.0f);
+            ASSERT_LE(model->settings.windowHeight, model->settings.windowWidth);
         }
     }
 

@@ -26,20 +26,20 @@ TEST_F(ReaderTest, ReadsACompleteFileWithoutAMessage) {
         "stop\n");
     EXPECT_EQ(lines, Lines{});
     EXPECT_EQ(result, 0);
-    EXPECT_EQ(model->gridColumns, 600);
-    EXPECT_EQ(model->cellName, "TOP");
+    EXPECT_EQ(model->settings.gridColumns, 600);
+    EXPECT_EQ(model->settings.cellName, "TOP");
     ASSERT_EQ(model->steps.size(), 5u);
-    EXPECT_EQ(Step(1).kind, StepDeposition);
-    EXPECT_EQ(Step(2).kind, StepPhoto);
-    EXPECT_EQ(Step(3).kind, StepEtch);
-    EXPECT_EQ(Step(4).kind, StepStrip);
+    EXPECT_EQ(Step(1).kind, StepKind::Deposition);
+    EXPECT_EQ(Step(2).kind, StepKind::Photo);
+    EXPECT_EQ(Step(3).kind, StepKind::Etch);
+    EXPECT_EQ(Step(4).kind, StepKind::Strip);
 }
 
 TEST_F(ReaderTest, StepsBeginWithTheSubstrate) {
     EXPECT_EQ(ReadSteps(""), Lines{});
     ASSERT_EQ(model->steps.size(), 1u);
     const ProcessStep& substrate = model->steps[0];
-    EXPECT_EQ(substrate.kind, StepSubstrate);
+    EXPECT_EQ(substrate.kind, StepKind::Substrate);
     EXPECT_EQ(substrate.description, "Substrate");
     EXPECT_EQ(substrate.alpha, 0.0f);
     EXPECT_EQ(substrate.thickness, 0.0f);
@@ -118,8 +118,8 @@ TEST_F(ReaderTest, WithoutSettingsOnlyTheFirstCommandMessageComes) {
     EXPECT_EQ(Read("location -x 0 -y 0 -dx 10 -dy 10\ngds -cell TOP\n"),
               Lines{"Error in line 1: " + firstCommand});
     EXPECT_EQ(result, 1);
-    EXPECT_EQ(model->windowWidth, 10.0f);
-    EXPECT_EQ(model->cellName, "TOP");
+    EXPECT_EQ(model->settings.windowWidth, 10.0f);
+    EXPECT_EQ(model->settings.cellName, "TOP");
 }
 
 TEST_F(ReaderTest, SettingsBehindAnotherCommandAreADuplicateAndAreRead) {
@@ -130,7 +130,7 @@ TEST_F(ReaderTest, SettingsBehindAnotherCommandAreADuplicateAndAreRead) {
               (Lines{"Error in line 1: " + firstCommand,
                      "Error in line 2: Duplicate settings (gen) command found"}));
     EXPECT_EQ(result, 1);
-    EXPECT_EQ(model->gridColumns, 300);
+    EXPECT_EQ(model->settings.gridColumns, 300);
     EXPECT_EQ(model->steps.size(), 2u);
 }
 
@@ -142,11 +142,11 @@ TEST_F(ReaderTest, ARepeatedCommandIsReportedAndReplacesTheValues) {
                      "Error in line 5: Duplicate location (cut) command found",
                      "Error in line 6: Duplicate gds command found"}));
     EXPECT_EQ(result, 1);
-    EXPECT_EQ(model->gridColumns, 400);
-    EXPECT_EQ(model->showLegend, 1.0f);
-    EXPECT_EQ(model->windowX, 1.0f);
-    EXPECT_EQ(model->windowHeight, 20.0f);
-    EXPECT_EQ(model->cellName, "OTHER");
+    EXPECT_EQ(model->settings.gridColumns, 400);
+    EXPECT_EQ(model->settings.showLegend, 1.0f);
+    EXPECT_EQ(model->settings.windowX, 1.0f);
+    EXPECT_EQ(model->settings.windowHeight, 20.0f);
+    EXPECT_EQ(model->settings.cellName, "OTHER");
 }
 
 TEST_F(ReaderTest, TheDuplicateMessageComesBeforeTheMessagesOfTheLine) {
@@ -202,7 +202,7 @@ TEST_F(ReaderTest, WordsBehindDumpAndStopAreNotLookedAt) {
     EXPECT_EQ(ReadSteps("dump -foo bar\n  dump\nstop -now or never\n"), Lines{});
     EXPECT_EQ(result, 0);
     ASSERT_EQ(model->steps.size(), 3u);
-    EXPECT_EQ(Step(1).kind, StepDump);
+    EXPECT_EQ(Step(1).kind, StepKind::Dump);
     EXPECT_EQ(Step(1).description, "dumping of stack data");
     EXPECT_EQ(Step(1).alpha, 0.0f);
     EXPECT_EQ(Step(1).label, "");
@@ -240,8 +240,8 @@ TEST_F(ReaderTest, CrLfAndLfReadAlike) {
                    "deposition -name a -type t -thickness 1 -color 1 2 3 4\r\n"
                    "x\r\n"),
               Lines{"Error in line 6: Unknown command"});
-    EXPECT_EQ(model->cellName, "TOP");
-    EXPECT_EQ(model->windowHeight, 7.0f);
+    EXPECT_EQ(model->settings.cellName, "TOP");
+    EXPECT_EQ(model->settings.windowHeight, 7.0f);
     EXPECT_EQ(Step(1).materialType, "t");
 }
 
@@ -287,12 +287,12 @@ TEST_F(ReaderTest, AStepIsAppendedWhateverItsErrors) {
     ReadSteps("deposition\ncoating\nphoto\netch\nrelease\nstrip\n");
     EXPECT_EQ(result, 1);
     ASSERT_EQ(model->steps.size(), 7u);
-    EXPECT_EQ(Step(1).kind, StepDeposition);
-    EXPECT_EQ(Step(2).kind, StepCoating);
-    EXPECT_EQ(Step(3).kind, StepPhoto);
-    EXPECT_EQ(Step(4).kind, StepEtch);
-    EXPECT_EQ(Step(5).kind, StepRelease);
-    EXPECT_EQ(Step(6).kind, StepStrip);
+    EXPECT_EQ(Step(1).kind, StepKind::Deposition);
+    EXPECT_EQ(Step(2).kind, StepKind::Coating);
+    EXPECT_EQ(Step(3).kind, StepKind::Photo);
+    EXPECT_EQ(Step(4).kind, StepKind::Etch);
+    EXPECT_EQ(Step(5).kind, StepKind::Release);
+    EXPECT_EQ(Step(6).kind, StepKind::Strip);
 }
 
 TEST_F(ReaderTest, NothingOfOneReadReachesTheNext) {

@@ -25,9 +25,9 @@ protected:
     /// The pixel of a surface with this normal, over white.
     Pixel Shade(Color color, Normal normal, float alpha = 1.0f) {
         ProcessModel model;
-        model.windowWidth = 100.0f;
+        model.settings.windowWidth = 100.0f;
         AppendLayer(model, MakeRectangle(graphics_, color, 0.0f, normal));
-        model.layers[0]->alpha = alpha;
+        model.stack.layers[0]->alpha = alpha;
         const Canvas canvas(64, 64);
         RenderFrame(model, PlainCamera(1.0), tools_.Tools(), 64, 64);
         return canvas.Read().At(60, 60);
@@ -127,9 +127,9 @@ protected:
         LayerGraphicsGl graphics;
         TestTools tools;
         ProcessModel model;
-        model.windowWidth = 100.0f;
-        model.cameraAngle = 30.0f;
-        model.showHeights = 1.0f;
+        model.settings.windowWidth = 100.0f;
+        model.settings.cameraAngle = 30.0f;
+        model.settings.showHeights = true;
         AppendLayer(model, MakeRectangle(graphics, color, 0.5f));
         HeightMarkers& markers = model.heightMarkers;
         markers.graphics = &graphics;
@@ -185,9 +185,9 @@ TEST_F(Markers, AreNotCutOffByTheSurfaceThatTheyLieOn) {
     LayerGraphicsGl graphics;
     TestTools tools;
     ProcessModel model;
-    model.windowWidth = 100.0f;
-    model.cameraAngle = 30.0f;
-    model.showHeights = 1.0f;
+    model.settings.windowWidth = 100.0f;
+    model.settings.cameraAngle = 30.0f;
+    model.settings.showHeights = true;
     auto floor = MakeRectangle(graphics, {0.0f, 0.0f, 0.4f});
     const std::array<MeshVertex, 4> corners{{{{0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 1.0f}},
                                              {{100.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 1.0f}},

@@ -98,7 +98,7 @@ std::string NeighboursHash(const NeighbourTable& table) {
 
 std::string CoverHash(const ProcessModel& model) {
     FnvHash hash;
-    for (const CoverCell& cell : model.coverMap) {
+    for (const CoverCell& cell : model.stack.coverMap) {
         hash.Add(cell.layerId);
         hash.Add(cell.height);
     }
@@ -127,29 +127,31 @@ std::string CellsText(const Layer& layer) {
 }
 
 void TellHead(const ProcessModel& model, const RecordSink& sink) {
-    sink(fmt::format("grid {} x {} spacing {} polygons {}", model.gridColumns, model.gridRows,
-                     HexFloat(model.gridSpacing), model.polygons.size()));
+    sink(fmt::format("grid {} x {} spacing {} polygons {}", model.grid.columns, model.grid.rows,
+                     HexFloat(model.grid.spacing), model.polygons.size()));
     sink(fmt::format("polygons-hash {} (text L<layer>; then <x>,<y>; of each point, C hex floats)",
                      PolygonsHash(model)));
-    sink(fmt::format("neighbours {} hash {}", model.neighbours.count,
-                     NeighboursHash(model.neighbours)));
-    sink(fmt::format("distance-index hash {}", HashOf(model.distanceIndex)));
+    sink(fmt::format("neighbours {} hash {}", model.grid.neighbours.count,
+                     NeighboursHash(model.grid.neighbours)));
+    sink(fmt::format("distance-index hash {}", HashOf(model.grid.distanceIndex)));
 }
 
 void TellState(ProcessModel& model, const MeshRecorder& recorder, const RecordSink& sink) {
     const float top = UpdateMeshes(model);
-    const Camera camera(model.windowWidth, model.windowHeight, top, model.cameraAngle);
-    sink(fmt::format(
-        "  top {} aspect {} picture-height {} layers {} cover {} transform {} "
-        "markers {}",
-        HexFloat(top), HexFloat(camera.aspect),
-        PictureHeight(camera, model.showLegend != 0.0f, model.layerCount), model.layerCount,
-        CoverHash(model), HashOf(camera.transform), MarkersHash(model.heightMarkers)));
-    for (std::size_t id = 0; id < model.layers.size(); ++id) {
-        if (!model.layers[id]) {
+    const Camera camera(model.settings.windowWidth, model.settings.windowHeight, top,
+                        model.settings.cameraAngle);
+    sink(
+        fmt::format("  top {} aspect {} picture-height {} layers {} cover {} transform {} "
+                    "markers {}",
+                    HexFloat(top), HexFloat(camera.aspect),
+                    PictureHeight(camera, model.settings.showLegend, model.stack.layerCount),
+                    model.stack.layerCount, CoverHash(model), HashOf(camera.transform),
+                    MarkersHash(model.heightMarkers)));
+    for (std::size_t id = 0; id < model.stack.layers.size(); ++id) {
+        if (!model.stack.layers[id]) {
             continue;
         }
-        const Layer& layer = *model.layers[id];
+        const Layer& layer = *model.stack.layers[id];
         const MeshRecord& mesh = recorder.RecordOf(layer);
         sink(fmt::format("  layer {} {} top {} bottom {} indices {} vertices {} mesh {} {}", id,
                          layer.label, HashOf(layer.top), HashOf(layer.bottom), mesh.indexCount,

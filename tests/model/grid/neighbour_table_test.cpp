@@ -177,7 +177,7 @@ TEST(DistanceIndex, KnownIndexes) {
         ProcessModel model;
         SetUpGrid(model, 400, 400, spacing);
         WordHash hash;
-        for (const std::int32_t position : model.distanceIndex) {
+        for (const std::int32_t position : model.grid.distanceIndex) {
             hash.Take(position);
         }
         EXPECT_EQ(hash.Value(), expected);
@@ -187,20 +187,20 @@ TEST(DistanceIndex, KnownIndexes) {
 TEST(DistanceIndex, SlotZeroIsTheCellItself) {
     ProcessModel model;
     SetUpGrid(model, 20, 15, 0.125f);
-    ASSERT_EQ(model.distanceIndex.size(), 40U);
-    EXPECT_EQ(model.distanceIndex[0], 0);
+    ASSERT_EQ(model.grid.distanceIndex.size(), 40U);
+    EXPECT_EQ(model.grid.distanceIndex[0], 0);
 }
 
 TEST(DistanceIndex, SlotHoldsTheLastEntryOfItsDistance) {
     ProcessModel model;
     SetUpGrid(model, 20, 15, 0.125f);
     // Slot 1 takes in the four neighbours and the four diagonals, slot 2 what is nearer than 3.
-    EXPECT_EQ(model.distanceIndex[1], 8);
-    EXPECT_EQ(model.distanceIndex[2], 24);
+    EXPECT_EQ(model.grid.distanceIndex[1], 8);
+    EXPECT_EQ(model.grid.distanceIndex[2], 24);
     // The farthest offset, (19, 14), is 23.6 cells away.
-    EXPECT_EQ(model.distanceIndex[23], model.neighbours.count - 1);
+    EXPECT_EQ(model.grid.distanceIndex[23], model.grid.neighbours.count - 1);
     for (std::size_t slot = 24; slot < 40; ++slot) {
-        EXPECT_EQ(model.distanceIndex[slot], 0);
+        EXPECT_EQ(model.grid.distanceIndex[slot], 0);
     }
 }
 
@@ -209,21 +209,21 @@ TEST(DistanceIndex, TruncatesTheSinglePrecisionQuotient) {
     ProcessModel model;
     SetUpGrid(model, 60, 60, 0.1f);
     std::vector<std::int32_t> expected(120, 0);
-    for (std::int32_t i = 0; i < model.neighbours.count; ++i) {
-        const float distance = model.neighbours.entries[static_cast<std::size_t>(i)].distance;
+    for (std::int32_t i = 0; i < model.grid.neighbours.count; ++i) {
+        const float distance = model.grid.neighbours.entries[static_cast<std::size_t>(i)].distance;
         expected[static_cast<std::size_t>(distance / 0.1f)] = i;
     }
-    EXPECT_EQ(model.distanceIndex, expected);
+    EXPECT_EQ(model.grid.distanceIndex, expected);
 }
 
 TEST(DistanceIndex, SkipsQuotientsThatAreNoSlot) {
     for (const float spacing : {0.0f, 1e-45f, 3e38f, infinity, nan, -1.0f}) {
         ProcessModel model;
         SetUpGrid(model, 30, 2, spacing);
-        ASSERT_EQ(model.distanceIndex.size(), 60U);
-        for (const std::int32_t position : model.distanceIndex) {
+        ASSERT_EQ(model.grid.distanceIndex.size(), 60U);
+        for (const std::int32_t position : model.grid.distanceIndex) {
             EXPECT_GE(position, 0);
-            EXPECT_LT(position, model.neighbours.count);
+            EXPECT_LT(position, model.grid.neighbours.count);
         }
     }
 }
@@ -231,7 +231,7 @@ TEST(DistanceIndex, SkipsQuotientsThatAreNoSlot) {
 TEST(DistanceIndex, TallGridDoesNotWriteBehindTheIndex) {
     ProcessModel model;
     SetUpGrid(model, 3, 40, 1.0f);
-    EXPECT_EQ(model.distanceIndex.size(), 6U);
+    EXPECT_EQ(model.grid.distanceIndex.size(), 6U);
 }
 
 TEST(DiscOffsets, RadiusZeroIsTheCellItself) {
@@ -252,7 +252,7 @@ TEST(DiscOffsets, EndAtTheFirstEntryThatIsTooFar) {
     ProcessModel model;
     SetUpGrid(model, 10, 10, 0.25f);
     EXPECT_TRUE(SelectDiscOffsets(model, -1.0f).empty());
-    const auto all = static_cast<std::size_t>(model.neighbours.count);
+    const auto all = static_cast<std::size_t>(model.grid.neighbours.count);
     EXPECT_EQ(SelectDiscOffsets(model, 1000.0f).size(), all);
     EXPECT_EQ(SelectDiscOffsets(model, infinity).size(), all);
     EXPECT_EQ(SelectDiscOffsets(model, nan).size(), all) << "no entry is farther than a NaN";
@@ -281,7 +281,7 @@ TEST(LeavingOffsets, AreTheCellsThatTheDiscLeavesAwayFromTies) {
         const float radius = std::sqrt(squared) * 0.37f;
         const std::vector<GridOffset> disc = SelectDiscOffsets(model, radius);
         std::vector<GridOffset> expected;
-        for (const NeighbourOffset& entry : model.neighbours.entries) {
+        for (const NeighbourOffset& entry : model.grid.neighbours.entries) {
             const GridOffset offset{entry.dx, entry.dy};
             const GridOffset next{entry.dx + 1, entry.dy};
             if (std::find(disc.begin(), disc.end(), offset) == disc.end() &&
@@ -342,15 +342,15 @@ TEST(OffsetSelection, IsTheWalkOverTheWholeTable) {
         SetUpGrid(model, cols, rows, RandomSpacing(random));
         // Many radii are a distance of the table, or next to it, so that cells lie on the edge.
         const NeighbourOffset& entry =
-            model.neighbours
-                .entries[random.Below(static_cast<std::uint32_t>(model.neighbours.count))];
+            model.grid.neighbours
+                .entries[random.Below(static_cast<std::uint32_t>(model.grid.neighbours.count))];
         const float radii[] = {entry.distance, std::nextafter(entry.distance, 0.0f),
                                std::nextafter(entry.distance, infinity),
-                               20.0f * model.gridSpacing * random.Unit()};
+                               20.0f * model.grid.spacing * random.Unit()};
         const float radius = radii[i % 4];
         ASSERT_EQ(SelectDiscOffsets(model, radius), SelectDiscOffsetsPlain(model, radius));
         ASSERT_EQ(SelectLeavingOffsets(model, radius), SelectLeavingOffsetsPlain(model, radius))
-            << model.gridSpacing << ", " << radius;
+            << model.grid.spacing << ", " << radius;
     }
 }
 
@@ -363,15 +363,15 @@ TEST(DistanceIndex, IsTheWalkOverTheWholeTable) {
         const std::int32_t rows = 1 + static_cast<std::int32_t>(random.Below(80));
         SetUpGrid(model, cols, rows, RandomSpacing(random));
         std::vector<std::int32_t> expected(2 * static_cast<std::size_t>(cols), 0);
-        for (std::int32_t entry = 0; entry < model.neighbours.count; ++entry) {
-            const std::int32_t slot =
-                TruncateToI32(model.neighbours.entries[static_cast<std::size_t>(entry)].distance /
-                              model.gridSpacing);
+        for (std::int32_t entry = 0; entry < model.grid.neighbours.count; ++entry) {
+            const std::int32_t slot = TruncateToI32(
+                model.grid.neighbours.entries[static_cast<std::size_t>(entry)].distance /
+                model.grid.spacing);
             if (slot >= 0 && slot < 2 * cols) {
                 expected[static_cast<std::size_t>(slot)] = entry;
             }
         }
-        ASSERT_EQ(model.distanceIndex, expected) << cols << " by " << rows;
+        ASSERT_EQ(model.grid.distanceIndex, expected) << cols << " by " << rows;
     }
 }
 

@@ -17,11 +17,11 @@ constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 constexpr float infinity = std::numeric_limits<float>::infinity();
 
 std::unique_ptr<Layer> NewLayer(const ProcessModel& model) {
-    return CreateLayer(model.gridRows, model.gridColumns, model.gridSpacing, nullptr);
+    return CreateLayer(model.grid.rows, model.grid.columns, model.grid.spacing, nullptr);
 }
 
 void RandomCover(ProcessModel& model, TestRandom& random) {
-    for (CoverCell& cover : model.coverMap) {
+    for (CoverCell& cover : model.stack.coverMap) {
         cover.height = random.Below(3) == 0 ? 1.0f : 1.0f + 2.0f * random.Unit();
     }
 }
@@ -33,33 +33,34 @@ TEST(CoatLayer, WithoutPlanarisationIsTheSurfaceAndTheThickness) {
     RandomCover(model, random);
     const auto layer = NewLayer(model);
     CoatLayer(model, *layer, 0.37f, 0.0f);
-    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
-        EXPECT_EQ(layer->bottom[cell], model.coverMap[cell].height);
-        EXPECT_NEAR(layer->top[cell], 0.37f + model.coverMap[cell].height, 1e-6f);
+    for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
+        EXPECT_EQ(layer->bottom[cell], model.stack.coverMap[cell].height);
+        EXPECT_NEAR(layer->top[cell], 0.37f + model.stack.coverMap[cell].height, 1e-6f);
     }
 }
 
 TEST(CoatLayer, WithoutPlanarisationAFlatFilmIsExact) {
     ProcessModel model;
     SetUpGrid(model, 17, 11, 0.13f);
-    for (CoverCell& cover : model.coverMap) {
+    for (CoverCell& cover : model.stack.coverMap) {
         cover.height = 4.3f;
     }
     const auto layer = NewLayer(model);
     CoatLayer(model, *layer, 0.1f, 0.0f);
-    EXPECT_EQ(layer->top, std::vector<float>(model.CellCount(), 0.1f + 4.3f));
+    EXPECT_EQ(layer->top, std::vector<float>(model.grid.CellCount(), 0.1f + 4.3f));
 }
 
 TEST(CoatLayer, FlatSurfaceStaysFlatWhateverTheRadius) {
     ProcessModel model;
     SetUpGrid(model, 40, 30, 0.1f);
-    for (CoverCell& cover : model.coverMap) {
+    for (CoverCell& cover : model.stack.coverMap) {
         cover.height = 0x1.133334p+2f;
     }
     for (const float thickness : {0.01f, 0.1f, 0.3f, 1.0f, 3.3f}) {
         const auto layer = NewLayer(model);
         CoatLayer(model, *layer, thickness, 1.0f);
-        EXPECT_EQ(layer->top, std::vector<float>(model.CellCount(), thickness + 0x1.133334p+2f));
+        EXPECT_EQ(layer->top,
+                  std::vector<float>(model.grid.CellCount(), thickness + 0x1.133334p+2f));
     }
 }
 
@@ -79,7 +80,7 @@ TEST(CoatLayer, RadiusIsRoundedAfterEachProductFromTheLeft) {
           Case{3.92f, 0.87f, 0x1.e02f34p+2f, false}}) {
         ProcessModel model;
         SetUpGrid(model, 3, 3, c.pitch);
-        model.coverMap[4].height = 1.0f;
+        model.stack.coverMap[4].height = 1.0f;
         const auto layer = NewLayer(model);
         CoatLayer(model, *layer, c.thickness, c.dop);
         EXPECT_EQ(layer->top[1] > c.thickness, c.takesNeighboursIn) << c.pitch;
@@ -93,7 +94,9 @@ TEST(CoatLayer, FillsATrenchAndThinsOverARidge) {
         for (std::int32_t col = 0; col < 60; ++col) {
             const bool trench = col >= 18 && col < 22;
             const bool ridge = col >= 38 && col < 42;
-            model.coverMap[CellAt(model, col, row)].height = trench ? 0.5f : ridge ? 1.5f : 1.0f;
+            model.stack.coverMap[CellAt(model, col, row)].height = trench  ? 0.5f
+                                                                   : ridge ? 1.5f
+                                                                           : 1.0f;
         }
     }
     const auto layer = NewLayer(model);
@@ -106,11 +109,11 @@ TEST(CoatLayer, FillsATrenchAndThinsOverARidge) {
 TEST(CoatLayer, NeverDipsUnderTheSurface) {
     ProcessModel model;
     SetUpGrid(model, 25, 25, 0.1f);
-    model.coverMap[CellAt(model, 12, 12)].height = 10.0f;
+    model.stack.coverMap[CellAt(model, 12, 12)].height = 10.0f;
     const auto layer = NewLayer(model);
     CoatLayer(model, *layer, 0.5f, 1.0f);
     EXPECT_EQ(layer->top[CellAt(model, 12, 12)], 10.0f);
-    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+    for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         EXPECT_GE(layer->top[cell], layer->bottom[cell]);
     }
 }
@@ -188,12 +191,12 @@ TEST(SmoothLayerTop, IsNearTheMeanSummedAnew) {
         const float radius = std::sqrt(static_cast<float>(random.Below(100)) + 0.5f) * 0.25f;
         const auto sliding = NewLayer(model);
         const auto direct = NewLayer(model);
-        for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
-            sliding->top[cell] = direct->top[cell] = model.coverMap[cell].height;
+        for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
+            sliding->top[cell] = direct->top[cell] = model.stack.coverMap[cell].height;
         }
         SmoothLayerTop(model, *sliding, radius);
         SmoothLayerTopDirect(model, *direct, radius);
-        for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+        for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
             ASSERT_NEAR(sliding->top[cell], direct->top[cell], 1e-6f);
         }
     }
@@ -225,8 +228,8 @@ TEST(SmoothLayerTop, IsTheSameAsWithEveryBoundTested) {
         plain->bottom = layer->bottom;
 
         const NeighbourOffset& entry =
-            model.neighbours
-                .entries[random.Below(static_cast<std::uint32_t>(model.neighbours.count))];
+            model.grid.neighbours
+                .entries[random.Below(static_cast<std::uint32_t>(model.grid.neighbours.count))];
         const float radii[] = {0.0f, entry.distance, 8.0f * random.Unit(), infinity, nan, -1.0f};
         const float radius = radii[i % 10 < 5 ? 1 : random.Below(6)];
         SmoothLayerTop(model, *layer, radius);

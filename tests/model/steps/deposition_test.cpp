@@ -15,7 +15,7 @@ namespace {
 
 ProcessStep DepositionStep(float thickness, float stepCoverage) {
     ProcessStep step;
-    step.kind = StepDeposition;
+    step.kind = StepKind::Deposition;
     step.thickness = thickness;
     step.stepCoverage = stepCoverage;
     step.material = "ox";
@@ -30,7 +30,7 @@ void SetUpProfile(ProcessModel& model, std::int32_t rows, float spacing,
                   const std::vector<float>& columns) {
     SetUpGrid(model, static_cast<std::int32_t>(columns.size()), rows, spacing);
     Layer& ground = AppendFlatLayer(model, 0.0f, 1.0f, "_SUB_");
-    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+    for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         ground.top[cell] = columns[cell % columns.size()];
     }
     UpdateCoverMap(model);
@@ -40,8 +40,8 @@ TEST(Deposition, AddsALayerWithTheStepsProperties) {
     ProcessModel model;
     SetUpProfile(model, 4, 0.5f, {1, 1, 1, 1, 1});
     ExecuteDeposition(model, DepositionStep(0.5f, 0.1f));
-    ASSERT_EQ(model.layers.size(), 2U);
-    const Layer& film = *model.layers[1];
+    ASSERT_EQ(model.stack.layers.size(), 2U);
+    const Layer& film = *model.stack.layers[1];
     EXPECT_EQ(film.material, "ox");
     EXPECT_EQ(film.label, "OXIDE");
     EXPECT_EQ(film.color, (std::array<float, 3>{0.25f, 0.5f, 0.75f}));
@@ -58,11 +58,11 @@ TEST(Deposition, OnAFlatSurfaceHasItsThicknessWhateverTheStepCoverage) {
         ProcessModel model;
         SetUpProfile(model, 6, 0.1f, std::vector<float>(9, 1.25f));
         ExecuteDeposition(model, DepositionStep(0.4f, stepCoverage));
-        for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
-            EXPECT_EQ(model.layers[1]->bottom[cell], 1.25f);
-            EXPECT_NEAR(model.layers[1]->top[cell], 1.65f, 1e-6f);
-            EXPECT_EQ(model.coverMap[cell].layerId, 1);
-            EXPECT_EQ(model.coverMap[cell].height, model.layers[1]->top[cell]);
+        for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
+            EXPECT_EQ(model.stack.layers[1]->bottom[cell], 1.25f);
+            EXPECT_NEAR(model.stack.layers[1]->top[cell], 1.65f, 1e-6f);
+            EXPECT_EQ(model.stack.coverMap[cell].layerId, 1);
+            EXPECT_EQ(model.stack.coverMap[cell].height, model.stack.layers[1]->top[cell]);
         }
     }
 }
@@ -78,7 +78,7 @@ int SidewallCells(float stepCoverage) {
     ExecuteDeposition(model, DepositionStep(1.0f, stepCoverage));
     int covered = 0;
     for (std::int32_t col = 20; col < 60; ++col) {
-        covered += model.layers[1]->top[CellAt(model, col, 2)] > 11.0f ? 1 : 0;
+        covered += model.stack.layers[1]->top[CellAt(model, col, 2)] > 11.0f ? 1 : 0;
     }
     return covered;
 }
@@ -99,7 +99,7 @@ TEST(Deposition, ClosesATrenchNarrowerThanTwiceItsLateralGrowth) {
     ExecuteDeposition(model, DepositionStep(1.0f, 1.0f));
     for (std::int32_t col = 13; col <= 17; ++col) {
         // Much more than the two micrometres that its floor alone would reach.
-        EXPECT_GT(model.layers[1]->top[CellAt(model, col, 2)], 3.0f) << col;
+        EXPECT_GT(model.stack.layers[1]->top[CellAt(model, col, 2)], 3.0f) << col;
     }
 }
 
@@ -107,14 +107,14 @@ TEST(Deposition, FollowsTheOffsetSurfaceOfTheCover) {
     ProcessModel model;
     SetUpProfile(model, 9, 0.2f, {1, 1, 3, 3, 3, 1, 1, 2, 2, 1, 1});
     std::vector<float> heights;
-    for (const CoverCell& cell : model.coverMap) {
+    for (const CoverCell& cell : model.stack.coverMap) {
         heights.push_back(cell.height);
     }
-    std::vector<float> offset(model.CellCount());
+    std::vector<float> offset(model.grid.CellCount());
     OffsetSurface(model, offset, heights, 0.3f, 0.5f);
     ExecuteDeposition(model, DepositionStep(0.3f, 0.5f));
-    EXPECT_EQ(BitsOf(model.layers[1]->bottom), BitsOf(heights));
-    EXPECT_EQ(BitsOf(model.layers[1]->top), BitsOf(offset));
+    EXPECT_EQ(BitsOf(model.stack.layers[1]->bottom), BitsOf(heights));
+    EXPECT_EQ(BitsOf(model.stack.layers[1]->top), BitsOf(offset));
 }
 
 TEST(Deposition, HasNoThicknessWhereTheOffsetSurfaceLiesLower) {
@@ -123,8 +123,8 @@ TEST(Deposition, HasNoThicknessWhereTheOffsetSurfaceLiesLower) {
     ProcessModel model;
     SetUpProfile(model, 5, 1.0f, {1, 1, 1, 8, 2, 9});
     ExecuteDeposition(model, DepositionStep(0.5f, 1.0f));
-    const Layer& film = *model.layers[1];
-    std::vector<float> offset(model.CellCount());
+    const Layer& film = *model.stack.layers[1];
+    std::vector<float> offset(model.grid.CellCount());
     OffsetSurface(model, offset, film.bottom, 0.5f, 1.0f);
     int lower = 0;
     for (std::size_t cell = 0; cell < offset.size(); ++cell) {
@@ -141,25 +141,25 @@ TEST(Deposition, HasNoThicknessWhereTheOffsetIsNoNumber) {
     SetUpGrid(model, 5, 5, 1.0f);
     AppendFlatLayer(model, 0.0f, 1.0f);
     UpdateCoverMap(model);
-    for (CoverCell& cell : model.coverMap) {
+    for (CoverCell& cell : model.stack.coverMap) {
         cell.height = std::numeric_limits<float>::quiet_NaN();
     }
     ExecuteDeposition(model, DepositionStep(0.5f, 1.0f));
     // No triangle, hence 0.0 everywhere; and nothing is greater than a NaN.
-    EXPECT_EQ(BitsOf(model.layers[1]->top), BitsOf(model.layers[1]->bottom));
+    EXPECT_EQ(BitsOf(model.stack.layers[1]->top), BitsOf(model.stack.layers[1]->bottom));
 }
 
 TEST(Deposition, IsTheCoverBesideItsThicknessToo) {
     ProcessModel model;
     SetUpProfile(model, 5, 1.0f, {1, 1, 1, 8, 2, 9});
     ExecuteDeposition(model, DepositionStep(0.5f, 1.0f));
-    const Layer& film = *model.layers[1];
+    const Layer& film = *model.stack.layers[1];
     int bare = 0;
-    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+    for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         if (film.top[cell] == film.bottom[cell]) {
             ++bare;
-            EXPECT_EQ(model.coverMap[cell].layerId, 1);
-            EXPECT_EQ(model.coverMap[cell].height, film.top[cell]);
+            EXPECT_EQ(model.stack.coverMap[cell].layerId, 1);
+            EXPECT_EQ(model.stack.coverMap[cell].height, film.top[cell]);
         }
     }
     EXPECT_GT(bare, 0);
@@ -168,11 +168,11 @@ TEST(Deposition, IsTheCoverBesideItsThicknessToo) {
 TEST(Deposition, LeavesOtherLayersAlone) {
     ProcessModel model;
     SetUpProfile(model, 4, 0.5f, {1, 2, 1, 1});
-    const std::vector<float> top = model.layers[0]->top;
-    model.layers[0]->meshDirty = false;
+    const std::vector<float> top = model.stack.layers[0]->top;
+    model.stack.layers[0]->meshDirty = false;
     ExecuteDeposition(model, DepositionStep(0.5f, 0.3f));
-    EXPECT_EQ(model.layers[0]->top, top);
-    EXPECT_FALSE(model.layers[0]->meshDirty);
+    EXPECT_EQ(model.stack.layers[0]->top, top);
+    EXPECT_FALSE(model.stack.layers[0]->meshDirty);
 }
 
 TEST(Deposition, StartsFromTheCoverAndNotFromAGapUnderIt) {
@@ -184,7 +184,7 @@ TEST(Deposition, StartsFromTheCoverAndNotFromAGapUnderIt) {
     AppendFlatLayer(model, 3.0f, 1.0f, "beam");
     UpdateCoverMap(model);
     ExecuteDeposition(model, DepositionStep(0.5f, 0.3f));
-    EXPECT_EQ(model.layers[3]->bottom, std::vector<float>(25, 4.0f));
+    EXPECT_EQ(model.stack.layers[3]->bottom, std::vector<float>(25, 4.0f));
 }
 
 }  // namespace

@@ -26,7 +26,7 @@ protected:
 
     static void Dump(ProcessModel& model, RecordingConsole* console = nullptr) {
         ProcessStep step;
-        step.kind = StepDump;
+        step.kind = StepKind::Dump;
         step.description = "dumping of stack data";
         ExecuteStep(model, step, console);
     }
@@ -48,10 +48,10 @@ TEST_F(DumpStep, WritesTheWholeStack) {
     AppendFlatLayer(model, 0.0f, 0.5f);
     AppendFlatLayer(model, 0.5f, 0.1f);
     AppendFlatLayer(model, 0.6f, 0.0f);
-    DestroyLayer(model.layers[1]);
-    model.layers[2]->top[3] = 12.5f;
+    DestroyLayer(model.stack.layers[1]);
+    model.stack.layers[2]->top[3] = 12.5f;
     for (std::int32_t id = 0; id < 4; ++id) {
-        model.coverMap[static_cast<std::size_t>(id)] = {id, 0.6f + static_cast<float>(id)};
+        model.stack.coverMap[static_cast<std::size_t>(id)] = {id, 0.6f + static_cast<float>(id)};
     }
     RecordingConsole console;
     Dump(model, &console);
@@ -86,14 +86,14 @@ TEST_F(DumpStep, ChangesNothingInTheModel) {
     SetUpGrid(model, 3, 2, 1.0f);
     Layer& layer = AppendFlatLayer(model, 0.0f, 0.5f);
     layer.meshDirty = false;
-    model.coverMap[4] = {3, 0.7f};
-    const auto cover = BitsOf(model.coverMap);
+    model.stack.coverMap[4] = {3, 0.7f};
+    const auto cover = BitsOf(model.stack.coverMap);
     const auto top = BitsOf(layer.top);
     Dump(model);
-    EXPECT_EQ(BitsOf(model.coverMap), cover);
+    EXPECT_EQ(BitsOf(model.stack.coverMap), cover);
     EXPECT_EQ(BitsOf(layer.top), top);
     EXPECT_FALSE(layer.meshDirty);
-    EXPECT_EQ(model.layers.size(), 1U);
+    EXPECT_EQ(model.stack.layers.size(), 1U);
 }
 
 TEST_F(DumpStep, OverwritesAnOlderFile) {
@@ -133,7 +133,7 @@ TEST_F(DumpStep, WritesStrangeNumbersTheSameOnEveryPlatform) {
     const float heights[] = {infinity, -infinity,        nan,          -nan, -0.0f,
                              1e-45f,   0.0001220703125f, 3.4028235e38f};
     for (std::size_t cell = 0; cell < 8; ++cell) {
-        model.coverMap[cell].height = heights[cell];
+        model.stack.coverMap[cell].height = heights[cell];
     }
     Layer& layer = AppendFlatLayer(model, 0.0f, 0.0f);
     layer.top.assign(heights, heights + 8);
@@ -175,7 +175,7 @@ TEST_F(DumpStep, NumbersAreRoundedToTheNearestTextAndTiesToTheEvenOne) {
             static_cast<float>(random.Below(9999)) / 2048.0f, std::bit_cast<float>(random.Bits())};
         layer.top[cell] = values[random.Below(4)];
         layer.bottom[cell] = values[random.Below(4)];
-        model.coverMap[cell].height = values[random.Below(4)];
+        model.stack.coverMap[cell].height = values[random.Below(4)];
         if (layer.top[cell] != layer.top[cell] || layer.bottom[cell] != layer.bottom[cell]) {
             layer.top[cell] = layer.bottom[cell] = 1.0f;
         }

@@ -15,7 +15,7 @@ namespace {
 
 ProcessStep PhotoStep(float thickness, float taper, bool maskDark = true, float res = 0.0f) {
     ProcessStep step;
-    step.kind = StepPhoto;
+    step.kind = StepKind::Photo;
     step.thickness = thickness;
     step.taper = taper;
     step.maskDark = maskDark;
@@ -48,9 +48,9 @@ void SetUpMask(ProcessModel& model, std::int32_t cols, std::int32_t rows, float 
 }
 
 std::vector<float> ThicknessInRow(const ProcessModel& model, std::int32_t row) {
-    const Layer& layer = *model.layers.back();
+    const Layer& layer = *model.stack.layers.back();
     std::vector<float> thickness;
-    for (std::int32_t col = 0; col < model.gridColumns; ++col) {
+    for (std::int32_t col = 0; col < model.grid.columns; ++col) {
         const std::size_t cell = CellAt(model, col, row);
         thickness.push_back(layer.top[cell] - layer.bottom[cell]);
     }
@@ -61,8 +61,8 @@ TEST(Photo, AddsAResistLayerWithTheStepsProperties) {
     ProcessModel model;
     SetUpMask(model, 8, 6, 1.0f, 4);
     ExecutePhoto(model, PhotoStep(2.0f, 90.0f));
-    ASSERT_EQ(model.layers.size(), 2U);
-    const Layer& resist = *model.layers[1];
+    ASSERT_EQ(model.stack.layers.size(), 2U);
+    const Layer& resist = *model.stack.layers[1];
     EXPECT_TRUE(resist.isPhotoresist);
     EXPECT_EQ(resist.material, "PR");
     EXPECT_EQ(resist.label, "RESIST");
@@ -77,10 +77,10 @@ TEST(Photo, DarkMaskKeepsResistInsideThePolygons) {
     ExecutePhoto(model, PhotoStep(2.0f, 90.0f, true));
     EXPECT_EQ(ThicknessInRow(model, 3), (std::vector<float>{0, 0, 0, 0, 2, 2, 2, 2}));
     // The resist covers its cells and the one beside them, at the foot of its wall.
-    EXPECT_EQ(model.coverMap[CellAt(model, 2, 3)].layerId, 0);
-    EXPECT_EQ(model.coverMap[CellAt(model, 3, 3)].layerId, 1);
-    EXPECT_EQ(model.coverMap[CellAt(model, 3, 3)].height, 1.0f);
-    EXPECT_EQ(model.coverMap[CellAt(model, 4, 3)].height, 3.0f);
+    EXPECT_EQ(model.stack.coverMap[CellAt(model, 2, 3)].layerId, 0);
+    EXPECT_EQ(model.stack.coverMap[CellAt(model, 3, 3)].layerId, 1);
+    EXPECT_EQ(model.stack.coverMap[CellAt(model, 3, 3)].height, 1.0f);
+    EXPECT_EQ(model.stack.coverMap[CellAt(model, 4, 3)].height, 3.0f);
 }
 
 TEST(Photo, ClearMaskKeepsResistOutsideThePolygons) {
@@ -109,7 +109,7 @@ TEST(Photo, CutsTheFirstCellByThicknessLessPitchTimesTangent) {
     const float tangent =
         static_cast<float>(std::tan(static_cast<double>(60.0f * 3.1415927f / 180.0f)));
     const std::size_t cell = CellAt(model, 4, 3);
-    EXPECT_EQ(model.layers[1]->top[cell], 3.0f - (2.0f - 0.5f * tangent));
+    EXPECT_EQ(model.stack.layers[1]->top[cell], 3.0f - (2.0f - 0.5f * tangent));
 }
 
 TEST(Photo, HasTheSameSlopeToTheLastDigitEverywhere) {
@@ -126,9 +126,9 @@ TEST(Photo, HasTheSameSlopeToTheLastDigitEverywhere) {
         ProcessModel model;
         SetUpMask(model, 8, 6, 1.0f, 4);
         // On height 0, and cut by less than half: what remains of the first cell is the tangent.
-        model.coverMap.assign(model.CellCount(), CoverCell{});
+        model.stack.coverMap.assign(model.grid.CellCount(), CoverCell{});
         ExecutePhoto(model, PhotoStep(1.25f * slope.tangent, slope.taper));
-        EXPECT_EQ(model.layers[1]->top[CellAt(model, 4, 3)], slope.tangent) << slope.taper;
+        EXPECT_EQ(model.stack.layers[1]->top[CellAt(model, 4, 3)], slope.tangent) << slope.taper;
     }
 }
 
@@ -145,7 +145,7 @@ TEST(Photo, TakesATaperAbove89DegreesFor89) {
         ProcessModel model;
         SetUpMask(model, 10, 6, 0.01f, 4);
         ExecutePhoto(model, PhotoStep(2.0f, taper));
-        return model.layers[1]->top;
+        return model.stack.layers[1]->top;
     };
     EXPECT_EQ(BitsOf(topsWith(90.0f)), BitsOf(topsWith(89.0f)));
     EXPECT_EQ(BitsOf(topsWith(170.0f)), BitsOf(topsWith(89.0f)));
@@ -182,30 +182,30 @@ TEST(Photo, WithoutAPolygonIsEmptyOrWhole) {
     ProcessStep step = PhotoStep(2.0f, 90.0f, true);
     step.maskId = 6;
     ExecutePhoto(model, step);
-    ASSERT_EQ(model.layers.size(), 2U);
+    ASSERT_EQ(model.stack.layers.size(), 2U);
     EXPECT_EQ(ThicknessInRow(model, 3), std::vector<float>(8, 0.0f));
-    EXPECT_EQ(model.coverMap[0].layerId, 0);
+    EXPECT_EQ(model.stack.coverMap[0].layerId, 0);
 
     step.maskDark = false;
     ExecutePhoto(model, step);
     EXPECT_EQ(ThicknessInRow(model, 3), std::vector<float>(8, 2.0f));
-    EXPECT_EQ(model.coverMap[0].layerId, 2);
+    EXPECT_EQ(model.stack.coverMap[0].layerId, 2);
 }
 
 TEST(Photo, CoatsWithFullPlanarisation) {
     ProcessModel model;
     SetUpGrid(model, 16, 9, 0.5f);
     Layer& ground = AppendFlatLayer(model, 0.0f, 1.0f, "_SUB_");
-    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+    for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         ground.top[cell] = cell % 16 < 8 ? 2.0f : 1.0f;
     }
     UpdateCoverMap(model);
     const auto coated = CreateLayer(9, 16, 0.5f, nullptr);
     CoatLayer(model, *coated, 1.0f, 1.0f);
     ExecutePhoto(model, PhotoStep(1.0f, 90.0f, false));
-    EXPECT_EQ(BitsOf(model.layers[1]->top), BitsOf(coated->top));
-    EXPECT_EQ(BitsOf(model.layers[1]->bottom), BitsOf(coated->bottom));
-    EXPECT_NE(model.layers[1]->top[CellAt(model, 8, 4)], 2.0f);
+    EXPECT_EQ(BitsOf(model.stack.layers[1]->top), BitsOf(coated->top));
+    EXPECT_EQ(BitsOf(model.stack.layers[1]->bottom), BitsOf(coated->bottom));
+    EXPECT_NE(model.stack.layers[1]->top[CellAt(model, 8, 4)], 2.0f);
 }
 
 TEST(Photo, RoundsThePatternByHalfTheResolution) {
@@ -236,15 +236,15 @@ TEST(Photo, NeverCutsUnderItsBottom) {
     ProcessModel model;
     SetUpMask(model, 12, 6, 0.1f, 4);
     // Planarised resist over a ridge is thinner than the thickness that is cut.
-    Layer& ground = *model.layers[0];
-    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+    Layer& ground = *model.stack.layers[0];
+    for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         ground.top[cell] = cell % 12 == 4 || cell % 12 == 5 ? 1.8f : 1.0f;
     }
     UpdateCoverMap(model);
     ExecutePhoto(model, PhotoStep(1.0f, 20.0f));
-    const Layer& resist = *model.layers[1];
+    const Layer& resist = *model.stack.layers[1];
     int empty = 0;
-    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+    for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         EXPECT_GE(resist.top[cell], resist.bottom[cell]);
         empty += cell % 12 >= 4 && resist.top[cell] == resist.bottom[cell] ? 1 : 0;
     }
@@ -257,9 +257,9 @@ TEST(Photo, LeavesThePolygonsForAnotherOneWithTheSameMask) {
     ExecutePhoto(model, PhotoStep(2.0f, 90.0f));
     const std::vector<float> first = ThicknessInRow(model, 3);
     ExecuteStrip(model, {});
-    EXPECT_EQ(model.layers[1], nullptr);
+    EXPECT_EQ(model.stack.layers[1], nullptr);
     ExecutePhoto(model, PhotoStep(2.0f, 90.0f));
-    ASSERT_EQ(model.layers.size(), 3U);
+    ASSERT_EQ(model.stack.layers.size(), 3U);
     EXPECT_EQ(ThicknessInRow(model, 3), first);
 }
 

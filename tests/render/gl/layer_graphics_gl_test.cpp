@@ -111,10 +111,10 @@ TEST(LayerGraphicsGl, MirrorsTheHeightMarkers) {
     {
         ProcessModel model;
         model.graphics = &graphics;
-        model.gridColumns = 13;
-        model.gridRows = 13;
-        model.gridSpacing = 1.0f;
-        model.coverMap.assign(model.CellCount(), CoverCell{0, 2.5f});
+        model.grid.columns = 13;
+        model.grid.rows = 13;
+        model.grid.spacing = 1.0f;
+        model.stack.coverMap.assign(model.grid.CellCount(), CoverCell{0, 2.5f});
         InitHeightMarkers(model);
         const HeightMarkers& markers = model.heightMarkers;
         EXPECT_EQ(BufferParameter(markers.vertexBuffer, GL_BUFFER_SIZE), 0);

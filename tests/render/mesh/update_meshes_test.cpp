@@ -5,7 +5,7 @@
 #include <memory>
 #include <utility>
 
-#include "model/grid/grid_geometry.h"
+#include "model/grid/grid.h"
 #include "model/height_markers.h"
 #include "render/mesh/update_meshes.h"
 #include "tests/support/recording_graphics.h"
@@ -17,19 +17,19 @@ namespace {
 std::unique_ptr<ProcessModel> MakeModel(LayerGraphics* graphics, float height) {
     auto model = std::make_unique<ProcessModel>();
     model->graphics = graphics;
-    model->gridColumns = 13;
-    model->windowWidth = 10.0f;
-    model->windowHeight = 10.0f;
+    model->grid.columns = 13;
+    model->settings.windowWidth = 10.0f;
+    model->settings.windowHeight = 10.0f;
     SizeGrid(*model);
-    model->coverMap.assign(model->CellCount(), CoverCell{0, height});
+    model->stack.coverMap.assign(model->grid.CellCount(), CoverCell{0, height});
     InitHeightMarkers(*model);
     return model;
 }
 
 Layer& AddLayer(ProcessModel& model, float bottom, float top) {
-    AppendLayer(model,
-                CreateLayer(model.gridRows, model.gridColumns, model.gridSpacing, model.graphics));
-    Layer& layer = *model.layers.back();
+    AppendLayer(model, CreateLayer(model.grid.rows, model.grid.columns, model.grid.spacing,
+                                   model.graphics));
+    Layer& layer = *model.stack.layers.back();
     layer.bottom.assign(layer.bottom.size(), bottom);
     layer.top.assign(layer.top.size(), top);
     return layer;
@@ -37,8 +37,8 @@ Layer& AddLayer(ProcessModel& model, float bottom, float top) {
 
 TEST(UpdateMeshes, ReturnsTheHighestPointOfTheCover) {
     const auto model = MakeModel(nullptr, 2.0f);
-    model->coverMap[17].height = 3.5f;
-    model->coverMap[3].height = -9.0f;
+    model->stack.coverMap[17].height = 3.5f;
+    model->stack.coverMap[3].height = -9.0f;
     EXPECT_EQ(UpdateMeshes(*model), 3.5f);
 }
 
@@ -51,8 +51,8 @@ TEST(UpdateMeshes, ReturnsTheSmallestNormalNumberOverACoverWithoutHeight) {
 
 TEST(UpdateMeshes, IgnoresHeightsThatAreNoNumbers) {
     const auto model = MakeModel(nullptr, 2.0f);
-    model->coverMap.front().height = std::numeric_limits<float>::quiet_NaN();
-    model->coverMap.back().height = std::numeric_limits<float>::quiet_NaN();
+    model->stack.coverMap.front().height = std::numeric_limits<float>::quiet_NaN();
+    model->stack.coverMap.back().height = std::numeric_limits<float>::quiet_NaN();
     EXPECT_EQ(UpdateMeshes(*model), 2.0f);
 }
 
@@ -75,8 +75,8 @@ TEST(UpdateMeshes, BuildsTheMeshesOfChangedLayersOnly) {
 TEST(UpdateMeshes, CutsTheMarginOff) {
     RecordingGraphics graphics;
     const auto model = MakeModel(&graphics, 1.0f);
-    ASSERT_EQ(model->gridRows, 13);
-    ASSERT_EQ(static_cast<int>(model->marginX / model->gridSpacing), 1);
+    ASSERT_EQ(model->grid.rows, 13);
+    ASSERT_EQ(static_cast<int>(model->grid.marginX / model->grid.spacing), 1);
     const Layer& layer = AddLayer(*model, 0.0f, 1.0f);
     UpdateMeshes(*model);
     // A window of 11 by 11 cells: two sheets and a wall
@@ -92,11 +92,11 @@ TEST(UpdateMeshes, DeletesALayerWithoutThicknessInTheWindow) {
     inTheMargin.top[0] = 5.0f;
     AddLayer(*model, 1.0f, 2.0f);
     UpdateMeshes(*model);
-    ASSERT_EQ(model->layers.size(), 3u);
-    EXPECT_NE(model->layers[0], nullptr);
-    EXPECT_EQ(model->layers[1], nullptr);
-    EXPECT_NE(model->layers[2], nullptr);
-    EXPECT_EQ(model->layerCount, 2);
+    ASSERT_EQ(model->stack.layers.size(), 3u);
+    EXPECT_NE(model->stack.layers[0], nullptr);
+    EXPECT_EQ(model->stack.layers[1], nullptr);
+    EXPECT_NE(model->stack.layers[2], nullptr);
+    EXPECT_EQ(model->stack.layerCount, 2);
     EXPECT_EQ(graphics.destroyedLayers, 1);
 }
 
@@ -107,12 +107,12 @@ TEST(UpdateMeshes, KeepsAnUnchangedLayerThatLostItsThickness) {
     const std::int32_t indexCount = layer.indexCount;
     layer.top = layer.bottom;
     UpdateMeshes(*model);
-    ASSERT_NE(model->layers[0], nullptr);
+    ASSERT_NE(model->stack.layers[0], nullptr);
     EXPECT_EQ(layer.indexCount, indexCount);
     layer.meshDirty = true;
     UpdateMeshes(*model);
-    EXPECT_EQ(model->layers[0], nullptr);
-    EXPECT_EQ(model->layerCount, 0);
+    EXPECT_EQ(model->stack.layers[0], nullptr);
+    EXPECT_EQ(model->stack.layerCount, 0);
 }
 
 TEST(UpdateMeshes, WithNoChangedLayerStillRefreshesMarkersAndCount) {
@@ -121,14 +121,14 @@ TEST(UpdateMeshes, WithNoChangedLayerStillRefreshesMarkersAndCount) {
     AddLayer(*model, 0.0f, 1.0f);
     AddLayer(*model, 1.0f, 2.0f);
     UpdateMeshes(*model);
-    EXPECT_EQ(model->layerCount, 2);
+    EXPECT_EQ(model->stack.layerCount, 2);
     const int uploads = graphics.markerUploads;
-    for (CoverCell& cell : model->coverMap) {
+    for (CoverCell& cell : model->stack.coverMap) {
         cell.height = 7.0f;
     }
-    DestroyLayer(model->layers[1]);
+    DestroyLayer(model->stack.layers[1]);
     UpdateMeshes(*model);
-    EXPECT_EQ(model->layerCount, 1);
+    EXPECT_EQ(model->stack.layerCount, 1);
     EXPECT_EQ(graphics.markerUploads, uploads + 1);
     ASSERT_FALSE(graphics.markerVertices.empty());
     for (const MarkerVertex& marker : graphics.markerVertices) {

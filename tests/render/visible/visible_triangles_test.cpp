@@ -10,7 +10,7 @@
 
 #include "base/lanes.h"
 #include "base/row_bands.h"
-#include "model/grid/grid_geometry.h"
+#include "model/grid/grid.h"
 #include "model/height_markers.h"
 #include "render/mesh/update_meshes.h"
 #include "tests/render/gl_test.h"
@@ -35,16 +35,16 @@ public:
     std::unique_ptr<ProcessModel> Make() {
         model_ = std::make_unique<ProcessModel>();
         model_->graphics = graphics_;
-        model_->gridColumns = Chance(0.2f) ? Whole(60, 200) : Whole(4, 60);
-        model_->windowWidth = std::pow(10.0f, Number(-1.0f, 2.0f));
-        model_->windowHeight = model_->windowWidth * Number(0.05f, 1.0f);
-        model_->cameraAngle = Chance(0.1f) ? 0.0f : Number(0.0f, 89.0f);
-        model_->showLegend = Chance(0.3f) ? 1.0f : 0.0f;
-        model_->showHeights = Chance(0.1f) ? 1.0f : 0.0f;
+        model_->grid.columns = Chance(0.2f) ? Whole(60, 200) : Whole(4, 60);
+        model_->settings.windowWidth = std::pow(10.0f, Number(-1.0f, 2.0f));
+        model_->settings.windowHeight = model_->settings.windowWidth * Number(0.05f, 1.0f);
+        model_->settings.cameraAngle = Chance(0.1f) ? 0.0f : Number(0.0f, 89.0f);
+        model_->settings.showLegend = Chance(0.3f) ? 1.0f : 0.0f;
+        model_->settings.showHeights = Chance(0.1f) ? 1.0f : 0.0f;
         SizeGrid(*model_);
-        model_->coverMap.assign(model_->CellCount(), CoverCell{});
+        model_->stack.coverMap.assign(model_->grid.CellCount(), CoverCell{});
         InitHeightMarkers(*model_);
-        surface_.assign(model_->CellCount(), 0.0f);
+        surface_.assign(model_->grid.CellCount(), 0.0f);
         AddGround();
         for (int i = Whole(1, 8); i > 0; --i) {
             AddLayer();
@@ -53,7 +53,7 @@ public:
             }
         }
         for (std::size_t i = 0; i < surface_.size(); ++i) {
-            model_->coverMap[i].height = surface_[i];
+            model_->stack.coverMap[i].height = surface_[i];
         }
         return std::move(model_);
     }
@@ -68,9 +68,9 @@ public:
 
 private:
     Layer& Append(float opaqueShare) {
-        AppendLayer(*model_, CreateLayer(model_->gridRows, model_->gridColumns, model_->gridSpacing,
-                                         graphics_));
-        Layer& layer = *model_->layers.back();
+        AppendLayer(*model_, CreateLayer(model_->grid.rows, model_->grid.columns,
+                                         model_->grid.spacing, graphics_));
+        Layer& layer = *model_->stack.layers.back();
         layer.color = {Number(0.0f, 1.0f), Number(0.0f, 1.0f), Number(0.0f, 1.0f)};
         layer.alpha = Chance(opaqueShare) ? 1.0f : Number(0.1f, 0.95f);
         return layer;
@@ -78,7 +78,7 @@ private:
 
     /// From far below what the depth buffer can tell apart to many cells.
     float Thickness() {
-        return model_->gridSpacing * std::pow(10.0f, Number(Chance(0.2f) ? -6.0f : -1.0f, 1.0f));
+        return model_->grid.spacing * std::pow(10.0f, Number(Chance(0.2f) ? -6.0f : -1.0f, 1.0f));
     }
 
     void AddGround() {
@@ -98,11 +98,11 @@ private:
     std::vector<char> Pattern() {
         std::vector<char> marks(surface_.size(), Chance(0.5f) ? 1 : 0);
         for (int i = Whole(0, 4); i > 0; --i) {
-            const int left = Whole(0, model_->gridColumns - 1);
-            const int front = Whole(0, model_->gridRows - 1);
+            const int left = Whole(0, model_->grid.columns - 1);
+            const int front = Whole(0, model_->grid.rows - 1);
             const bool isSingle = Chance(0.3f);
-            const int right = left + (isSingle ? 0 : Whole(0, model_->gridColumns));
-            const int back = front + (isSingle ? 0 : Whole(0, model_->gridRows));
+            const int right = left + (isSingle ? 0 : Whole(0, model_->grid.columns));
+            const int back = front + (isSingle ? 0 : Whole(0, model_->grid.rows));
             ForEachCell([&](int col, int row, std::size_t cell) {
                 if (col >= left && col <= right && row >= front && row <= back) {
                     marks[cell] = marks[cell] != 0 ? 0 : 1;
@@ -132,8 +132,8 @@ private:
 
     /// Etches a layer, wherever it lies in the stack, or takes it away.
     void LowerALayer() {
-        Layer& layer = *model_->layers[static_cast<std::size_t>(
-            Whole(0, static_cast<int>(model_->layers.size()) - 1))];
+        Layer& layer = *model_->stack.layers[static_cast<std::size_t>(
+            Whole(0, static_cast<int>(model_->stack.layers.size()) - 1))];
         const std::vector<char> pattern = Pattern();
         const float depth = Thickness();
         for (std::size_t i = 0; i < surface_.size(); ++i) {
@@ -143,7 +143,7 @@ private:
         }
         for (std::size_t i = 0; i < surface_.size(); ++i) {
             surface_[i] = 0.0f;
-            for (const auto& other : model_->layers) {
+            for (const auto& other : model_->stack.layers) {
                 surface_[i] = std::max(surface_[i], other->top[i]);
             }
         }
@@ -151,11 +151,11 @@ private:
 
     template <typename Visit>
     void ForEachCell(Visit&& visit) {
-        for (int row = 0; row < model_->gridRows; ++row) {
-            for (int col = 0; col < model_->gridColumns; ++col) {
+        for (int row = 0; row < model_->grid.rows; ++row) {
+            for (int col = 0; col < model_->grid.columns; ++col) {
                 visit(
                     col, row,
-                    static_cast<std::size_t>(row) * static_cast<std::size_t>(model_->gridColumns) +
+                    static_cast<std::size_t>(row) * static_cast<std::size_t>(model_->grid.columns) +
                         static_cast<std::size_t>(col));
             }
         }
@@ -168,8 +168,9 @@ private:
 };
 
 Camera CameraOf(const ProcessModel& model, float top) {
-    return {static_cast<double>(model.windowWidth), static_cast<double>(model.windowHeight),
-            static_cast<double>(top), static_cast<double>(model.cameraAngle)};
+    return {static_cast<double>(model.settings.windowWidth),
+            static_cast<double>(model.settings.windowHeight), static_cast<double>(top),
+            static_cast<double>(model.settings.cameraAngle)};
 }
 
 class Visible : public ::testing::Test {
@@ -202,9 +203,9 @@ protected:
         VisibleTriangles visible(
             model, {camera.transform, 0, 0, width, static_cast<int>(width / camera.aspect), 8});
         std::pair<std::size_t, std::size_t> counts{0, 0};
-        for (std::size_t slot = 0; slot < model.layers.size(); ++slot) {
-            if (model.layers[slot] != nullptr) {
-                counts.second += static_cast<std::size_t>(model.layers[slot]->indexCount) / 3;
+        for (std::size_t slot = 0; slot < model.stack.layers.size(); ++slot) {
+            if (model.stack.layers[slot] != nullptr) {
+                counts.second += static_cast<std::size_t>(model.stack.layers[slot]->indexCount) / 3;
                 if (visible.Chosen()) {
                     counts.first += visible.LevelCornersOf(slot).size() / 3;
                     counts.first += visible.IndicesOf(slot).size() / 3;
@@ -218,23 +219,23 @@ protected:
     std::unique_ptr<ProcessModel> MakeFilms(const std::vector<float>& thicknesses) {
         auto model = std::make_unique<ProcessModel>();
         model->graphics = &graphics_;
-        model->windowWidth = model->windowHeight = 10.0f;
-        model->cameraAngle = 40.0f;
-        model->gridColumns = 120;
+        model->settings.windowWidth = model->settings.windowHeight = 10.0f;
+        model->settings.cameraAngle = 40.0f;
+        model->grid.columns = 120;
         SizeGrid(*model);
-        model->coverMap.assign(model->CellCount(), CoverCell{});
+        model->stack.coverMap.assign(model->grid.CellCount(), CoverCell{});
         InitHeightMarkers(*model);
         float height = 0.0f;
         for (const float thickness : thicknesses) {
-            AppendLayer(*model, CreateLayer(model->gridRows, model->gridColumns, model->gridSpacing,
-                                            model->graphics));
-            Layer& layer = *model->layers.back();
+            AppendLayer(*model, CreateLayer(model->grid.rows, model->grid.columns,
+                                            model->grid.spacing, model->graphics));
+            Layer& layer = *model->stack.layers.back();
             layer.color = {0.3f, 0.6f, height > 0.0f ? 0.9f : 0.1f};
             std::fill(layer.bottom.begin(), layer.bottom.end(), height);
             height += thickness;
             std::fill(layer.top.begin(), layer.top.end(), height);
         }
-        for (CoverCell& cell : model->coverMap) {
+        for (CoverCell& cell : model->stack.coverMap) {
             cell.height = height;
         }
         return model;
@@ -260,7 +261,7 @@ TEST_F(Visible, GivesThePictureOfWholeMeshesOnRandomStacks) {
 
 TEST_F(Visible, LeavesOutWhatLiesInsideAStackOfFilms) {
     const auto model = MakeFilms({1.0f, 0.5f, 0.5f, 0.5f});
-    model->showHeights = 1.0f;  // which keeps the triangles of level parts
+    model->settings.showHeights = true;  // which keeps the triangles of level parts
     const auto [drawn, all] = CountTriangles(*model, 1920);
     EXPECT_EQ(all, 4u * (2u * 2u * 101u * 101u + 2u * 101u));
     // One sheet of eight, the walls, and the band at the front of the others.
@@ -279,7 +280,7 @@ TEST_F(Visible, KeepsWhatLiesUnderAFilmThinnerThanTheDepthBufferTells) {
 TEST_F(Visible, KeepsWhatIsSeenThroughATranslucentLayer) {
     const auto model = MakeFilms({1.0f, 0.5f, 0.5f});
     const std::size_t opaque = CountTriangles(*model, 1920).first;
-    model->layers[2]->alpha = 0.5f;
+    model->stack.layers[2]->alpha = 0.5f;
     EXPECT_GT(CountTriangles(*model, 1920).first, opaque + 15000);
     ExpectSamePicture(*model, 1920);
 }
@@ -287,7 +288,7 @@ TEST_F(Visible, KeepsWhatIsSeenThroughATranslucentLayer) {
 TEST_F(Visible, LeavesOutWhatAnOpaqueLayerHidesUnderATranslucentOne) {
     const auto model = MakeFilms({1.0f, 0.5f, 0.5f});
     const std::size_t opaque = CountTriangles(*model, 1920).first;
-    model->layers[1]->alpha = 0.5f;
+    model->stack.layers[1]->alpha = 0.5f;
     EXPECT_LT(CountTriangles(*model, 1920).first, opaque + 5000);
     ExpectSamePicture(*model, 1920);
 }
@@ -295,16 +296,16 @@ TEST_F(Visible, LeavesOutWhatAnOpaqueLayerHidesUnderATranslucentOne) {
 TEST_F(Visible, KeepsWhatIsSeenUnderARoofThroughATranslucentHillBeforeIt) {
     // A translucent layer with a ridge across the window, and an opaque one in the plain behind it.
     const auto model = MakeFilms({1.0f, 0.2f, 0.0f});
-    Layer& translucent = *model->layers[1];
-    Layer& roof = *model->layers[2];
+    Layer& translucent = *model->stack.layers[1];
+    Layer& roof = *model->stack.layers[2];
     translucent.alpha = 0.4f;
-    for (int row = 0; row < model->gridRows; ++row) {
-        for (int col = 0; col < model->gridColumns; ++col) {
-            const auto i = static_cast<std::size_t>(row * model->gridColumns + col);
+    for (int row = 0; row < model->grid.rows; ++row) {
+        for (int col = 0; col < model->grid.columns; ++col) {
+            const auto i = static_cast<std::size_t>(row * model->grid.columns + col);
             translucent.top[i] = row >= 30 && row < 40 ? 4.0f : 1.2f;
             roof.bottom[i] = translucent.top[i];
             roof.top[i] = row > 43 ? 2.5f : roof.bottom[i];
-            model->coverMap[i].height = roof.top[i];
+            model->stack.coverMap[i].height = roof.top[i];
         }
     }
     ExpectSamePicture(*model, 1920);
@@ -314,11 +315,11 @@ TEST_F(Visible, LeavesOutWhatAHighOpaqueLayerHidesBehindIt) {
     // A wall across the window on a translucent film. The film itself is drawn where it is seen.
     const auto makeWall = [this](float height) {
         auto model = MakeFilms({1.0f, 0.5f, 0.0f});
-        model->layers[1]->alpha = 0.4f;
-        Layer& wall = *model->layers[2];
+        model->stack.layers[1]->alpha = 0.4f;
+        Layer& wall = *model->stack.layers[2];
         for (int row = 30; row < 40; ++row) {
-            const auto start = wall.top.begin() + row * model->gridColumns;
-            std::fill(start, start + model->gridColumns, 1.5f + height);
+            const auto start = wall.top.begin() + row * model->grid.columns;
+            std::fill(start, start + model->grid.columns, 1.5f + height);
         }
         return model;
     };
@@ -334,12 +335,12 @@ TEST_F(Visible, LeavesOutWhatAHighOpaqueLayerHidesBehindIt) {
 TEST_F(Visible, LetsTwoTrianglesStandForALevelPart) {
     for (const float angle : {1.0f, 12.0f, 40.0f, 88.0f}) {
         const auto model = MakeFilms({1.0f, 0.5f});
-        model->cameraAngle = angle;
+        model->settings.cameraAngle = angle;
         const std::size_t part = CountTriangles(*model, 1920).first;
-        model->showHeights = 1.0f;
+        model->settings.showHeights = true;
         const std::size_t all = CountTriangles(*model, 1920).first;
         EXPECT_LT(part + 15000 * (angle > 10.0f ? 1 : 0), all + (angle > 10.0f ? 0 : 1)) << angle;
-        model->showHeights = 0.0f;
+        model->settings.showHeights = false;
         for (const int width : {1920, 700, 123}) {
             ExpectSamePicture(*model, width);
         }
@@ -369,17 +370,17 @@ TEST_F(Visible, KeepsTheTrianglesAroundWhatTouchesALevelPart) {
 
 TEST_F(Visible, LetsTwoTrianglesStandForALevelPartUnderATranslucentLayer) {
     const auto model = MakeFilms({1.0f, 0.5f});
-    model->layers[1]->alpha = 0.3f;
+    model->stack.layers[1]->alpha = 0.3f;
     const std::size_t standing = CountTriangles(*model, 1920).first;
     ExpectSamePicture(*model, 1920);
     // A gap too small for the depth buffer is no gap: neither level nor standing.
-    for (float& bottom : model->layers[1]->bottom) {
+    for (float& bottom : model->stack.layers[1]->bottom) {
         bottom += 1e-6f;
     }
     EXPECT_GT(CountTriangles(*model, 1920).first, standing + 35000);
     ExpectSamePicture(*model, 1920);
     // Over a wide gap it is level again.
-    for (float& bottom : model->layers[1]->bottom) {
+    for (float& bottom : model->stack.layers[1]->bottom) {
         bottom += 0.2f;
     }
     EXPECT_LT(CountTriangles(*model, 1920).first, standing + 25000);
@@ -389,7 +390,7 @@ TEST_F(Visible, LetsTwoTrianglesStandForALevelPartUnderATranslucentLayer) {
 TEST_F(Visible, KeepsTheTrianglesOfALevelPartThatAnEarlierLayerReaches) {
     const auto model = MakeFilms({1.0f, 0.5f});
     const std::size_t level = CountTriangles(*model, 1920).first;
-    std::fill(model->layers[0]->top.begin(), model->layers[0]->top.end(), 1.5f);
+    std::fill(model->stack.layers[0]->top.begin(), model->stack.layers[0]->top.end(), 1.5f);
     EXPECT_GT(CountTriangles(*model, 1920).first, level + 35000);
     ExpectSamePicture(*model, 1920);
 }
@@ -398,10 +399,10 @@ TEST_F(Visible, KeepsTheTrianglesOfALevelPartWhereLayersOverItBeginAndEnd) {
     // A translucent layer in stripes too narrow for level parts between their edges.
     const auto makeStripes = [this](float bottomInside, float topOutside, float bottomOutside) {
         auto model = MakeFilms({1.0f, 0.5f});
-        Layer& over = *model->layers[1];
+        Layer& over = *model->stack.layers[1];
         over.alpha = 0.4f;
         for (std::size_t i = 0; i < over.top.size(); ++i) {
-            const bool isInside = i % static_cast<std::size_t>(model->gridColumns) / 10 % 2 == 0;
+            const bool isInside = i % static_cast<std::size_t>(model->grid.columns) / 10 % 2 == 0;
             over.bottom[i] = isInside ? bottomInside : bottomOutside;
             over.top[i] = isInside ? 1.5f : topOutside;
         }
@@ -417,7 +418,7 @@ TEST_F(Visible, KeepsTheTrianglesOfALevelPartWhereLayersOverItBeginAndEnd) {
 
 TEST_F(Visible, LeavesOutTrianglesBetweenThePixels) {
     const auto model = MakeFilms({1.0f});
-    model->showHeights = 1.0f;
+    model->settings.showHeights = true;
     const std::size_t large = CountTriangles(*model, 1920).first;
     EXPECT_LT(CountTriangles(*model, 60).first, large / 3);
     ExpectSamePicture(*model, 60);
@@ -443,7 +444,7 @@ TEST_F(Visible, DrawsWholeMeshesWhereAHeightIsNoNumber) {
     for (const float bad :
          {std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity()}) {
         const auto model = MakeFilms({1.0f, 0.5f});
-        model->layers[0]->top[60 * 120 + 60] = bad;
+        model->stack.layers[0]->top[60 * 120 + 60] = bad;
         UpdateMeshes(*model);
         const Camera camera = CameraOf(*model, 1.5f);
         EXPECT_FALSE(VisibleTriangles(*model, {camera.transform, 0, 0, 1920, 900, 8}).Chosen());
@@ -456,7 +457,7 @@ TEST_F(Visible, DrawsWholeMeshesWhereTheyAreNotOfTheseHeights) {
     const Camera camera = CameraOf(*model, 1.5f);
     const PictureView view{camera.transform, 0, 0, 1920, 900, 8};
     EXPECT_TRUE(VisibleTriangles(*model, view).Chosen());
-    model->layers[1]->indexCount -= 3;
+    model->stack.layers[1]->indexCount -= 3;
     EXPECT_FALSE(VisibleTriangles(*model, view).Chosen());
 }
 

@@ -122,38 +122,38 @@ TEST_F(PreparationTest, ReportsInItsOrder) {
 
 TEST_F(PreparationTest, LeavesAModelThatIsReadyToRun) {
     const auto model = Prepare(goodFile);
-    EXPECT_EQ(model->gridColumns, 200);
-    EXPECT_EQ(model->gridRows, 101);
-    EXPECT_EQ(model->gridOriginX, 1.0f - 4.0f * 0.1f);
-    EXPECT_EQ(model->gridOriginY, 2.0f - 2.0f * 0.1f);
-    EXPECT_EQ(model->gridWidth, 4.0f * 1.2f);
-    EXPECT_EQ(model->gridSpacing, 4.0f * 1.2f / 199.0f);
-    EXPECT_EQ(model->gridHeight, 100.0f * model->gridSpacing);
-    EXPECT_EQ(model->marginX, 1.0f - model->gridOriginX);
-    EXPECT_EQ(model->marginY, 2.0f - model->gridOriginY);
+    EXPECT_EQ(model->grid.columns, 200);
+    EXPECT_EQ(model->grid.rows, 101);
+    EXPECT_EQ(model->grid.originX, 1.0f - 4.0f * 0.1f);
+    EXPECT_EQ(model->grid.originY, 2.0f - 2.0f * 0.1f);
+    EXPECT_EQ(model->grid.width, 4.0f * 1.2f);
+    EXPECT_EQ(model->grid.spacing, 4.0f * 1.2f / 199.0f);
+    EXPECT_EQ(model->grid.height, 100.0f * model->grid.spacing);
+    EXPECT_EQ(model->grid.marginX, 1.0f - model->grid.originX);
+    EXPECT_EQ(model->grid.marginY, 2.0f - model->grid.originY);
     EXPECT_EQ(model->steps.size(), 2u);
-    EXPECT_TRUE(model->layers.empty());
+    EXPECT_TRUE(model->stack.layers.empty());
     EXPECT_EQ(model->graphics, nullptr);
     ASSERT_EQ(model->rawPolygons.size(), 1u);
     ASSERT_EQ(model->polygons.size(), 1u);
     EXPECT_EQ(model->polygons[0].layer, 12u);
 
-    ASSERT_EQ(model->neighbours.count, 399 * 201);
-    ASSERT_EQ(model->neighbours.entries.size(), 399u * 201u);
-    EXPECT_EQ(model->neighbours.entries[0].distance, 0.0f);
-    EXPECT_EQ(model->neighbours.entries[1].dy, -1);
-    EXPECT_EQ(model->neighbours.entries[1].distance, model->gridSpacing);
-    ASSERT_EQ(model->distanceIndex.size(), 400u);
-    EXPECT_EQ(model->distanceIndex[0], 0);
-    EXPECT_EQ(model->distanceIndex[1], 8);
-    EXPECT_EQ(model->distanceIndex[399], 0);
+    ASSERT_EQ(model->grid.neighbours.count, 399 * 201);
+    ASSERT_EQ(model->grid.neighbours.entries.size(), 399u * 201u);
+    EXPECT_EQ(model->grid.neighbours.entries[0].distance, 0.0f);
+    EXPECT_EQ(model->grid.neighbours.entries[1].dy, -1);
+    EXPECT_EQ(model->grid.neighbours.entries[1].distance, model->grid.spacing);
+    ASSERT_EQ(model->grid.distanceIndex.size(), 400u);
+    EXPECT_EQ(model->grid.distanceIndex[0], 0);
+    EXPECT_EQ(model->grid.distanceIndex[1], 8);
+    EXPECT_EQ(model->grid.distanceIndex[399], 0);
 
-    ASSERT_EQ(model->coverMap.size(), 200u * 101u);
-    for (const CoverCell& cell : model->coverMap) {
+    ASSERT_EQ(model->stack.coverMap.size(), 200u * 101u);
+    for (const CoverCell& cell : model->stack.coverMap) {
         ASSERT_EQ(cell.layerId, 0);
         ASSERT_EQ(cell.height, 0.0f);
     }
-    EXPECT_EQ(model->heightMarkers.cover, model->coverMap.data());
+    EXPECT_EQ(model->heightMarkers.cover, model->stack.coverMap.data());
     EXPECT_EQ(model->heightMarkers.rowCount, 5u);
     EXPECT_EQ(model->heightMarkers.vertices.size(), 50u);
 }
@@ -200,12 +200,12 @@ TEST_F(PreparationTest, ExhaustedMemoryPassesThroughWithoutALine) {
 
 TEST_F(PreparationTest, AFailureLeavesThePreviousModelAsItWas) {
     auto model = Prepare(goodFile);
-    const CoverCell* const cover = model->coverMap.data();
+    const CoverCell* const cover = model->stack.coverMap.data();
     EXPECT_THROW(model = Prepare("rubbish\n"), std::runtime_error);
     EXPECT_THROW(model = PrepareWindow("200", "-x 0 -y 0 -dx 1e39 -dy 1"), std::runtime_error);
     ASSERT_NE(model, nullptr);
-    EXPECT_EQ(model->coverMap.data(), cover);
-    EXPECT_EQ(model->gridRows, 101);
+    EXPECT_EQ(model->stack.coverMap.data(), cover);
+    EXPECT_EQ(model->grid.rows, 101);
     EXPECT_EQ(model->steps.size(), 2u);
     EXPECT_EQ(model->polygons.size(), 1u);
 }
@@ -236,41 +236,41 @@ TEST_F(PreparationTest, ASquareWindowHasAsManyRowsAsColumns) {
     for (const char* const size : {"4", "0.3", "1234.5", "7.7e-3", "1e30"}) {
         const auto model =
             PrepareWindow("201", std::string("-x 1 -y 2 -dx ") + size + " -dy " + size);
-        EXPECT_EQ(model->gridRows, 201) << size;
-        EXPECT_EQ(model->gridHeight, 200.0f * model->gridSpacing) << size;
+        EXPECT_EQ(model->grid.rows, 201) << size;
+        EXPECT_EQ(model->grid.height, 200.0f * model->grid.spacing) << size;
     }
 }
 
 TEST_F(PreparationTest, AVeryFlatWindowHasOneRow) {
     const auto model = PrepareWindow("200", "-x 1 -y 2 -dx 100 -dy 0.01");
-    EXPECT_EQ(model->gridRows, 1);
-    EXPECT_EQ(model->gridHeight, 0.0f);
-    EXPECT_EQ(model->coverMap.size(), 200u);
-    EXPECT_EQ(model->neighbours.count, 399);
+    EXPECT_EQ(model->grid.rows, 1);
+    EXPECT_EQ(model->grid.height, 0.0f);
+    EXPECT_EQ(model->stack.coverMap.size(), 200u);
+    EXPECT_EQ(model->grid.neighbours.count, 399);
 }
 
 TEST_F(PreparationTest, AWindowFlatterThanATenthHasNoHeightMarkers) {
     // 19 row intervals against 199 column intervals
     auto model = PrepareWindow("200", "-x 1 -y 2 -dx 199 -dy 19");
-    EXPECT_EQ(model->gridRows, 20);
+    EXPECT_EQ(model->grid.rows, 20);
     EXPECT_EQ(model->heightMarkers.rowCount, 0u);
     EXPECT_EQ(model->heightMarkers.vertexCount, 0u);
     EXPECT_TRUE(model->heightMarkers.vertices.empty());
     EXPECT_EQ(model->heightMarkers.columns, 200);
-    EXPECT_EQ(model->heightMarkers.spacing, model->gridSpacing);
-    EXPECT_EQ(model->heightMarkers.marginX, model->marginX);
-    EXPECT_EQ(model->heightMarkers.cover, model->coverMap.data());
+    EXPECT_EQ(model->heightMarkers.spacing, model->grid.spacing);
+    EXPECT_EQ(model->heightMarkers.marginX, model->grid.marginX);
+    EXPECT_EQ(model->heightMarkers.cover, model->stack.coverMap.data());
     model = PrepareWindow("201", "-x 1 -y 2 -dx 200 -dy 20");
-    EXPECT_EQ(model->gridRows, 21);
+    EXPECT_EQ(model->grid.rows, 21);
     EXPECT_EQ(model->heightMarkers.rowCount, 1u);
     EXPECT_EQ(model->heightMarkers.vertices.size(), 10u);
 }
 
 TEST_F(PreparationTest, RowsAreRoundedToTheNearestWithHalvesUp) {
     const auto model = PrepareWindow("1000", "-x 0 -y 0 -dx 100 -dy 50");
-    EXPECT_EQ(model->gridSpacing, 100.0f * 1.2f / 999.0f);
-    EXPECT_EQ(model->gridRows, 501);
-    EXPECT_EQ(model->gridHeight, 500.0f * model->gridSpacing);
+    EXPECT_EQ(model->grid.spacing, 100.0f * 1.2f / 999.0f);
+    EXPECT_EQ(model->grid.rows, 501);
+    EXPECT_EQ(model->grid.height, 500.0f * model->grid.spacing);
     EXPECT_EQ(console.lines.at(console.lines.size() - 3), "Grid size: 1000 x 501");
     EXPECT_EQ(console.lines.at(console.lines.size() - 2), "Grid spacing: 0.120 um");
 }
@@ -302,7 +302,7 @@ TEST_F(PreparationTest, WindowsNearTheEndsOfSinglePrecisionAreStillPrepared) {
           "-x 1e30 -y 0 -dx 4 -dy 4", "-x 0 -y 0 -dx 1e-37 -dy 1e-37", "-x 0 -y 0 -dx 4 -dy 1e-45",
           "-x 1e-45 -y 1e-45 -dx 1e-40 -dy 1e-40"}) {
         const auto model = PrepareWindow("200", window);
-        EXPECT_EQ(model->coverMap.size(), model->CellCount()) << window;
+        EXPECT_EQ(model->stack.coverMap.size(), model->grid.CellCount()) << window;
         EXPECT_EQ(console.lines.back(), "GDS cell: TOP") << window;
     }
 }

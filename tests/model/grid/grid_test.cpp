@@ -1,4 +1,4 @@
-#include "model/grid/grid_geometry.h"
+#include "model/grid/grid.h"
 
 #include <gtest/gtest.h>
 
@@ -12,31 +12,31 @@ namespace zelmo {
 namespace {
 
 void SizeFor(ProcessModel& model, std::int32_t columns, float width, float height) {
-    model.gridColumns = columns;
-    model.windowWidth = width;
-    model.windowHeight = height;
+    model.grid.columns = columns;
+    model.settings.windowWidth = width;
+    model.settings.windowHeight = height;
     SizeGrid(model);
 }
 
 TEST(GridGeometry, CoversTheWindowAndATenthOnEachSide) {
     ProcessModel model;
-    model.windowX = 20.0f;
-    model.windowY = -5.0f;
+    model.settings.windowX = 20.0f;
+    model.settings.windowY = -5.0f;
     SizeFor(model, 1000, 100.0f, 50.0f);
-    EXPECT_EQ(model.gridOriginX, 10.0f);
-    EXPECT_EQ(model.gridOriginY, -10.0f);
-    EXPECT_EQ(model.gridWidth, 0x1.e00002p+6f) << "the single-precision 1.2 is above 1.2";
-    EXPECT_EQ(model.marginX, 10.0f);
-    EXPECT_EQ(model.marginY, 5.0f);
+    EXPECT_EQ(model.grid.originX, 10.0f);
+    EXPECT_EQ(model.grid.originY, -10.0f);
+    EXPECT_EQ(model.grid.width, 0x1.e00002p+6f) << "the single-precision 1.2 is above 1.2";
+    EXPECT_EQ(model.grid.marginX, 10.0f);
+    EXPECT_EQ(model.grid.marginY, 5.0f);
 }
 
 TEST(GridGeometry, RoundsHalfARowUp) {
     // 60 / (120 / 999) is 499.5
     ProcessModel model;
     SizeFor(model, 1000, 100.0f, 50.0f);
-    EXPECT_FLOAT_EQ(model.gridSpacing, 120.0f / 999.0f);
-    EXPECT_EQ(model.gridRows, 501);
-    EXPECT_EQ(model.gridHeight, 500.0f * model.gridSpacing);
+    EXPECT_FLOAT_EQ(model.grid.spacing, 120.0f / 999.0f);
+    EXPECT_EQ(model.grid.rows, 501);
+    EXPECT_EQ(model.grid.height, 500.0f * model.grid.spacing);
 }
 
 TEST(GridGeometry, SquareWindowGivesAsManyRowsAsColumns) {
@@ -47,7 +47,7 @@ TEST(GridGeometry, SquareWindowGivesAsManyRowsAsColumns) {
             std::ldexp(0.5f + random.Unit(), static_cast<int>(random.Below(30)) - 10);
         ProcessModel model;
         SizeFor(model, columns, width, width);
-        ASSERT_EQ(model.gridRows, columns) << width;
+        ASSERT_EQ(model.grid.rows, columns) << width;
     }
 }
 
@@ -58,40 +58,40 @@ TEST(GridGeometry, NeverHasMoreRowsThanColumns) {
         const float width = 0.1f + 500.0f * random.Unit();
         ProcessModel model;
         SizeFor(model, columns, width, width * random.Unit());
-        ASSERT_LE(model.gridRows, columns);
-        ASSERT_GE(model.gridRows, 1);
+        ASSERT_LE(model.grid.rows, columns);
+        ASSERT_GE(model.grid.rows, 1);
     }
 }
 
 TEST(GridGeometry, VeryFlatWindowHasOneRowWithoutHeight) {
     ProcessModel model;
     SizeFor(model, 200, 100.0f, 0.1f);
-    EXPECT_EQ(model.gridRows, 1);
-    EXPECT_EQ(model.gridHeight, 0.0f);
+    EXPECT_EQ(model.grid.rows, 1);
+    EXPECT_EQ(model.grid.height, 0.0f);
 }
 
 TEST(GridGeometry, RoundsEveryOperationToSinglePrecision) {
     ProcessModel model;
-    model.windowX = 1234.567f;
-    model.windowY = 0.3f;
+    model.settings.windowX = 1234.567f;
+    model.settings.windowY = 0.3f;
     SizeFor(model, 777, 33.3f, 7.7f);
-    EXPECT_EQ(model.gridOriginX, 0x1.33cf2cp+10f);
-    EXPECT_EQ(model.gridOriginY, -0x1.e147acp-2f);
-    EXPECT_EQ(model.gridWidth, 0x1.3fae14p+5f);
-    EXPECT_EQ(model.gridSpacing, 0x1.a5d884p-5f);
-    EXPECT_EQ(model.gridRows, 180);
-    EXPECT_EQ(model.gridHeight, 0x1.26f664p+3f);
-    EXPECT_EQ(model.marginX, 0x1.aa3cp+1f);
-    EXPECT_EQ(model.marginY, 0x1.8a3d7p-1f);
+    EXPECT_EQ(model.grid.originX, 0x1.33cf2cp+10f);
+    EXPECT_EQ(model.grid.originY, -0x1.e147acp-2f);
+    EXPECT_EQ(model.grid.width, 0x1.3fae14p+5f);
+    EXPECT_EQ(model.grid.spacing, 0x1.a5d884p-5f);
+    EXPECT_EQ(model.grid.rows, 180);
+    EXPECT_EQ(model.grid.height, 0x1.26f664p+3f);
+    EXPECT_EQ(model.grid.marginX, 0x1.aa3cp+1f);
+    EXPECT_EQ(model.grid.marginY, 0x1.8a3d7p-1f);
 }
 
 TEST(GridGeometry, TheTenthIsASinglePrecisionConstantAndItsProductIsRounded) {
     ProcessModel model;
-    model.windowX = 53.4f;
-    model.windowY = 71.5f;
+    model.settings.windowX = 53.4f;
+    model.settings.windowY = 71.5f;
     SizeFor(model, 200, 346.0f, 293.0f);
-    EXPECT_EQ(model.gridOriginX, 0x1.2cccccp+4f);
-    EXPECT_EQ(model.gridOriginY, 0x1.519998p+5f);
+    EXPECT_EQ(model.grid.originX, 0x1.2cccccp+4f);
+    EXPECT_EQ(model.grid.originY, 0x1.519998p+5f);
 }
 
 TEST(GridGeometry, StrangeWindowsAreSizedWithoutOverflow) {
@@ -103,7 +103,7 @@ TEST(GridGeometry, StrangeWindowsAreSizedWithoutOverflow) {
     for (const auto& window : windows) {
         ProcessModel model;
         SizeFor(model, 200, window[0], window[1]);
-        EXPECT_EQ(model.gridRows, noRows) << window[0] << " x " << window[1];
+        EXPECT_EQ(model.grid.rows, noRows) << window[0] << " x " << window[1];
     }
     ProcessModel single;
     SizeFor(single, 1, 1.0f, 1.0f);

@@ -6,7 +6,7 @@
 #include <new>
 
 #include "model/execute_step.h"
-#include "model/grid/grid_geometry.h"
+#include "model/grid/grid.h"
 #include "tests/model/call_log_graphics.h"
 #include "tests/model/grid_model.h"
 
@@ -18,11 +18,11 @@ constexpr float infinity = std::numeric_limits<float>::infinity();
 
 /// A model over a window, as a run has it before its first step; without its tables.
 void SetUpWindow(ProcessModel& model, std::int32_t columns, float width, float height) {
-    model.gridColumns = columns;
-    model.windowWidth = width;
-    model.windowHeight = height;
+    model.grid.columns = columns;
+    model.settings.windowWidth = width;
+    model.settings.windowHeight = height;
     SizeGrid(model);
-    model.coverMap.assign(model.CellCount(), CoverCell{});
+    model.stack.coverMap.assign(model.grid.CellCount(), CoverCell{});
     InitHeightMarkers(model);
 }
 
@@ -30,16 +30,17 @@ TEST(HeightMarkers, CopyTheGridAndCountTheirRows) {
     ProcessModel model;
     SetUpWindow(model, 400, 86.0f, 60.0f);
     const HeightMarkers& markers = model.heightMarkers;
-    EXPECT_EQ(markers.marginX, model.marginX);
-    EXPECT_EQ(markers.marginY, model.marginY);
-    EXPECT_EQ(markers.cover, model.coverMap.data());
+    EXPECT_EQ(markers.marginX, model.grid.marginX);
+    EXPECT_EQ(markers.marginY, model.grid.marginY);
+    EXPECT_EQ(markers.cover, model.stack.coverMap.data());
     EXPECT_EQ(markers.columns, 400);
-    EXPECT_EQ(markers.spacing, model.gridSpacing);
-    EXPECT_EQ(model.gridRows, 279);
+    EXPECT_EQ(markers.spacing, model.grid.spacing);
+    EXPECT_EQ(model.grid.rows, 279);
     EXPECT_EQ(markers.rowCount, 6U);
     EXPECT_EQ(markers.vertexCount, 60U);
     EXPECT_EQ(markers.vertices.size(), 60U);
-    EXPECT_EQ(markers.pitch, (400.0f - (model.marginX + model.marginX) / model.gridSpacing) / 9.0f);
+    EXPECT_EQ(markers.pitch,
+              (400.0f - (model.grid.marginX + model.grid.marginX) / model.grid.spacing) / 9.0f);
 }
 
 TEST(HeightMarkers, SquareWindowHasTenRows) {
@@ -68,9 +69,10 @@ TEST(HeightMarkers, NoRowsWhereTheGridIsFlatterThanATenth) {
 TEST(HeightMarkers, StandEvenlyOverTheWindowAtTheCoversHeight) {
     ProcessModel model;
     SetUpWindow(model, 400, 86.0f, 60.0f);
-    for (std::int32_t row = 0; row < model.gridRows; ++row) {
-        for (std::int32_t col = 0; col < model.gridColumns; ++col) {
-            model.coverMap[CellAt(model, col, row)].height = static_cast<float>(row * 1000 + col);
+    for (std::int32_t row = 0; row < model.grid.rows; ++row) {
+        for (std::int32_t col = 0; col < model.grid.columns; ++col) {
+            model.stack.coverMap[CellAt(model, col, row)].height =
+                static_cast<float>(row * 1000 + col);
         }
     }
     UpdateHeightMarkers(model.heightMarkers);
@@ -98,11 +100,11 @@ TEST(HeightMarkers, StandEvenlyOverTheWindowAtTheCoversHeight) {
 
 TEST(HeightMarkers, KnownMarkersOnASubstrate) {
     ProcessModel model;
-    model.windowY = 2.0f;
+    model.settings.windowY = 2.0f;
     SetUpWindow(model, 400, 86.0f, 86.0f);
-    EXPECT_EQ(model.gridSpacing, 0x1.08daaap-2f);
+    EXPECT_EQ(model.grid.spacing, 0x1.08daaap-2f);
     ProcessStep substrate;
-    substrate.kind = StepSubstrate;
+    substrate.kind = StepKind::Substrate;
     ExecuteStep(model, substrate, nullptr);
     UpdateHeightMarkers(model.heightMarkers);
     WordHash hash;
@@ -124,7 +126,7 @@ TEST(HeightMarkers, AreMadeOnceAndUploadedAtEveryUpdate) {
     model.graphics = &graphics;
     SetUpWindow(model, 200, 10.0f, 10.0f);
     EXPECT_EQ(graphics.calls, (std::vector<std::string>{"create markers"}));
-    model.coverMap.assign(model.CellCount(), {0, 1.5f});
+    model.stack.coverMap.assign(model.grid.CellCount(), {0, 1.5f});
     UpdateHeightMarkers(model.heightMarkers);
     EXPECT_EQ(graphics.calls, (std::vector<std::string>{"create markers", "upload markers"}));
     ASSERT_EQ(graphics.uploadedMarkers.size(), 100U);
@@ -148,9 +150,9 @@ TEST(HeightMarkers, StrangeMarginsStayInsideTheCover) {
         for (const float marginY : strange) {
             ProcessModel model;
             SetUpWindow(model, 200, 10.0f, 10.0f);
-            model.coverMap.assign(model.CellCount(), {0, 1.5f});
-            model.marginX = marginX;
-            model.marginY = marginY;
+            model.stack.coverMap.assign(model.grid.CellCount(), {0, 1.5f});
+            model.grid.marginX = marginX;
+            model.grid.marginY = marginY;
             InitHeightMarkers(model);
             UpdateHeightMarkers(model.heightMarkers);
             for (const MarkerVertex& vertex : model.heightMarkers.vertices) {

@@ -36,7 +36,7 @@ ProcessModel& Example() {
 
 /// A number of cells as a length.
 float LengthOf(std::int64_t cells) {
-    return static_cast<float>(cells) * Example().gridSpacing;
+    return static_cast<float>(cells) * Example().grid.spacing;
 }
 
 /// The arguments are the disc's radius in cells and the number of threads.
@@ -44,8 +44,7 @@ template <auto Smooth>
 void CoatingFilter(benchmark::State& state) {
     const ProcessModel& model = Example();
     SetRowThreads(static_cast<std::int32_t>(state.range(1)));
-    const auto layer =
-        CreateLayer(model.grid.rows, model.grid.columns, model.grid.spacing, nullptr);
+    const auto layer = CreateLayer(model.grid);
     for (auto _ : state) {
         state.PauseTiming();
         for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
@@ -53,7 +52,7 @@ void CoatingFilter(benchmark::State& state) {
             layer->top[cell] = 0.5f + layer->bottom[cell];
         }
         state.ResumeTiming();
-        Smooth(model, *layer, LengthOf(state.range(0)));
+        Smooth(model.grid, *layer, LengthOf(state.range(0)));
         benchmark::DoNotOptimize(layer->top.data());
     }
     SetRowThreads(0);
@@ -69,8 +68,8 @@ BENCHMARK(CoatingFilter<SmoothLayerTopPlain>)
 
 /// The mask that the example's photo steps use most often.
 std::vector<std::uint8_t> RawMask() {
-    std::vector<std::uint8_t> rawMask(Example().CellCount());
-    RasteriseMask(Example(), rawMask, 2, true);
+    std::vector<std::uint8_t> rawMask(Example().grid.CellCount());
+    RasteriseMask(Example().grid, Example().polygons, rawMask, 2, true);
     return rawMask;
 }
 
@@ -80,7 +79,7 @@ void MaskBlur(benchmark::State& state) {
     SetRowThreads(static_cast<std::int32_t>(state.range(1)));
     std::vector<std::uint8_t> mask(rawMask.size());
     for (auto _ : state) {
-        Blur(Example(), mask, rawMask, LengthOf(state.range(0)));
+        Blur(Example().grid, mask, rawMask, LengthOf(state.range(0)));
         benchmark::DoNotOptimize(mask.data());
     }
     SetRowThreads(0);
@@ -104,7 +103,7 @@ void CoverUpdate(benchmark::State& state) {
     }
     SetRowThreads(static_cast<std::int32_t>(state.range(0)));
     for (auto _ : state) {
-        Update(*model);
+        Update(model->stack, model->grid);
         benchmark::DoNotOptimize(model->stack.coverMap.data());
     }
     SetRowThreads(0);

@@ -70,7 +70,7 @@ void SurfaceOffset(benchmark::State& state) {
     Choose(state.range(1));
     std::vector<float> out(offset.surface.size());
     for (auto _ : state) {
-        Offset(Example(), out, offset.surface, offset.distance, offset.lateral);
+        Offset(Example().grid, out, offset.surface, offset.distance, offset.lateral);
         benchmark::DoNotOptimize(out.data());
     }
     Choose(WideLanes);
@@ -92,10 +92,10 @@ BENCHMARK(SurfaceOffset<OffsetSurface>)
 template <auto Offset>
 void AllOffsets(benchmark::State& state) {
     Choose(state.range(0));
-    std::vector<float> out(Example().CellCount());
+    std::vector<float> out(Example().grid.CellCount());
     for (auto _ : state) {
         for (const auto& [step, offset] : Cases()) {
-            Offset(Example(), out, offset.surface, offset.distance, offset.lateral);
+            Offset(Example().grid, out, offset.surface, offset.distance, offset.lateral);
             benchmark::DoNotOptimize(out.data());
         }
     }

@@ -59,7 +59,7 @@ void MaskEdgeDistance(const Grid& grid, std::span<float> edgeDistance,
     MaskEdgeDistancePlain(grid, edgeDistance, mask);
 }
 
-void UpdateCoverMap(Grid& grid) {
+void UpdateCoverMap(Stack& stack, const Grid& grid) {
     UpdateCoverMapPlain(stack, grid);
 }
 

@@ -60,7 +60,8 @@ std::unique_ptr<Layer> CreateLayer(const Grid& grid, const ProcessStep& step);
 /// Puts a layer on top of the stack.
 void AppendLayer(Stack& stack, std::unique_ptr<Layer> layer);
 
-/// To be called when the surfaces of a layer were rewritten.
+/// To be called before the surfaces of a layer are rewritten: it can run out of memory, and a step
+/// that does leaves the surfaces as they were.
 void MarkChanged(Layer& layer);
 
 /// Ends a step: of the layers that have changed, those with no thickness at any cell of the window

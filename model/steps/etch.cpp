@@ -90,13 +90,13 @@ void ExecuteEtch(ProcessModel& model, const ProcessStep& step) {
     std::vector<float> front(model.grid.CellCount());
     OffsetSurface(model.grid, front, surface, -step.depth, step.iso);
 
-    EtchLayers(model, weights, front);
-    UpdateCoverMap(model.stack, model.grid);
     for (std::size_t id = 0; id < model.stack.layers.size(); ++id) {
         if (weights[id] != 0.0f) {
             MarkChanged(*model.stack.layers[id]);
         }
     }
+    EtchLayers(model, weights, front);
+    UpdateCoverMap(model.stack, model.grid);
 }
 
 }  // namespace zelmo

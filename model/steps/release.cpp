@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <string>
@@ -9,14 +10,26 @@
 
 namespace zelmo {
 
+namespace {
+
+bool IsTarget(const Layer& layer, const ProcessStep& step) {
+    return std::ranges::any_of(step.targets, [&layer](const std::string& target) {
+        return std::strcmp(layer.material.c_str(), target.c_str()) == 0;
+    });
+}
+
+}  // namespace
+
 void ExecuteRelease(ProcessModel& model, const ProcessStep& step) {
     DebugTrace("Executing release");
-    for (const std::string& target : step.targets) {
-        for (const std::unique_ptr<Layer>& layer : model.stack.layers) {
-            if (layer != nullptr && std::strcmp(layer->material.c_str(), target.c_str()) == 0) {
-                layer->top = layer->bottom;
-                MarkChanged(*layer);
-            }
+    for (const std::unique_ptr<Layer>& layer : model.stack.layers) {
+        if (layer != nullptr && IsTarget(*layer, step)) {
+            MarkChanged(*layer);
+        }
+    }
+    for (const std::unique_ptr<Layer>& layer : model.stack.layers) {
+        if (layer != nullptr && IsTarget(*layer, step)) {
+            layer->top = layer->bottom;
         }
     }
     UpdateCoverMap(model.stack, model.grid);

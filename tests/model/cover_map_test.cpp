@@ -28,7 +28,7 @@ TEST(CoverMap, WithoutLayersCellsStayAsTheyWere) {
     SetUpGrid(model, 4, 3, 1.0f);
     model.stack.coverMap[5] = {7, 2.5f};
     const auto before = BitsOf(model.stack.coverMap);
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     EXPECT_EQ(BitsOf(model.stack.coverMap), before);
 }
 
@@ -36,7 +36,7 @@ TEST(CoverMap, WithoutColumnsNothingIsTouched) {
     ProcessModel model;
     model.grid.rows = 3;
     AppendFlatLayer(model, 0.0f, 1.0f);
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     EXPECT_TRUE(model.stack.coverMap.empty());
 }
 
@@ -45,7 +45,7 @@ TEST(CoverMap, CellsThatNoLayerCoversStayAsTheyWere) {
     SetUpGrid(model, 5, 1, 1.0f);
     model.stack.coverMap.assign(5, {9, 4.0f});
     AppendBump(model, 0, 0);
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     EXPECT_EQ(model.stack.coverMap[0].layerId, 0);
     EXPECT_EQ(model.stack.coverMap[0].height, 3.0f);
     EXPECT_EQ(model.stack.coverMap[1].layerId, 0);
@@ -61,7 +61,7 @@ TEST(CoverMap, TheTopmostLayerWins) {
     SetUpGrid(model, 3, 3, 1.0f);
     AppendFlatLayer(model, 0.0f, 5.0f);
     AppendFlatLayer(model, 1.0f, 2.0f);
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     for (const CoverCell& cover : model.stack.coverMap) {
         EXPECT_EQ(cover.layerId, 1);
         EXPECT_EQ(cover.height, 3.0f) << "also where a lower layer stands higher";
@@ -73,7 +73,7 @@ TEST(CoverMap, ALayerCoversTheCellsAroundItsThicknessAtTheirOwnHeight) {
     SetUpGrid(model, 7, 7, 1.0f);
     AppendFlatLayer(model, 0.0f, 1.0f);
     AppendBump(model, 3, 3);
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     for (std::int32_t row = 0; row < 7; ++row) {
         for (std::int32_t col = 0; col < 7; ++col) {
             const bool near = std::abs(col - 3) <= 1 && std::abs(row - 3) <= 1;
@@ -89,7 +89,7 @@ TEST(CoverMap, TheEdgeOfTheGridDoesNotWrapAround) {
     SetUpGrid(model, 4, 4, 1.0f);
     AppendFlatLayer(model, 0.0f, 1.0f);
     AppendBump(model, 3, 1);
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     for (std::int32_t row = 0; row < 4; ++row) {
         EXPECT_EQ(model.stack.coverMap[CellAt(model, 0, row)].layerId, 0) << row;
     }
@@ -103,12 +103,12 @@ TEST(CoverMap, EmptySlotsAreSkippedAndKeepTheirNumber) {
     AppendFlatLayer(model, 1.0f, 1.0f);
     AppendFlatLayer(model, 2.0f, 1.0f);
     AppendFlatLayer(model, 3.0f, 1.0f);
-    DestroyLayer(model.stack.layers[1]);
-    DestroyLayer(model.stack.layers[3]);
-    UpdateCoverMap(model);
+    model.stack.layers[1].reset();
+    model.stack.layers[3].reset();
+    UpdateCoverMap(model.stack, model.grid);
     EXPECT_EQ(model.stack.coverMap[0].layerId, 2);
-    DestroyLayer(model.stack.layers[2]);
-    UpdateCoverMap(model);
+    model.stack.layers[2].reset();
+    UpdateCoverMap(model.stack, model.grid);
     EXPECT_EQ(model.stack.coverMap[0].layerId, 0);
     EXPECT_EQ(model.stack.coverMap[0].height, 1.0f);
 }
@@ -119,7 +119,7 @@ TEST(CoverMap, ANaNCountsAsThickness) {
     AppendFlatLayer(model, 0.0f, 1.0f);
     Layer& film = AppendFlatLayer(model, 1.0f, 0.0f);
     film.top[0] = nan;
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     EXPECT_EQ(model.stack.coverMap[0].layerId, 1);
     EXPECT_NE(model.stack.coverMap[0].height, model.stack.coverMap[0].height);
     EXPECT_EQ(model.stack.coverMap[1].layerId, 1);
@@ -133,7 +133,7 @@ TEST(CoverMap, InfiniteHeightsHaveThicknessAlsoWhereTheyAreEqual) {
     SetUpGrid(model, 1, 1, 1.0f);
     AppendFlatLayer(model, 0.0f, 1.0f);
     AppendFlatLayer(model, infinity, 0.0f);
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     EXPECT_EQ(model.stack.coverMap[0].layerId, 1);
 }
 
@@ -142,7 +142,7 @@ TEST(CoverMap, TheSmallestDifferenceIsThickness) {
     SetUpGrid(model, 1, 1, 1.0f);
     AppendFlatLayer(model, 0.0f, 1.0f);
     AppendFlatLayer(model, 1e-38f, 1e-45f);
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     EXPECT_EQ(model.stack.coverMap[0].layerId, 1);
 }
 
@@ -163,7 +163,7 @@ void AppendRandomLayers(ProcessModel& model, TestRandom& random) {
             }
         }
         if (random.Below(4) == 0) {
-            DestroyLayer(model.stack.layers.back());
+            model.stack.layers.back().reset();
         }
     }
 }
@@ -198,14 +198,14 @@ TEST(CoverMap, IsTheSameAsByNineLooksAtEachLayer) {
             cover = {static_cast<std::int32_t>(random.Below(3)), random.Unit()};
         }
         const std::vector<CoverCell> before = model.stack.coverMap;
-        UpdateCoverMapPlain(model);
+        UpdateCoverMapPlain(model.stack, model.grid);
         const auto plain = BitsOf(model.stack.coverMap);
         for (const bool wide : {false, true}) {
             AllowWideLanes(wide);
             for (std::int32_t threads = 1; threads <= 3; ++threads) {
                 SetRowThreads(threads);
                 model.stack.coverMap = before;
-                UpdateCoverMap(model);
+                UpdateCoverMap(model.stack, model.grid);
                 ASSERT_EQ(BitsOf(model.stack.coverMap), plain)
                     << "seed " << seed << ", wide " << wide << ", threads " << threads;
             }

@@ -7,7 +7,6 @@
 
 #include "base/debug_trace.h"
 #include "model/cover_map.h"
-#include "tests/model/call_log_graphics.h"
 #include "tests/model/grid_model.h"
 #include "tests/plain/disc_filter_plain.h"
 #include "tests/support/recording_console.h"
@@ -70,7 +69,7 @@ TEST(ExecuteStep, OtherKindsDoNothing) {
         SetUpSubstrate(model, 3, 3);
         const auto before = BitsOf(model.stack.coverMap);
         ProcessStep step;
-        step.kind = kind;
+        step.kind = static_cast<StepKind>(kind);
         step.description = "something";
         RecordingConsole console;
         ExecuteStep(model, step, &console);
@@ -96,7 +95,7 @@ TEST(ExecuteStep, TracesEveryKindButSubstrateAndDump) {
         SetUpSubstrate(model, 4, 4);
         traceLines.clear();
         ExecuteStep(model, StepOf(kind), nullptr);
-        EXPECT_EQ(traceLines, lines) << kind;
+        EXPECT_EQ(traceLines, lines) << static_cast<std::int32_t>(kind);
     }
 }
 
@@ -115,7 +114,7 @@ TEST(SubstrateStep, LiesOnTheCoverAndBecomesIt) {
     EXPECT_EQ(substrate.material, "_SUB_");
     EXPECT_EQ(substrate.label, "SUBSTRATE");
     EXPECT_EQ(substrate.alpha, 1.0f);
-    EXPECT_TRUE(substrate.meshDirty);
+    EXPECT_NE(substrate.version, nullptr);
     EXPECT_FALSE(substrate.isPhotoresist);
     for (std::size_t cell = 0; cell < 12; ++cell) {
         const float bottom = cell == 5 ? 2.0f : 0.0f;
@@ -151,7 +150,7 @@ TEST(CoatingStep, AddsALevelledLayerAndUpdatesTheCover) {
     SetUpSubstrate(model, 20, 12);
     Layer& bump = AppendFlatLayer(model, model.stack.substrateThickness, 0.0f, "bump");
     bump.top[CellAt(model, 7, 6)] += 0.4f;
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     const std::vector<CoverCell> coverBefore = model.stack.coverMap;
 
     ProcessStep step = StepOf(StepKind::Coating, "SOG coating");
@@ -172,15 +171,15 @@ TEST(CoatingStep, AddsALevelledLayerAndUpdatesTheCover) {
     EXPECT_EQ(film.label, "Spin on glass");
     EXPECT_EQ(film.color, step.color);
     EXPECT_EQ(film.alpha, 0.5f);
-    EXPECT_TRUE(film.meshDirty);
+    EXPECT_NE(film.version, nullptr);
     EXPECT_FALSE(film.isPhotoresist);
 
-    const auto expected = CreateLayer(12, 20, 0.1f, nullptr);
+    const auto expected = CreateLayer(model.grid);
     for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         expected->bottom[cell] = coverBefore[cell].height;
         expected->top[cell] = 0.15f + coverBefore[cell].height;
     }
-    SmoothLayerTopPlain(model, *expected, 0.15f * 2.2f * 0.8f);
+    SmoothLayerTopPlain(model.grid, *expected, 0.15f * 2.2f * 0.8f);
     EXPECT_EQ(BitsOf(film.bottom), BitsOf(expected->bottom));
     EXPECT_EQ(BitsOf(film.top), BitsOf(expected->top));
     for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
@@ -192,14 +191,14 @@ TEST(CoatingStep, AddsALevelledLayerAndUpdatesTheCover) {
 TEST(CoatingStep, LeavesTheOtherLayersAlone) {
     ProcessModel model;
     SetUpSubstrate(model, 8, 8);
-    model.stack.layers[0]->meshDirty = false;
+    const auto version = model.stack.layers[0]->version;
     const auto top = BitsOf(model.stack.layers[0]->top);
     ProcessStep step = StepOf(StepKind::Coating);
     step.thickness = 0.3f;
     step.dop = 1.0f;
     ExecuteStep(model, step, nullptr);
     EXPECT_EQ(BitsOf(model.stack.layers[0]->top), top);
-    EXPECT_FALSE(model.stack.layers[0]->meshDirty);
+    EXPECT_EQ(model.stack.layers[0]->version, version);
 }
 
 TEST(StripStep, DeletesAllResistAndBringsTheLayerBelowBack) {
@@ -208,9 +207,9 @@ TEST(StripStep, DeletesAllResistAndBringsTheLayerBelowBack) {
     const float ground = model.stack.substrateThickness;
     AppendFlatLayer(model, ground, 0.5f, "OX");
     AppendResist(model, ground + 0.5f, 1.0f);
-    AppendFlatLayer(model, ground, 0.0f, "none");
+    AppendFlatLayer(model, ground, 0.0f, "none").changed = false;
     AppendResist(model, ground, 0.0f);
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     EXPECT_EQ(model.stack.coverMap[12].layerId, 2);
 
     ExecuteStep(model, StepOf(StepKind::Strip), nullptr);
@@ -226,33 +225,13 @@ TEST(StripStep, DeletesAllResistAndBringsTheLayerBelowBack) {
     }
 }
 
-TEST(StripStep, MarksNoMeshDirty) {
+TEST(StripStep, LeavesTheOtherSurfacesAlone) {
     ProcessModel model;
     SetUpSubstrate(model, 3, 3);
     AppendResist(model, model.stack.substrateThickness, 1.0f);
-    model.stack.layers[0]->meshDirty = false;
+    const auto version = model.stack.layers[0]->version;
     ExecuteStep(model, StepOf(StepKind::Strip), nullptr);
-    EXPECT_FALSE(model.stack.layers[0]->meshDirty);
-}
-
-TEST(StripStep, EmptiesASlotBeforeTheLayerGoes) {
-    CallLogGraphics graphics;
-    ProcessModel model;
-    model.graphics = &graphics;
-    SetUpSubstrate(model, 3, 3);
-    AppendResist(model, 0.0f, 1.0f);
-    AppendFlatLayer(model, 0.0f, 1.0f);
-    AppendResist(model, 0.0f, 1.0f);
-    graphics.onDestroy = [&](const Layer& layer) {
-        for (const auto& slot : model.stack.layers) {
-            EXPECT_NE(slot.get(), &layer);
-        }
-        EXPECT_EQ(layer.top.size(), 9U);
-    };
-    ExecuteStep(model, StepOf(StepKind::Strip), nullptr);
-    EXPECT_EQ(graphics.calls,
-              (Lines{"create 1", "create 2", "create 3", "create 4", "destroy 2", "destroy 4"}));
-    graphics.onDestroy = nullptr;
+    EXPECT_EQ(model.stack.layers[0]->version, version);
 }
 
 TEST(StripStep, WithoutLayersLeavesTheCoverAlone) {
@@ -264,18 +243,33 @@ TEST(StripStep, WithoutLayersLeavesTheCoverAlone) {
     EXPECT_EQ(model.stack.coverMap[1].height, 2.0f);
 }
 
-TEST(EmptiedLayer, StaysInItsSlot) {
+TEST(EmptiedLayer, LeavesTheStackAtTheEndOfItsStep) {
     ProcessModel model;
     SetUpSubstrate(model, 4, 4);
     AppendFlatLayer(model, model.stack.substrateThickness, 0.5f, "OX");
-    UpdateCoverMap(model);
+    AppendFlatLayer(model, model.stack.substrateThickness + 0.5f, 0.5f, "NIT");
+    UpdateCoverMap(model.stack, model.grid);
     ProcessStep release = StepOf(StepKind::Release);
     release.targets = {"OX"};
     ExecuteStep(model, release, nullptr);
+    ASSERT_EQ(model.stack.layers.size(), 3U);
+    EXPECT_EQ(model.stack.layers[1], nullptr);
+    ASSERT_NE(model.stack.layers[2], nullptr);
+    EXPECT_EQ(model.stack.layers[2]->material, "NIT");
+    EXPECT_EQ(model.stack.layerCount, 2);
+    EXPECT_EQ(model.stack.coverMap[5].layerId, 2);
+}
+
+TEST(EmptiedLayer, OfAStepThatAddedItLeavesAtOnce) {
+    ProcessModel model;
+    SetUpSubstrate(model, 4, 4);
+    ProcessStep photo = StepOf(StepKind::Photo);
+    photo.thickness = 1.0f;
+    photo.maskDark = true;  // and no polygon
+    ExecuteStep(model, photo, nullptr);
     ASSERT_EQ(model.stack.layers.size(), 2U);
-    ASSERT_NE(model.stack.layers[1], nullptr);
-    EXPECT_EQ(model.stack.layers[1]->top, model.stack.layers[1]->bottom);
-    EXPECT_EQ(model.stack.coverMap[5].layerId, 0);
+    EXPECT_EQ(model.stack.layers[1], nullptr);
+    EXPECT_EQ(model.stack.layerCount, 1);
 }
 
 }  // namespace

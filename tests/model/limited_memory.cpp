@@ -1,5 +1,6 @@
 #include "tests/model/limited_memory.h"
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -7,12 +8,17 @@
 
 namespace {
 
-std::int64_t allocationsLeft = -1;
+std::atomic<std::int64_t> allocationsLeft{-1};
+std::atomic<std::int64_t> livingAllocations{0};
 
 }  // namespace
 
 void zelmo::LimitAllocations(std::int64_t count) {
     allocationsLeft = count;
+}
+
+std::int64_t zelmo::LivingAllocations() {
+    return livingAllocations;
 }
 
 void* operator new(std::size_t size) {
@@ -23,15 +29,19 @@ void* operator new(std::size_t size) {
         --allocationsLeft;
     }
     if (void* memory = std::malloc(size == 0 ? 1 : size)) {
+        ++livingAllocations;
         return memory;
     }
     throw std::bad_alloc();
 }
 
 void operator delete(void* memory) noexcept {
-    std::free(memory);
+    if (memory != nullptr) {
+        --livingAllocations;
+        std::free(memory);
+    }
 }
 
 void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
+    operator delete(memory);
 }

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "model/grid/grid.h"
+#include "model/stack.h"
 #include "tests/plain/neighbour_table_plain.h"
 
 namespace zelmo {

@@ -4,6 +4,7 @@
 #include <span>
 
 #include "model/grid/grid.h"
+#include "model/mask/mask_polygon.h"
 
 // The kernels of the photo step, cell by cell. Slow and plain; those of the model must give the
 // same results to the bit.

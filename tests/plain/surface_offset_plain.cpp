@@ -5,7 +5,6 @@
 #include <cstddef>
 
 #include "base/conversions.h"
-#include "model/grid/grid.h"
 
 namespace zelmo {
 

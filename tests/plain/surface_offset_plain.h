@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "model/grid/grid.h"
 #include "model/offset/surface_offset.h"
 
 // The surface offset step by step over whole arrays: all normals, then the list of all triangles

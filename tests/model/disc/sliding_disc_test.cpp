@@ -92,18 +92,16 @@ TEST(SlidingDisc, TheCoatingFilterGivesThePlainBits) {
         ProcessModel model;
         SetUpRandomGrid(model, random);
         const float radius = RandomRadius(model, random);
-        const auto plain =
-            CreateLayer(model.grid.rows, model.grid.columns, model.grid.spacing, nullptr);
+        const auto plain = CreateLayer(model.grid);
         const std::vector<float> heights = RandomHeights(model.grid.CellCount(), random);
         plain->top = heights;
         plain->bottom = RandomHeights(model.grid.CellCount(), random);
-        SmoothLayerTopPlain(model, *plain, radius);
+        SmoothLayerTopPlain(model.grid, *plain, radius);
         WithAllLanesAndThreads([&] {
-            const auto layer =
-                CreateLayer(model.grid.rows, model.grid.columns, model.grid.spacing, nullptr);
+            const auto layer = CreateLayer(model.grid);
             layer->top = heights;
             layer->bottom = plain->bottom;
-            SmoothLayerTop(model, *layer, radius);
+            SmoothLayerTop(model.grid, *layer, radius);
             EXPECT_EQ(BitsOf(layer->top), BitsOf(plain->top));
         });
         ASSERT_FALSE(HasFailure()) << "seed " << seed << ", radius " << radius;
@@ -123,10 +121,10 @@ TEST(SlidingDisc, TheBlurGivesThePlainMask) {
             cell = static_cast<std::uint8_t>(random.Below(8) < share ? random.Below(256) : 0);
         }
         std::vector<std::uint8_t> plain(model.grid.CellCount(), 5);
-        BlurMaskPlain(model, plain, rawMask, radius);
+        BlurMaskPlain(model.grid, plain, rawMask, radius);
         WithAllLanesAndThreads([&] {
             std::vector<std::uint8_t> mask(model.grid.CellCount(), 6);
-            BlurMask(model, mask, rawMask, radius);
+            BlurMask(model.grid, mask, rawMask, radius);
             EXPECT_EQ(mask, plain);
         });
         ASSERT_FALSE(HasFailure()) << "seed " << seed << ", radius " << radius;
@@ -172,7 +170,7 @@ TEST(SlidingDisc, CountsAreThoseOfEveryStep) {
         TestRandom random(seed);
         ProcessModel model;
         SetUpRandomGrid(model, random);
-        const SlidingDisc disc = SelectSlidingDisc(model, RandomRadius(model, random));
+        const SlidingDisc disc = SelectSlidingDisc(model.grid, RandomRadius(model, random));
         std::vector<std::int32_t> counts;
         for (std::int32_t row = 0; row < disc.rows; ++row) {
             CountCells(disc, row, counts);
@@ -190,7 +188,7 @@ TEST(SlidingDisc, CountsAreThoseOfEveryStep) {
 TEST(SlidingDisc, IsCutWhereItReachesOverTheFirstOrLastRow) {
     ProcessModel model;
     SetUpGrid(model, 9, 9, 1.0f);
-    const SlidingDisc disc = SelectSlidingDisc(model, 2.0f);
+    const SlidingDisc disc = SelectSlidingDisc(model.grid, 2.0f);
     for (std::int32_t row = 0; row < 9; ++row) {
         EXPECT_EQ(IsCut(disc, row), row < 2 || row > 6) << row;
     }

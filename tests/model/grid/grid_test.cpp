@@ -12,13 +12,13 @@ namespace zelmo {
 namespace {
 
 void SizeFor(ProcessModel& model, std::int32_t columns, float width, float height) {
-    model.grid.columns = columns;
+    model.settings.gridColumns = columns;
     model.settings.windowWidth = width;
     model.settings.windowHeight = height;
-    SizeGrid(model);
+    SizeGrid(model.grid, model.settings);
 }
 
-TEST(GridGeometry, CoversTheWindowAndATenthOnEachSide) {
+TEST(SizeGrid, CoversTheWindowAndATenthOnEachSide) {
     ProcessModel model;
     model.settings.windowX = 20.0f;
     model.settings.windowY = -5.0f;
@@ -30,7 +30,7 @@ TEST(GridGeometry, CoversTheWindowAndATenthOnEachSide) {
     EXPECT_EQ(model.grid.marginY, 5.0f);
 }
 
-TEST(GridGeometry, RoundsHalfARowUp) {
+TEST(SizeGrid, RoundsHalfARowUp) {
     // 60 / (120 / 999) is 499.5
     ProcessModel model;
     SizeFor(model, 1000, 100.0f, 50.0f);
@@ -39,7 +39,7 @@ TEST(GridGeometry, RoundsHalfARowUp) {
     EXPECT_EQ(model.grid.height, 500.0f * model.grid.spacing);
 }
 
-TEST(GridGeometry, SquareWindowGivesAsManyRowsAsColumns) {
+TEST(SizeGrid, SquareWindowGivesAsManyRowsAsColumns) {
     TestRandom random(1);
     for (int i = 0; i < 20000; ++i) {
         const std::int32_t columns = 200 + static_cast<std::int32_t>(random.Below(1801));
@@ -51,7 +51,7 @@ TEST(GridGeometry, SquareWindowGivesAsManyRowsAsColumns) {
     }
 }
 
-TEST(GridGeometry, NeverHasMoreRowsThanColumns) {
+TEST(SizeGrid, NeverHasMoreRowsThanColumns) {
     TestRandom random(2);
     for (int i = 0; i < 20000; ++i) {
         const std::int32_t columns = 200 + static_cast<std::int32_t>(random.Below(1801));
@@ -63,14 +63,14 @@ TEST(GridGeometry, NeverHasMoreRowsThanColumns) {
     }
 }
 
-TEST(GridGeometry, VeryFlatWindowHasOneRowWithoutHeight) {
+TEST(SizeGrid, VeryFlatWindowHasOneRowWithoutHeight) {
     ProcessModel model;
     SizeFor(model, 200, 100.0f, 0.1f);
     EXPECT_EQ(model.grid.rows, 1);
     EXPECT_EQ(model.grid.height, 0.0f);
 }
 
-TEST(GridGeometry, RoundsEveryOperationToSinglePrecision) {
+TEST(SizeGrid, RoundsEveryOperationToSinglePrecision) {
     ProcessModel model;
     model.settings.windowX = 1234.567f;
     model.settings.windowY = 0.3f;
@@ -85,7 +85,7 @@ TEST(GridGeometry, RoundsEveryOperationToSinglePrecision) {
     EXPECT_EQ(model.grid.marginY, 0x1.8a3d7p-1f);
 }
 
-TEST(GridGeometry, TheTenthIsASinglePrecisionConstantAndItsProductIsRounded) {
+TEST(SizeGrid, TheTenthIsASinglePrecisionConstantAndItsProductIsRounded) {
     ProcessModel model;
     model.settings.windowX = 53.4f;
     model.settings.windowY = 71.5f;
@@ -94,7 +94,7 @@ TEST(GridGeometry, TheTenthIsASinglePrecisionConstantAndItsProductIsRounded) {
     EXPECT_EQ(model.grid.originY, 0x1.519998p+5f);
 }
 
-TEST(GridGeometry, StrangeWindowsAreSizedWithoutOverflow) {
+TEST(SizeGrid, StrangeWindowsAreSizedWithoutOverflow) {
     const float infinity = std::numeric_limits<float>::infinity();
     const float nan = std::numeric_limits<float>::quiet_NaN();
     const std::int32_t noRows = std::numeric_limits<std::int32_t>::min() + 1;
@@ -107,8 +107,8 @@ TEST(GridGeometry, StrangeWindowsAreSizedWithoutOverflow) {
     }
     ProcessModel single;
     SizeFor(single, 1, 1.0f, 1.0f);
-    EXPECT_EQ(single.gridSpacing, infinity);
-    EXPECT_EQ(single.gridRows, 1);
+    EXPECT_EQ(single.grid.spacing, infinity);
+    EXPECT_EQ(single.grid.rows, 1);
 }
 
 }  // namespace

@@ -237,37 +237,37 @@ TEST(DistanceIndex, TallGridDoesNotWriteBehindTheIndex) {
 TEST(DiscOffsets, RadiusZeroIsTheCellItself) {
     ProcessModel model;
     SetUpGrid(model, 10, 10, 0.3f);
-    EXPECT_EQ(SelectDiscOffsets(model, 0.0f), (std::vector<GridOffset>{{0, 0}}));
+    EXPECT_EQ(SelectDiscOffsets(model.grid, 0.0f), (std::vector<GridOffset>{{0, 0}}));
 }
 
 TEST(DiscOffsets, TakesInWhatLiesOnTheEdge) {
     ProcessModel model;
     SetUpGrid(model, 10, 10, 0.25f);
-    EXPECT_EQ(SelectDiscOffsets(model, 0.25f),
+    EXPECT_EQ(SelectDiscOffsets(model.grid, 0.25f),
               (std::vector<GridOffset>{{0, 0}, {0, -1}, {-1, 0}, {1, 0}, {0, 1}}));
-    EXPECT_EQ(SelectDiscOffsets(model, 0.2499f).size(), 1U);
+    EXPECT_EQ(SelectDiscOffsets(model.grid, 0.2499f).size(), 1U);
 }
 
 TEST(DiscOffsets, EndAtTheFirstEntryThatIsTooFar) {
     ProcessModel model;
     SetUpGrid(model, 10, 10, 0.25f);
-    EXPECT_TRUE(SelectDiscOffsets(model, -1.0f).empty());
+    EXPECT_TRUE(SelectDiscOffsets(model.grid, -1.0f).empty());
     const auto all = static_cast<std::size_t>(model.grid.neighbours.count);
-    EXPECT_EQ(SelectDiscOffsets(model, 1000.0f).size(), all);
-    EXPECT_EQ(SelectDiscOffsets(model, infinity).size(), all);
-    EXPECT_EQ(SelectDiscOffsets(model, nan).size(), all) << "no entry is farther than a NaN";
+    EXPECT_EQ(SelectDiscOffsets(model.grid, 1000.0f).size(), all);
+    EXPECT_EQ(SelectDiscOffsets(model.grid, infinity).size(), all);
+    EXPECT_EQ(SelectDiscOffsets(model.grid, nan).size(), all) << "no entry is farther than a NaN";
 }
 
 TEST(LeavingOffsets, RadiusZeroIsTheCellOnTheLeft) {
     ProcessModel model;
     SetUpGrid(model, 10, 10, 0.3f);
-    EXPECT_EQ(SelectLeavingOffsets(model, 0.0f), (std::vector<GridOffset>{{-1, 0}}));
+    EXPECT_EQ(SelectLeavingOffsets(model.grid, 0.0f), (std::vector<GridOffset>{{-1, 0}}));
 }
 
 TEST(LeavingOffsets, StandInTableOrder) {
     ProcessModel model;
     SetUpGrid(model, 10, 10, 1.0f);
-    EXPECT_EQ(SelectLeavingOffsets(model, 1.0f),
+    EXPECT_EQ(SelectLeavingOffsets(model.grid, 1.0f),
               (std::vector<GridOffset>{{-1, -1}, {-1, 1}, {-2, 0}}));
 }
 
@@ -279,7 +279,7 @@ TEST(LeavingOffsets, AreTheCellsThatTheDiscLeavesAwayFromTies) {
         // Half-way between two squared lengths no cell lies on the edge.
         const float squared = static_cast<float>(random.Below(200)) + 0.5f;
         const float radius = std::sqrt(squared) * 0.37f;
-        const std::vector<GridOffset> disc = SelectDiscOffsets(model, radius);
+        const std::vector<GridOffset> disc = SelectDiscOffsets(model.grid, radius);
         std::vector<GridOffset> expected;
         for (const NeighbourOffset& entry : model.grid.neighbours.entries) {
             const GridOffset offset{entry.dx, entry.dy};
@@ -289,7 +289,7 @@ TEST(LeavingOffsets, AreTheCellsThatTheDiscLeavesAwayFromTies) {
                 expected.push_back(offset);
             }
         }
-        EXPECT_EQ(SelectLeavingOffsets(model, radius), expected) << radius;
+        EXPECT_EQ(SelectLeavingOffsets(model.grid, radius), expected) << radius;
     }
 }
 
@@ -298,7 +298,7 @@ TEST(LeavingOffsets, LieOnTheLeft) {
     ProcessModel model;
     SetUpGrid(model, 60, 30, 0.0137f);
     for (int i = 0; i < 40; ++i) {
-        for (const GridOffset& offset : SelectLeavingOffsets(model, random.Unit())) {
+        for (const GridOffset& offset : SelectLeavingOffsets(model.grid, random.Unit())) {
             ASSERT_LT(offset.dx, 0);
         }
     }
@@ -312,8 +312,8 @@ TEST(LeavingOffsets, OnATieTheTwoPrecisionsCanDisagree) {
     int disagreements = 0;
     for (std::int32_t cells = 1; cells < 60; ++cells) {
         const float radius = static_cast<float>(cells) * 0.1f;
-        const auto disc = SelectDiscOffsets(model, radius);
-        const auto leaving = SelectLeavingOffsets(model, radius);
+        const auto disc = SelectDiscOffsets(model.grid, radius);
+        const auto leaving = SelectLeavingOffsets(model.grid, radius);
         const bool inDisc = std::find(disc.begin(), disc.end(), GridOffset{cells, 0}) != disc.end();
         const bool leaves =
             std::find(leaving.begin(), leaving.end(), GridOffset{-cells - 1, 0}) != leaving.end();
@@ -327,9 +327,9 @@ TEST(LeavingOffsets, OnATieTheTwoPrecisionsCanDisagree) {
 TEST(LeavingOffsets, NoneForARadiusThatEndsNowhere) {
     ProcessModel model;
     SetUpGrid(model, 10, 10, 0.3f);
-    EXPECT_TRUE(SelectLeavingOffsets(model, infinity).empty());
-    EXPECT_TRUE(SelectLeavingOffsets(model, nan).empty());
-    EXPECT_TRUE(SelectLeavingOffsets(model, -1.0f).empty());
+    EXPECT_TRUE(SelectLeavingOffsets(model.grid, infinity).empty());
+    EXPECT_TRUE(SelectLeavingOffsets(model.grid, nan).empty());
+    EXPECT_TRUE(SelectLeavingOffsets(model.grid, -1.0f).empty());
 }
 
 TEST(OffsetSelection, IsTheWalkOverTheWholeTable) {
@@ -348,8 +348,10 @@ TEST(OffsetSelection, IsTheWalkOverTheWholeTable) {
                                std::nextafter(entry.distance, infinity),
                                20.0f * model.grid.spacing * random.Unit()};
         const float radius = radii[i % 4];
-        ASSERT_EQ(SelectDiscOffsets(model, radius), SelectDiscOffsetsPlain(model, radius));
-        ASSERT_EQ(SelectLeavingOffsets(model, radius), SelectLeavingOffsetsPlain(model, radius))
+        ASSERT_EQ(SelectDiscOffsets(model.grid, radius),
+                  SelectDiscOffsetsPlain(model.grid, radius));
+        ASSERT_EQ(SelectLeavingOffsets(model.grid, radius),
+                  SelectLeavingOffsetsPlain(model.grid, radius))
             << model.grid.spacing << ", " << radius;
     }
 }

@@ -92,8 +92,9 @@ TEST(MaskRasterAgainstPlain, SetsTheSameCells) {
         const bool maskDark = random.Below(2) == 0;
         std::vector<std::uint8_t> mask(model.grid.CellCount(), 7);
         std::vector<std::uint8_t> plain(model.grid.CellCount(), 9);
-        const double smallest = RasteriseMask(model, mask, 1, maskDark);
-        EXPECT_EQ(smallest, RasteriseMaskPlain(model, plain, 1, maskDark)) << "seed " << seed;
+        const double smallest = RasteriseMask(model.grid, model.polygons, mask, 1, maskDark);
+        EXPECT_EQ(smallest, RasteriseMaskPlain(model.grid, model.polygons, plain, 1, maskDark))
+            << "seed " << seed;
         ASSERT_EQ(mask, plain) << "seed " << seed;
     }
 }
@@ -117,8 +118,9 @@ TEST(MaskRasterAgainstPlain, SurvivesImpossiblePolygons) {
         model.polygons.push_back(polygon);
         std::vector<std::uint8_t> mask(model.grid.CellCount());
         std::vector<std::uint8_t> plain(model.grid.CellCount());
-        const double smallest = RasteriseMask(model, mask, 1, true);
-        EXPECT_EQ(smallest, RasteriseMaskPlain(model, plain, 1, true)) << "seed " << seed;
+        const double smallest = RasteriseMask(model.grid, model.polygons, mask, 1, true);
+        EXPECT_EQ(smallest, RasteriseMaskPlain(model.grid, model.polygons, plain, 1, true))
+            << "seed " << seed;
         ASSERT_EQ(mask, plain) << "seed " << seed;
     }
 }
@@ -145,13 +147,13 @@ TEST(PointInPolygonAgainstPlain, GivesTheSameAnswer) {
 /// whose search misses the nearest free cell.
 std::size_t CompareEdgeDistances(const ProcessModel& model, const std::vector<std::uint8_t>& mask) {
     std::vector<float> plain(model.grid.CellCount(), -2.0f);
-    MaskEdgeDistancePlain(model, plain, mask);
+    MaskEdgeDistancePlain(model.grid, plain, mask);
     for (const bool wide : {false, true}) {
         AllowWideLanes(wide);
         for (std::int32_t threads = 1; threads <= 3; ++threads) {
             SetRowThreads(threads);
             std::vector<float> distance(model.grid.CellCount(), -1.0f);
-            MaskEdgeDistance(model, distance, mask);
+            MaskEdgeDistance(model.grid, distance, mask);
             EXPECT_EQ(BitsOf(distance), BitsOf(plain)) << "wide " << wide << " threads " << threads;
         }
     }
@@ -262,7 +264,7 @@ TEST(MaskEdgeDistance, OfALargeMaskWithOneOpeningTakesNoLongWalks) {
     mask[CellAt(model, 899, 400)] = 0;
     std::vector<float> distance(model.grid.CellCount());
     const auto start = std::chrono::steady_clock::now();
-    MaskEdgeDistance(model, distance, mask);
+    MaskEdgeDistance(model.grid, distance, mask);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(3));
     EXPECT_EQ(distance[CellAt(model, 899, 390)], 10.0f * 0.013f);
 }

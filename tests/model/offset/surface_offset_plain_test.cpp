@@ -149,8 +149,8 @@ TEST_F(SurfaceOffsetAgainstPlain, GivesTheSameBits) {
         // What `out` held before does not show.
         std::vector<float> out(model.grid.CellCount(), 77.0f);
         std::vector<float> plain(model.grid.CellCount(), -1.0f);
-        OffsetSurface(model, out, heights, distance, lateral);
-        OffsetSurfacePlain(model, plain, heights, distance, lateral);
+        OffsetSurface(model.grid, out, heights, distance, lateral);
+        OffsetSurfacePlain(model.grid, plain, heights, distance, lateral);
         ASSERT_EQ(BitsOf(out), BitsOf(plain))
             << "seed " << seed << ": " << model.grid.columns << " by " << model.grid.rows
             << ", distance " << distance << ", lateral " << lateral;
@@ -179,8 +179,8 @@ TEST_F(SurfaceOffsetAgainstPlain, GivesTheSameBitsAtTheLimitsOfItsShortCuts) {
         const float lateral = seed % 2 == 0 ? 0.0f : random.Unit() * 0.3f;
         std::vector<float> out(model.grid.CellCount());
         std::vector<float> plain(model.grid.CellCount());
-        OffsetSurface(model, out, heights, distance, lateral);
-        OffsetSurfacePlain(model, plain, heights, distance, lateral);
+        OffsetSurface(model.grid, out, heights, distance, lateral);
+        OffsetSurfacePlain(model.grid, plain, heights, distance, lateral);
         ASSERT_EQ(BitsOf(out), BitsOf(plain)) << "seed " << seed;
     }
 }
@@ -204,8 +204,8 @@ TEST_F(SurfaceOffsetAgainstPlain, SurvivesExtremeArguments) {
                 const std::vector<float> heights = RandomSurface(model, random);
                 std::vector<float> out(model.grid.CellCount());
                 std::vector<float> plain(model.grid.CellCount());
-                OffsetSurface(model, out, heights, distance, lateral);
-                OffsetSurfacePlain(model, plain, heights, distance, lateral);
+                OffsetSurface(model.grid, out, heights, distance, lateral);
+                OffsetSurfacePlain(model.grid, plain, heights, distance, lateral);
                 ASSERT_EQ(BitsOf(out), BitsOf(plain)) << distance << ", " << lateral;
             }
         }

@@ -19,7 +19,7 @@ constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 std::vector<float> Offset(const ProcessModel& model, const std::vector<float>& heights,
                           float distance, float lateral) {
     std::vector<float> out(model.grid.CellCount(), 99.0f);
-    OffsetSurface(model, out, heights, distance, lateral);
+    OffsetSurface(model.grid, out, heights, distance, lateral);
     return out;
 }
 

@@ -17,7 +17,7 @@ constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 constexpr float infinity = std::numeric_limits<float>::infinity();
 
 std::unique_ptr<Layer> NewLayer(const ProcessModel& model) {
-    return CreateLayer(model.grid.rows, model.grid.columns, model.grid.spacing, nullptr);
+    return CreateLayer(model.grid);
 }
 
 void RandomCover(ProcessModel& model, TestRandom& random) {
@@ -32,7 +32,7 @@ TEST(CoatLayer, WithoutPlanarisationIsTheSurfaceAndTheThickness) {
     TestRandom random(8);
     RandomCover(model, random);
     const auto layer = NewLayer(model);
-    CoatLayer(model, *layer, 0.37f, 0.0f);
+    CoatLayer(model.grid, model.stack.coverMap, *layer, 0.37f, 0.0f);
     for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         EXPECT_EQ(layer->bottom[cell], model.stack.coverMap[cell].height);
         EXPECT_NEAR(layer->top[cell], 0.37f + model.stack.coverMap[cell].height, 1e-6f);
@@ -46,7 +46,7 @@ TEST(CoatLayer, WithoutPlanarisationAFlatFilmIsExact) {
         cover.height = 4.3f;
     }
     const auto layer = NewLayer(model);
-    CoatLayer(model, *layer, 0.1f, 0.0f);
+    CoatLayer(model.grid, model.stack.coverMap, *layer, 0.1f, 0.0f);
     EXPECT_EQ(layer->top, std::vector<float>(model.grid.CellCount(), 0.1f + 4.3f));
 }
 
@@ -58,7 +58,7 @@ TEST(CoatLayer, FlatSurfaceStaysFlatWhateverTheRadius) {
     }
     for (const float thickness : {0.01f, 0.1f, 0.3f, 1.0f, 3.3f}) {
         const auto layer = NewLayer(model);
-        CoatLayer(model, *layer, thickness, 1.0f);
+        CoatLayer(model.grid, model.stack.coverMap, *layer, thickness, 1.0f);
         EXPECT_EQ(layer->top,
                   std::vector<float>(model.grid.CellCount(), thickness + 0x1.133334p+2f));
     }
@@ -82,7 +82,7 @@ TEST(CoatLayer, RadiusIsRoundedAfterEachProductFromTheLeft) {
         SetUpGrid(model, 3, 3, c.pitch);
         model.stack.coverMap[4].height = 1.0f;
         const auto layer = NewLayer(model);
-        CoatLayer(model, *layer, c.thickness, c.dop);
+        CoatLayer(model.grid, model.stack.coverMap, *layer, c.thickness, c.dop);
         EXPECT_EQ(layer->top[1] > c.thickness, c.takesNeighboursIn) << c.pitch;
     }
 }
@@ -100,7 +100,7 @@ TEST(CoatLayer, FillsATrenchAndThinsOverARidge) {
         }
     }
     const auto layer = NewLayer(model);
-    CoatLayer(model, *layer, 0.6f, 1.0f);
+    CoatLayer(model.grid, model.stack.coverMap, *layer, 0.6f, 1.0f);
     EXPECT_GT(layer->top[CellAt(model, 20, 1)], 0.5f + 0.6f + 0.1f);
     EXPECT_LT(layer->top[CellAt(model, 40, 1)], 1.5f + 0.6f - 0.1f);
     EXPECT_GE(layer->top[CellAt(model, 40, 1)], 1.5f);
@@ -111,7 +111,7 @@ TEST(CoatLayer, NeverDipsUnderTheSurface) {
     SetUpGrid(model, 25, 25, 0.1f);
     model.stack.coverMap[CellAt(model, 12, 12)].height = 10.0f;
     const auto layer = NewLayer(model);
-    CoatLayer(model, *layer, 0.5f, 1.0f);
+    CoatLayer(model.grid, model.stack.coverMap, *layer, 0.5f, 1.0f);
     EXPECT_EQ(layer->top[CellAt(model, 12, 12)], 10.0f);
     for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         EXPECT_GE(layer->top[cell], layer->bottom[cell]);
@@ -123,7 +123,7 @@ TEST(SmoothLayerTop, AtTheEdgeTheMeanIsOverTheCellsThatRemain) {
     SetUpGrid(model, 4, 1, 1.0f);
     const auto layer = NewLayer(model);
     layer->top = {2.0f, 4.0f, 9.0f, 11.0f};
-    SmoothLayerTop(model, *layer, 1.0f);
+    SmoothLayerTop(model.grid, *layer, 1.0f);
     EXPECT_EQ(layer->top, (std::vector<float>{3.0f, 5.0f, 8.0f, 10.0f}));
 }
 
@@ -132,7 +132,7 @@ TEST(SmoothLayerTop, TakesTheWholeDiscIn) {
     SetUpGrid(model, 3, 3, 1.0f);
     const auto layer = NewLayer(model);
     layer->top = {1.0f, 2.0f, 4.0f, 8.0f, 16.0f, 32.0f, 64.0f, 128.0f, 256.0f};
-    SmoothLayerTop(model, *layer, 1.0f);
+    SmoothLayerTop(model.grid, *layer, 1.0f);
     EXPECT_EQ(layer->top[4], (2.0f + 8.0f + 16.0f + 32.0f + 128.0f) / 5.0f);
     EXPECT_EQ(layer->top[0], static_cast<float>((1.0 + 2.0 + 8.0) / 3.0));
     EXPECT_EQ(layer->top[5], (4.0f + 16.0f + 32.0f + 256.0f) / 4.0f);
@@ -144,7 +144,7 @@ TEST(SmoothLayerTop, MeansBelowTheBottomAreRaisedToIt) {
     const auto layer = NewLayer(model);
     layer->top = {0.0f, 6.0f, 0.0f};
     layer->bottom = {0.0f, 5.0f, 0.0f};
-    SmoothLayerTop(model, *layer, 1.0f);
+    SmoothLayerTop(model.grid, *layer, 1.0f);
     EXPECT_EQ(layer->top, (std::vector<float>{3.0f, 5.0f, 3.0f}));
 }
 
@@ -154,7 +154,7 @@ TEST(SmoothLayerTop, ANaNReachesTheRestOfItsRows) {
     SetUpGrid(model, 12, 5, 1.0f);
     const auto layer = NewLayer(model);
     layer->top[CellAt(model, 4, 2)] = nan;
-    SmoothLayerTop(model, *layer, 1.0f);
+    SmoothLayerTop(model.grid, *layer, 1.0f);
     const auto isNaN = [&](std::int32_t col, std::int32_t row) {
         return std::isnan(layer->top[CellAt(model, col, row)]);
     };
@@ -174,7 +174,7 @@ TEST(SmoothLayerTop, TheCarriedSumKeepsItsRoundings) {
     const auto layer = NewLayer(model);
     layer->top.assign(40, 0.1f);
     layer->top[5] = 1e18f;
-    SmoothLayerTop(model, *layer, 2.0f);
+    SmoothLayerTop(model.grid, *layer, 2.0f);
     double sum = 0.0;
     for (int i = 0; i < 5; ++i) {
         sum += 0.1f;
@@ -194,8 +194,8 @@ TEST(SmoothLayerTop, IsNearTheMeanSummedAnew) {
         for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
             sliding->top[cell] = direct->top[cell] = model.stack.coverMap[cell].height;
         }
-        SmoothLayerTop(model, *sliding, radius);
-        SmoothLayerTopDirect(model, *direct, radius);
+        SmoothLayerTop(model.grid, *sliding, radius);
+        SmoothLayerTopDirect(model.grid, *direct, radius);
         for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
             ASSERT_NEAR(sliding->top[cell], direct->top[cell], 1e-6f);
         }
@@ -232,8 +232,8 @@ TEST(SmoothLayerTop, IsTheSameAsWithEveryBoundTested) {
                 .entries[random.Below(static_cast<std::uint32_t>(model.grid.neighbours.count))];
         const float radii[] = {0.0f, entry.distance, 8.0f * random.Unit(), infinity, nan, -1.0f};
         const float radius = radii[i % 10 < 5 ? 1 : random.Below(6)];
-        SmoothLayerTop(model, *layer, radius);
-        SmoothLayerTopPlain(model, *plain, radius);
+        SmoothLayerTop(model.grid, *layer, radius);
+        SmoothLayerTopPlain(model.grid, *plain, radius);
         ASSERT_EQ(BitsOf(layer->top), BitsOf(plain->top))
             << cols << " x " << rows << ", " << radius;
     }

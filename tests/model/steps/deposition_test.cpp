@@ -33,7 +33,7 @@ void SetUpProfile(ProcessModel& model, std::int32_t rows, float spacing,
     for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         ground.top[cell] = columns[cell % columns.size()];
     }
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
 }
 
 TEST(Deposition, AddsALayerWithTheStepsProperties) {
@@ -47,7 +47,7 @@ TEST(Deposition, AddsALayerWithTheStepsProperties) {
     EXPECT_EQ(film.color, (std::array<float, 3>{0.25f, 0.5f, 0.75f}));
     EXPECT_EQ(film.alpha, 0.6f);
     EXPECT_FALSE(film.isPhotoresist);
-    EXPECT_TRUE(film.meshDirty);
+    EXPECT_TRUE(film.changed);
     EXPECT_EQ(film.cols, 5);
     EXPECT_EQ(film.rows, 4);
     EXPECT_EQ(film.spacing, 0.5f);
@@ -111,7 +111,7 @@ TEST(Deposition, FollowsTheOffsetSurfaceOfTheCover) {
         heights.push_back(cell.height);
     }
     std::vector<float> offset(model.grid.CellCount());
-    OffsetSurface(model, offset, heights, 0.3f, 0.5f);
+    OffsetSurface(model.grid, offset, heights, 0.3f, 0.5f);
     ExecuteDeposition(model, DepositionStep(0.3f, 0.5f));
     EXPECT_EQ(BitsOf(model.stack.layers[1]->bottom), BitsOf(heights));
     EXPECT_EQ(BitsOf(model.stack.layers[1]->top), BitsOf(offset));
@@ -125,7 +125,7 @@ TEST(Deposition, HasNoThicknessWhereTheOffsetSurfaceLiesLower) {
     ExecuteDeposition(model, DepositionStep(0.5f, 1.0f));
     const Layer& film = *model.stack.layers[1];
     std::vector<float> offset(model.grid.CellCount());
-    OffsetSurface(model, offset, film.bottom, 0.5f, 1.0f);
+    OffsetSurface(model.grid, offset, film.bottom, 0.5f, 1.0f);
     int lower = 0;
     for (std::size_t cell = 0; cell < offset.size(); ++cell) {
         lower += offset[cell] < film.bottom[cell] ? 1 : 0;
@@ -140,7 +140,7 @@ TEST(Deposition, HasNoThicknessWhereTheOffsetIsNoNumber) {
     ProcessModel model;
     SetUpGrid(model, 5, 5, 1.0f);
     AppendFlatLayer(model, 0.0f, 1.0f);
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     for (CoverCell& cell : model.stack.coverMap) {
         cell.height = std::numeric_limits<float>::quiet_NaN();
     }
@@ -169,10 +169,10 @@ TEST(Deposition, LeavesOtherLayersAlone) {
     ProcessModel model;
     SetUpProfile(model, 4, 0.5f, {1, 2, 1, 1});
     const std::vector<float> top = model.stack.layers[0]->top;
-    model.stack.layers[0]->meshDirty = false;
+    model.stack.layers[0]->changed = false;
     ExecuteDeposition(model, DepositionStep(0.5f, 0.3f));
     EXPECT_EQ(model.stack.layers[0]->top, top);
-    EXPECT_FALSE(model.stack.layers[0]->meshDirty);
+    EXPECT_FALSE(model.stack.layers[0]->changed);
 }
 
 TEST(Deposition, StartsFromTheCoverAndNotFromAGapUnderIt) {
@@ -182,7 +182,7 @@ TEST(Deposition, StartsFromTheCoverAndNotFromAGapUnderIt) {
     AppendFlatLayer(model, 0.0f, 1.0f, "_SUB_");
     AppendFlatLayer(model, 1.0f, 0.0f, "sacrificial");
     AppendFlatLayer(model, 3.0f, 1.0f, "beam");
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     ExecuteDeposition(model, DepositionStep(0.5f, 0.3f));
     EXPECT_EQ(model.stack.layers[3]->bottom, std::vector<float>(25, 4.0f));
 }

@@ -48,7 +48,7 @@ TEST_F(DumpStep, WritesTheWholeStack) {
     AppendFlatLayer(model, 0.0f, 0.5f);
     AppendFlatLayer(model, 0.5f, 0.1f);
     AppendFlatLayer(model, 0.6f, 0.0f);
-    DestroyLayer(model.stack.layers[1]);
+    model.stack.layers[1].reset();
     model.stack.layers[2]->top[3] = 12.5f;
     for (std::int32_t id = 0; id < 4; ++id) {
         model.stack.coverMap[static_cast<std::size_t>(id)] = {id, 0.6f + static_cast<float>(id)};
@@ -85,14 +85,14 @@ TEST_F(DumpStep, ChangesNothingInTheModel) {
     ProcessModel model;
     SetUpGrid(model, 3, 2, 1.0f);
     Layer& layer = AppendFlatLayer(model, 0.0f, 0.5f);
-    layer.meshDirty = false;
+    layer.changed = false;
     model.stack.coverMap[4] = {3, 0.7f};
     const auto cover = BitsOf(model.stack.coverMap);
     const auto top = BitsOf(layer.top);
     Dump(model);
     EXPECT_EQ(BitsOf(model.stack.coverMap), cover);
     EXPECT_EQ(BitsOf(layer.top), top);
-    EXPECT_FALSE(layer.meshDirty);
+    EXPECT_FALSE(layer.changed);
     EXPECT_EQ(model.stack.layers.size(), 1U);
 }
 

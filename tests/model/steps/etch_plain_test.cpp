@@ -66,7 +66,7 @@ void SetUpRandomStack(ProcessModel& model, TestRandom& random) {
             layer.top[cell] = random.Below(rarity) == 0 ? RandomHeight(random) : layer.bottom[cell];
         }
         if (random.Below(8) == 0) {
-            DestroyLayer(model.stack.layers.back());
+            model.stack.layers.back().reset();
         }
     }
     for (CoverCell& cell : model.stack.coverMap) {
@@ -111,11 +111,11 @@ TEST_F(EtchAgainstPlain, LowersTheSameCellsToTheSameBits) {
         ExecuteEtch(model, step);
 
         std::vector<float> surface;
-        for (const CoverCell& cell : plain.coverMap) {
+        for (const CoverCell& cell : plain.stack.coverMap) {
             surface.push_back(cell.height);
         }
         std::vector<float> front(surface.size());
-        OffsetSurface(plain, front, surface, -step.depth, step.iso);
+        OffsetSurface(plain.grid, front, surface, -step.depth, step.iso);
         for (std::size_t cell = 0; cell < front.size(); ++cell) {
             EtchColumnPlain(plain, "ox", cell, front[cell]);
         }

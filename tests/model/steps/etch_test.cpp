@@ -35,7 +35,7 @@ protected:
     Layer& Append(float thickness, const std::string& material) {
         Layer& layer = AppendFlatLayer(model, surface, thickness, material);
         surface += thickness;
-        UpdateCoverMap(model);
+        UpdateCoverMap(model.stack, model.grid);
         return layer;
     }
 
@@ -73,10 +73,10 @@ TEST_F(Etch, OnOpenGroundSetsTheTopToTheFront) {
     for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         oxide.top[cell] += static_cast<float>(cell % 7) * 0.1f;
     }
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     const std::vector<float> before = oxide.top;
     std::vector<float> front(model.grid.CellCount());
-    OffsetSurface(model, front, before, -1.0f, 0.0f);
+    OffsetSurface(model.grid, front, before, -1.0f, 0.0f);
     Run(EtchStep({"ox"}, 1.0f));
     EXPECT_EQ(BitsOf(oxide.top), BitsOf(front));
     for (std::size_t cell = 0; cell < before.size(); ++cell) {
@@ -89,12 +89,12 @@ TEST_F(Etch, EatsIntoAWallByTheIsotropy) {
     SetUpGrid(fine, 60, 7, 0.1f);
     AppendFlatLayer(fine, 0.0f, 5.0f, "_SUB_");
     Layer& oxide = AppendFlatLayer(fine, 5.0f, 1.0f, "ox");
-    for (std::size_t cell = 0; cell < fine.CellCount(); ++cell) {
+    for (std::size_t cell = 0; cell < fine.grid.CellCount(); ++cell) {
         if (cell % 60 < 30) {
             oxide.top[cell] = 25.0f;
         }
     }
-    UpdateCoverMap(fine);
+    UpdateCoverMap(fine.stack, fine.grid);
     const auto cellsAbove = [&] {
         int count = 0;
         for (std::int32_t col = 0; col < 60; ++col) {
@@ -134,7 +134,7 @@ TEST_F(Etch, DoesNotReachATargetUnderAnotherMaterial) {
     Layer& nitride = Append(1.0f, "nit");
     // Open in one cell.
     nitride.top[8] = nitride.bottom[8];
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     Run(EtchStep({"ox"}, 1.0f));
     for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         EXPECT_EQ(nitride.top[cell], cell == 8 ? 12.0f : 13.0f);
@@ -181,7 +181,7 @@ TEST_F(Etch, ThatEndsExactlyAtABottomIsFinishedThere) {
     Append(5.0f, "ox");
     Layer& film = Append(1.0f, "ox");
     film.bottom.assign(model.grid.CellCount(), 13.0f);
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     Run(EtchStep({"ox"}, 3.0f));
     EXPECT_EQ(TopOf(2), 13.0f);
     EXPECT_EQ(TopOf(1), 15.0f);
@@ -221,10 +221,10 @@ TEST_F(Etch, OfATargetThatIsNotThereStillLowersResist) {
 TEST_F(Etch, WithoutTargetsLeavesResist) {
     Append(2.0f, "ox");
     Layer& resist = AppendResist(3.0f);
-    resist.meshDirty = false;
+    resist.changed = false;
     Run(EtchStep({}, 1.0f));
     EXPECT_EQ(TopOf(2), 15.0f);
-    EXPECT_FALSE(resist.meshDirty);
+    EXPECT_FALSE(resist.changed);
 }
 
 TEST_F(Etch, ComparesWholeNames) {
@@ -241,8 +241,8 @@ TEST_F(Etch, SkipsEmptySlotsAndEmptyLayers) {
     Append(1.0f, "nit");
     Append(0.0f, "metal");
     model.stack.layers.push_back(nullptr);
-    DestroyLayer(model.stack.layers[2]);
-    UpdateCoverMap(model);
+    model.stack.layers[2].reset();
+    UpdateCoverMap(model.stack, model.grid);
     // Under the empty metal and the empty slot the oxide is open.
     Run(EtchStep({"ox"}, 0.5f));
     EXPECT_EQ(TopOf(1), 11.5f);
@@ -291,14 +291,14 @@ TEST_F(Etch, MarksTargetsAndResistForANewMesh) {
     Append(1.0f, "nit");
     AppendResist(1.0f);
     for (const auto& layer : model.stack.layers) {
-        layer->meshDirty = false;
+        layer->changed = false;
     }
     // Nothing of the oxide changes under the nitride; its mesh is made again all the same.
     Run(EtchStep({"ox"}, 0.25f));
-    EXPECT_FALSE(model.stack.layers[0]->meshDirty);
-    EXPECT_TRUE(model.stack.layers[1]->meshDirty);
-    EXPECT_FALSE(model.stack.layers[2]->meshDirty);
-    EXPECT_TRUE(model.stack.layers[3]->meshDirty);
+    EXPECT_FALSE(model.stack.layers[0]->changed);
+    EXPECT_TRUE(model.stack.layers[1]->changed);
+    EXPECT_FALSE(model.stack.layers[2]->changed);
+    EXPECT_TRUE(model.stack.layers[3]->changed);
 }
 
 TEST_F(Etch, KeepsTheSlotOfALayerThatItHasEmptied) {
@@ -330,15 +330,15 @@ TEST_F(Release, EmptiesAllLayersOfAMaterial) {
     Append(1.0f, "poly");
     Append(2.0f, "sac");
     for (const auto& layer : model.stack.layers) {
-        layer->meshDirty = false;
+        layer->changed = false;
     }
     ExecuteRelease(model, ReleaseStep({"sac"}));
     EXPECT_EQ(TopOf(1), 10.0f);
     EXPECT_EQ(TopOf(2), 13.0f);
     EXPECT_EQ(TopOf(3), 13.0f);
-    EXPECT_TRUE(model.stack.layers[1]->meshDirty);
-    EXPECT_FALSE(model.stack.layers[2]->meshDirty);
-    EXPECT_TRUE(model.stack.layers[3]->meshDirty);
+    EXPECT_TRUE(model.stack.layers[1]->changed);
+    EXPECT_FALSE(model.stack.layers[2]->changed);
+    EXPECT_TRUE(model.stack.layers[3]->changed);
 }
 
 TEST_F(Release, LeavesWhatLaysOnItHanging) {
@@ -367,7 +367,7 @@ TEST_F(Release, TakesSeveralMaterialsAndIgnoresAbsentOnes) {
     Append(2.0f, "a");
     Append(2.0f, "b");
     Append(2.0f, "c");
-    DestroyLayer(model.stack.layers[2]);
+    model.stack.layers[2].reset();
     ExecuteRelease(model, ReleaseStep({"c", "absent", "a", "b"}));
     EXPECT_EQ(TopOf(1), 10.0f);
     EXPECT_EQ(TopOf(3), 14.0f);
@@ -384,11 +384,11 @@ TEST_F(Release, DoesNotTakeResistUnlessItIsNamed) {
 
 TEST_F(Release, WithoutTargetsUpdatesTheCoverMapAlone) {
     Append(2.0f, "ox");
-    model.stack.layers[1]->meshDirty = false;
+    model.stack.layers[1]->changed = false;
     model.stack.coverMap.assign(model.grid.CellCount(), CoverCell{});
     ExecuteRelease(model, ReleaseStep({}));
     EXPECT_EQ(TopOf(1), 12.0f);
-    EXPECT_FALSE(model.stack.layers[1]->meshDirty);
+    EXPECT_FALSE(model.stack.layers[1]->changed);
     EXPECT_EQ(model.stack.coverMap[3].layerId, 1);
     EXPECT_EQ(model.stack.coverMap[3].height, 12.0f);
 }

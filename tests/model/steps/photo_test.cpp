@@ -33,7 +33,7 @@ void SetUpMask(ProcessModel& model, std::int32_t cols, std::int32_t rows, float 
                std::int32_t firstCol) {
     SetUpGrid(model, cols, rows, spacing);
     AppendFlatLayer(model, 0.0f, 1.0f, "_SUB_");
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     MaskPolygon polygon;
     polygon.layer = 5;
     polygon.minX = (static_cast<double>(firstCol) - 0.5) * static_cast<double>(spacing);
@@ -68,7 +68,7 @@ TEST(Photo, AddsAResistLayerWithTheStepsProperties) {
     EXPECT_EQ(resist.label, "RESIST");
     EXPECT_EQ(resist.color, (std::array<float, 3>{0.9f, 0.1f, 0.2f}));
     EXPECT_EQ(resist.alpha, 0.4f);
-    EXPECT_TRUE(resist.meshDirty);
+    EXPECT_TRUE(resist.changed);
 }
 
 TEST(Photo, DarkMaskKeepsResistInsideThePolygons) {
@@ -199,9 +199,9 @@ TEST(Photo, CoatsWithFullPlanarisation) {
     for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         ground.top[cell] = cell % 16 < 8 ? 2.0f : 1.0f;
     }
-    UpdateCoverMap(model);
-    const auto coated = CreateLayer(9, 16, 0.5f, nullptr);
-    CoatLayer(model, *coated, 1.0f, 1.0f);
+    UpdateCoverMap(model.stack, model.grid);
+    const auto coated = CreateLayer(model.grid);
+    CoatLayer(model.grid, model.stack.coverMap, *coated, 1.0f, 1.0f);
     ExecutePhoto(model, PhotoStep(1.0f, 90.0f, false));
     EXPECT_EQ(BitsOf(model.stack.layers[1]->top), BitsOf(coated->top));
     EXPECT_EQ(BitsOf(model.stack.layers[1]->bottom), BitsOf(coated->bottom));
@@ -214,7 +214,7 @@ TEST(Photo, RoundsThePatternByHalfTheResolution) {
         ProcessModel model;
         SetUpGrid(model, 9, 9, 1.0f);
         AppendFlatLayer(model, 0.0f, 1.0f, "_SUB_");
-        UpdateCoverMap(model);
+        UpdateCoverMap(model.stack, model.grid);
         MaskPolygon line;
         line.layer = 5;
         line.minX = 3.5;
@@ -240,7 +240,7 @@ TEST(Photo, NeverCutsUnderItsBottom) {
     for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         ground.top[cell] = cell % 12 == 4 || cell % 12 == 5 ? 1.8f : 1.0f;
     }
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     ExecutePhoto(model, PhotoStep(1.0f, 20.0f));
     const Layer& resist = *model.stack.layers[1];
     int empty = 0;

@@ -146,8 +146,8 @@ void ReadSettings(ReaderState& state, std::string_view line, ProcessSettings& se
     ReadGridColumns(state, line, settings);
     ReadCameraAngle(state, line, settings);
     state.useNm = HasArgument(line, "-use_nm");
-    settings.showHeights = HasArgument(line, "-heights") ? 1.0f : 0.0f;
-    settings.showLegend = HasArgument(line, "-legend") ? 1.0f : 0.0f;
+    settings.showHeights = HasArgument(line, "-heights");
+    settings.showLegend = HasArgument(line, "-legend");
 }
 
 void ReadLocation(ReaderState& state, std::string_view line, ProcessSettings& settings) {

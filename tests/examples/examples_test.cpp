@@ -8,6 +8,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "examples/layouts.h"
@@ -16,7 +17,7 @@
 #include "model/execute_step.h"
 #include "model/process_model.h"
 #include "process_file/color_table.h"
-#include "render/mesh/update_meshes.h"
+#include "process_run/prepare_run.h"
 #include "tests/support/recording_console.h"
 #include "tests/support/temp_folder.h"
 
@@ -30,12 +31,6 @@ std::string FileBytes(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
-void LoadColors() {
-    if (GetColorTable().empty()) {
-        ASSERT_EQ(LoadColorTable("colors.txt"), 0);
-    }
-}
-
 void ExpectNoWarnings(const RecordingConsole& console) {
     for (const std::string& line : console.lines) {
         EXPECT_EQ(line.find("WARNING"), std::string::npos) << line;
@@ -45,7 +40,8 @@ void ExpectNoWarnings(const RecordingConsole& console) {
 
 /// A prepared example, with another number of columns where one is given.
 std::unique_ptr<ProcessModel> Prepare(const std::string& example, const std::string& columns = "") {
-    LoadColors();
+    ColorTable colors;
+    EXPECT_TRUE(LoadColorTable(colors, "colors.txt"));
     RecordingConsole console;
     GdsDatabase database;
     EXPECT_EQ(ReadGdsFile(database, kFolder / (example + ".gds"), &console), 0);
@@ -56,12 +52,12 @@ std::unique_ptr<ProcessModel> Prepare(const std::string& example, const std::str
         EXPECT_NE(at, std::string::npos);
         text.replace(at, 6, "-N " + columns);
     }
-    auto model = std::make_unique<ProcessModel>(folder.Write("process.txt", text), database,
-                                                &console, nullptr);
+    PreparedRun run = PrepareRun(folder.Write("process.txt", text), database, colors, &console);
+    EXPECT_EQ(run.errors, std::vector<std::string>{});
     if (columns.empty()) {
         ExpectNoWarnings(console);
     }
-    return model;
+    return std::move(run.model);
 }
 
 class Example : public testing::TestWithParam<const char*> {};
@@ -69,7 +65,7 @@ class Example : public testing::TestWithParam<const char*> {};
 TEST_P(Example, IsReadyToRunWithoutAWarning) {
     const std::unique_ptr<ProcessModel> model = Prepare(GetParam());
     EXPECT_GT(model->polygons.size(), 0u);
-    EXPECT_EQ(model->settings.showLegend, 1.0f);
+    EXPECT_TRUE(model->settings.showLegend);
 }
 
 TEST_P(Example, HasPolygonsInReachForEveryMaskThatItsProcessUses) {
@@ -162,7 +158,6 @@ TEST(Micromotor, HangsFreeAfterTheRelease) {
     ASSERT_EQ(model->steps.back().kind, StepKind::Release);
     for (const ProcessStep& step : model->steps) {
         ExecuteStep(*model, step, &console);
-        UpdateMeshes(*model);
     }
     for (const auto& layer : model->stack.layers) {
         EXPECT_TRUE(!layer || layer->material.find("Oxide") == std::string::npos);

@@ -17,7 +17,7 @@
 #include "model/cover_map.h"
 #include "model/execute_step.h"
 #include "tests/model/grid_model.h"
-#include "tests/model/limited_memory.h"
+#include "tests/support/limited_memory.h"
 
 namespace zelmo {
 namespace {

@@ -1,16 +1,21 @@
+#include "process_run/prepare_run.h"
+
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
 #include <fstream>
 #include <memory>
 #include <new>
-#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/text.h"
 #include "gds/gds_database.h"
 #include "model/process_model.h"
+#include "tests/support/limited_memory.h"
 #include "tests/support/recording_console.h"
 #include "tests/support/temp_folder.h"
 
@@ -37,40 +42,21 @@ GdsDatabase MakeDatabase() {
     return database;
 }
 
-/// Counts the GL objects of height markers; can be out of memory when they are made.
-class CountingGraphics : public LayerGraphics {
-public:
-    void CreateLayerObjects(Layer&) override { ++layers; }
-    void UploadLayerMesh(const Layer&, std::span<const MeshVertex>,
-                         std::span<const std::uint32_t>) override {}
-    void DestroyLayerObjects(Layer&) noexcept override { --layers; }
-    void CreateMarkerObjects(HeightMarkers& markers) override {
-        if (outOfMemory) {
-            throw std::bad_alloc();
-        }
-        ++markersMade;
-        lastRowCount = markers.rowCount;
-    }
-    void UploadMarkers(const HeightMarkers&) override {}
-    void DestroyMarkerObjects(HeightMarkers&) noexcept override { ++markersDestroyed; }
-
-    bool outOfMemory = false;
-    int layers = 0;
-    int markersMade = 0;
-    int markersDestroyed = 0;
-    std::uint32_t lastRowCount = 0;
-};
-
 class PreparationTest : public testing::Test {
 protected:
-    std::unique_ptr<ProcessModel> PreparePath(const std::filesystem::path& path) {
+    PreparedRun PreparePath(const std::filesystem::path& path) {
         console.lines.clear();
         pathText = Utf8FromWide(PathText(path));
-        return std::make_unique<ProcessModel>(path, database, &console, graphics);
+        return PrepareRun(path, database, colors, &console);
     }
 
+    /// The model of a file that is expected to be good.
     std::unique_ptr<ProcessModel> Prepare(const std::string& text) {
-        return PreparePath(folder.Write("process.txt", text));
+        PreparedRun run = PreparePath(folder.Write("process.txt", text));
+        EXPECT_TRUE(run.fileOpened);
+        EXPECT_EQ(run.errors, Lines{});
+        EXPECT_NE(run.model, nullptr);
+        return std::move(run.model);
     }
 
     std::unique_ptr<ProcessModel> PrepareWindow(const std::string& columns,
@@ -79,18 +65,12 @@ protected:
                        "\ngds -cell TOP\n");
     }
 
-    /// Expects a runtime error and returns its text.
-    std::string FailureOf(const std::string& text) {
-        return FailureOfPath(folder.Write("process.txt", text));
-    }
-
-    std::string FailureOfPath(const std::filesystem::path& path) {
-        try {
-            PreparePath(path);
-        } catch (const std::runtime_error& error) {
-            return error.what();
-        }
-        return "no failure";
+    /// The errors of a file that is expected to leave no model.
+    Lines ErrorsOf(const std::string& text) {
+        const PreparedRun run = PreparePath(folder.Write("process.txt", text));
+        EXPECT_TRUE(run.fileOpened);
+        EXPECT_EQ(run.model, nullptr);
+        return run.errors;
     }
 
     std::string SuccessLine() const {
@@ -103,7 +83,7 @@ protected:
     TempFolder folder;
     RecordingConsole console;
     GdsDatabase database = MakeDatabase();
-    LayerGraphics* graphics = nullptr;
+    ColorTable colors;
     std::string pathText;
 };
 
@@ -133,8 +113,6 @@ TEST_F(PreparationTest, LeavesAModelThatIsReadyToRun) {
     EXPECT_EQ(model->grid.marginY, 2.0f - model->grid.originY);
     EXPECT_EQ(model->steps.size(), 2u);
     EXPECT_TRUE(model->stack.layers.empty());
-    EXPECT_EQ(model->graphics, nullptr);
-    ASSERT_EQ(model->rawPolygons.size(), 1u);
     ASSERT_EQ(model->polygons.size(), 1u);
     EXPECT_EQ(model->polygons[0].layer, 12u);
 
@@ -153,9 +131,6 @@ TEST_F(PreparationTest, LeavesAModelThatIsReadyToRun) {
         ASSERT_EQ(cell.layerId, 0);
         ASSERT_EQ(cell.height, 0.0f);
     }
-    EXPECT_EQ(model->heightMarkers.cover, model->stack.coverMap.data());
-    EXPECT_EQ(model->heightMarkers.rowCount, 5u);
-    EXPECT_EQ(model->heightMarkers.vertices.size(), 50u);
 }
 
 TEST_F(PreparationTest, ThePathIsShownInAnyScript) {
@@ -167,69 +142,49 @@ TEST_F(PreparationTest, ThePathIsShownInAnyScript) {
 }
 
 TEST_F(PreparationTest, AFileThatCannotBeOpenedEndsInTwoLines) {
-    EXPECT_EQ(FailureOfPath(folder.Path() / "nowhere.txt"), "Reading process file failed");
-    EXPECT_EQ(console.lines, (Lines{"Failed to open process file: " + pathText, FailureLine()}));
-    EXPECT_EQ(FailureOfPath(folder.Path()), "Reading process file failed");
-    EXPECT_EQ(console.lines, (Lines{"Failed to open process file: " + pathText, FailureLine()}));
+    for (const std::filesystem::path& path : {folder.Path() / "nowhere.txt", folder.Path()}) {
+        const PreparedRun run = PreparePath(path);
+        EXPECT_EQ(run.model, nullptr);
+        EXPECT_FALSE(run.fileOpened);
+        EXPECT_EQ(run.errors, Lines{"Failed to open process file: " + pathText});
+        EXPECT_EQ(console.lines,
+                  (Lines{"Failed to open process file: " + pathText, FailureLine()}));
+    }
 }
 
 TEST_F(PreparationTest, AFaultyFileEndsWithItsErrorsAndOneLine) {
-    EXPECT_EQ(FailureOf(goodFile + "foo\nstrip -name s\n"), "Reading process file failed");
-    EXPECT_EQ(console.lines,
-              (Lines{"Error in line 5: Unknown command",
-                     "Error in line 6: strip command not allowed if no prior photo process",
-                     FailureLine()}));
+    const Lines errors{"Error in line 5: Unknown command",
+                       "Error in line 6: strip command not allowed if no prior photo process"};
+    EXPECT_EQ(ErrorsOf(goodFile + "foo\nstrip -name s\n"), errors);
+    EXPECT_EQ(console.lines, (Lines{errors[0], errors[1], FailureLine()}));
 }
 
 TEST_F(PreparationTest, AnUnknownCellEndsAfterTheExtractionsLines) {
-    EXPECT_EQ(FailureOf("settings -version 4 -N 200\nlocation " + goodWindow + "\ngds -cell top\n"),
-              "");
-    EXPECT_EQ(console.lines, (Lines{SuccessLine(), "", "Extracting polygons",
-                                    "ERROR: Cell name top was not found in the GDS database"}));
+    const std::string error = "ERROR: Cell name top was not found in the GDS database";
+    EXPECT_EQ(ErrorsOf("settings -version 4 -N 200\nlocation " + goodWindow + "\ngds -cell top\n"),
+              Lines{error});
+    EXPECT_EQ(console.lines, (Lines{SuccessLine(), "", "Extracting polygons", error}));
 }
 
 TEST_F(PreparationTest, ExhaustedMemoryPassesThroughWithoutALine) {
-    CountingGraphics counting;
-    counting.outOfMemory = true;
-    graphics = &counting;
-    EXPECT_THROW(Prepare(goodFile), std::bad_alloc);
-    EXPECT_EQ(console.lines.size(), 9u);
-    EXPECT_EQ(console.lines.back(), "GDS cell: TOP");
-    EXPECT_EQ(counting.markersMade, 0);
-}
-
-TEST_F(PreparationTest, AFailureLeavesThePreviousModelAsItWas) {
-    auto model = Prepare(goodFile);
-    const CoverCell* const cover = model->stack.coverMap.data();
-    EXPECT_THROW(model = Prepare("rubbish\n"), std::runtime_error);
-    EXPECT_THROW(model = PrepareWindow("200", "-x 0 -y 0 -dx 1e39 -dy 1"), std::runtime_error);
-    ASSERT_NE(model, nullptr);
-    EXPECT_EQ(model->stack.coverMap.data(), cover);
-    EXPECT_EQ(model->grid.rows, 101);
-    EXPECT_EQ(model->steps.size(), 2u);
-    EXPECT_EQ(model->polygons.size(), 1u);
-}
-
-TEST_F(PreparationTest, GraphicsAreUsedForTheHeightMarkersAlone) {
-    CountingGraphics counting;
-    graphics = &counting;
-    auto model = Prepare(goodFile);
-    EXPECT_EQ(model->graphics, &counting);
-    EXPECT_EQ(counting.markersMade, 1);
-    EXPECT_EQ(counting.lastRowCount, 5u);
-    EXPECT_EQ(counting.layers, 0);
-    EXPECT_EQ(counting.markersDestroyed, 0);
-    model.reset();
-    EXPECT_EQ(counting.markersDestroyed, 1);
-}
-
-TEST_F(PreparationTest, AFailureMakesNoGraphicsObjects) {
-    CountingGraphics counting;
-    graphics = &counting;
-    FailureOf("rubbish\n");
-    FailureOf("settings -version 4 -N 200\nlocation " + goodWindow + "\ngds -cell top\n");
-    EXPECT_EQ(counting.markersMade, 0);
-    EXPECT_EQ(counting.markersDestroyed, 0);
+    const std::filesystem::path path = folder.Write("process.txt", goodFile);
+    Prepare(goodFile);
+    const Lines allLines = console.lines;
+    std::int64_t failures = 0;
+    for (;; ++failures) {
+        LimitAllocations(failures);
+        try {
+            PreparePath(path);
+            break;
+        } catch (const std::bad_alloc&) {
+            LimitAllocations(-1);
+            ASSERT_LE(console.lines.size(), allLines.size());
+            EXPECT_TRUE(std::equal(console.lines.begin(), console.lines.end(), allLines.begin()));
+        }
+    }
+    LimitAllocations(-1);
+    EXPECT_EQ(console.lines, allLines);
+    EXPECT_GT(failures, 20);
 }
 
 TEST_F(PreparationTest, ASquareWindowHasAsManyRowsAsColumns) {
@@ -249,23 +204,6 @@ TEST_F(PreparationTest, AVeryFlatWindowHasOneRow) {
     EXPECT_EQ(model->grid.neighbours.count, 399);
 }
 
-TEST_F(PreparationTest, AWindowFlatterThanATenthHasNoHeightMarkers) {
-    // 19 row intervals against 199 column intervals
-    auto model = PrepareWindow("200", "-x 1 -y 2 -dx 199 -dy 19");
-    EXPECT_EQ(model->grid.rows, 20);
-    EXPECT_EQ(model->heightMarkers.rowCount, 0u);
-    EXPECT_EQ(model->heightMarkers.vertexCount, 0u);
-    EXPECT_TRUE(model->heightMarkers.vertices.empty());
-    EXPECT_EQ(model->heightMarkers.columns, 200);
-    EXPECT_EQ(model->heightMarkers.spacing, model->grid.spacing);
-    EXPECT_EQ(model->heightMarkers.marginX, model->grid.marginX);
-    EXPECT_EQ(model->heightMarkers.cover, model->stack.coverMap.data());
-    model = PrepareWindow("201", "-x 1 -y 2 -dx 200 -dy 20");
-    EXPECT_EQ(model->grid.rows, 21);
-    EXPECT_EQ(model->heightMarkers.rowCount, 1u);
-    EXPECT_EQ(model->heightMarkers.vertices.size(), 10u);
-}
-
 TEST_F(PreparationTest, RowsAreRoundedToTheNearestWithHalvesUp) {
     const auto model = PrepareWindow("1000", "-x 0 -y 0 -dx 100 -dy 50");
     EXPECT_EQ(model->grid.spacing, 100.0f * 1.2f / 999.0f);
@@ -279,19 +217,18 @@ TEST_F(PreparationTest, AWindowBeyondSinglePrecisionIsRefusedBeforeTheExtraction
     const auto refusal = [](const std::string& numbers) {
         return "ERROR: The location window gives no usable grid: " + numbers;
     };
-    const auto failure = [&](const std::string& window) {
-        return FailureOf("settings -version 4 -N 200\nlocation " + window + "\ngds -cell TOP\n");
+    const auto errors = [&](const std::string& window) {
+        return ErrorsOf("settings -version 4 -N 200\nlocation " + window + "\ngds -cell TOP\n");
     };
-    const std::string thrown = "The location window gives no usable grid";
     // an infinite width
-    EXPECT_EQ(failure("-x 0 -y 0.5 -dx 1e39 -dy 1"), thrown);
-    EXPECT_EQ(console.lines,
-              (Lines{SuccessLine(), refusal("inf um x 1 um at (0 um, 0.5 um) with 200 columns")}));
+    const std::string infinite = refusal("inf um x 1 um at (0 um, 0.5 um) with 200 columns");
+    EXPECT_EQ(errors("-x 0 -y 0.5 -dx 1e39 -dy 1"), Lines{infinite});
+    EXPECT_EQ(console.lines, (Lines{SuccessLine(), infinite}));
     // a spacing too small to be told from 0
-    EXPECT_EQ(failure("-x 0 -y 0 -dx 1e-44 -dy 1e-44"), thrown);
+    EXPECT_EQ(errors("-x 0 -y 0 -dx 1e-44 -dy 1e-44").size(), 1u);
     EXPECT_EQ(console.lines.size(), 2u);
     // a spacing of one unit in the last place, which makes more rows than columns
-    EXPECT_EQ(failure("-x 0 -y 0 -dx 3e-43 -dy 3e-43"), thrown);
+    EXPECT_EQ(errors("-x 0 -y 0 -dx 3e-43 -dy 3e-43").size(), 1u);
     EXPECT_EQ(console.lines.size(), 2u);
     EXPECT_EQ(console.lines.at(0), SuccessLine());
 }

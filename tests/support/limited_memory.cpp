@@ -1,4 +1,4 @@
-#include "tests/model/limited_memory.h"
+#include "tests/support/limited_memory.h"
 
 #include <atomic>
 #include <cstddef>

@@ -8,8 +8,8 @@
 #include "pictures/step_image.h"
 #include "render/gl/gl_context.h"
 #include "render/gl/shader_program.h"
-#include "render/gl/stack_uploads.h"
 #include "render/gl/text_font.h"
+#include "render/stack_uploads.h"
 
 namespace zelmo {
 

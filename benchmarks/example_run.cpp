@@ -56,7 +56,7 @@ std::unique_ptr<ProcessModel> PrepareExample(std::string_view name, std::int32_t
     LoadColorTable(colors);
     PreparedRun run = PrepareRun(process, database, colors, &console);
     if (run.model == nullptr) {
-        throw std::runtime_error("the example's process file is not one");
+        throw std::runtime_error("the example cannot be run");
     }
     return std::move(run.model);
 }

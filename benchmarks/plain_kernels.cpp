@@ -63,12 +63,8 @@ void UpdateCoverMap(Stack& stack, const Grid& grid) {
     UpdateCoverMapPlain(stack, grid);
 }
 
-void BuildLayerMesh(Layer& layer, std::int32_t marginCols, std::int32_t marginRows) {
-    const LayerMesh mesh = MakeLayerMeshPlain(layer, marginCols, marginRows);
-    layer.indexCount = static_cast<std::int32_t>(mesh.indices.size());
-    if (layer.graphics != nullptr) {
-        layer.graphics->UploadLayerMesh(layer, mesh.vertices, mesh.indices);
-    }
+LayerMesh MakeLayerMesh(const Layer& layer, std::int32_t marginCols, std::int32_t marginRows) {
+    return MakeLayerMeshPlain(layer, marginCols, marginRows);
 }
 
 struct VisibleTriangles::Choice {};

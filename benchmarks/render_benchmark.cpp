@@ -5,18 +5,19 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/log_console.h"
 #include "base/row_bands.h"
 #include "benchmarks/example_run.h"
 #include "model/execute_step.h"
+#include "model/grid/shown_window.h"
 #include "render/gl/gl_context.h"
-#include "render/gl/layer_graphics_gl.h"
 #include "render/gl/shader_program.h"
 #include "render/gl/text_font.h"
 #include "render/mesh/layer_mesh.h"
-#include "render/mesh/update_meshes.h"
+#include "render/stack_uploads.h"
 #include "render/step_picture.h"
 #include "tests/plain/mesh_plain.h"
 
@@ -35,7 +36,7 @@ struct Studio {
     std::string problem;
     std::unique_ptr<GlContext> context = CreateOffscreenGlContext(problem);
     QuietConsole console;
-    LayerGraphicsGl graphics;
+    StackUploads uploads;
     TextFont textFont;
     ShaderProgram surfaceShader{"surface.shader", &console};
     ShaderProgram pointShader{"point.shader", &console};
@@ -49,11 +50,10 @@ Studio& TheStudio() {
 
 /// The CMOS example after so many steps. Asked for in ascending order, it runs once.
 ProcessModel& StackAfter(std::size_t steps) {
-    static const auto model = PrepareExample("cmos_inverter", cells, &TheStudio().graphics);
+    static const auto model = PrepareExample("cmos_inverter", cells);
     static std::size_t executed = 0;
     for (; executed < std::min(steps, model->steps.size()); ++executed) {
         ExecuteStep(*model, model->steps[executed], nullptr);
-        UpdateMeshes(*model);
     }
     return *model;
 }
@@ -63,32 +63,40 @@ constexpr std::size_t twelveLayers = 51;
 /// At the end: sixteen, three of them translucent.
 constexpr std::size_t allSteps = 66;
 
+LayerMesh MeshOf(const ProcessModel& model, const Layer& layer) {
+    const ShownWindow window = FindShownWindow(model.grid);
+    return MakeLayerMesh(layer, window.marginCols, window.marginRows);
+}
+
+double CountTriangles(const ProcessModel& model, const Layer& layer) {
+    return static_cast<double>(MeshOf(model, layer).indices.size()) / 3.0;
+}
+
 /// Of the layers in the order of the size of their meshes: the largest is 0.
-const Layer& LayerBySize(const ProcessModel& model, std::size_t place) {
-    std::vector<const Layer*> layers;
+const Layer& LayerBySize(const ProcessModel& model, std::size_t rank) {
+    std::vector<std::pair<double, const Layer*>> layers;
     for (const auto& layer : model.stack.layers) {
         if (layer != nullptr) {
-            layers.push_back(layer.get());
+            layers.emplace_back(CountTriangles(model, *layer), layer.get());
         }
     }
-    std::sort(layers.begin(), layers.end(),
-              [](const Layer* a, const Layer* b) { return a->indexCount > b->indexCount; });
-    return *layers[std::min(place, layers.size() - 1)];
+    std::stable_sort(layers.begin(), layers.end(),
+                     [](const auto& a, const auto& b) { return a.first > b.first; });
+    return *layers[std::min(rank, layers.size() - 1)].second;
 }
 
 template <LayerMesh (*Make)(const Layer&, std::int32_t, std::int32_t)>
 void MeshOfOneLayer(benchmark::State& state) {
     const ProcessModel& model = StackAfter(twelveLayers);
     const Layer& layer = LayerBySize(model, static_cast<std::size_t>(state.range(0)));
-    const auto marginCols = static_cast<std::int32_t>(model.grid.marginX / model.grid.spacing);
-    const auto marginRows = static_cast<std::int32_t>(model.grid.marginY / model.grid.spacing);
+    const ShownWindow window = FindShownWindow(model.grid);
     SetRowThreads(static_cast<std::int32_t>(state.range(1)));
     for (auto _ : state) {
-        const LayerMesh mesh = Make(layer, marginCols, marginRows);
+        const LayerMesh mesh = Make(layer, window.marginCols, window.marginRows);
         benchmark::DoNotOptimize(mesh.indices.data());
     }
     SetRowThreads(0);
-    state.counters["triangles"] = static_cast<double>(layer.indexCount) / 3.0;
+    state.counters["triangles"] = CountTriangles(model, layer);
 }
 
 // Arguments: the layer, the number of threads
@@ -112,12 +120,13 @@ void Picture(benchmark::State& state) {
                              state.range(1) != 0};
     const ProcessStep step;
     for (auto _ : state) {
-        const StepImage image = TakeStepPicture(model, step, tools, 1, studio.camera);
+        const StepImage image =
+            TakeStepPicture(model, step, studio.uploads, tools, 1, studio.camera);
         benchmark::DoNotOptimize(image.pixels.data());
     }
     double triangles = 0.0;
     for (const auto& layer : model.stack.layers) {
-        triangles += layer != nullptr ? static_cast<double>(layer->indexCount) / 3.0 : 0.0;
+        triangles += layer != nullptr ? CountTriangles(model, *layer) : 0.0;
     }
     state.counters["triangles"] = triangles;
 }

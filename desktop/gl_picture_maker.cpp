@@ -1,8 +1,8 @@
 #include "desktop/picture_maker.h"
 #include "render/camera.h"
 #include "render/gl/shader_program.h"
-#include "render/gl/stack_uploads.h"
 #include "render/gl/text_font.h"
+#include "render/stack_uploads.h"
 #include "render/step_picture.h"
 
 namespace zelmo {

@@ -13,8 +13,8 @@
 #include "model/process_model.h"
 #include "render/camera.h"
 #include "render/gl/shader_program.h"
-#include "render/gl/stack_uploads.h"
 #include "render/overlays.h"
+#include "render/stack_uploads.h"
 #include "render/visible/layer_stack.h"
 #include "render/visible/visible_triangles.h"
 
@@ -116,7 +116,7 @@ void DrawLayers(const ProcessModel& model, const StackUploads& uploads, const Pi
     }
     for (std::size_t slot = 0; slot < model.stack.layers.size(); ++slot) {
         const Layer* layer = model.stack.layers[slot].get();
-        const UploadedMesh* mesh = layer != nullptr ? uploads.MeshOf(*layer) : nullptr;
+        const UploadedMesh* mesh = layer != nullptr ? FindMesh(uploads, *layer) : nullptr;
         if (mesh == nullptr) {
             continue;
         }
@@ -145,8 +145,8 @@ void DrawMarkers(const ProcessModel& model, const StackUploads& uploads, const C
         return;
     }
     UseShader(shader, camera);
-    glBindVertexArray(uploads.MarkerArray());
-    glDrawArrays(GL_POINTS, 0, ShownMarkerCount(model.settings, uploads.Markers()));
+    glBindVertexArray(uploads.markerVertices.Array());
+    glDrawArrays(GL_POINTS, 0, ShownMarkerCount(model.settings, uploads.markers));
     glBindVertexArray(0);
     glUseProgram(0);
 }
@@ -168,7 +168,7 @@ void RenderFrame(const ProcessModel& model, const StackUploads& uploads, const C
 
     if (model.settings.showHeights) {
         DrawMarkers(model, uploads, camera, tools.pointShader);
-        DrawHeightLabels(model, uploads.Markers(), camera, tools.textFont);
+        DrawHeightLabels(model, uploads.markers, camera, tools.textFont);
     }
     DrawWidthLabel(model, camera, tools.textFont);
     if (model.settings.showLegend) {

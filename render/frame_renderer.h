@@ -6,8 +6,8 @@ namespace zelmo {
 
 struct Camera;
 struct ProcessModel;
+struct StackUploads;
 class ShaderProgram;
-class StackUploads;
 class TextFont;
 
 /// What pictures are drawn with, for the program's life.

@@ -7,8 +7,8 @@
 
 #include "model/process_model.h"
 #include "render/gl/offscreen_buffer.h"
-#include "render/gl/stack_uploads.h"
 #include "render/highest_surface.h"
+#include "render/stack_uploads.h"
 
 namespace zelmo {
 
@@ -69,7 +69,7 @@ StepImage TakeStepPicture(const ProcessModel& model, const ProcessStep& step, St
     if (problem != nullptr) {
         TakeGlError();
     }
-    uploads.Update(model);
+    UpdateUploads(uploads, model);
     camera = MakeCamera(model, HighestSurface(model.stack.coverMap));
 
     const std::int32_t height =

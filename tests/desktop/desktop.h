@@ -12,7 +12,7 @@
 
 namespace zelmo {
 
-/// Pictures of 2 by 3 pixels without GL; the model's meshes are brought up to date all the same.
+/// Pictures of 2 by 3 pixels without GL.
 std::unique_ptr<PictureMaker> CreateTinyPictureMaker();
 
 /// A main window on a desktop without windows, with a small layout and process files to run.

@@ -56,7 +56,7 @@ std::string Records(const MemoryFile& layout, const MemoryFile& process) {
     std::string records;
     CountingConsole console;
     try {
-        TellStateRecords(layout.Path(), process.Path(), &console,
+        TellStateRecords(layout.Path(), process.Path(), {}, &console,
                          [&](std::string_view line) { records.append(line).push_back('\n'); });
     } catch (const std::runtime_error& error) {
         records.append(error.what());

@@ -29,30 +29,26 @@ protected:
     Frame() {
         model_.settings.windowWidth = 100.0f;
         model_.settings.cameraAngle = 30.0f;
-        model_.graphics = &graphics_;
     }
 
     void AddMarkers(std::uint32_t count) {
-        HeightMarkers& markers = model_.heightMarkers;
-        markers.graphics = &graphics_;
-        markers.vertexCount = count;
-        markers.vertices.resize(count);
+        std::vector<MarkerVertex>& vertices = uploads_.markers.vertices;
+        vertices.resize(count);
         for (std::uint32_t k = 0; k < count; ++k) {
             // Too far apart to touch: columns of 0.18, rows of 0.18, from the lower left.
             const std::uint32_t column = k % 10;
             const std::uint32_t row = k / 10;
-            markers.vertices[k].position[0] = static_cast<float>(column) * 0.18f - 0.81f;
-            markers.vertices[k].position[1] = static_cast<float>(row) * 0.18f - 0.81f;
+            vertices[k].position[0] = static_cast<float>(column) * 0.18f - 0.81f;
+            vertices[k].position[1] = static_cast<float>(row) * 0.18f - 0.81f;
         }
-        graphics_.CreateMarkerObjects(markers);
-        graphics_.UploadMarkers(markers);
+        uploads_.markerVertices.Upload(std::as_bytes(std::span(vertices)));
     }
 
     Pixels Picture(const Camera& camera, int width, int height) {
         const Canvas canvas(width, height);
         glClearColor(0.3f, 0.3f, 0.3f, 0.3f);
         glClear(GL_COLOR_BUFFER_BIT);
-        RenderFrame(model_, camera, tools_.Tools(), width, height);
+        RenderFrame(model_, uploads_, camera, tools_.Tools(), width, height);
         return canvas.Read();
     }
 
@@ -73,9 +69,9 @@ protected:
         return count;
     }
 
-    LayerGraphicsGl graphics_;
     TestTools tools_;
     ProcessModel model_;
+    StackUploads uploads_;
 };
 
 TEST_F(Frame, WithoutLayersHasTheWidthLabelAloneOnWhite) {
@@ -114,7 +110,7 @@ TEST_F(Frame, CentresTheViewInAHigherPicture) {
 
 TEST_F(Frame, WithALegendDrawsTheViewToTheRightOfIt) {
     // Aspect 2 and height 960: 800 rows from row 80 on.
-    AppendLayer(model_, MakeRectangle(graphics_, {1.0f, 0.0f, 0.0f}));
+    AppendRectangle(model_, uploads_, {1.0f, 0.0f, 0.0f});
     model_.stack.layers[0]->label = "";
     model_.stack.layerCount = 1;
     model_.settings.showLegend = true;
@@ -128,8 +124,8 @@ TEST_F(Frame, WithALegendDrawsTheViewToTheRightOfIt) {
 
 TEST_F(Frame, UploadsTransformLightAndTheLastLayersColour) {
     const Camera camera(100.0, 70.0, 10.0, 30.0);
-    AppendLayer(model_, MakeRectangle(graphics_, {0.1f, 0.2f, 0.3f}));
-    AppendLayer(model_, MakeRectangle(graphics_, {0.4f, 0.5f, 0.6f}));
+    AppendRectangle(model_, uploads_, {0.1f, 0.2f, 0.3f});
+    AppendRectangle(model_, uploads_, {0.4f, 0.5f, 0.6f});
     model_.stack.layers[1]->alpha = 0.7f;
     model_.settings.windowWidth = 0.7f;
     Picture(camera, 200, 100);
@@ -153,17 +149,21 @@ TEST_F(Frame, UploadsTransformLightAndTheLastLayersColour) {
 }
 
 TEST_F(Frame, DrawsOnlyTheIndicesOfALayer) {
-    AppendLayer(model_, MakeRectangle(graphics_, {1.0f, 0.0f, 0.0f}));
-    model_.stack.layers[0]->indexCount = 3;
+    const std::array<MeshVertex, 4> corners{{{{-1.0f, -1.0f, 0.0f}, {0.0f, 0.0f, 1.0f}},
+                                             {{1.0f, -1.0f, 0.0f}, {0.0f, 0.0f, 1.0f}},
+                                             {{-1.0f, 1.0f, 0.0f}, {0.0f, 0.0f, 1.0f}},
+                                             {{1.0f, 1.0f, 0.0f}, {0.0f, 0.0f, 1.0f}}}};
+    AppendDrawnLayer(model_, uploads_, {1.0f, 0.0f, 0.0f}, corners,
+                     std::array<std::uint32_t, 3>{0, 1, 2});
     const Pixels picture = Picture(PlainCamera(1.0), 300, 300);
     EXPECT_TRUE(IsReddish(picture.At(20, 20)));
     EXPECT_EQ(picture.At(280, 280), white) << "the other triangle";
 }
 
 TEST_F(Frame, SkipsEmptySlots) {
-    AppendLayer(model_, nullptr);
-    AppendLayer(model_, MakeRectangle(graphics_, {1.0f, 0.0f, 0.0f}));
-    AppendLayer(model_, nullptr);
+    AppendLayer(model_.stack, nullptr);
+    AppendRectangle(model_, uploads_, {1.0f, 0.0f, 0.0f});
+    AppendLayer(model_.stack, nullptr);
     model_.stack.layerCount = 1;
     model_.settings.showLegend = true;
     const Pixels picture = Picture(PlainCamera(2.0), 720, 200);
@@ -172,9 +172,9 @@ TEST_F(Frame, SkipsEmptySlots) {
 
 TEST_F(Frame, HidesWhatLiesBehindAndBlendsInStackOrder) {
     // A near translucent layer first: what comes later lies behind it and is not seen through it.
-    AppendLayer(model_, MakeRectangle(graphics_, {0.0f, 0.0f, 1.0f}, -0.5f));
+    AppendRectangle(model_, uploads_, {0.0f, 0.0f, 1.0f}, -0.5f);
     model_.stack.layers[0]->alpha = 0.5f;
-    AppendLayer(model_, MakeRectangle(graphics_, {1.0f, 0.0f, 0.0f}, 0.5f));
+    AppendRectangle(model_, uploads_, {1.0f, 0.0f, 0.0f}, 0.5f);
     const Pixel hidden = Picture(PlainCamera(1.0), 300, 300).At(20, 280);
     EXPECT_NEAR(hidden.red, 127, 2) << "half of the white background";
     EXPECT_NEAR(hidden.green, 127, 2);
@@ -212,13 +212,13 @@ TEST_F(Frame, DrawsMarkersOnlyWhereTheyAreAskedFor) {
 TEST_F(Frame, WithoutUsableShadersStillHasItsLabelsAndLegend) {
     RecordingConsole console;
     const ShaderProgram broken("no such.shader", &console);
-    AppendLayer(model_, MakeRectangle(graphics_, {1.0f, 0.0f, 0.0f}));
+    AppendRectangle(model_, uploads_, {1.0f, 0.0f, 0.0f});
     AddMarkers(10);
     model_.stack.layerCount = 1;
     model_.settings.showLegend = true;
     model_.settings.showHeights = true;
     const Canvas canvas(1120, 800);
-    RenderFrame(model_, PlainCamera(1.0), {broken, broken, tools_.textFont}, 1120, 800);
+    RenderFrame(model_, uploads_, PlainCamera(1.0), {broken, broken, tools_.textFont}, 1120, 800);
     const Pixels picture = canvas.Read();
     EXPECT_EQ(picture.BoxOf(Pixel{255, 0, 0, 255}), (PixelBox{0, 0, 72, 36}));
     EXPECT_EQ(picture.Count(Pixel{255, 0, 0, 255}) + picture.Count(white) + picture.Count(black),
@@ -229,14 +229,14 @@ TEST_F(Frame, WithoutUsableShadersStillHasItsLabelsAndLegend) {
 }
 
 TEST_F(Frame, LeavesNoProgramNoVertexArrayAndItsFramebuffer) {
-    AppendLayer(model_, MakeRectangle(graphics_, {1.0f, 0.0f, 0.0f}));
+    AppendRectangle(model_, uploads_, {1.0f, 0.0f, 0.0f});
     AddMarkers(20);
     model_.settings.showHeights = true;
     TakeGlErrors();
     const Canvas canvas(400, 200);
     GLint before = 0;
     glGetIntegerv(GL_FRAMEBUFFER_BINDING, &before);
-    RenderFrame(model_, PlainCamera(2.0), tools_.Tools(), 400, 200);
+    RenderFrame(model_, uploads_, PlainCamera(2.0), tools_.Tools(), 400, 200);
     EXPECT_EQ(TakeGlErrors(), static_cast<GLenum>(GL_NO_ERROR));
     GLint after = 0;
     glGetIntegerv(GL_FRAMEBUFFER_BINDING, &after);
@@ -250,7 +250,7 @@ TEST_F(Frame, LeavesNoProgramNoVertexArrayAndItsFramebuffer) {
 }
 
 TEST_F(Frame, MakesNothingNewAfterTheFirst) {
-    AppendLayer(model_, MakeRectangle(graphics_, {1.0f, 0.0f, 0.0f}));
+    AppendRectangle(model_, uploads_, {1.0f, 0.0f, 0.0f});
     AddMarkers(20);
     model_.stack.layerCount = 1;
     model_.settings.showHeights = true;
@@ -266,7 +266,7 @@ TEST_F(Frame, MakesNothingNewAfterTheFirst) {
 }
 
 TEST_F(Frame, TakesACameraWithoutAnAspect) {
-    AppendLayer(model_, MakeRectangle(graphics_, {1.0f, 0.0f, 0.0f}));
+    AppendRectangle(model_, uploads_, {1.0f, 0.0f, 0.0f});
     for (const double aspect : {0.0, std::nan(""), -1.0, 1e-300, 1e300}) {
         Picture(PlainCamera(aspect), 100, 50);
     }

@@ -1,13 +1,11 @@
-#include "model/height_markers.h"
+#include "render/height_markers.h"
 
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <new>
 
 #include "model/execute_step.h"
 #include "model/grid/grid.h"
-#include "tests/model/call_log_graphics.h"
 #include "tests/model/grid_model.h"
 
 namespace zelmo {
@@ -18,26 +16,23 @@ constexpr float infinity = std::numeric_limits<float>::infinity();
 
 /// A model over a window, as a run has it before its first step; without its tables.
 void SetUpWindow(ProcessModel& model, std::int32_t columns, float width, float height) {
-    model.grid.columns = columns;
+    model.settings.gridColumns = columns;
     model.settings.windowWidth = width;
     model.settings.windowHeight = height;
-    SizeGrid(model);
+    SizeGrid(model.grid, model.settings);
     model.stack.coverMap.assign(model.grid.CellCount(), CoverCell{});
-    InitHeightMarkers(model);
 }
 
-TEST(HeightMarkers, CopyTheGridAndCountTheirRows) {
+HeightMarkers MarkersOf(const ProcessModel& model) {
+    return SampleHeightMarkers(model.grid, model.stack.coverMap);
+}
+
+TEST(HeightMarkers, CountTheirRowsAndFindTheirPitch) {
     ProcessModel model;
     SetUpWindow(model, 400, 86.0f, 60.0f);
-    const HeightMarkers& markers = model.heightMarkers;
-    EXPECT_EQ(markers.marginX, model.grid.marginX);
-    EXPECT_EQ(markers.marginY, model.grid.marginY);
-    EXPECT_EQ(markers.cover, model.stack.coverMap.data());
-    EXPECT_EQ(markers.columns, 400);
-    EXPECT_EQ(markers.spacing, model.grid.spacing);
+    const HeightMarkers markers = MarkersOf(model);
     EXPECT_EQ(model.grid.rows, 279);
     EXPECT_EQ(markers.rowCount, 6U);
-    EXPECT_EQ(markers.vertexCount, 60U);
     EXPECT_EQ(markers.vertices.size(), 60U);
     EXPECT_EQ(markers.pitch,
               (400.0f - (model.grid.marginX + model.grid.marginX) / model.grid.spacing) / 9.0f);
@@ -47,7 +42,7 @@ TEST(HeightMarkers, SquareWindowHasTenRows) {
     for (const std::int32_t columns : {200, 333, 400, 1000, 1999, 2000}) {
         ProcessModel model;
         SetUpWindow(model, columns, 10.0f, 10.0f);
-        EXPECT_EQ(model.heightMarkers.rowCount, 10U) << columns;
+        EXPECT_EQ(MarkersOf(model).rowCount, 10U) << columns;
     }
 }
 
@@ -55,15 +50,12 @@ TEST(HeightMarkers, NoRowsWhereTheGridIsFlatterThanATenth) {
     for (const float height : {0.01f, 5.0f, 9.8f}) {
         ProcessModel model;
         SetUpWindow(model, 400, 100.0f, height);
-        EXPECT_EQ(model.heightMarkers.rowCount, 0U) << height;
-        EXPECT_EQ(model.heightMarkers.vertexCount, 0U);
-        EXPECT_TRUE(model.heightMarkers.vertices.empty());
-        UpdateHeightMarkers(model.heightMarkers);
-        EXPECT_TRUE(model.heightMarkers.vertices.empty());
+        EXPECT_EQ(MarkersOf(model).rowCount, 0U) << height;
+        EXPECT_TRUE(MarkersOf(model).vertices.empty());
     }
     ProcessModel model;
     SetUpWindow(model, 401, 100.0f, 10.0f);
-    EXPECT_EQ(model.heightMarkers.rowCount, 1U);
+    EXPECT_EQ(MarkersOf(model).rowCount, 1U);
 }
 
 TEST(HeightMarkers, StandEvenlyOverTheWindowAtTheCoversHeight) {
@@ -75,19 +67,18 @@ TEST(HeightMarkers, StandEvenlyOverTheWindowAtTheCoversHeight) {
                 static_cast<float>(row * 1000 + col);
         }
     }
-    UpdateHeightMarkers(model.heightMarkers);
-    const HeightMarkers& markers = model.heightMarkers;
+    const HeightMarkers markers = MarkersOf(model);
     for (std::uint32_t j = 0; j < markers.rowCount; ++j) {
         for (std::uint32_t i = 0; i < 10; ++i) {
             const MarkerVertex& vertex = markers.vertices[j * 10 + i];
             const auto column = static_cast<float>(i);
             const auto row = static_cast<float>(j);
-            EXPECT_EQ(vertex.position[0], column * markers.spacing * markers.pitch);
-            EXPECT_EQ(vertex.position[1], row * markers.spacing * markers.pitch);
+            EXPECT_EQ(vertex.position[0], column * model.grid.spacing * markers.pitch);
+            EXPECT_EQ(vertex.position[1], row * model.grid.spacing * markers.pitch);
             const auto x =
-                static_cast<int>(markers.marginX / markers.spacing + markers.pitch * column);
+                static_cast<int>(model.grid.marginX / model.grid.spacing + markers.pitch * column);
             const auto y =
-                static_cast<int>(markers.marginY / markers.spacing + markers.pitch * row);
+                static_cast<int>(model.grid.marginY / model.grid.spacing + markers.pitch * row);
             EXPECT_EQ(vertex.position[2], static_cast<float>(y * 1000 + x));
             EXPECT_EQ(vertex.normal[0], 0.0f);
             EXPECT_EQ(vertex.normal[1], 0.0f);
@@ -106,9 +97,9 @@ TEST(HeightMarkers, KnownMarkersOnASubstrate) {
     ProcessStep substrate;
     substrate.kind = StepKind::Substrate;
     ExecuteStep(model, substrate, nullptr);
-    UpdateHeightMarkers(model.heightMarkers);
     WordHash hash;
-    for (const MarkerVertex& vertex : model.heightMarkers.vertices) {
+    const HeightMarkers markers = MarkersOf(model);
+    for (const MarkerVertex& vertex : markers.vertices) {
         for (const float value : vertex.position) {
             hash.Take(value);
         }
@@ -120,30 +111,6 @@ TEST(HeightMarkers, KnownMarkersOnASubstrate) {
     EXPECT_EQ(hash.Value(), 0x37ad0d2ab7a8489fULL);
 }
 
-TEST(HeightMarkers, AreMadeOnceAndUploadedAtEveryUpdate) {
-    CallLogGraphics graphics;
-    ProcessModel model;
-    model.graphics = &graphics;
-    SetUpWindow(model, 200, 10.0f, 10.0f);
-    EXPECT_EQ(graphics.calls, (std::vector<std::string>{"create markers"}));
-    model.stack.coverMap.assign(model.grid.CellCount(), {0, 1.5f});
-    UpdateHeightMarkers(model.heightMarkers);
-    EXPECT_EQ(graphics.calls, (std::vector<std::string>{"create markers", "upload markers"}));
-    ASSERT_EQ(graphics.uploadedMarkers.size(), 100U);
-    EXPECT_EQ(graphics.uploadedMarkers[99].position[2], 1.5f);
-}
-
-TEST(HeightMarkers, WhoseObjectsFailAreReleased) {
-    CallLogGraphics graphics;
-    graphics.failCreation = true;
-    {
-        ProcessModel model;
-        model.graphics = &graphics;
-        EXPECT_THROW(SetUpWindow(model, 200, 10.0f, 10.0f), std::bad_alloc);
-    }
-    EXPECT_EQ(graphics.calls, (std::vector<std::string>{"create markers", "destroy markers"}));
-}
-
 TEST(HeightMarkers, StrangeMarginsStayInsideTheCover) {
     const float strange[] = {0.0f, -5.0f, 1e30f, -1e30f, 3e9f, nan, infinity, -infinity};
     for (const float marginX : strange) {
@@ -153,9 +120,8 @@ TEST(HeightMarkers, StrangeMarginsStayInsideTheCover) {
             model.stack.coverMap.assign(model.grid.CellCount(), {0, 1.5f});
             model.grid.marginX = marginX;
             model.grid.marginY = marginY;
-            InitHeightMarkers(model);
-            UpdateHeightMarkers(model.heightMarkers);
-            for (const MarkerVertex& vertex : model.heightMarkers.vertices) {
+            const HeightMarkers markers = MarkersOf(model);
+            for (const MarkerVertex& vertex : markers.vertices) {
                 ASSERT_EQ(vertex.position[2], 1.5f);
             }
         }
@@ -164,9 +130,8 @@ TEST(HeightMarkers, StrangeMarginsStayInsideTheCover) {
 
 TEST(HeightMarkers, GridWithoutCellsHasNoHeights) {
     ProcessModel model;
-    InitHeightMarkers(model);
-    UpdateHeightMarkers(model.heightMarkers);
-    for (const MarkerVertex& vertex : model.heightMarkers.vertices) {
+    const HeightMarkers markers = MarkersOf(model);
+    for (const MarkerVertex& vertex : markers.vertices) {
         EXPECT_EQ(vertex.position[2], 0.0f);
     }
 }
@@ -174,9 +139,7 @@ TEST(HeightMarkers, GridWithoutCellsHasNoHeights) {
 TEST(HeightMarkers, SingleCellHasNone) {
     ProcessModel model;
     SetUpGrid(model, 1, 1, 1.0f);
-    InitHeightMarkers(model);
-    UpdateHeightMarkers(model.heightMarkers);
-    EXPECT_EQ(model.heightMarkers.vertexCount, 0U);
+    EXPECT_TRUE(MarkersOf(model).vertices.empty());
 }
 
 }  // namespace

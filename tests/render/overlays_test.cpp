@@ -17,7 +17,7 @@ class Overlays : public ::testing::Test {
 protected:
     /// Adds a layer that only the legend shows.
     Layer& AddLayer(const std::string& label, std::array<float, 3> color, float alpha = 1.0f) {
-        AppendLayer(model_, std::make_unique<Layer>());
+        AppendLayer(model_.stack, std::make_unique<Layer>());
         Layer& layer = *model_.stack.layers.back();
         layer.label = label;
         layer.color = color;
@@ -28,10 +28,9 @@ protected:
 
     /// Gives the model this many markers, in rows of ten, at different places of clip space.
     void AddMarkers(std::uint32_t count, float height) {
-        model_.heightMarkers.vertexCount = count;
-        model_.heightMarkers.vertices.resize(count);
+        markers_.vertices.resize(count);
         for (std::uint32_t k = 0; k < count; ++k) {
-            float* position = model_.heightMarkers.vertices[k].position;
+            float* position = markers_.vertices[k].position;
             const std::uint32_t column = k % 10;
             const std::uint32_t row = k / 10;
             position[0] = static_cast<float>(column) * 0.18f - 0.81f;
@@ -66,8 +65,8 @@ protected:
         return picture;
     }
 
-    LayerGraphicsGl graphics_;
     ProcessModel model_;
+    HeightMarkers markers_;
     TextFont textFont_;
 };
 
@@ -112,14 +111,15 @@ TEST_F(Overlays, DrawTextAtDividesNothingByAWOfZero) {
 
 TEST_F(Overlays, DrawTextAtIsNotHiddenByTheModelAndAlwaysBlack) {
     TestTools tools;
+    StackUploads uploads;
     const GlFont font = textFont_.GetFont(30, 700);
     const Canvas canvas(400, 200);
     glColor4f(1.0f, 0.0f, 0.0f, 1.0f);
     // Nearly as near as there is.
-    AppendLayer(model_, MakeRectangle(graphics_, {1.0f, 1.0f, 0.0f}, -0.99f));
+    AppendRectangle(model_, uploads, {1.0f, 1.0f, 0.0f}, -0.99f);
     const Camera camera = PlainCamera(2.0);
     model_.settings.windowWidth = 0.0f;
-    RenderFrame(model_, camera, tools.Tools(), 400, 200);
+    RenderFrame(model_, uploads, camera, tools.Tools(), 400, 200);
     DrawTextAt("H", identity, {0.0f, 0.0f, 0.9f}, 0.0f, 0.0f, font);
     const PixelBox alone = TextPicture(400, 200, "H", 200.0f, 100.0f, font).BoxOf(black);
     const Pixels picture = canvas.Read();
@@ -149,14 +149,14 @@ TEST_F(Overlays, PixelToClipCountsFromTheViewportsSizeAlone) {
 TEST_F(Overlays, ShowsTheFrontRowOfMarkersAloneWhereTheViewIsFlat) {
     AddMarkers(100, 0.0f);
     model_.settings.cameraAngle = 10.0f;
-    EXPECT_EQ(ShownMarkerCount(model_), 10);
+    EXPECT_EQ(ShownMarkerCount(model_.settings, markers_), 10);
     model_.settings.cameraAngle = 14.9f;
-    EXPECT_EQ(ShownMarkerCount(model_), 10);
+    EXPECT_EQ(ShownMarkerCount(model_.settings, markers_), 10);
     model_.settings.cameraAngle = 15.0f;
-    EXPECT_EQ(ShownMarkerCount(model_), 100);
+    EXPECT_EQ(ShownMarkerCount(model_.settings, markers_), 100);
     AddMarkers(0, 0.0f);
     model_.settings.cameraAngle = 0.0f;
-    EXPECT_EQ(ShownMarkerCount(model_), 0) << "no more than there are";
+    EXPECT_EQ(ShownMarkerCount(model_.settings, markers_), 0) << "no more than there are";
 }
 
 TEST_F(Overlays, LabelsTheFirstTenOfAHundredMarkersAtTenDegrees) {
@@ -164,14 +164,14 @@ TEST_F(Overlays, LabelsTheFirstTenOfAHundredMarkersAtTenDegrees) {
     const Camera camera = PlainCamera(1.0);
     model_.settings.cameraAngle = 10.0f;
     const Canvas flat(1000, 1000);
-    DrawHeightLabels(model_, camera, textFont_);
+    DrawHeightLabels(model_, markers_, camera, textFont_);
     const PixelBox front = flat.Read().BoxOf(black);
     EXPECT_LT(front.top, 1000 * (1.0f - 0.81f) / 2.0f + 40.0f) << "nothing above the front row";
     EXPECT_LT(front.left, 100);
     EXPECT_GT(front.right, 900);
     model_.settings.cameraAngle = 15.0f;
     const Canvas steep(1000, 1000);
-    DrawHeightLabels(model_, camera, textFont_);
+    DrawHeightLabels(model_, markers_, camera, textFont_);
     EXPECT_GT(steep.Read().BoxOf(black).top, 900);
 }
 
@@ -190,9 +190,8 @@ TEST_F(Overlays, HeightLabelsTellTenthsOfNanometresAboveTheSubstrate) {
          {LabelledHeight{0.25f, "2,500"}, LabelledHeight{0.0f, "0"},
           LabelledHeight{-0.5f, "-5,000"}, LabelledHeight{100.0f, "1,000,000"},
           LabelledHeight{-0.00005f, "0"}, LabelledHeight{0.125f, "1,250"}}) {
-        model_.heightMarkers.vertexCount = 1;
-        model_.heightMarkers.vertices.assign(1, MarkerVertex{});
-        float* position = model_.heightMarkers.vertices[0].position;
+        markers_.vertices.assign(1, MarkerVertex{});
+        float* position = markers_.vertices[0].position;
         position[0] = 0.5f;
         position[1] = -0.5f;
         position[2] = model_.stack.substrateThickness + height;
@@ -200,7 +199,7 @@ TEST_F(Overlays, HeightLabelsTellTenthsOfNanometresAboveTheSubstrate) {
         Camera flat = camera;
         flat.transform[10] = 0.0f;
         const Canvas canvas(800, 200);
-        DrawHeightLabels(model_, flat, textFont_);
+        DrawHeightLabels(model_, markers_, flat, textFont_);
         const float width = 13.0f * static_cast<float>(std::string(text).size());
         EXPECT_EQ(canvas.Read(),
                   TextPicture(800, 200, text, 600.0f - width * 0.5f, 50.0f + 11.5f, font))
@@ -210,12 +209,12 @@ TEST_F(Overlays, HeightLabelsTellTenthsOfNanometresAboveTheSubstrate) {
 
 TEST_F(Overlays, HeightLabelsOfHeightsWithoutANumberDoNoHarm) {
     AddMarkers(3, std::nanf(""));
-    model_.heightMarkers.vertices[1].position[2] = std::numeric_limits<float>::infinity();
-    model_.heightMarkers.vertices[2].position[2] = 1e30f;
+    markers_.vertices[1].position[2] = std::numeric_limits<float>::infinity();
+    markers_.vertices[2].position[2] = 1e30f;
     model_.settings.cameraAngle = 30.0f;
     const Camera camera(100.0, 70.0, 10.0, 30.0);
     const Canvas canvas(200, 100);
-    DrawHeightLabels(model_, camera, textFont_);
+    DrawHeightLabels(model_, markers_, camera, textFont_);
     EXPECT_GT(canvas.Read().Count(white), 0);
 }
 

@@ -5,7 +5,6 @@
 #include <algorithm>
 
 #include "model/grid/grid.h"
-#include "model/height_markers.h"
 #include "tests/render/gl_test.h"
 
 namespace zelmo {
@@ -18,21 +17,18 @@ protected:
     /// A model of a flat window, with no layer yet.
     std::unique_ptr<ProcessModel> MakeModel(float width, float height, float angle) {
         auto model = std::make_unique<ProcessModel>();
-        model->graphics = &graphics_;
         model->settings.windowWidth = width;
         model->settings.windowHeight = height;
         model->settings.cameraAngle = angle;
-        model->grid.columns = 25;
-        SizeGrid(*model);
+        model->settings.gridColumns = 25;
+        SizeGrid(model->grid, model->settings);
         model->stack.coverMap.assign(model->grid.CellCount(), CoverCell{});
-        InitHeightMarkers(*model);
         return model;
     }
 
     /// Puts a film over everything, with the cover on top of it.
     Layer& AddFilm(ProcessModel& model, float thickness, std::array<float, 3> color) {
-        AppendLayer(model, CreateLayer(model.grid.rows, model.grid.columns, model.grid.spacing,
-                                       model.graphics));
+        AppendLayer(model.stack, CreateLayer(model.grid));
         Layer& layer = *model.stack.layers.back();
         layer.color = color;
         const auto id = static_cast<std::int32_t>(model.stack.layers.size()) - 1;
@@ -45,11 +41,12 @@ protected:
     }
 
     StepImage Take(ProcessModel& model, std::int32_t number = 1) {
-        return TakeStepPicture(model, step_, tools_.Tools(), number, camera_, &problem_);
+        SettleStack(model.stack, model.grid);
+        return TakeStepPicture(model, step_, uploads_, tools_.Tools(), number, camera_, &problem_);
     }
 
-    LayerGraphicsGl graphics_;
     TestTools tools_;
+    StackUploads uploads_;
     ProcessStep step_;
     std::unique_ptr<Camera> camera_;
     std::string problem_ = "not asked";
@@ -114,14 +111,16 @@ TEST_F(StepPicture, ReplacesTheCameraAsTheStackGrows) {
     EXPECT_EQ(camera_->eye[2], before + 5.0f);
 }
 
-TEST_F(StepPicture, BringsTheMeshesUpToDate) {
+TEST_F(StepPicture, BringsTheUploadsUpToDate) {
     const auto model = MakeModel(100.0f, 100.0f, 30.0f);
-    AddFilm(*model, 10.0f, {0.5f, 0.5f, 0.5f});
-    AddFilm(*model, 0.0f, {0.5f, 0.5f, 0.5f});
-    Take(*model);
-    EXPECT_FALSE(model->stack.layers[0]->meshDirty);
-    EXPECT_EQ(model->stack.layers[1], nullptr) << "nothing of it to show";
-    EXPECT_EQ(model->stack.layerCount, 1);
+    Layer& film = AddFilm(*model, 10.0f, {1.0f, 0.0f, 0.0f});
+    const StepImage before = Take(*model);
+    EXPECT_NE(FindMesh(uploads_, film), nullptr);
+    std::fill(film.top.begin(), film.top.end(), 5.0f);
+    MarkChanged(film);
+    const StepImage after = Take(*model);
+    EXPECT_NE(FindMesh(uploads_, film), nullptr);
+    EXPECT_NE(before.pixels, after.pixels) << "the film is lower";
 }
 
 TEST_F(StepPicture, HasBlueFirstAndTheBottomRowFirst) {
@@ -195,8 +194,8 @@ TEST_F(StepPicture, TellsWhyItCannotBeDrawn) {
     model->settings.showLegend = true;
     const int layers = limit / 36 + 1;
     for (int i = 0; i < layers; ++i) {
-        AppendLayer(*model, std::make_unique<Layer>());
-        model->stack.layers.back()->meshDirty = false;
+        AppendLayer(model->stack, std::make_unique<Layer>());
+        model->stack.layers.back()->changed = false;
     }
     const StepImage image = Take(*model);
     EXPECT_EQ(image.height, layers * 36) << "a picture of that size all the same";
@@ -211,7 +210,7 @@ TEST_F(StepPicture, AsksForNoProblemWhereNobodyWantsToKnow) {
     const auto model = MakeModel(100.0f, 100.0f, 30.0f);
     Take(*model);          // makes the fonts, which may take away errors of OpenGL
     glEnable(0xFFFFFFFF);  // an error of OpenGL that nobody has looked at
-    TakeStepPicture(*model, step_, tools_.Tools(), 1, camera_);
+    TakeStepPicture(*model, step_, uploads_, tools_.Tools(), 1, camera_);
     EXPECT_NE(TakeGlErrors(), static_cast<GLenum>(GL_NO_ERROR));
 }
 

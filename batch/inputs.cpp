@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <cstdint>
 #include <exception>
 #include <new>
 #include <string>
@@ -13,8 +12,8 @@
 #include "base/text.h"
 #include "batch/consoles.h"
 #include "batch/exit_status.h"
-#include "batch/layout_errors.h"
 #include "gds/gds_database.h"
+#include "gds/layout_error.h"
 #include "model/process_model.h"
 #include "process_file/color_table.h"
 #include "process_run/prepare_run.h"
@@ -25,7 +24,6 @@ namespace zelmo {
 namespace {
 
 constexpr const char* outOfMemory = "there is not enough memory";
-constexpr std::int32_t cannotBeOpened = 2;
 
 /// What keeps a file from being opened, as far as looking at it from outside can tell.
 std::string WhyNotOpened(const std::filesystem::path& path) {
@@ -56,10 +54,10 @@ std::string FirstOf(const std::vector<std::string>& errors) {
                              : fmt::format("{} (and {} more)", errors[0], errors.size() - 1);
 }
 
-std::string LayoutReason(const std::filesystem::path& path, std::int32_t code) {
+std::string LayoutReason(const std::filesystem::path& path, LayoutErrorKind kind) {
     const std::string reason =
-        code == cannotBeOpened ? WhyNotOpened(path) : LayoutErrorReason(code);
-    return fmt::format("{} (error {})", reason, code);
+        kind == LayoutErrorKind::FileUnreadable ? WhyNotOpened(path) : LayoutErrorReason(kind);
+    return fmt::format("{} (error {})", reason, LayoutErrorCode(kind));
 }
 
 }  // namespace
@@ -86,8 +84,8 @@ std::unique_ptr<GdsDatabase> LoadLayoutFile(const std::filesystem::path& path,
     } catch (const std::exception& error) {
         RefuseLayout(path, error.what());
     }
-    if (load.code != 0) {
-        RefuseLayout(path, LayoutReason(path, load.code));
+    if (load.error) {
+        RefuseLayout(path, LayoutReason(path, load.error->kind));
     }
     return std::move(load.database);
 }

@@ -49,7 +49,7 @@ std::unique_ptr<ProcessModel> PrepareExample(std::string_view name, std::int32_t
         std::regex_replace(text, std::regex("-N [0-9]+"), fmt::format("-N {}", cells)));
     SilentConsole console;
     GdsDatabase database;
-    if (ReadGdsFile(database, folder / fmt::format("{}.gds", name), &console) != 0) {
+    if (ReadGdsFile(database, folder / fmt::format("{}.gds", name), &console)) {
         throw std::runtime_error("the example's layout did not load");
     }
     ColorTable colors;

@@ -142,7 +142,7 @@ void MainWindow::HandleLoadGds() {
         return;
     }
     LayoutLoad load = LoadLayout(*path, console);
-    if (load.code != 0) {
+    if (load.error) {
         UpdateMenus();
         return;
     }

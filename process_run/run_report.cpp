@@ -20,9 +20,10 @@ LayoutLoad LoadLayout(const std::filesystem::path& path, LogConsole* console) {
     LayoutLoad load;
     load.database = std::make_unique<GdsDatabase>();
     const std::int32_t start = ElapsedMilliseconds();
-    load.code = ReadGdsFile(*load.database, path, console);
-    if (load.code != 0) {
-        console->Write(fmt::format("Loading GDS database failed with error {}", load.code));
+    load.error = ReadGdsFile(*load.database, path, console);
+    if (load.error) {
+        console->Write(fmt::format("Loading GDS database failed with error {}",
+                                   LayoutErrorCode(load.error->kind)));
         load.database.reset();
         return load;
     }

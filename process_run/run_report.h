@@ -3,6 +3,9 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
+
+#include "gds/layout_error.h"
 
 namespace zelmo {
 
@@ -13,9 +16,9 @@ struct ProcessStep;
 
 // The lines that a load and a run leave on the console, whoever drives them.
 
-/// A loaded layout, or the reader's error code and no database.
+/// A loaded layout, or what is wrong with it and no database.
 struct LayoutLoad {
-    std::int32_t code = 0;
+    std::optional<LayoutError> error;
     std::unique_ptr<GdsDatabase> database;
 };
 

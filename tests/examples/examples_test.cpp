@@ -44,7 +44,7 @@ std::unique_ptr<ProcessModel> Prepare(const std::string& example, const std::str
     EXPECT_TRUE(LoadColorTable(colors, "colors.txt"));
     RecordingConsole console;
     GdsDatabase database;
-    EXPECT_EQ(ReadGdsFile(database, kFolder / (example + ".gds"), &console), 0);
+    EXPECT_EQ(ReadGdsFile(database, kFolder / (example + ".gds"), &console), std::nullopt);
     const TempFolder folder;
     std::string text = FileBytes(kFolder / (example + ".txt"));
     if (!columns.empty()) {
@@ -109,7 +109,7 @@ TEST(CmosInverter, HasWellsGatesContactsAndTwoMetalsInAtLeast25Steps) {
 TEST(CrossbarLayout, UsesEveryKindOfReferenceAndBothKindsOfPath) {
     RecordingConsole console;
     GdsDatabase database;
-    ASSERT_EQ(ReadGdsFile(database, kFolder / "array.gds", &console), 0);
+    ASSERT_EQ(ReadGdsFile(database, kFolder / "array.gds", &console), std::nullopt);
     bool reflected = false;
     bool turned = false;
     bool scaled = false;

@@ -152,8 +152,9 @@ void TellState(const ProcessModel& model, const RecordSink& sink) {
 void TellStateRecords(const std::filesystem::path& layout, const std::filesystem::path& process,
                       const ColorTable& colors, LogConsole* console, const RecordSink& sink) {
     GdsDatabase database;
-    if (const std::int32_t code = ReadGdsFile(database, layout, console); code != 0) {
-        throw std::runtime_error(fmt::format("the layout did not load: code {}", code));
+    if (const auto error = ReadGdsFile(database, layout, console)) {
+        throw std::runtime_error(
+            fmt::format("the layout did not load: code {}", LayoutErrorCode(error->kind)));
     }
     const PreparedRun run = PrepareRun(process, database, colors, console);
     if (run.model == nullptr) {

@@ -8,12 +8,11 @@
 
 #include "base/log_console.h"
 #include "base/text.h"
-#include "gds/gds_database.h"
-#include "gds/polygon_extraction.h"
 #include "model/grid/grid.h"
 #include "model/grid/neighbour_table.h"
 #include "model/process_model.h"
 #include "process_file/reader.h"
+#include "process_run/mask_polygons.h"
 
 namespace zelmo {
 
@@ -71,11 +70,14 @@ bool TakeGrid(PreparedRun& run, LogConsole* console) {
 }
 
 bool TakePolygons(PreparedRun& run, const GdsDatabase& gds, LogConsole* console) {
-    const std::string error = ExtractPolygons(*run.model, console, gds);
-    if (!error.empty()) {
-        Refuse(run, error, console);
+    ProcessModel& model = *run.model;
+    MaskExtraction masks = ExtractMaskPolygons(gds, model.settings.cellName, model.grid, console);
+    if (!masks.failure.empty()) {
+        run.errors.push_back(Utf8FromWide(WidenBytes(masks.failure)));
+        return false;
     }
-    return error.empty();
+    model.polygons = std::move(masks.polygons);
+    return true;
 }
 
 void WriteGridReport(const ProcessModel& model, LogConsole* console) {

@@ -1,6 +1,5 @@
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -10,7 +9,7 @@
 #include "gds/coordinates.h"
 #include "gds/gds_database.h"
 #include "gds/gds_reader.h"
-#include "gds/polygon_selection.h"
+#include "gds/polygon_extraction.h"
 #include "model/grid/grid.h"
 #include "model/process_model.h"
 #include "process_file/reader.h"
@@ -29,7 +28,7 @@ namespace {
 bool IsSmall(const MemoryFile& layout, const MemoryFile& process) {
     CountingConsole console;
     GdsDatabase database;
-    Require(ReadGdsFile(database, layout.Path(), &console) == 0, "a made layout loads");
+    Require(!ReadGdsFile(database, layout.Path(), &console), "a made layout loads");
     ProcessModel model;
     if (ReadProcessFile(model, process.Path(), &console) != 0) {
         return false;  // a few of the smallest numbers are taken for zero
@@ -38,17 +37,14 @@ bool IsSmall(const MemoryFile& layout, const MemoryFile& process) {
     const auto toUnits = [&](float microns) {
         return TruncateToI64(static_cast<double>(microns) / database.micronsPerUnit);
     };
-    ExtractionScope scope;
-    scope.x0 = toUnits(model.grid.originX);
-    scope.y0 = toUnits(model.grid.originY);
-    scope.x1 = toUnits(model.grid.originX + model.grid.width);
-    scope.y1 = toUnits(model.grid.originY + model.grid.height);
-    scope.minSize = toUnits(model.grid.spacing);
-    scope.limit = 2000;
-    scope.effort = 1000000;
-    const auto top = std::find_if(database.cells.begin(), database.cells.end(),
-                                  [](const GdsCell& cell) { return NameText(cell.name) == "TOP"; });
-    return CollectCellPolygons(scope, {&*top, GdsTransform()}) == 0;
+    const ExtractionWindow window{toUnits(model.grid.originX), toUnits(model.grid.originY),
+                                  toUnits(model.grid.originX + model.grid.width),
+                                  toUnits(model.grid.originY + model.grid.height),
+                                  toUnits(model.grid.spacing)};
+    ExtractionLimits limits;
+    limits.polygons = 2000;
+    limits.fruitlessTests = 50000;
+    return !ExtractPolygons(database, "TOP", window, limits).refusal;
 }
 
 /// All lines of the run; the last one of a run that could not be prepared tells so.

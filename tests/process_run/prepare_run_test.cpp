@@ -30,14 +30,14 @@ GdsDatabase MakeDatabase() {
     GdsDatabase database;
     GdsBoundary square;
     square.layer = 12;
-    square.points = database.store.points.Keep(
-        {{1000, 2000}, {2234, 2000}, {2234, 3234}, {1000, 3234}, {1000, 2000}});
+    square.points = database.store.points.Keep(std::vector<GdsPoint>{
+        {1000, 2000}, {2234, 2000}, {2234, 3234}, {1000, 3234}, {1000, 2000}});
     square.bounds = {1000, 2000, 2234, 3234};
     GdsCell cell;
     cell.name = "TOP";
     cell.bounds = square.bounds;
     cell.boundsValid = true;
-    cell.boundaries = database.store.boundaries.Keep({square});
+    cell.boundaries = database.store.boundaries.Keep(std::vector{square});
     database.cells.push_back(std::move(cell));
     return database;
 }

@@ -2,32 +2,26 @@
 
 #include <fmt/format.h>
 
-#include <cstddef>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "base/file.h"
 #include "process_file/color_table.h"
+#include "process_file/commands.h"
 #include "process_file/reader_state.h"
-#include "process_file/step_commands.h"
 #include "process_file/words.h"
 
 namespace zelmo {
 
 namespace {
 
-using StepHandler = void (*)(ReaderState&, std::string_view, ProcessStep&);
-
-StepHandler FindStepHandler(std::string_view command) {
-    constexpr std::pair<std::string_view, StepHandler> handlers[] = {
-        {"deposition", ReadDeposition}, {"coating", ReadCoating},
-        {"photo", ReadPhoto},           {"etch", ReadEtch},
-        {"release", ReadRelease},       {"strip", ReadStrip},
-    };
-    for (const auto& [name, handler] : handlers) {
-        if (name == command) {
-            return handler;
+const Command* FindCommand(std::string_view word) {
+    for (const auto commands : {SettingsCommands(), StepCommands()}) {
+        for (const Command& command : commands) {
+            if (command.word == word) {
+                return &command;
+            }
         }
     }
     return nullptr;
@@ -44,50 +38,22 @@ ProcessStep SubstrateStep(const ColorTable& colors) {
     return step;
 }
 
-void AppendPlainStep(ProcessFile& file, StepKind kind, std::string description) {
-    ProcessStep step;
-    step.kind = kind;
-    step.description = std::move(description);
-    file.steps.push_back(std::move(step));
-}
-
-/// Acts on a command line; its first word is `command`.
-void HandleCommand(ReaderState& state, ProcessFile& file, std::string_view command,
+/// Acts on a command line; its first word is `word`.
+void HandleCommand(ReaderState& state, ProcessFile& file, std::string_view word,
                    std::string_view line) {
-    const bool settingsSeenBefore = state.settingsSeen;
-    if (!state.settingsSeen && command != "settings") {
+    if (!state.settingsSeen && word != "settings") {
         ReportError(state, "First command in process file needs to be the \"settings\" command");
-        state.settingsSeen = true;
+        state.settingsSeen = true;  // so that this is told once
     }
-    if (command == "settings") {
-        if (settingsSeenBefore) {
-            ReportError(state, "Duplicate settings (gen) command found");
-        }
-        ReadSettings(state, line, file.settings);
-        state.settingsSeen = true;
-    } else if (command == "location") {
-        if (state.locationSeen) {
-            ReportError(state, "Duplicate location (cut) command found");
-        }
-        ReadLocation(state, line, file.settings);
-        state.locationSeen = true;
-    } else if (command == "gds") {
-        if (state.gdsSeen) {
-            ReportError(state, "Duplicate gds command found");
-        }
-        ReadGds(state, line, file.settings);
-        state.gdsSeen = true;
-    } else if (const StepHandler handler = FindStepHandler(command)) {
-        ProcessStep step;
-        handler(state, line, step);
-        file.steps.push_back(std::move(step));
-    } else if (command == "dump") {
-        AppendPlainStep(file, StepKind::Dump, "dumping of stack data");
-    } else if (command == "stop") {
-        state.stopSeen = true;
-    } else {
+    const Command* const command = FindCommand(word);
+    if (command == nullptr) {
         ReportError(state, "Unknown command");
+        return;
     }
+    if (command->kind) {
+        file.steps.emplace_back().kind = *command->kind;
+    }
+    command->handler(state, line, command->arguments, file);
 }
 
 /// Handles one line of the file, which may be a comment or blank.
@@ -97,12 +63,12 @@ void HandleLine(ReaderState& state, ProcessFile& file, std::string_view line) {
     }
     line = line.substr(0, line.find_first_of("\r\n"));
     std::string_view rest = line;
-    const std::string_view command = TakeWord(rest);
-    if (command.empty()) {
+    const std::string_view word = TakeWord(rest);
+    if (word.empty()) {
         ReportError(state, "Unknown command");
         return;
     }
-    HandleCommand(state, file, command, line);
+    HandleCommand(state, file, word, line);
 }
 
 }  // namespace

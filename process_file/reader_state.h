@@ -3,8 +3,10 @@
 #include <fmt/printf.h>
 
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "process_file/reader.h"
@@ -17,7 +19,7 @@ struct MaterialEntry {
     std::string type;
 };
 
-/// What one reading of a process file knows besides the model it fills. A fresh one for each read.
+/// What one reading of a process file knows besides what it fills. A fresh one for each.
 struct ReaderState {
     explicit ReaderState(const ColorTable& colorTable) : colors(colorTable) {}
 
@@ -30,21 +32,15 @@ struct ReaderState {
     bool useNm = false;           ///< window and resolution are in nanometres
     bool resistFree = true;       ///< no photoresist is open: a `photo` may come, a `strip` may not
     std::int32_t lineNumber = 0;  ///< lines read so far; 0: errors carry no line number
-    std::int32_t fileVersion = 0;  ///< value of `-version`
     std::vector<MaterialEntry> materials;
-    std::vector<std::string> etchNames;
-    std::vector<std::string> releaseNames;
-    std::vector<std::string> stripNames;
+    std::set<std::pair<StepKind, std::string>> stepNames;  ///< of steps whose names are their own
 };
 
-/// Notes what is wrong with the present line.
-void ReportErrorText(ReaderState& state, const std::string& text);
-
-/// The same with a printf-style format of %s and %d. Never stops anything: the caller goes on with
-/// the value it has.
+/// Notes what is wrong with the present line, by a printf-style format of %s and %d. Never stops
+/// anything: the caller goes on with the value it has.
 template <typename... Values>
 void ReportError(ReaderState& state, std::string_view format, const Values&... values) {
-    ReportErrorText(state, fmt::sprintf(format, values...));
+    state.errors.push_back({state.lineNumber, fmt::sprintf(format, values...)});
 }
 
 }  // namespace zelmo

@@ -10,14 +10,11 @@
 
 #include "base/log_console.h"
 #include "base/text.h"
-#include "batch/consoles.h"
-#include "batch/exit_status.h"
 #include "gds/gds_database.h"
 #include "gds/layout_error.h"
 #include "model/process_model.h"
-#include "process_file/color_table.h"
+#include "process_run/load_layout.h"
 #include "process_run/prepare_run.h"
-#include "process_run/run_report.h"
 
 namespace zelmo {
 
@@ -38,14 +35,14 @@ std::string WhyNotOpened(const std::filesystem::path& path) {
     return error ? error.message() : std::string("it cannot be read");
 }
 
-[[noreturn]] void RefuseLayout(const std::filesystem::path& path, const std::string& reason) {
-    throw BatchFailure{ExitStatus::Layout, fmt::format("the layout {} did not load: {}",
-                                                       Utf8FromWide(PathText(path)), reason)};
+Outcome LayoutFailure(const std::filesystem::path& path, const std::string& reason) {
+    return {ExitStatus::Layout,
+            fmt::format("the layout {} did not load: {}", Utf8FromWide(PathText(path)), reason)};
 }
 
-[[noreturn]] void RefuseProcess(const std::filesystem::path& path, const std::string& reason) {
-    throw BatchFailure{ExitStatus::Process, fmt::format("the process file {} cannot be run: {}",
-                                                        Utf8FromWide(PathText(path)), reason)};
+Outcome ProcessFailure(const std::filesystem::path& path, const std::string& reason) {
+    return {ExitStatus::Process, fmt::format("the process file {} cannot be run: {}",
+                                             Utf8FromWide(PathText(path)), reason)};
 }
 
 /// The first error, and how many more there are.
@@ -62,50 +59,50 @@ std::string LayoutReason(const std::filesystem::path& path, LayoutErrorKind kind
 
 }  // namespace
 
-ColorTable LoadColors(const std::filesystem::path& path) {
-    ColorTable colors;
-    if (!LoadColorTable(colors, path)) {
-        throw BatchFailure{
-            ExitStatus::Other,
+Outcome LoadColors(const std::filesystem::path& path, ColorTable& colors) {
+    if (LoadColorTable(colors, path)) {
+        return {};
+    }
+    return {ExitStatus::Other,
             fmt::format("Could not load color file or color file contains errors: {}",
                         Utf8FromWide(PathText(path)))};
-    }
-    return colors;
 }
 
-std::unique_ptr<GdsDatabase> LoadLayoutFile(const std::filesystem::path& path,
-                                            LogConsole* console) {
+Outcome LoadLayoutFile(const std::filesystem::path& path, LogConsole* console,
+                       std::unique_ptr<GdsDatabase>& database) {
     console->Write(std::string("--- Handling \"Load GDS\" command ---"));
     LayoutLoad load;
     try {
         load = LoadLayout(path, console);
     } catch (const std::bad_alloc&) {
-        RefuseLayout(path, outOfMemory);
+        return LayoutFailure(path, outOfMemory);
     } catch (const std::exception& error) {
-        RefuseLayout(path, error.what());
+        return LayoutFailure(path, error.what());
     }
     if (load.error) {
-        RefuseLayout(path, LayoutReason(path, load.error->kind));
+        return LayoutFailure(path, LayoutReason(path, load.error->kind));
     }
-    return std::move(load.database);
+    database = std::move(load.database);
+    return {};
 }
 
-std::unique_ptr<ProcessModel> PrepareProcess(const std::filesystem::path& path,
-                                             const GdsDatabase& database, const ColorTable& colors,
-                                             LogConsole* console) {
+Outcome PrepareProcess(const std::filesystem::path& path, const GdsDatabase& database,
+                       const ColorTable& colors, LogConsole* console,
+                       std::unique_ptr<ProcessModel>& model) {
     console->Write(std::string("--- Handling \"Run\" command ---"));
     PreparedRun run;
     try {
         run = PrepareRun(path, database, colors, console);
     } catch (const std::bad_alloc&) {
-        RefuseProcess(path, outOfMemory);
+        return ProcessFailure(path, outOfMemory);
     } catch (const std::exception& error) {
-        RefuseProcess(path, error.what());
+        return ProcessFailure(path, error.what());
     }
     if (run.model == nullptr) {
-        RefuseProcess(path, run.fileOpened ? FirstOf(run.errors) : WhyNotOpened(path));
+        return ProcessFailure(path, run.fileOpened ? FirstOf(run.errors) : WhyNotOpened(path));
     }
-    return std::move(run.model);
+    model = std::move(run.model);
+    return {};
 }
 
 }  // namespace zelmo

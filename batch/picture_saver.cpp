@@ -6,14 +6,15 @@
 #include <exception>
 #include <memory>
 #include <new>
+#include <optional>
 #include <system_error>
 #include <utility>
 
 #include "base/data_files.h"
 #include "base/text.h"
-#include "batch/exit_status.h"
 #include "model/process_model.h"
-#include "pictures/saved_images.h"
+#include "pictures/picture_names.h"
+#include "pictures/step_image.h"
 
 namespace zelmo {
 
@@ -44,35 +45,44 @@ std::string NoPicture(const ProcessModel& model, std::size_t index, const std::s
 
 }  // namespace
 
-PictureSaver::PictureSaver(const BatchOptions& options, const std::vector<fs::path>& assetFolders)
-    : studio_(FindDataFile(assetFolders, "surface.shader"),
-              FindDataFile(assetFolders, "point.shader")),
-      folder_{OutputFolder(options), options.format} {}
+PictureSaver::PictureSaver(const BatchOptions& options,
+                           std::function<void(const std::string&)> tell)
+    : tell_(std::move(tell)), folder_{OutputFolder(options), options.format} {}
 
-void PictureSaver::Begin(const ProcessModel& model) {
+Outcome PictureSaver::Begin(const ProcessModel& model, const std::vector<fs::path>& assetFolders) {
+    std::string problem;
+    studio_ = OpenPictureStudio(FindDataFile(assetFolders, "surface.shader"),
+                                FindDataFile(assetFolders, "point.shader"), problem);
+    if (!studio_) {
+        return {ExitStatus::Picture, problem};
+    }
     std::vector<std::wstring> names;
     for (std::size_t index = 0; index < model.steps.size(); ++index) {
         names.push_back(StepImageName(ImageNumber(index), model.steps[index].description));
     }
-    PreparePictureFolder(folder_, names);
+    problem = PreparePictureFolder(folder_, names);
+    return problem.empty() ? Outcome{} : Outcome{ExitStatus::Picture, problem};
 }
 
-std::vector<std::string> PictureSaver::Save(const ProcessModel& model, std::size_t index) {
+Outcome PictureSaver::Save(const ProcessModel& model, std::size_t index) {
     StepImage image;
     std::string problem;
+    std::optional<std::string> hopeless;
     try {
-        image = studio_.TakePicture(model, model.steps[index], ImageNumber(index), problem);
+        image = studio_->TakePicture(model, model.steps[index], ImageNumber(index), problem);
     } catch (const std::bad_alloc&) {
-        throw BatchFailure{ExitStatus::Picture,
-                           NoPicture(model, index, "there is not enough memory")};
+        hopeless = "there is not enough memory";
     } catch (const std::exception& error) {
-        throw BatchFailure{ExitStatus::Picture, NoPicture(model, index, error.what())};
+        hopeless = error.what();
     }
     // One at a time: no more than this picture and the next are in memory.
-    std::vector<std::string> problems = Finish();
+    Finish();
+    if (hopeless) {
+        return {ExitStatus::Picture, NoPicture(model, index, *hopeless)};
+    }
     if (!problem.empty()) {
-        problems.push_back(NoPicture(model, index, problem));
-        return problems;
+        Miss(NoPicture(model, index, problem));
+        return {};
     }
     const auto taken = std::make_shared<const StepImage>(std::move(image));
     const auto save = [this, index, taken] { return SavePicture(folder_, index + 1, *taken); };
@@ -81,17 +91,21 @@ std::vector<std::string> PictureSaver::Save(const ProcessModel& model, std::size
     } catch (const std::system_error&) {
         saving_ = std::async(std::launch::deferred, save);  // no thread to be had
     }
-    return problems;
+    return {};
 }
 
-std::vector<std::string> PictureSaver::Finish() {
-    std::vector<std::string> problems;
-    if (saving_.valid()) {
-        if (std::string problem = saving_.get(); !problem.empty()) {
-            problems.push_back(std::move(problem));
-        }
+void PictureSaver::Finish() {
+    if (!saving_.valid()) {
+        return;
     }
-    return problems;
+    if (const std::string problem = saving_.get(); !problem.empty()) {
+        Miss(problem);
+    }
+}
+
+void PictureSaver::Miss(const std::string& reason) {
+    complete_ = false;
+    tell_(reason);
 }
 
 }  // namespace zelmo

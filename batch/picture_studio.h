@@ -17,17 +17,15 @@ struct Camera;
 struct ProcessModel;
 struct ProcessStep;
 
-/// What pictures are made with. To outlive every model that it draws.
+/// What pictures are made with.
 class PictureStudio {
 public:
-    /// Sets up GL without a window, and the shaders. Throws BatchFailure with the reason if no
-    /// picture could be made.
-    PictureStudio(const std::filesystem::path& surfaceShader,
-                  const std::filesystem::path& pointShader);
+    PictureStudio(std::unique_ptr<GlContext> context, std::unique_ptr<ShaderProgram> surfaceShader,
+                  std::unique_ptr<ShaderProgram> pointShader);
     ~PictureStudio();
 
-    /// Takes the picture of a finished step. `problem`
-    /// receives the reason if it could not be drawn, else an empty text.
+    /// Takes the picture of a finished step. `problem` receives the reason if it could not be
+    /// drawn, else an empty text.
     StepImage TakePicture(const ProcessModel& model, const ProcessStep& step,
                           std::int32_t imageNumber, std::string& problem);
 
@@ -39,5 +37,11 @@ private:
     std::unique_ptr<ShaderProgram> pointShader_;
     std::unique_ptr<Camera> camera_;
 };
+
+/// Sets up GL without a window, and the shaders. Null, with the reason in `problem`, if no picture
+/// could be made.
+std::unique_ptr<PictureStudio> OpenPictureStudio(const std::filesystem::path& surfaceShader,
+                                                 const std::filesystem::path& pointShader,
+                                                 std::string& problem);
 
 }  // namespace zelmo

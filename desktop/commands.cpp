@@ -9,9 +9,11 @@
 #include "base/log_console.h"
 #include "base/text.h"
 #include "desktop/main_window.h"
-#include "pictures/saved_images.h"
+#include "pictures/picture_files.h"
+#include "pictures/picture_names.h"
+#include "process_run/execute_run.h"
+#include "process_run/load_layout.h"
 #include "process_run/prepare_run.h"
-#include "process_run/run_report.h"
 
 namespace zelmo {
 
@@ -117,7 +119,7 @@ void MainWindow::HandleSaveImages() {
     bool failed = false;
     std::size_t ordinal = 0;
     for (const StepImage& image : pictures_.images) {
-        const auto file = InFolder(folder, SavedImageName(++ordinal, image, L"bmp"));
+        const auto file = InFolder(folder, SavedImageName(++ordinal, image.name, L"bmp"));
         if (!WriteBitmap(image, file)) {
             console->Write(fmt::format(L"Error while saving image {} to output folder \"{}\"",
                                        PathText(file), folderText));

@@ -7,7 +7,7 @@
 #include "base/debug_trace.h"
 #include "base/log_console.h"
 #include "desktop/main_window.h"
-#include "process_run/run_report.h"
+#include "process_run/execute_run.h"
 
 // The run of a process: one step at a time, each on a thread of its own, with the GL context handed
 // over to it and back. Nothing is locked; the alternation of the two threads is what keeps it safe.
@@ -48,7 +48,7 @@ void MainWindow::RunNext(bool first) {
 void MainWindow::RunStepThread(const ProcessStep& step) {
     TraceThread("RunStepThread", platform_);
     platform_.MakeContextCurrent();
-    ExecuteTimedStep(*model_, step, platform_.Console());
+    ExecuteStepWithReport(*model_, step, platform_.Console());
     platform_.GiveUpContext();
     platform_.SendStepDone(step);
 }

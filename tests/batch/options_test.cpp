@@ -26,7 +26,7 @@ TEST(ParseCommandLine, TwoFilesAreEnough) {
     EXPECT_EQ(options.layout, "a.gds");
     EXPECT_EQ(options.process, "b.txt");
     EXPECT_FALSE(options.output);
-    EXPECT_EQ(options.format, PictureFormat::Png);
+    EXPECT_EQ(options.format.name, "png");
     EXPECT_FALSE(options.checkOnly);
     EXPECT_TRUE(options.pictures);
     EXPECT_FALSE(options.assets);
@@ -39,7 +39,7 @@ TEST(ParseCommandLine, OptionsMayStandAnywhere) {
     EXPECT_EQ(options.layout, "a.gds");
     EXPECT_EQ(options.process, "b.txt");
     EXPECT_EQ(options.output, std::filesystem::path("out"));
-    EXPECT_EQ(options.format, PictureFormat::Bmp);
+    EXPECT_EQ(options.format.name, "bmp");
     EXPECT_TRUE(options.checkOnly);
     EXPECT_FALSE(options.pictures);
     EXPECT_EQ(options.assets, std::filesystem::path("data"));
@@ -68,6 +68,12 @@ TEST(ParseCommandLine, WrongUsageNamesWhatIsWrong) {
     ExpectUsageError({"a.gds", "b.txt", "--assets", ""}, "--assets");
     ExpectUsageError({"a.gds", "b.txt", "-o", "c", "--output", "d"}, "--output");
     ExpectUsageError({"a.gds", "b.txt", "--quiet=maybe"}, "maybe");
+}
+
+TEST(ParseCommandLine, TheHelpNamesThePictureFormats) {
+    EXPECT_NE(ParseCommandLine({"--help"})
+                  .text.find("  --format bmp|png            Picture files: png (default) or bmp\n"),
+              std::string::npos);
 }
 
 TEST(ParseCommandLine, HelpAndVersionNeedNoFiles) {

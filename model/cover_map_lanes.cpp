@@ -1,6 +1,6 @@
 #include "model/cover_map_lanes.h"
 
-#include "base/lanes.h"
+#include "base/lane_code.h"
 
 namespace zelmo::ZELMO_LANES {
 
@@ -8,7 +8,7 @@ namespace {
 
 /// The bits of 32 cells. Each lane collects its share of them at the places where they belong.
 std::uint64_t ThickCells(const float* top, const float* bottom) {
-    const IntLanes laneBit = EqualLanes<IntLanes>(1) << CountingLanes<IntLanes>();
+    const IntLanes laneBit = Broadcast<IntLanes>(1) << CountingLanes<IntLanes>();
     IntLanes collected{};
     for (std::int32_t i = 0; i < 32; i += laneCount<FloatLanes>) {
         const FloatLanes thickness =

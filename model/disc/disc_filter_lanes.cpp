@@ -1,6 +1,6 @@
 #include "model/disc/disc_filter_lanes.h"
 
-#include "base/lanes.h"
+#include "base/lane_code.h"
 
 namespace zelmo::ZELMO_LANES {
 

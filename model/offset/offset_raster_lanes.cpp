@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "base/lanes.h"
+#include "base/lane_code.h"
 #include "model/offset/regular_squares.h"
 #include "model/offset/still_squares.h"
 #include "model/offset/triangle_lanes.h"
@@ -65,10 +65,10 @@ Box<IntLanes> BoxOf(const RasterBand& band, const IntLanes& exists, const Corner
              band.cols);
     SetRange(box.minRow, box.maxRow, Smallest(a.row, b.row, c.row), Largest(a.row, b.row, c.row),
              band.rows);
-    box.maxCol = exists ? Smaller(box.maxCol, EqualLanes<IntLanes>(band.cols - 1))
-                        : EqualLanes<IntLanes>(-1);
-    box.minRow = Larger(box.minRow, EqualLanes<IntLanes>(band.firstRow));
-    box.maxRow = Smaller(box.maxRow, EqualLanes<IntLanes>(band.endRow - 1));
+    box.maxCol =
+        exists ? Smaller(box.maxCol, Broadcast<IntLanes>(band.cols - 1)) : Broadcast<IntLanes>(-1);
+    box.minRow = Larger(box.minRow, Broadcast<IntLanes>(band.firstRow));
+    box.maxRow = Smaller(box.maxRow, Broadcast<IntLanes>(band.endRow - 1));
     return box;
 }
 
@@ -138,25 +138,26 @@ void ScanPlaces(const RasterBand& band, const MovedBlock& block, const Box<std::
     }
 }
 
-FloatLanes Spread(const FloatLanes& values, std::int32_t lane) {
-    return EqualLanes<FloatLanes>(values[lane]);
+FloatLanes BroadcastLane(const FloatLanes& values, std::int32_t lane) {
+    return Broadcast<FloatLanes>(values[lane]);
 }
 
-VectorLanes Spread(const VectorLanes& vectors, std::int32_t lane) {
-    return {Spread(vectors.x, lane), Spread(vectors.y, lane), Spread(vectors.z, lane)};
+VectorLanes BroadcastLane(const VectorLanes& vectors, std::int32_t lane) {
+    return {BroadcastLane(vectors.x, lane), BroadcastLane(vectors.y, lane),
+            BroadcastLane(vectors.z, lane)};
 }
 
 /// The triangle of one lane in all lanes.
-TriangleLanes Spread(const TriangleLanes& t, std::int32_t lane) {
-    return {Spread(t.a, lane),
-            Spread(t.e0, lane),
-            Spread(t.e1, lane),
-            Spread(t.normal, lane),
-            Spread(t.planeAtOrigin, lane),
-            Spread(t.d00, lane),
-            Spread(t.d01, lane),
-            Spread(t.d11, lane),
-            Spread(t.inverse, lane)};
+TriangleLanes BroadcastLane(const TriangleLanes& t, std::int32_t lane) {
+    return {BroadcastLane(t.a, lane),
+            BroadcastLane(t.e0, lane),
+            BroadcastLane(t.e1, lane),
+            BroadcastLane(t.normal, lane),
+            BroadcastLane(t.planeAtOrigin, lane),
+            BroadcastLane(t.d00, lane),
+            BroadcastLane(t.d01, lane),
+            BroadcastLane(t.d11, lane),
+            BroadcastLane(t.inverse, lane)};
 }
 
 /// One lane is one cell of a row.
@@ -167,7 +168,7 @@ void ScanTriangle(const RasterBand& band, const TriangleLanes& triangles,
     if (boxes.minCol[lane] > maxCol) {
         return;
     }
-    const TriangleLanes t = Spread(triangles, lane);
+    const TriangleLanes t = BroadcastLane(triangles, lane);
     for (std::int32_t row = boxes.minRow[lane]; row <= boxes.maxRow[lane]; ++row) {
         const RowTerms terms = TermsOfRow(t, static_cast<float>(row) * band.spacing);
         for (std::int32_t col = boxes.minCol[lane]; col <= maxCol; col += lanes) {

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "base/lanes.h"
+#include "base/lane_code.h"
 #include "model/offset/cell_lanes.h"
 #include "model/offset/triangle_lanes.h"
 
@@ -49,11 +49,11 @@ inline Box<std::int32_t> PlacesAround(const RasterBand& band, const SquareRow& r
     const auto rows = static_cast<float>(band.rows);
     const IntLanes minCol = CellsWithin(left, 0.0f, cols) - squares;
     const IntLanes maxCol =
-        Smaller(CellsWithin(right, -1.0f, cols), EqualLanes<IntLanes>(band.cols - 1)) - squares;
-    return {SmallestLane(chosen ? minCol : EqualLanes<IntLanes>(far)),
-            LargestLane(chosen ? maxCol : EqualLanes<IntLanes>(-far)),
-            SmallestLane(chosen ? CellsWithin(lower, 0.0f, rows) : EqualLanes<IntLanes>(far)),
-            LargestLane(chosen ? CellsWithin(upper, -1.0f, rows) : EqualLanes<IntLanes>(-far))};
+        Smaller(CellsWithin(right, -1.0f, cols), Broadcast<IntLanes>(band.cols - 1)) - squares;
+    return {SmallestLane(chosen ? minCol : Broadcast<IntLanes>(far)),
+            LargestLane(chosen ? maxCol : Broadcast<IntLanes>(-far)),
+            SmallestLane(chosen ? CellsWithin(lower, 0.0f, rows) : Broadcast<IntLanes>(far)),
+            LargestLane(chosen ? CellsWithin(upper, -1.0f, rows) : Broadcast<IntLanes>(-far))};
 }
 
 /// Scans some of the squares from a column on, all of them regular.

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "base/lanes.h"
+#include "base/lane_code.h"
 #include "model/offset/offset_raster_lanes.h"
 #include "model/offset/vector_lanes.h"
 

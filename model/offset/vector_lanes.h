@@ -1,6 +1,6 @@
 #pragma once
 
-#include "base/lanes.h"
+#include "base/lane_code.h"
 
 // For files of lane kernels only: vectors of three coordinates, one in each lane. The order of the
 // sums and products is part of the results.

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "base/lanes.h"
+#include "base/lane_code.h"
 
 namespace zelmo::ZELMO_LANES {
 
@@ -152,8 +152,8 @@ IntLanes CoversNothing(const Corner& a, const Corner& b, const Corner& c, float 
 
 void FindCoverOfRow(const SheetRow* layers, std::int32_t layerCount, const float* cover,
                     std::int32_t cols, HeightRange& range) {
-    FloatLanes lowest = EqualLanes<FloatLanes>(range.lowest);
-    FloatLanes highest = EqualLanes<FloatLanes>(range.highest);
+    FloatLanes lowest = Broadcast<FloatLanes>(range.lowest);
+    FloatLanes highest = Broadcast<FloatLanes>(range.highest);
     FloatLanes sum{};
     for (std::int32_t col = 0; col < cols; col += lanes) {
         FindCover(layers, layerCount, LoadLanes(cover + col), col);

@@ -12,9 +12,9 @@
 #include "model/stack.h"
 
 // Tile by tile, and in each from the topmost layer down: one bit for each cell where the layer has
-// thickness, spread to the cells around by whole words, gives the cells that it covers. A cell that
-// is covered is done with, and where all cells are, the layers below are not read any more. The
-// bits of a tile need no memory that could be lacking when a step has changed the layers.
+// thickness, dilated by one cell to all sides in whole words, gives the cells that it covers. A
+// cell that is covered is done with, and where all cells are, the layers below are not read any
+// more. The bits of a tile need no memory that could be lacking when a step has changed the layers.
 
 namespace zelmo {
 
@@ -57,14 +57,14 @@ private:
     bool CoverWith(std::int32_t id) {
         const Layer& layer = *stack_.layers[static_cast<std::size_t>(id)];
         for (std::int32_t row = -1; row <= rows_; ++row) {
-            SpreadThickness(layer, row);
+            DilateThickness(layer, row);
         }
         bool isOpen = false;
         for (std::int32_t row = 0; row < rows_; ++row) {
             for (std::int32_t word = 0; word < words_; ++word) {
                 const std::uint64_t covered =
                     open_[row][word] &
-                    (spread_[row][word] | spread_[row + 1][word] | spread_[row + 2][word]);
+                    (dilated_[row][word] | dilated_[row + 1][word] | dilated_[row + 2][word]);
                 if (covered != 0) {
                     SetCover(id, layer, row, word, covered);
                     Close(row, word, covered);
@@ -82,13 +82,13 @@ private:
         }
     }
 
-    /// Finds where the layer has thickness in a row of the tile or next to it, and spreads that one
+    /// Finds where the layer has thickness in a row of the tile or next to it, dilated by one
     /// column to either side.
-    void SpreadThickness(const Layer& layer, std::int32_t row) {
-        std::uint64_t* const spread = spread_[row + 1];
+    void DilateThickness(const Layer& layer, std::int32_t row) {
+        std::uint64_t* const dilated = dilated_[row + 1];
         const std::uint32_t wanted = WordsNearOpenCells(row);
         if (wanted == 0) {
-            std::fill(spread, spread + words_, 0);
+            std::fill(dilated, dilated + words_, 0);
             return;
         }
         const std::ptrdiff_t first =
@@ -107,8 +107,8 @@ private:
         thick[words_] = endsGrid ? 0 : isThick(cols_);
         for (std::int32_t word = 0; word < words_; ++word) {
             const std::uint64_t here = thick[word];
-            spread[word] = here | here << 1 | here >> 1 | thick[word - 1] >> (wordBits - 1) |
-                           thick[word + 1] << (wordBits - 1);
+            dilated[word] = here | here << 1 | here >> 1 | thick[word - 1] >> (wordBits - 1) |
+                            thick[word + 1] << (wordBits - 1);
         }
     }
 
@@ -151,10 +151,10 @@ private:
     std::int32_t firstRow_;
     std::int32_t cols_;
     std::int32_t rows_;
-    std::int32_t words_;                             ///< in use
-    std::uint64_t open_[tileRows][tileWords];        ///< cells that no layer covers so far
-    std::uint32_t openWords_[tileRows];              ///< words of `open_` that are not 0
-    std::uint64_t spread_[tileRows + 2][tileWords];  ///< from the row before the tile on
+    std::int32_t words_;                              ///< in use
+    std::uint64_t open_[tileRows][tileWords];         ///< cells that no layer covers so far
+    std::uint32_t openWords_[tileRows];               ///< words of `open_` that are not 0
+    std::uint64_t dilated_[tileRows + 2][tileWords];  ///< from the row before the tile on
 };
 
 }  // namespace

@@ -6,7 +6,7 @@ namespace zelmo::ZELMO_LANES {
 
 namespace {
 
-/// The bits of 32 cells. Each lane collects its share of them at the places where they belong.
+/// The bits of 32 cells. Each lane collects its share of them where they belong in the word.
 std::uint64_t ThickCells(const float* top, const float* bottom) {
     const IntLanes laneBit = Broadcast<IntLanes>(1) << CountingLanes<IntLanes>();
     IntLanes collected{};

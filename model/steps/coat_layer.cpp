@@ -11,7 +11,7 @@
 namespace zelmo {
 
 void CoatLayer(const Grid& grid, std::span<const CoverCell> coverMap, Layer& layer, float thickness,
-               float dop) {
+               float planarisation) {
     const CoverCell* const cover = coverMap.data();
     float* const bottom = layer.bottom.data();
     float* const top = layer.top.data();
@@ -22,7 +22,7 @@ void CoatLayer(const Grid& grid, std::span<const CoverCell> coverMap, Layer& lay
             top[cell] = thickness + cover[cell].height;
         }
     });
-    SmoothLayerTop(grid, layer, thickness * 2.2f * dop);
+    SmoothLayerTop(grid, layer, thickness * 2.2f * planarisation);
 }
 
 }  // namespace zelmo

@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
+#include "base/padded_rows.h"
 #include "render/visible/layer_stack.h"
 #include "render/visible/level_lanes.h"
-#include "render/visible/padded_rows.h"
 #include "render/visible/picture_view.h"
 #include "render/visible/shadows.h"
 #include "render/visible/sight.h"

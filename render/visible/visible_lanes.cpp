@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "base/padded_rows.h"
+
 #include "base/lane_code.h"
 
 namespace zelmo::ZELMO_LANES {
@@ -10,7 +12,7 @@ namespace zelmo::ZELMO_LANES {
 namespace {
 
 constexpr std::int32_t lanes = laneCount<FloatLanes>;
-static_assert(lanes <= rowPad);
+static_assert(lanes <= rowPadding);
 
 FloatLanes Larger(const FloatLanes& a, const FloatLanes& b) {
     return a > b ? a : b;

@@ -4,12 +4,10 @@
 
 #include "base/lanes.h"
 
-// What can be seen of a stack, row by row. All rows are padded by `rowPad` values at both ends;
-// those behind the end repeat the last one. A mask is 0 or -1 (all bits).
+// What can be seen of a stack, row by row. All rows are padded (base/padded_rows.h); the values
+// behind the end repeat the last one. A mask is 0 or -1 (all bits).
 
 namespace zelmo {
-
-constexpr std::int32_t rowPad = 8;
 
 /// One layer at one row of mesh positions.
 struct SheetRow {

@@ -4,7 +4,6 @@
 
 #include "base/log_console.h"
 #include "model/process_model.h"
-#include "model/stack.h"
 #include "model/steps/steps.h"
 
 namespace zelmo {
@@ -12,23 +11,25 @@ namespace zelmo {
 namespace {
 
 void Execute(ProcessModel& model, const ProcessStep& step) {
+    Stack& stack = model.stack;
+    const Grid& grid = model.grid;
     switch (step.kind) {
         case StepKind::Coating:
-            return ExecuteCoating(model, step);
+            return ExecuteCoating(stack, grid, step);
         case StepKind::Deposition:
-            return ExecuteDeposition(model, step);
+            return ExecuteDeposition(stack, grid, step);
         case StepKind::Substrate:
-            return ExecuteSubstrate(model, step);
+            return ExecuteSubstrate(stack, grid, model.settings.windowWidth, step);
         case StepKind::Dump:
-            return ExecuteDump(model, step);
+            return ExecuteDump(stack, grid, step);
         case StepKind::Photo:
-            return ExecutePhoto(model, step);
+            return ExecutePhoto(stack, grid, model.polygons, step);
         case StepKind::Etch:
-            return ExecuteEtch(model, step);
+            return ExecuteEtch(stack, grid, step);
         case StepKind::Strip:
-            return ExecuteStrip(model, step);
+            return ExecuteStrip(stack, grid, step);
         case StepKind::Release:
-            return ExecuteRelease(model, step);
+            return ExecuteRelease(stack, grid, step);
     }
 }
 

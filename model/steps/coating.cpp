@@ -4,17 +4,18 @@
 
 #include "base/debug_trace.h"
 #include "model/cover_map.h"
-#include "model/process_model.h"
+#include "model/process.h"
+#include "model/stack.h"
 #include "model/steps/steps.h"
 
 namespace zelmo {
 
-void ExecuteCoating(ProcessModel& model, const ProcessStep& step) {
+void ExecuteCoating(Stack& stack, const Grid& grid, const ProcessStep& step) {
     DebugTrace("Executing coating");
-    auto layer = CreateLayer(model.grid, step);
-    CoatLayer(model.grid, model.stack.coverMap, *layer, step.thickness, step.dop);
-    AppendLayer(model.stack, std::move(layer));
-    UpdateCoverMap(model.stack, model.grid);
+    auto layer = CreateLayer(grid, step);
+    CoatLayer(grid, stack.coverMap, *layer, step.thickness, step.dop);
+    AppendLayer(stack, std::move(layer));
+    UpdateCoverMap(stack, grid);
 }
 
 }  // namespace zelmo

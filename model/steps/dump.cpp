@@ -5,7 +5,8 @@
 #include <iterator>
 #include <memory>
 
-#include "model/process_model.h"
+#include "model/grid/grid.h"
+#include "model/stack.h"
 #include "model/steps/steps.h"
 
 namespace zelmo {
@@ -49,15 +50,16 @@ private:
 };
 
 // Heights are widened before they are printed: the digits are those of the float's exact value.
-void DumpCell(DumpFile& file, const ProcessModel& model, std::int32_t row, std::int32_t col) {
+void DumpCell(DumpFile& file, const Stack& stack, const Grid& grid, std::int32_t row,
+              std::int32_t col) {
     const std::size_t cell =
-        static_cast<std::size_t>(row) * static_cast<std::size_t>(model.grid.columns) +
+        static_cast<std::size_t>(row) * static_cast<std::size_t>(grid.columns) +
         static_cast<std::size_t>(col);
-    const CoverCell& cover = model.stack.coverMap[cell];
+    const CoverCell& cover = stack.coverMap[cell];
     file.Print("\nCOVER LAYER ID: {}\tHEIGHT: {:.10f}\n", cover.layerId,
                static_cast<double>(cover.height));
-    for (std::size_t id = 0; id < model.stack.layers.size(); ++id) {
-        const Layer* layer = model.stack.layers[id].get();
+    for (std::size_t id = 0; id < stack.layers.size(); ++id) {
+        const Layer* layer = stack.layers[id].get();
         if (layer == nullptr) {
             continue;
         }
@@ -71,14 +73,14 @@ void DumpCell(DumpFile& file, const ProcessModel& model, std::int32_t row, std::
 
 }  // namespace
 
-void ExecuteDump(ProcessModel& model, const ProcessStep&) {
+void ExecuteDump(const Stack& stack, const Grid& grid, const ProcessStep&) {
     DumpFile file("VertexData.txt");
     if (!file.IsOpen()) {
         return;
     }
-    for (std::int32_t row = 0; row < model.grid.rows; ++row) {
-        for (std::int32_t col = 0; col < model.grid.columns; ++col) {
-            DumpCell(file, model, row, col);
+    for (std::int32_t row = 0; row < grid.rows; ++row) {
+        for (std::int32_t col = 0; col < grid.columns; ++col) {
+            DumpCell(file, stack, grid, row, col);
         }
         file.Print("\n\n");
     }

@@ -1,14 +1,17 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <utility>
 #include <vector>
 
 #include "base/debug_trace.h"
 #include "base/row_bands.h"
 #include "model/cover_map.h"
+#include "model/grid/grid.h"
 #include "model/mask/mask.h"
-#include "model/process_model.h"
+#include "model/process.h"
+#include "model/stack.h"
 #include "model/steps/coat_layer.h"
 #include "model/steps/steps.h"
 
@@ -44,22 +47,23 @@ void CutResist(Layer& layer, const std::vector<std::uint8_t>& mask,
 
 }  // namespace
 
-void ExecutePhoto(ProcessModel& model, const ProcessStep& step) {
+void ExecutePhoto(Stack& stack, const Grid& grid, std::span<const MaskPolygon> polygons,
+                  const ProcessStep& step) {
     DebugTrace("Executing photo");
-    auto layer = CreateLayer(model.grid, step);
+    auto layer = CreateLayer(grid, step);
     layer->isPhotoresist = true;
-    CoatLayer(model.grid, model.stack.coverMap, *layer, step.thickness, 1.0f);
+    CoatLayer(grid, stack.coverMap, *layer, step.thickness, 1.0f);
 
-    std::vector<std::uint8_t> rawMask(model.grid.CellCount());
-    RasteriseMask(model.grid, model.polygons, rawMask, step.maskId, step.maskDark);
-    std::vector<std::uint8_t> mask(model.grid.CellCount());
-    BlurMask(model.grid, mask, rawMask, step.res * 0.5f);
-    std::vector<float> edgeDistance(model.grid.CellCount());
-    MaskEdgeDistance(model.grid, edgeDistance, mask);
+    std::vector<std::uint8_t> rawMask(grid.CellCount());
+    RasteriseMask(grid, polygons, rawMask, step.maskId, step.maskDark);
+    std::vector<std::uint8_t> mask(grid.CellCount());
+    BlurMask(grid, mask, rawMask, step.res * 0.5f);
+    std::vector<float> edgeDistance(grid.CellCount());
+    MaskEdgeDistance(grid, edgeDistance, mask);
 
     CutResist(*layer, mask, edgeDistance, step.thickness, EdgeSlope(step.taper));
-    AppendLayer(model.stack, std::move(layer));
-    UpdateCoverMap(model.stack, model.grid);
+    AppendLayer(stack, std::move(layer));
+    UpdateCoverMap(stack, grid);
 }
 
 }  // namespace zelmo

@@ -5,7 +5,8 @@
 
 #include "base/debug_trace.h"
 #include "model/cover_map.h"
-#include "model/process_model.h"
+#include "model/process.h"
+#include "model/stack.h"
 #include "model/steps/steps.h"
 
 namespace zelmo {
@@ -20,19 +21,19 @@ bool IsTarget(const Layer& layer, const ProcessStep& step) {
 
 }  // namespace
 
-void ExecuteRelease(ProcessModel& model, const ProcessStep& step) {
+void ExecuteRelease(Stack& stack, const Grid& grid, const ProcessStep& step) {
     DebugTrace("Executing release");
-    for (const std::unique_ptr<Layer>& layer : model.stack.layers) {
+    for (const std::unique_ptr<Layer>& layer : stack.layers) {
         if (layer != nullptr && IsTarget(*layer, step)) {
             MarkChanged(*layer);
         }
     }
-    for (const std::unique_ptr<Layer>& layer : model.stack.layers) {
+    for (const std::unique_ptr<Layer>& layer : stack.layers) {
         if (layer != nullptr && IsTarget(*layer, step)) {
             layer->top = layer->bottom;
         }
     }
-    UpdateCoverMap(model.stack, model.grid);
+    UpdateCoverMap(stack, grid);
 }
 
 }  // namespace zelmo

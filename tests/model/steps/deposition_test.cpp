@@ -39,7 +39,7 @@ void SetUpProfile(ProcessModel& model, std::int32_t rows, float spacing,
 TEST(Deposition, AddsALayerWithTheStepsProperties) {
     ProcessModel model;
     SetUpProfile(model, 4, 0.5f, {1, 1, 1, 1, 1});
-    ExecuteDeposition(model, DepositionStep(0.5f, 0.1f));
+    ExecuteDeposition(model.stack, model.grid, DepositionStep(0.5f, 0.1f));
     ASSERT_EQ(model.stack.layers.size(), 2U);
     const Layer& film = *model.stack.layers[1];
     EXPECT_EQ(film.material, "ox");
@@ -57,7 +57,7 @@ TEST(Deposition, OnAFlatSurfaceHasItsThicknessWhateverTheStepCoverage) {
     for (const float stepCoverage : {0.1f, 0.5f, 1.0f}) {
         ProcessModel model;
         SetUpProfile(model, 6, 0.1f, std::vector<float>(9, 1.25f));
-        ExecuteDeposition(model, DepositionStep(0.4f, stepCoverage));
+        ExecuteDeposition(model.stack, model.grid, DepositionStep(0.4f, stepCoverage));
         for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
             EXPECT_EQ(model.stack.layers[1]->bottom[cell], 1.25f);
             EXPECT_NEAR(model.stack.layers[1]->top[cell], 1.65f, 1e-6f);
@@ -75,7 +75,7 @@ int SidewallCells(float stepCoverage) {
     }
     ProcessModel model;
     SetUpProfile(model, 5, 0.1f, columns);
-    ExecuteDeposition(model, DepositionStep(1.0f, stepCoverage));
+    ExecuteDeposition(model.stack, model.grid, DepositionStep(1.0f, stepCoverage));
     int covered = 0;
     for (std::int32_t col = 20; col < 60; ++col) {
         covered += model.stack.layers[1]->top[CellAt(model, col, 2)] > 11.0f ? 1 : 0;
@@ -96,7 +96,7 @@ TEST(Deposition, ClosesATrenchNarrowerThanTwiceItsLateralGrowth) {
     }
     ProcessModel model;
     SetUpProfile(model, 5, 0.1f, columns);
-    ExecuteDeposition(model, DepositionStep(1.0f, 1.0f));
+    ExecuteDeposition(model.stack, model.grid, DepositionStep(1.0f, 1.0f));
     for (std::int32_t col = 13; col <= 17; ++col) {
         // Much more than the two micrometres that its floor alone would reach.
         EXPECT_GT(model.stack.layers[1]->top[CellAt(model, col, 2)], 3.0f) << col;
@@ -112,7 +112,7 @@ TEST(Deposition, FollowsTheOffsetSurfaceOfTheCover) {
     }
     std::vector<float> offset(model.grid.CellCount());
     OffsetSurface(model.grid, offset, heights, 0.3f, 0.5f);
-    ExecuteDeposition(model, DepositionStep(0.3f, 0.5f));
+    ExecuteDeposition(model.stack, model.grid, DepositionStep(0.3f, 0.5f));
     EXPECT_EQ(BitsOf(model.stack.layers[1]->bottom), BitsOf(heights));
     EXPECT_EQ(BitsOf(model.stack.layers[1]->top), BitsOf(offset));
 }
@@ -122,7 +122,7 @@ TEST(Deposition, HasNoThicknessWhereTheOffsetSurfaceLiesLower) {
     // filled by the line through the two before, which leads down.
     ProcessModel model;
     SetUpProfile(model, 5, 1.0f, {1, 1, 1, 8, 2, 9});
-    ExecuteDeposition(model, DepositionStep(0.5f, 1.0f));
+    ExecuteDeposition(model.stack, model.grid, DepositionStep(0.5f, 1.0f));
     const Layer& film = *model.stack.layers[1];
     std::vector<float> offset(model.grid.CellCount());
     OffsetSurface(model.grid, offset, film.bottom, 0.5f, 1.0f);
@@ -144,7 +144,7 @@ TEST(Deposition, HasNoThicknessWhereTheOffsetIsNoNumber) {
     for (CoverCell& cell : model.stack.coverMap) {
         cell.height = std::numeric_limits<float>::quiet_NaN();
     }
-    ExecuteDeposition(model, DepositionStep(0.5f, 1.0f));
+    ExecuteDeposition(model.stack, model.grid, DepositionStep(0.5f, 1.0f));
     // No triangle, hence 0.0 everywhere; and nothing is greater than a NaN.
     EXPECT_EQ(BitsOf(model.stack.layers[1]->top), BitsOf(model.stack.layers[1]->bottom));
 }
@@ -152,7 +152,7 @@ TEST(Deposition, HasNoThicknessWhereTheOffsetIsNoNumber) {
 TEST(Deposition, IsTheCoverBesideItsThicknessToo) {
     ProcessModel model;
     SetUpProfile(model, 5, 1.0f, {1, 1, 1, 8, 2, 9});
-    ExecuteDeposition(model, DepositionStep(0.5f, 1.0f));
+    ExecuteDeposition(model.stack, model.grid, DepositionStep(0.5f, 1.0f));
     const Layer& film = *model.stack.layers[1];
     int bare = 0;
     for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
@@ -170,7 +170,7 @@ TEST(Deposition, LeavesOtherLayersAlone) {
     SetUpProfile(model, 4, 0.5f, {1, 2, 1, 1});
     const std::vector<float> top = model.stack.layers[0]->top;
     model.stack.layers[0]->changed = false;
-    ExecuteDeposition(model, DepositionStep(0.5f, 0.3f));
+    ExecuteDeposition(model.stack, model.grid, DepositionStep(0.5f, 0.3f));
     EXPECT_EQ(model.stack.layers[0]->top, top);
     EXPECT_FALSE(model.stack.layers[0]->changed);
 }
@@ -183,7 +183,7 @@ TEST(Deposition, StartsFromTheCoverAndNotFromAGapUnderIt) {
     AppendFlatLayer(model, 1.0f, 0.0f, "sacrificial");
     AppendFlatLayer(model, 3.0f, 1.0f, "beam");
     UpdateCoverMap(model.stack, model.grid);
-    ExecuteDeposition(model, DepositionStep(0.5f, 0.3f));
+    ExecuteDeposition(model.stack, model.grid, DepositionStep(0.5f, 0.3f));
     EXPECT_EQ(model.stack.layers[3]->bottom, std::vector<float>(25, 4.0f));
 }
 

@@ -108,7 +108,7 @@ TEST_F(EtchAgainstPlain, LowersTheSameCellsToTheSameBits) {
         step.kind = StepKind::Etch;
         step.targets = {"ox"};
         step.depth = static_cast<float>(random.Below(5)) * 0.25f;
-        ExecuteEtch(model, step);
+        ExecuteEtch(model.stack, model.grid, step);
 
         std::vector<float> surface;
         for (const CoverCell& cell : plain.stack.coverMap) {

@@ -45,7 +45,7 @@ protected:
         return layer;
     }
 
-    void Run(const ProcessStep& step) { ExecuteEtch(model, step); }
+    void Run(const ProcessStep& step) { ExecuteEtch(model.stack, model.grid, step); }
 
     /// The layer's top, expected to be the same everywhere.
     float TopOf(std::size_t id) const {
@@ -103,7 +103,7 @@ TEST_F(Etch, EatsIntoAWallByTheIsotropy) {
         return count;
     };
     ASSERT_EQ(cellsAbove(), 30);
-    ExecuteEtch(fine, EtchStep({"ox"}, 1.0f, 0.8f));
+    ExecuteEtch(fine.stack, fine.grid, EtchStep({"ox"}, 1.0f, 0.8f));
     EXPECT_NEAR(cellsAbove(), 22, 1);
 }
 
@@ -332,7 +332,7 @@ TEST_F(Release, EmptiesAllLayersOfAMaterial) {
     for (const auto& layer : model.stack.layers) {
         layer->changed = false;
     }
-    ExecuteRelease(model, ReleaseStep({"sac"}));
+    ExecuteRelease(model.stack, model.grid, ReleaseStep({"sac"}));
     EXPECT_EQ(TopOf(1), 10.0f);
     EXPECT_EQ(TopOf(2), 13.0f);
     EXPECT_EQ(TopOf(3), 13.0f);
@@ -344,7 +344,7 @@ TEST_F(Release, EmptiesAllLayersOfAMaterial) {
 TEST_F(Release, LeavesWhatLaysOnItHanging) {
     Append(2.0f, "sac");
     Append(1.0f, "poly");
-    ExecuteRelease(model, ReleaseStep({"sac"}));
+    ExecuteRelease(model.stack, model.grid, ReleaseStep({"sac"}));
     EXPECT_EQ(model.stack.layers[2]->bottom, std::vector<float>(model.grid.CellCount(), 12.0f));
     EXPECT_EQ(TopOf(2), 13.0f);
     for (const CoverCell& cell : model.stack.coverMap) {
@@ -356,7 +356,7 @@ TEST_F(Release, LeavesWhatLaysOnItHanging) {
 TEST_F(Release, OfTheTopmostLayerBaresTheNext) {
     Append(2.0f, "poly");
     Append(1.0f, "sac");
-    ExecuteRelease(model, ReleaseStep({"sac"}));
+    ExecuteRelease(model.stack, model.grid, ReleaseStep({"sac"}));
     for (const CoverCell& cell : model.stack.coverMap) {
         EXPECT_EQ(cell.layerId, 1);
         EXPECT_EQ(cell.height, 12.0f);
@@ -368,7 +368,7 @@ TEST_F(Release, TakesSeveralMaterialsAndIgnoresAbsentOnes) {
     Append(2.0f, "b");
     Append(2.0f, "c");
     model.stack.layers[2].reset();
-    ExecuteRelease(model, ReleaseStep({"c", "absent", "a", "b"}));
+    ExecuteRelease(model.stack, model.grid, ReleaseStep({"c", "absent", "a", "b"}));
     EXPECT_EQ(TopOf(1), 10.0f);
     EXPECT_EQ(TopOf(3), 14.0f);
     EXPECT_EQ(model.stack.coverMap[0].layerId, 0);
@@ -376,9 +376,9 @@ TEST_F(Release, TakesSeveralMaterialsAndIgnoresAbsentOnes) {
 
 TEST_F(Release, DoesNotTakeResistUnlessItIsNamed) {
     AppendResist(1.0f);
-    ExecuteRelease(model, ReleaseStep({"ox"}));
+    ExecuteRelease(model.stack, model.grid, ReleaseStep({"ox"}));
     EXPECT_EQ(TopOf(1), 11.0f);
-    ExecuteRelease(model, ReleaseStep({"PR"}));
+    ExecuteRelease(model.stack, model.grid, ReleaseStep({"PR"}));
     EXPECT_EQ(TopOf(1), 10.0f);
 }
 
@@ -386,7 +386,7 @@ TEST_F(Release, WithoutTargetsUpdatesTheCoverMapAlone) {
     Append(2.0f, "ox");
     model.stack.layers[1]->changed = false;
     model.stack.coverMap.assign(model.grid.CellCount(), CoverCell{});
-    ExecuteRelease(model, ReleaseStep({}));
+    ExecuteRelease(model.stack, model.grid, ReleaseStep({}));
     EXPECT_EQ(TopOf(1), 12.0f);
     EXPECT_FALSE(model.stack.layers[1]->changed);
     EXPECT_EQ(model.stack.coverMap[3].layerId, 1);

@@ -60,7 +60,7 @@ std::vector<float> ThicknessInRow(const ProcessModel& model, std::int32_t row) {
 TEST(Photo, AddsAResistLayerWithTheStepsProperties) {
     ProcessModel model;
     SetUpMask(model, 8, 6, 1.0f, 4);
-    ExecutePhoto(model, PhotoStep(2.0f, 90.0f));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.0f, 90.0f));
     ASSERT_EQ(model.stack.layers.size(), 2U);
     const Layer& resist = *model.stack.layers[1];
     EXPECT_TRUE(resist.isPhotoresist);
@@ -74,7 +74,7 @@ TEST(Photo, AddsAResistLayerWithTheStepsProperties) {
 TEST(Photo, DarkMaskKeepsResistInsideThePolygons) {
     ProcessModel model;
     SetUpMask(model, 8, 6, 1.0f, 4);
-    ExecutePhoto(model, PhotoStep(2.0f, 90.0f, true));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.0f, 90.0f, true));
     EXPECT_EQ(ThicknessInRow(model, 3), (std::vector<float>{0, 0, 0, 0, 2, 2, 2, 2}));
     // The resist covers its cells and the one beside them, at the foot of its wall.
     EXPECT_EQ(model.stack.coverMap[CellAt(model, 2, 3)].layerId, 0);
@@ -86,14 +86,14 @@ TEST(Photo, DarkMaskKeepsResistInsideThePolygons) {
 TEST(Photo, ClearMaskKeepsResistOutsideThePolygons) {
     ProcessModel model;
     SetUpMask(model, 8, 6, 1.0f, 4);
-    ExecutePhoto(model, PhotoStep(2.0f, 90.0f, false));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.0f, 90.0f, false));
     EXPECT_EQ(ThicknessInRow(model, 3), (std::vector<float>{2, 2, 2, 2, 0, 0, 0, 0}));
 }
 
 TEST(Photo, SlopesTheEdgeByTheTaper) {
     ProcessModel model;
     SetUpMask(model, 12, 6, 0.5f, 4);
-    ExecutePhoto(model, PhotoStep(2.25f, 45.0f));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.25f, 45.0f));
     const std::vector<float> thickness = ThicknessInRow(model, 3);
     // One micrometre up for each micrometre inward, up to the full thickness.
     const std::vector<float> expected{0, 0, 0, 0, 0.5f, 1, 1.5f, 2, 2.25f, 2.25f, 2.25f, 2.25f};
@@ -105,7 +105,7 @@ TEST(Photo, SlopesTheEdgeByTheTaper) {
 TEST(Photo, CutsTheFirstCellByThicknessLessPitchTimesTangent) {
     ProcessModel model;
     SetUpMask(model, 12, 6, 0.5f, 4);
-    ExecutePhoto(model, PhotoStep(2.0f, 60.0f));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.0f, 60.0f));
     const float tangent =
         static_cast<float>(std::tan(static_cast<double>(60.0f * 3.1415927f / 180.0f)));
     const std::size_t cell = CellAt(model, 4, 3);
@@ -127,7 +127,8 @@ TEST(Photo, HasTheSameSlopeToTheLastDigitEverywhere) {
         SetUpMask(model, 8, 6, 1.0f, 4);
         // On height 0, and cut by less than half: what remains of the first cell is the tangent.
         model.stack.coverMap.assign(model.grid.CellCount(), CoverCell{});
-        ExecutePhoto(model, PhotoStep(1.25f * slope.tangent, slope.taper));
+        ExecutePhoto(model.stack, model.grid, model.polygons,
+                     PhotoStep(1.25f * slope.tangent, slope.taper));
         EXPECT_EQ(model.stack.layers[1]->top[CellAt(model, 4, 3)], slope.tangent) << slope.taper;
     }
 }
@@ -136,7 +137,7 @@ TEST(Photo, WithASteepTaperHasASingleStep) {
     // The thickness is less than a pitch times the tangent: no cell is cut.
     ProcessModel model;
     SetUpMask(model, 8, 6, 1.0f, 4);
-    ExecutePhoto(model, PhotoStep(1.5f, 60.0f));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(1.5f, 60.0f));
     EXPECT_EQ(ThicknessInRow(model, 2), (std::vector<float>{0, 0, 0, 0, 1.5f, 1.5f, 1.5f, 1.5f}));
 }
 
@@ -144,7 +145,7 @@ TEST(Photo, TakesATaperAbove89DegreesFor89) {
     const auto topsWith = [](float taper) {
         ProcessModel model;
         SetUpMask(model, 10, 6, 0.01f, 4);
-        ExecutePhoto(model, PhotoStep(2.0f, taper));
+        ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.0f, taper));
         return model.stack.layers[1]->top;
     };
     EXPECT_EQ(BitsOf(topsWith(90.0f)), BitsOf(topsWith(89.0f)));
@@ -157,7 +158,7 @@ TEST(Photo, TakesATaperAbove89DegreesFor89) {
 TEST(Photo, UnderAMaskThatCoversEverythingIsNotCut) {
     ProcessModel model;
     SetUpMask(model, 8, 6, 1.0f, 0);
-    ExecutePhoto(model, PhotoStep(2.0f, 45.0f, true));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.0f, 45.0f, true));
     EXPECT_EQ(ThicknessInRow(model, 3), std::vector<float>(8, 2.0f));
     EXPECT_EQ(ThicknessInRow(model, 5), std::vector<float>(8, 2.0f));
 }
@@ -165,14 +166,14 @@ TEST(Photo, UnderAMaskThatCoversEverythingIsNotCut) {
 TEST(Photo, InAnOpeningThatCoversEverythingHasNoResist) {
     ProcessModel model;
     SetUpMask(model, 8, 6, 1.0f, 0);
-    ExecutePhoto(model, PhotoStep(2.0f, 45.0f, false));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.0f, 45.0f, false));
     EXPECT_EQ(ThicknessInRow(model, 3), std::vector<float>(8, 0.0f));
 }
 
 TEST(Photo, OfTaperZeroUnderAMaskThatCoversEverythingIsCutAway) {
     ProcessModel model;
     SetUpMask(model, 8, 6, 1.0f, 0);
-    ExecutePhoto(model, PhotoStep(2.0f, 0.0f, true));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.0f, 0.0f, true));
     EXPECT_EQ(ThicknessInRow(model, 3), std::vector<float>(8, 0.0f));
 }
 
@@ -181,13 +182,13 @@ TEST(Photo, WithoutAPolygonIsEmptyOrWhole) {
     SetUpMask(model, 8, 6, 1.0f, 4);
     ProcessStep step = PhotoStep(2.0f, 90.0f, true);
     step.maskId = 6;
-    ExecutePhoto(model, step);
+    ExecutePhoto(model.stack, model.grid, model.polygons, step);
     ASSERT_EQ(model.stack.layers.size(), 2U);
     EXPECT_EQ(ThicknessInRow(model, 3), std::vector<float>(8, 0.0f));
     EXPECT_EQ(model.stack.coverMap[0].layerId, 0);
 
     step.maskDark = false;
-    ExecutePhoto(model, step);
+    ExecutePhoto(model.stack, model.grid, model.polygons, step);
     EXPECT_EQ(ThicknessInRow(model, 3), std::vector<float>(8, 2.0f));
     EXPECT_EQ(model.stack.coverMap[0].layerId, 2);
 }
@@ -202,7 +203,7 @@ TEST(Photo, CoatsWithFullPlanarisation) {
     UpdateCoverMap(model.stack, model.grid);
     const auto coated = CreateLayer(model.grid);
     CoatLayer(model.grid, model.stack.coverMap, *coated, 1.0f, 1.0f);
-    ExecutePhoto(model, PhotoStep(1.0f, 90.0f, false));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(1.0f, 90.0f, false));
     EXPECT_EQ(BitsOf(model.stack.layers[1]->top), BitsOf(coated->top));
     EXPECT_EQ(BitsOf(model.stack.layers[1]->bottom), BitsOf(coated->bottom));
     EXPECT_NE(model.stack.layers[1]->top[CellAt(model, 8, 4)], 2.0f);
@@ -222,7 +223,7 @@ TEST(Photo, RoundsThePatternByHalfTheResolution) {
         line.maxY = 20.0;
         line.points = {{3.5, 0.0}, {5.0, 0.0}, {5.0, 20.0}, {3.5, 20.0}};
         model.polygons.push_back(line);
-        ExecutePhoto(model, PhotoStep(0.5f, 90.0f, true, res));
+        ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(0.5f, 90.0f, true, res));
         return ThicknessInRow(model, 4);
     };
     EXPECT_EQ(thicknessWith(0.0f), (std::vector<float>{0, 0, 0, 0, 0.5f, 0, 0, 0, 0}));
@@ -241,7 +242,7 @@ TEST(Photo, NeverCutsUnderItsBottom) {
         ground.top[cell] = cell % 12 == 4 || cell % 12 == 5 ? 1.8f : 1.0f;
     }
     UpdateCoverMap(model.stack, model.grid);
-    ExecutePhoto(model, PhotoStep(1.0f, 20.0f));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(1.0f, 20.0f));
     const Layer& resist = *model.stack.layers[1];
     int empty = 0;
     for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
@@ -254,11 +255,11 @@ TEST(Photo, NeverCutsUnderItsBottom) {
 TEST(Photo, LeavesThePolygonsForAnotherOneWithTheSameMask) {
     ProcessModel model;
     SetUpMask(model, 8, 6, 1.0f, 4);
-    ExecutePhoto(model, PhotoStep(2.0f, 90.0f));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.0f, 90.0f));
     const std::vector<float> first = ThicknessInRow(model, 3);
-    ExecuteStrip(model, {});
+    ExecuteStrip(model.stack, model.grid, {});
     EXPECT_EQ(model.stack.layers[1], nullptr);
-    ExecutePhoto(model, PhotoStep(2.0f, 90.0f));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.0f, 90.0f));
     ASSERT_EQ(model.stack.layers.size(), 3U);
     EXPECT_EQ(ThicknessInRow(model, 3), first);
 }

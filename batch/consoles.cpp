@@ -54,4 +54,9 @@ void OutputConsole::AppendLine(std::wstring line) {
     progress_.Interrupt([&] { WriteToOutput(Utf8FromWide(line) + '\n', failure_); });
 }
 
+std::string FirstOf(const std::vector<std::string>& errors) {
+    return errors.size() < 2 ? errors.at(0)
+                             : fmt::format("{} (and {} more)", errors[0], errors.size() - 1);
+}
+
 }  // namespace zelmo

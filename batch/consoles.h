@@ -28,6 +28,9 @@ private:
     std::string failure_;
 };
 
+/// Of some errors the first, and how many more there are: a reason for standard error.
+std::string FirstOf(const std::vector<std::string>& errors);
+
 /// Writes text to standard output; false, with the reason in `failure`, if it does not get there.
 bool WriteToOutput(std::string_view text, std::string& failure);
 

@@ -10,6 +10,7 @@
 
 #include "base/log_console.h"
 #include "base/text.h"
+#include "batch/consoles.h"
 #include "gds/gds_database.h"
 #include "gds/layout_error.h"
 #include "model/process_model.h"
@@ -43,12 +44,6 @@ Outcome LayoutFailure(const std::filesystem::path& path, const std::string& reas
 Outcome ProcessFailure(const std::filesystem::path& path, const std::string& reason) {
     return {ExitStatus::Process, fmt::format("the process file {} cannot be run: {}",
                                              Utf8FromWide(PathText(path)), reason)};
-}
-
-/// The first error, and how many more there are.
-std::string FirstOf(const std::vector<std::string>& errors) {
-    return errors.size() < 2 ? errors.at(0)
-                             : fmt::format("{} (and {} more)", errors[0], errors.size() - 1);
 }
 
 std::string LayoutReason(const std::filesystem::path& path, LayoutErrorKind kind) {

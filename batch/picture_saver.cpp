@@ -12,6 +12,7 @@
 
 #include "base/data_files.h"
 #include "base/text.h"
+#include "batch/consoles.h"
 #include "model/process_model.h"
 #include "pictures/picture_names.h"
 #include "pictures/step_image.h"
@@ -38,6 +39,21 @@ fs::path OutputFolder(const BatchOptions& options) {
     return MakeOutputFolderName(error ? options.process : process);
 }
 
+/// The desktop draws what it can with a faulty shader; pictures that lack their layers are of no
+/// use to a script. The reason, or an empty text.
+std::string WhyUnusable(const Studio& studio) {
+    if (studio.FaultyShaders().empty()) {
+        return "";
+    }
+    const FaultyShader& shader = studio.FaultyShaders().front();
+    std::vector<std::string> lines;
+    for (const std::wstring& reason : shader.reasons) {
+        lines.push_back(Utf8FromWide(reason));
+    }
+    return fmt::format("the shader file {} cannot be used: {}", Utf8FromWide(PathText(shader.path)),
+                       FirstOf(lines));
+}
+
 std::string NoPicture(const ProcessModel& model, std::size_t index, const std::string& reason) {
     const std::wstring name = StepImageName(ImageNumber(index), model.steps[index].description);
     return fmt::format("the picture \"{}\" could not be made: {}", Utf8FromWide(name), reason);
@@ -51,9 +67,14 @@ PictureSaver::PictureSaver(const BatchOptions& options,
 
 Outcome PictureSaver::Begin(const ProcessModel& model, const std::vector<fs::path>& assetFolders) {
     std::string problem;
-    studio_ = OpenPictureStudio(FindDataFile(assetFolders, "surface.shader"),
-                                FindDataFile(assetFolders, "point.shader"), problem);
-    if (!studio_) {
+    context_ = CreateOffscreenGlContext(problem);
+    if (!context_) {
+        return {ExitStatus::Picture, "no picture can be made: " + problem};
+    }
+    studio_ = std::make_unique<Studio>(FindDataFile(assetFolders, "surface.shader"),
+                                       FindDataFile(assetFolders, "point.shader"));
+    problem = WhyUnusable(*studio_);
+    if (!problem.empty()) {
         return {ExitStatus::Picture, problem};
     }
     std::vector<std::wstring> names;
@@ -69,11 +90,14 @@ Outcome PictureSaver::Save(const ProcessModel& model, std::size_t index) {
     std::string problem;
     std::optional<std::string> hopeless;
     try {
-        image = studio_->TakePicture(model, model.steps[index], ImageNumber(index), problem);
+        image = studio_->TakePicture(model, model.steps[index], ImageNumber(index), &problem);
     } catch (const std::bad_alloc&) {
         hopeless = "there is not enough memory";
     } catch (const std::exception& error) {
         hopeless = error.what();
+    }
+    if (!studio_->FontProblem().empty()) {
+        hopeless = studio_->FontProblem();
     }
     // One at a time: no more than this picture and the next are in memory.
     Finish();

@@ -11,7 +11,8 @@
 #include "batch/exit_status.h"
 #include "batch/options.h"
 #include "batch/picture_folder.h"
-#include "batch/picture_studio.h"
+#include "render/gl/gl_context.h"
+#include "render/studio.h"
 
 namespace zelmo {
 
@@ -42,7 +43,8 @@ private:
     void Miss(const std::string& reason);
 
     std::function<void(const std::string&)> tell_;
-    std::unique_ptr<PictureStudio> studio_;
+    std::unique_ptr<GlContext> context_;  ///< the studio goes while it is current
+    std::unique_ptr<Studio> studio_;
     PictureFolder folder_;
     bool complete_ = true;
     std::future<std::string> saving_;  ///< of the last picture; ends before this object does

@@ -8,7 +8,6 @@
 #include <utility>
 #include <vector>
 
-#include "base/log_console.h"
 #include "base/row_bands.h"
 #include "benchmarks/example_run.h"
 #include "model/execute_step.h"
@@ -26,20 +25,14 @@ namespace {
 
 constexpr std::int32_t cells = 1000;
 
-class QuietConsole : public LogConsole {
-protected:
-    void AppendLine(std::wstring) override {}
-};
-
 /// What pictures are drawn with, all of it while the context is current.
 struct Studio {
     std::string problem;
     std::unique_ptr<GlContext> context = CreateOffscreenGlContext(problem);
-    QuietConsole console;
     StackUploads uploads;
     TextFont textFont;
-    ShaderProgram surfaceShader{"surface.shader", &console};
-    ShaderProgram pointShader{"point.shader", &console};
+    ShaderProgram surfaceShader{"surface.shader"};
+    ShaderProgram pointShader{"point.shader"};
     std::unique_ptr<Camera> camera;
 };
 

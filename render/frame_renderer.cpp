@@ -110,8 +110,9 @@ void DrawLayers(const ProcessModel& model, const StackUploads& uploads, const Pi
     if (!shader.IsUsable()) {
         return;
     }
+    const bool wholeMeshes = tools.wholeMeshes || !shader.HiddenPartsMayBeLeftOut();
     std::optional<VisibleTriangles> visible;
-    if (!tools.wholeMeshes && DrawsInSoftware()) {
+    if (!wholeMeshes && DrawsInSoftware()) {
         visible.emplace(model, view);
     }
     for (std::size_t slot = 0; slot < model.stack.layers.size(); ++slot) {
@@ -121,7 +122,7 @@ void DrawLayers(const ProcessModel& model, const StackUploads& uploads, const Pi
             continue;
         }
         // What lets nothing through replaces what is behind it.
-        const bool blends = tools.wholeMeshes || !IsOpaque(*layer);
+        const bool blends = wholeMeshes || !IsOpaque(*layer);
         (blends ? glEnable : glDisable)(GL_BLEND);
         glUniform3fv(UniformLocation(shader, "color"), 1, layer->color.data());
         glUniform1f(UniformLocation(shader, "alpha"), layer->alpha);

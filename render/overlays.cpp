@@ -31,8 +31,12 @@ std::array<GLint, 4> CurrentViewport() {
     return viewport;
 }
 
-/// Draws a text in black with its lower left corner at this pixel of the picture.
+/// Draws a text in black with its lower left corner at this pixel of the picture; without a font,
+/// nothing.
 void DrawTextAtPixel(const std::string& text, float x, float y, const GlFont& font) {
+    if (font.listBase == 0) {
+        return;
+    }
     glColor4f(0.0f, 0.0f, 0.0f, 1.0f);
     glWindowPos2f(x, y);
     glListBase(font.listBase);

@@ -210,8 +210,7 @@ TEST_F(Frame, DrawsMarkersOnlyWhereTheyAreAskedFor) {
 }
 
 TEST_F(Frame, WithoutUsableShadersStillHasItsLabelsAndLegend) {
-    RecordingConsole console;
-    const ShaderProgram broken("no such.shader", &console);
+    const ShaderProgram broken("no such.shader");
     AppendRectangle(model_, uploads_, {1.0f, 0.0f, 0.0f});
     AddMarkers(10);
     model_.stack.layerCount = 1;

@@ -18,7 +18,6 @@
 #include "render/gl/shader_program.h"
 #include "render/gl/text_font.h"
 #include "render/stack_uploads.h"
-#include "tests/support/recording_console.h"
 
 namespace zelmo {
 
@@ -84,9 +83,8 @@ private:
 
 /// The project's shaders, and fonts, for one test.
 struct TestTools {
-    RecordingConsole console;
-    ShaderProgram surfaceShader{"surface.shader", &console};
-    ShaderProgram pointShader{"point.shader", &console};
+    ShaderProgram surfaceShader{"surface.shader"};
+    ShaderProgram pointShader{"point.shader"};
     TextFont textFont;
 
     PictureTools Tools() { return {surfaceShader, pointShader, textFont}; }

@@ -8,17 +8,14 @@
 #include <vector>
 
 #include "tests/render/gl_test.h"
+#include "tests/render/made_stack.h"
 
 namespace zelmo {
 namespace {
 
 /// A model of 13 by 13 cells one micrometre apart, with a margin of one cell, whose cover is flat.
 std::unique_ptr<ProcessModel> MakeModel(float height) {
-    auto model = std::make_unique<ProcessModel>();
-    model->settings.gridColumns = 13;
-    model->settings.windowWidth = 10.0f;
-    model->settings.windowHeight = 10.0f;
-    SizeGrid(model->grid, model->settings);
+    auto model = MakeEmptyModel(10.0f, 10.0f, 13);
     model->stack.coverMap.assign(model->grid.CellCount(), CoverCell{0, height});
     return model;
 }

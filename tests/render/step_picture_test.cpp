@@ -4,8 +4,8 @@
 
 #include <algorithm>
 
-#include "model/grid/grid.h"
 #include "tests/render/gl_test.h"
+#include "tests/render/made_stack.h"
 
 namespace zelmo {
 namespace {
@@ -15,29 +15,10 @@ protected:
     StepPicture() { step_.description = "oxide deposition"; }
 
     /// A model of a flat window, with no layer yet.
-    std::unique_ptr<ProcessModel> MakeModel(float width, float height, float angle) {
-        auto model = std::make_unique<ProcessModel>();
-        model->settings.windowWidth = width;
-        model->settings.windowHeight = height;
+    static std::unique_ptr<ProcessModel> MakeModel(float width, float height, float angle) {
+        auto model = MakeEmptyModel(width, height, 25);
         model->settings.cameraAngle = angle;
-        model->settings.gridColumns = 25;
-        SizeGrid(model->grid, model->settings);
-        model->stack.coverMap.assign(model->grid.CellCount(), CoverCell{});
         return model;
-    }
-
-    /// Puts a film over everything, with the cover on top of it.
-    Layer& AddFilm(ProcessModel& model, float thickness, std::array<float, 3> color) {
-        AppendLayer(model.stack, CreateLayer(model.grid));
-        Layer& layer = *model.stack.layers.back();
-        layer.color = color;
-        const auto id = static_cast<std::int32_t>(model.stack.layers.size()) - 1;
-        for (std::size_t i = 0; i < model.stack.coverMap.size(); ++i) {
-            layer.bottom[i] = model.stack.coverMap[i].height;
-            layer.top[i] = layer.bottom[i] + thickness;
-            model.stack.coverMap[i] = {id, layer.top[i]};
-        }
-        return layer;
     }
 
     StepImage Take(ProcessModel& model, std::int32_t number = 1) {

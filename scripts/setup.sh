@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 packages="build-essential cmake ninja-build pkg-config dpkg-dev ca-certificates python3 \
 clang-14 clang-tidy-14 libclang-rt-14-dev \
 libfmt-dev libcli11-dev libpng-dev zlib1g-dev googletest libgtest-dev libbenchmark-dev \
-qt6-base-dev libegl-dev libgl-dev libglu1-mesa-dev libegl1 libegl-mesa0 libgl1-mesa-dri libfreetype-dev libfontconfig-dev \
+qt6-base-dev libxcb1-dev libegl-dev libgl-dev libglu1-mesa-dev libegl1 libegl-mesa0 libgl1-mesa-dri libfreetype-dev libfontconfig-dev \
 fonts-liberation g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64 xvfb xauth"
 sources="glew libpng1.6"
 

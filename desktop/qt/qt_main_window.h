@@ -60,6 +60,8 @@ private:
     void CreateStatusBar();
     void CreateMenuBar();
     bool Fail(const std::wstring& message);
+    /// Gives the window its outer size, that of the screen at most, in the middle of the screen.
+    void Place();
     void LayOut();
 
     std::unique_ptr<GlContext> context_;  ///< outlives the pictures that are drawn with it
@@ -69,6 +71,7 @@ private:
     PictureView* pictureView_ = nullptr;
     QPlainTextEdit* consoleView_ = nullptr;
     std::unique_ptr<TextViewConsole> console_;
+    bool framed_ = false;   ///< whether the window was placed with its frame
     QString dialogFolder_;  ///< where a file dialog begins: where the last one ended
 };
 

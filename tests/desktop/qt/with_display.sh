@@ -1,8 +1,10 @@
 #!/bin/sh
-# Runs a command on an X server of its own: with_display.sh COMMAND ARGUMENT...
+# Runs a command on an X server of its own: with_display.sh WIDTHxHEIGHT COMMAND ARGUMENT...
 set -eu
+size=$1
+shift
 numbers=$(mktemp)
-Xvfb -displayfd 3 -screen 0 1600x1200x24 -nolisten tcp 3> "$numbers" > /dev/null 2>&1 &
+Xvfb -displayfd 3 -screen 0 "${size}x24" -nolisten tcp 3> "$numbers" > /dev/null 2>&1 &
 server=$!
 trap 'kill "$server" 2> /dev/null || true; rm -f "$numbers"' EXIT
 waited=0

@@ -11,6 +11,7 @@
 #include <CLI/CLI.hpp>
 
 #include "base/text.h"
+#include "base/version.h"
 
 namespace zelmo {
 
@@ -73,7 +74,7 @@ std::filesystem::path PathFromArgument(const std::string& argument) {
 
 void AddOptions(CLI::App& app, Texts& texts, BatchOptions& options) {
     app.allow_windows_style_options(false);
-    app.set_version_flag("--version", "zelmo-batch " ZELMO_VERSION);
+    app.set_version_flag("--version", std::string("zelmo-batch ") + programVersion);
     app.footer(exitStatuses);
     app.add_option("LAYOUT.gds", texts.layout, "The layout, a GDSII stream file")
         ->required()

@@ -8,6 +8,7 @@
 #include "base/debug_trace.h"
 #include "base/log_console.h"
 #include "base/text.h"
+#include "base/version.h"
 #include "desktop/main_window.h"
 #include "pictures/picture_files.h"
 #include "pictures/picture_names.h"
@@ -20,7 +21,6 @@ namespace zelmo {
 namespace {
 
 constexpr const char* programName = "Zelmo";
-constexpr const char* programVersion = "3.2.1";
 constexpr int processFileVersion = 4;
 
 /// Files and folders take the separator of their platform.

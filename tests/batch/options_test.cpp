@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "base/text.h"
+#include "base/version.h"
 
 namespace zelmo {
 namespace {
@@ -83,7 +84,8 @@ TEST(ParseCommandLine, HelpAndVersionNeedNoFiles) {
         EXPECT_EQ(line.status, ExitStatus::Success);
         EXPECT_TRUE(line.text.ends_with("\n"));
     }
-    EXPECT_EQ(ParseCommandLine({"--version"}).text, "zelmo-batch 3.2.1\n");
+    EXPECT_EQ(ParseCommandLine({"--version"}).text,
+              std::string("zelmo-batch ") + programVersion + "\n");
 }
 
 }  // namespace

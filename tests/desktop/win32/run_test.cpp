@@ -1,3 +1,5 @@
+#include "base/text.h"
+#include "base/version.h"
 #include "tests/desktop/win32/window_fixture.h"
 
 namespace zelmo {
@@ -128,10 +130,10 @@ TEST_F(WindowRunTest, StopThenCloseTwiceWritesTheLinesOfEach) {
 TEST_F(WindowRunTest, ARunGoesOnBehindTheAboutBox) {
     StartWithLayout();
     Program().Command(aboutCommand);
-    const HWND box = Program().WaitForDialog(L"Zelmo 3.2.1");
+    const HWND box = Program().WaitForDialog(L"Zelmo " + WidenBytes(programVersion));
     // All of the run is served by the message loop of the box.
     Program().RunToEnd(Process());
-    EXPECT_EQ(Program().FindDialog(L"Zelmo 3.2.1"), box);
+    EXPECT_EQ(Program().FindDialog(L"Zelmo " + WidenBytes(programVersion)), box);
     EXPECT_EQ(Program().Caption(), L"003 Nitride deposition");
     Program().CloseMessage(box);
     Program().KeyTo(VK_LEFT, L"002 Oxide deposition");

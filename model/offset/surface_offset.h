@@ -14,9 +14,8 @@ struct Grid;
 /// sideways by `lateral` * `distance` along the horizontal part of its unit normal, and stores the
 /// resulting height field in `out`. Where the moved surface folds over itself, the highest sheet
 /// counts for a rising surface, the lowest for a sinking one; where it leaves gaps they are filled
-/// (FillMissingCells). `out` and `heights` hold one float
-/// per cell and do not overlap. Needs four bytes of memory for a cell, and then 28 for a gap. Works
-/// on all cores.
+/// (FillMissingCells). `out` and `heights` hold one float per cell and do not overlap. Needs four
+/// bytes of memory for a cell, and then 28 for a gap. Works on all cores.
 void OffsetSurface(const Grid& grid, std::span<float> out, std::span<const float> heights,
                    float distance, float lateral);
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "base/lane_code.h"
-#include "model/offset/vector_lanes.h"
+#include "base/vector_lanes.h"
 
 // One lane is one column. The padding makes the first and the last columns ordinary ones, but for
 // the squares that do not exist there.

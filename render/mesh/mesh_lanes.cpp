@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "base/lane_code.h"
-#include "model/offset/vector_lanes.h"
+#include "base/vector_lanes.h"
 
 namespace zelmo::ZELMO_LANES {
 

@@ -11,6 +11,7 @@
 #include "base/conversions.h"
 #include "tests/model/grid_model.h"
 #include "tests/plain/neighbour_table_plain.h"
+#include "tests/support/case_count.h"
 
 namespace zelmo {
 namespace {
@@ -22,13 +23,6 @@ NeighbourTable MakeTable(std::int32_t rows, std::int32_t cols, float spacing) {
     NeighbourTable table;
     BuildNeighbourTable(table, rows, cols, spacing);
     return table;
-}
-
-/// As many cases as the environment asks for, or the usual number.
-std::uint32_t CaseCount(std::uint32_t usual) {
-    const char* const wanted = std::getenv("ZELMO_CASES");
-    return wanted == nullptr ? usual
-                             : static_cast<std::uint32_t>(std::strtoul(wanted, nullptr, 10));
 }
 
 /// Mostly ordinary ones; of the others some make many lengths round to one distance.

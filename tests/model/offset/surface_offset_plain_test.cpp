@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
 #include <vector>
 
@@ -16,6 +15,7 @@
 #include "model/offset/surface_offset.h"
 #include "tests/model/grid_model.h"
 #include "tests/plain/surface_offset_plain.h"
+#include "tests/support/case_count.h"
 
 namespace zelmo {
 namespace {
@@ -85,13 +85,6 @@ void SetUpRandomGrid(ProcessModel& model, TestRandom& random) {
     model.grid.columns = static_cast<std::int32_t>(1 + random.Below(mostCols));
     model.grid.rows = static_cast<std::int32_t>(1 + random.Below(mostRows));
     model.grid.spacing = spacings[random.Below(random.Below(4) == 0 ? 8 : 5)];
-}
-
-/// As many cases as the environment asks for, or the usual number.
-std::uint32_t CaseCount(std::uint32_t usual) {
-    const char* const wanted = std::getenv("ZELMO_CASES");
-    return wanted == nullptr ? usual
-                             : static_cast<std::uint32_t>(std::strtoul(wanted, nullptr, 10));
 }
 
 /// Each case with other lanes and on another number of threads.

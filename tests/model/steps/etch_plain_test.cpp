@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
 #include <string>
 #include <vector>
@@ -15,6 +14,7 @@
 #include "model/offset/surface_offset.h"
 #include "model/steps/steps.h"
 #include "tests/model/grid_model.h"
+#include "tests/support/case_count.h"
 
 namespace zelmo {
 namespace {
@@ -91,9 +91,7 @@ protected:
 };
 
 TEST_F(EtchAgainstPlain, LowersTheSameCellsToTheSameBits) {
-    const char* const wanted = std::getenv("ZELMO_CASES");
-    const std::uint32_t cases =
-        wanted == nullptr ? 400 : static_cast<std::uint32_t>(std::strtoul(wanted, nullptr, 10));
+    const std::uint32_t cases = CaseCount(400);
     for (std::uint32_t seed = 0; seed < cases; ++seed) {
         AllowWideLanes(seed % 2 == 0);
         SetRowThreads(static_cast<std::int32_t>(1 + seed % 3));

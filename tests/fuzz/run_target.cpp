@@ -11,7 +11,6 @@
 #include "gds/gds_reader.h"
 #include "gds/polygon_extraction.h"
 #include "model/grid/grid.h"
-#include "model/process_model.h"
 #include "process_file/reader.h"
 #include "tests/fuzz/made_run.h"
 #include "tests/fuzz/target.h"
@@ -29,18 +28,18 @@ bool IsSmall(const MemoryFile& layout, const MemoryFile& process) {
     CountingConsole console;
     GdsDatabase database;
     Require(!ReadGdsFile(database, layout.Path(), &console), "a made layout loads");
-    ProcessModel model;
-    if (ReadProcessFile(model, process.Path(), &console) != 0) {
+    const ProcessFile file = ReadProcessFile(process.Path(), {});
+    if (!file.errors.empty()) {
         return false;  // a few of the smallest numbers are taken for zero
     }
-    SizeGrid(model);
+    Grid grid;
+    SizeGrid(grid, file.settings);
     const auto toUnits = [&](float microns) {
         return TruncateToI64(static_cast<double>(microns) / database.micronsPerUnit);
     };
-    const ExtractionWindow window{toUnits(model.grid.originX), toUnits(model.grid.originY),
-                                  toUnits(model.grid.originX + model.grid.width),
-                                  toUnits(model.grid.originY + model.grid.height),
-                                  toUnits(model.grid.spacing)};
+    const ExtractionWindow window{toUnits(grid.originX), toUnits(grid.originY),
+                                  toUnits(grid.originX + grid.width),
+                                  toUnits(grid.originY + grid.height), toUnits(grid.spacing)};
     ExtractionLimits limits;
     limits.polygons = 2000;
     limits.fruitlessTests = 50000;

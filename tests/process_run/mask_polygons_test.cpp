@@ -22,6 +22,15 @@ using Lines = std::vector<std::string>;
 
 constexpr double smallestPositive = 2.2250738585072014e-308;
 
+/// Ten micrometres each way, at a pitch of 0.1.
+Grid GridOf10By10() {
+    Grid grid;
+    grid.spacing = 0.1f;
+    grid.width = 10.0f;
+    grid.height = 10.0f;
+    return grid;
+}
+
 class ExtractMaskPolygonsTest : public testing::Test {
 protected:
     template <typename Write>
@@ -34,7 +43,7 @@ protected:
     }
 
     std::string cellName = "TOP";
-    Grid grid{.spacing = 0.1f, .width = 10.0f, .height = 10.0f};  // micrometres, at a pitch of 0.1
+    Grid grid = GridOf10By10();
     MaskExtraction masks;
     RecordingConsole console;
 };

@@ -8,7 +8,6 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
 #include <memory>
 #include <random>
@@ -19,6 +18,7 @@
 #include "model/grid/grid.h"
 #include "model/stack.h"
 #include "tests/plain/mesh_plain.h"
+#include "tests/support/case_count.h"
 
 namespace zelmo {
 namespace {
@@ -313,8 +313,7 @@ std::unique_ptr<Layer> MakeRandomLayer(std::mt19937& random, RandomLayerMix mix)
 
 void CompareRandomLayers(RandomLayerMix mix) {
     std::mt19937 random(20240611);
-    const char* wanted = std::getenv("ZELMO_CASES");  // more of them, where there is time
-    const int runs = wanted != nullptr ? std::max(1, std::atoi(wanted)) : 150;
+    const auto runs = static_cast<int>(CaseCount(150));
     for (int run = 0; run < runs && !::testing::Test::HasFailure(); ++run) {
         AllowWideLanes(run % 2 == 0);
         SetRowThreads(1 + run % 3);

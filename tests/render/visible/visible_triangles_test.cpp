@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 #include <limits>
 #include <random>
 
@@ -14,17 +13,12 @@
 #include "render/highest_surface.h"
 #include "render/mesh/layer_mesh.h"
 #include "tests/render/gl_test.h"
+#include "tests/support/case_count.h"
 
 // A frame that leaves out what cannot be seen is to have the bytes of one that draws everything.
 
 namespace zelmo {
 namespace {
-
-/// How many random stacks are drawn; the environment can ask for more.
-int CaseCount(int usual) {
-    const char* wanted = std::getenv("ZELMO_CASES");
-    return wanted != nullptr ? std::max(1, std::atoi(wanted)) : usual;
-}
 
 /// Stacks as runs leave them, and worse: hills, films of any thickness, patterns, levelled layers,
 /// etched ones, and gaps where a layer has been released.
@@ -258,7 +252,7 @@ protected:
 };
 
 TEST_F(Visible, GivesThePictureOfWholeMeshesOnRandomStacks) {
-    const int cases = CaseCount(250);
+    const auto cases = static_cast<int>(CaseCount(250));
     for (int i = 0; i < cases && !HasFailure(); ++i) {
         SCOPED_TRACE(i);
         StackMaker maker(static_cast<unsigned>(i));

@@ -2,6 +2,7 @@
 // what a whole run is measured against. The linker takes the first definition of a name.
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -67,18 +68,9 @@ LayerMesh MakeLayerMesh(const Layer& layer, std::int32_t marginCols, std::int32_
     return MakeLayerMeshPlain(layer, marginCols, marginRows);
 }
 
-struct VisibleTriangles::Choice {};
-
-VisibleTriangles::VisibleTriangles(const ProcessModel&, const PictureView&) {}
-
-VisibleTriangles::~VisibleTriangles() = default;
-
-bool VisibleTriangles::Chosen() const {
-    return false;
-}
-
-std::span<const std::uint32_t> VisibleTriangles::IndicesOf(std::size_t) {
-    return {};
+std::optional<ChosenTriangles> ChooseTriangles(const Stack&, const Grid&, const PictureView&,
+                                               const HidingRules&) {
+    return std::nullopt;
 }
 
 }  // namespace zelmo

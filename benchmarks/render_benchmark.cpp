@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory>
+#include <optional>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -13,11 +16,8 @@
 #include "model/execute_step.h"
 #include "model/grid/shown_window.h"
 #include "render/gl/gl_context.h"
-#include "render/gl/shader_program.h"
-#include "render/gl/text_font.h"
 #include "render/mesh/layer_mesh.h"
-#include "render/stack_uploads.h"
-#include "render/step_picture.h"
+#include "render/studio.h"
 #include "tests/plain/mesh_plain.h"
 
 namespace zelmo {
@@ -25,24 +25,41 @@ namespace {
 
 constexpr std::int32_t cells = 1000;
 
-/// What pictures are drawn with, all of it while the context is current.
-struct Studio {
-    std::string problem;
-    std::unique_ptr<GlContext> context = CreateOffscreenGlContext(problem);
-    StackUploads uploads;
-    TextFont textFont;
-    ShaderProgram surfaceShader{"surface.shader"};
-    ShaderProgram pointShader{"point.shader"};
-    std::unique_ptr<Camera> camera;
+/// A picture's triangles are chosen by all rules, by none (whole meshes with blending), or by all
+/// but one.
+enum Rules : std::int64_t {
+    allRules,
+    wholeMeshes,
+    withoutStanding,
+    withoutBuried,
+    withoutShadowed,
+    withoutBetweenPixels,
+    withoutLevelParts,
 };
 
-Studio& TheStudio() {
-    static Studio studio;
-    return studio;
+std::optional<HidingRules> RulesOf(std::int64_t choice) {
+    if (choice == wholeMeshes) {
+        return std::nullopt;
+    }
+    return HidingRules{choice != withoutStanding, choice != withoutBuried,
+                       choice != withoutShadowed, choice != withoutBetweenPixels,
+                       choice != withoutLevelParts};
+}
+
+/// Pictures by these rules, all of them in one context.
+Studio& StudioOf(std::int64_t rules) {
+    static std::string problem;
+    static const std::unique_ptr<GlContext> context = CreateOffscreenGlContext(problem);
+    static std::map<std::int64_t, Studio> studios;
+    if (context == nullptr) {
+        throw std::runtime_error(problem);
+    }
+    return studios.try_emplace(rules, "surface.shader", "point.shader", RulesOf(rules))
+        .first->second;
 }
 
 /// The CMOS example after so many steps. Asked for in ascending order, it runs once.
-ProcessModel& StackAfter(std::size_t steps) {
+const ProcessModel& StackAfter(std::size_t steps) {
     static const auto model = PrepareExample("cmos_inverter", cells);
     static std::size_t executed = 0;
     for (; executed < std::min(steps, model->steps.size()); ++executed) {
@@ -105,16 +122,13 @@ BENCHMARK(MeshOfOneLayer<MakeLayerMesh>)
     ->ArgsProduct({{0, 2, 5, 11}, {1, 2}})
     ->Unit(benchmark::kMillisecond);
 
-/// A picture of a stack whose meshes are up to date, with all triangles or with those in sight.
+/// A picture of a stack whose meshes are up to date.
 void Picture(benchmark::State& state) {
-    ProcessModel& model = StackAfter(static_cast<std::size_t>(state.range(0)));
-    Studio& studio = TheStudio();
-    const PictureTools tools{studio.surfaceShader, studio.pointShader, studio.textFont,
-                             state.range(1) != 0};
-    const ProcessStep step;
+    const ProcessModel& model = StackAfter(static_cast<std::size_t>(state.range(0)));
+    Studio& studio = StudioOf(state.range(1));
+    studio.TakePicture(model, {}, 1);  // uploads what has changed
     for (auto _ : state) {
-        const StepImage image =
-            TakeStepPicture(model, step, studio.uploads, tools, 1, studio.camera);
+        const StepImage image = studio.TakePicture(model, {}, 1);
         benchmark::DoNotOptimize(image.pixels.data());
     }
     double triangles = 0.0;
@@ -124,14 +138,15 @@ void Picture(benchmark::State& state) {
     state.counters["triangles"] = triangles;
 }
 
-// Arguments: the number of steps, which only grows, and whether all triangles are drawn
+// Arguments: the number of steps, which only grows, and by which rules the triangles are chosen
 BENCHMARK(Picture)
-    ->Args({twelveLayers, 1})
-    ->Args({twelveLayers, 0})
-    ->Args({allSteps, 1})
-    ->Args({allSteps, 0})
-    ->UseRealTime()
-    ->Unit(benchmark::kMillisecond);
+    ->Apply([](auto* picture) {
+        for (const std::int64_t steps : {twelveLayers, allSteps}) {
+            for (std::int64_t rules = allRules; rules <= withoutLevelParts; ++rules) {
+                picture->Args({steps, rules});
+            }
+        }
+    }) -> UseRealTime() -> Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace zelmo

@@ -15,7 +15,6 @@
 #include "render/gl/shader_program.h"
 #include "render/overlays.h"
 #include "render/stack_uploads.h"
-#include "render/visible/layer_stack.h"
 #include "render/visible/visible_triangles.h"
 
 namespace zelmo {
@@ -110,11 +109,14 @@ void DrawLayers(const ProcessModel& model, const StackUploads& uploads, const Pi
     if (!shader.IsUsable()) {
         return;
     }
-    const bool wholeMeshes = tools.wholeMeshes || !shader.HiddenPartsMayBeLeftOut();
-    std::optional<VisibleTriangles> visible;
-    if (!wholeMeshes && DrawsInSoftware()) {
-        visible.emplace(model, view);
+    const bool drawsAll = !tools.hidingRules || !shader.HiddenPartsMayBeLeftOut();
+    std::optional<ChosenTriangles> chosen;
+    if (!drawsAll && DrawsInSoftware()) {
+        HidingRules rules = *tools.hidingRules;
+        rules.levelParts &= !model.settings.showHeights;  // markers have depths of their own
+        chosen = ChooseTriangles(model.stack, model.grid, view, rules);
     }
+    DrawnTriangles drawn;
     for (std::size_t slot = 0; slot < model.stack.layers.size(); ++slot) {
         const Layer* layer = model.stack.layers[slot].get();
         const UploadedMesh* mesh = layer != nullptr ? FindMesh(uploads, *layer) : nullptr;
@@ -122,14 +124,15 @@ void DrawLayers(const ProcessModel& model, const StackUploads& uploads, const Pi
             continue;
         }
         // What lets nothing through replaces what is behind it.
-        const bool blends = wholeMeshes || !IsOpaque(*layer);
+        const bool blends = drawsAll || !IsOpaque(*layer);
         (blends ? glEnable : glDisable)(GL_BLEND);
         glUniform3fv(UniformLocation(shader, "color"), 1, layer->color.data());
         glUniform1f(UniformLocation(shader, "alpha"), layer->alpha);
-        if (visible && visible->Chosen()) {
-            DrawCorners(visible->LevelCornersOf(slot));
+        if (chosen) {
+            FindDrawnTriangles(*chosen, slot, drawn);
+            DrawCorners(drawn.levelCorners);
             glBindVertexArray(mesh->VertexArray());
-            DrawTriangles(visible->IndicesOf(slot));
+            DrawTriangles(drawn.indices);
         } else {
             glBindVertexArray(mesh->VertexArray());
             DrawMesh(*mesh);

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+
+#include "render/visible/hiding_rules.h"
 
 namespace zelmo {
 
@@ -15,7 +18,8 @@ struct PictureTools {
     const ShaderProgram& surfaceShader;
     const ShaderProgram& pointShader;
     TextFont& textFont;
-    bool wholeMeshes = false;  ///< for comparisons: draws also what cannot be seen
+    /// What need not be drawn. Without any, whole meshes are drawn, all with blending.
+    std::optional<HidingRules> hidingRules = HidingRules{};
 };
 
 /// Draws the complete picture of a model into the framebuffer that is bound, `width` by `height`

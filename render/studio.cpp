@@ -5,8 +5,9 @@
 
 namespace zelmo {
 
-Studio::Studio(const std::filesystem::path& surfaceShader, const std::filesystem::path& pointShader)
-    : surfaceShader_(surfaceShader), pointShader_(pointShader) {
+Studio::Studio(const std::filesystem::path& surfaceShader, const std::filesystem::path& pointShader,
+               std::optional<HidingRules> hidingRules)
+    : surfaceShader_(surfaceShader), pointShader_(pointShader), hidingRules_(hidingRules) {
     if (!surfaceShader_.IsUsable()) {
         faultyShaders_.push_back({surfaceShader, surfaceShader_.Errors()});
     }
@@ -17,7 +18,7 @@ Studio::Studio(const std::filesystem::path& surfaceShader, const std::filesystem
 
 StepImage Studio::TakePicture(const ProcessModel& model, const ProcessStep& step,
                               std::int32_t imageNumber, std::string* problem) {
-    const PictureTools tools{surfaceShader_, pointShader_, textFont_};
+    const PictureTools tools{surfaceShader_, pointShader_, textFont_, hidingRules_};
     return TakeStepPicture(model, step, uploads_, tools, imageNumber, camera_, problem);
 }
 

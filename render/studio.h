@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,7 @@
 #include "render/gl/shader_program.h"
 #include "render/gl/text_font.h"
 #include "render/stack_uploads.h"
+#include "render/visible/hiding_rules.h"
 
 namespace zelmo {
 
@@ -27,7 +29,9 @@ struct FaultyShader {
 /// holds of the stack, and the camera. To be made, used and destroyed while the context is current.
 class Studio {
 public:
-    Studio(const std::filesystem::path& surfaceShader, const std::filesystem::path& pointShader);
+    /// The rules are those of every picture, for comparisons: without any, whole meshes are drawn.
+    Studio(const std::filesystem::path& surfaceShader, const std::filesystem::path& pointShader,
+           std::optional<HidingRules> hidingRules = HidingRules{});
 
     /// The shaders that failed. Pictures lack what they draw, and are complete otherwise.
     const std::vector<FaultyShader>& FaultyShaders() const { return faultyShaders_; }
@@ -46,6 +50,7 @@ private:
     ShaderProgram pointShader_;
     std::vector<FaultyShader> faultyShaders_;
     std::unique_ptr<Camera> camera_;
+    std::optional<HidingRules> hidingRules_;
 };
 
 }  // namespace zelmo

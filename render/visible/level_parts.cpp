@@ -1,8 +1,9 @@
 #include "render/visible/level_parts.h"
 
 #include <algorithm>
+#include <span>
 
-#include "model/process_model.h"
+#include "render/visible/chosen_triangles.h"
 
 namespace zelmo {
 
@@ -35,8 +36,7 @@ LevelPart PartAt(const LayerStack& stack, std::int32_t col, std::int32_t band) {
     return part;
 }
 
-}  // namespace
-
+/// All level parts, from the front.
 std::vector<LevelPart> FindLevelParts(const LayerStack& stack,
                                       std::span<const std::uint8_t> marks) {
     std::vector<LevelPart> parts;
@@ -54,6 +54,30 @@ std::vector<LevelPart> FindLevelParts(const LayerStack& stack,
         }
     }
     return parts;
+}
+
+/// Takes the triangles of a level part out of those that are drawn. True if there were any.
+bool TakeOut(const LevelPart& part, SquareBytes& squares) {
+    constexpr unsigned drawUpper = drawUpperFront | drawUpperBack;
+    unsigned drawn = 0;
+    for (std::int32_t band = part.band; band < part.band + levelPartSize; ++band) {
+        std::uint8_t* bytes = squares.Row(band);
+        for (std::int32_t col = part.col; col < part.col + levelPartSize; ++col) {
+            drawn |= bytes[col] & drawUpper;
+            bytes[col] = static_cast<std::uint8_t>(bytes[col] & ~drawUpper);
+        }
+    }
+    return drawn != 0;
+}
+
+}  // namespace
+
+void MergeLevelParts(ChosenTriangles& chosen, const SquareBytes& level) {
+    for (const LevelPart& part : FindLevelParts(chosen.stack, level.All())) {
+        if (TakeOut(part, chosen.layers[part.layer])) {
+            chosen.levelParts.push_back(part);
+        }
+    }
 }
 
 void AppendCorners(const LevelPart& part, float spacing, std::vector<MeshVertex>& corners) {

@@ -2,11 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <vector>
 
 #include "render/mesh/mesh_vertex.h"
-#include "render/visible/layer_stack.h"
 
 // A level part of an opaque layer's upper sheet has one colour. Two large triangles that reach one
 // square farther on all sides cover the same pixels as its many small ones, and a few more that
@@ -14,6 +12,9 @@
 // in the part and two squares around it, that these bits would decide.
 
 namespace zelmo {
+
+class SquareBytes;
+struct ChosenTriangles;
 
 /// So many squares across and along.
 constexpr std::int32_t levelPartSize = 8;
@@ -26,9 +27,9 @@ struct LevelPart {
     float height = 0.0f;
 };
 
-/// The level parts of a stack, from the front. `marks` has a byte for each square of the window,
-/// band by band: 1 where the uppermost opaque layer is level.
-std::vector<LevelPart> FindLevelParts(const LayerStack& stack, std::span<const std::uint8_t> marks);
+/// Takes the triangles of level parts out of what was chosen, and lists those parts that had any.
+/// `level` has 1 where the uppermost opaque layer is level.
+void MergeLevelParts(ChosenTriangles& chosen, const SquareBytes& level);
 
 /// Appends the corners of the two triangles that stand for a part.
 void AppendCorners(const LevelPart& part, float spacing, std::vector<MeshVertex>& corners);

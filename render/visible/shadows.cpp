@@ -5,7 +5,6 @@
 #include <limits>
 
 #include "base/row_bands.h"
-#include "model/process_model.h"
 #include "render/visible/eye_strips.h"
 
 namespace zelmo {

@@ -190,32 +190,23 @@ void FindBuriedSquares(const PlaceRows& places, const HeightRows& heights, const
     }
 }
 
-std::int32_t PackMasks(const std::int32_t* const* masks, std::int32_t squares,
-                       std::uint8_t* bytes) {
+void PackMasks(const std::int32_t* const* masks, std::int32_t squares, std::uint8_t* bytes) {
     using FewBytes [[gnu::vector_size(lanes)]] = std::int8_t;
-    IntLanes count{};
     std::int32_t col = 0;
     for (; col + lanes <= squares; col += lanes) {
         IntLanes bits{};
         for (std::int32_t i = 0; i < 6; ++i) {
             bits |= LoadLanes(masks[i] + col) & (1 << i);
         }
-        count += (bits & 1) + ((bits >> 1) & 1);
         StoreLanes(bytes + col, __builtin_convertvector(bits, FewBytes));
-    }
-    std::int32_t sum = 0;
-    for (std::int32_t i = 0; i < lanes; ++i) {
-        sum += count[i];
     }
     for (; col < squares; ++col) {
         std::int32_t bits = 0;
         for (std::int32_t i = 0; i < 6; ++i) {
             bits |= masks[i][col] & (1 << i);
         }
-        sum += (bits & 1) + ((bits >> 1) & 1);
         bytes[col] = static_cast<std::uint8_t>(bits);
     }
-    return sum;
 }
 
 bool FindTriangles(const PlaceRows& thick, std::int32_t squares, const TriangleMasks* three,

@@ -57,10 +57,9 @@ ZELMO_DECLARE_LANE_KERNEL(void FindBuriedSquares(const PlaceRows& places, const 
                                                  const EyeRange& eye, std::int32_t squares,
                                                  std::int32_t* buried))
 
-/// A byte for every square out of six masks, the first one its lowest bit. Returns how many bits of
-/// the first two there are.
-ZELMO_DECLARE_LANE_KERNEL(std::int32_t PackMasks(const std::int32_t* const* masks,
-                                                 std::int32_t squares, std::uint8_t* bytes))
+/// A byte for every square out of six masks, the first one its lowest bit.
+ZELMO_DECLARE_LANE_KERNEL(void PackMasks(const std::int32_t* const* masks, std::int32_t squares,
+                                         std::uint8_t* bytes))
 
 /// Masks of the squares' triangles: of their lower left halves and of their upper right ones.
 struct TriangleMasks {

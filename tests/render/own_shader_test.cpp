@@ -91,8 +91,11 @@ protected:
         const Camera camera(10.0, 10.0, HighestSurface(model_->stack.coverMap), 40.0);
         const int height = static_cast<int>(800 / camera.aspect);
         const Canvas canvas(800, height);
-        RenderFrame(*model_, uploads_, camera, {surfaceShader, pointShader_, font_, wholeMeshes},
-                    800, height);
+        PictureTools tools{surfaceShader, pointShader_, font_};
+        if (wholeMeshes) {
+            tools.hidingRules.reset();
+        }
+        RenderFrame(*model_, uploads_, camera, tools, 800, height);
         return canvas.Read();
     }
 

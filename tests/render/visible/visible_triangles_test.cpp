@@ -169,7 +169,9 @@ protected:
         const int height = static_cast<int>(width / camera.aspect);
         const Canvas canvas(width, height);
         PictureTools tools = tools_.Tools();
-        tools.wholeMeshes = wholeMeshes;
+        if (wholeMeshes) {
+            tools.hidingRules.reset();
+        }
         RenderFrame(model, uploads_, camera, tools, width, height);
         return canvas.Read();
     }
@@ -207,17 +209,21 @@ protected:
     /// How many triangles are drawn of a model, and how many there are.
     std::pair<std::size_t, std::size_t> CountTriangles(ProcessModel& model, int width) {
         const Camera camera = Prepare(model);
-        VisibleTriangles visible(
-            model, {camera.transform, 0, 0, width, static_cast<int>(width / camera.aspect), 8});
+        HidingRules rules;
+        rules.levelParts = !model.settings.showHeights;
+        const auto chosen = ChooseTriangles(
+            model.stack, model.grid,
+            {camera.transform, 0, 0, width, static_cast<int>(width / camera.aspect), 8}, rules);
+        DrawnTriangles drawn;
         std::pair<std::size_t, std::size_t> counts{0, 0};
         for (std::size_t slot = 0; slot < model.stack.layers.size(); ++slot) {
             if (model.stack.layers[slot] != nullptr) {
                 counts.second += static_cast<std::size_t>(
                                      FindMesh(uploads_, *model.stack.layers[slot])->IndexCount()) /
                                  3;
-                if (visible.Chosen()) {
-                    counts.first += visible.LevelCornersOf(slot).size() / 3;
-                    counts.first += visible.IndicesOf(slot).size() / 3;
+                if (chosen) {
+                    FindDrawnTriangles(*chosen, slot, drawn);
+                    counts.first += drawn.levelCorners.size() / 3 + drawn.indices.size() / 3;
                 }
             }
         }
@@ -435,7 +441,8 @@ TEST_F(Visible, DrawsWholeMeshesWhereTheViewIsNoneOfTheWindow) {
     Settle(*model);
     const Camera camera = CameraOf(*model, 1.0f);
     const auto chosen = [&](const Matrix4& transform) {
-        return VisibleTriangles(*model, {transform, 0, 0, 1920, 900, 8}).Chosen();
+        const PictureView view{transform, 0, 0, 1920, 900, 8};
+        return ChooseTriangles(model->stack, model->grid, view).has_value();
     };
     EXPECT_TRUE(chosen(camera.transform));
     EXPECT_FALSE(chosen(identity));
@@ -453,7 +460,8 @@ TEST_F(Visible, DrawsWholeMeshesWhereAHeightIsNoNumber) {
         model->stack.layers[0]->top[60 * 120 + 60] = bad;
         Settle(*model);
         const Camera camera = CameraOf(*model, 1.5f);
-        EXPECT_FALSE(VisibleTriangles(*model, {camera.transform, 0, 0, 1920, 900, 8}).Chosen());
+        const PictureView view{camera.transform, 0, 0, 1920, 900, 8};
+        EXPECT_FALSE(ChooseTriangles(model->stack, model->grid, view));
     }
 }
 

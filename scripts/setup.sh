@@ -27,7 +27,7 @@ add rendering "g++ cmake ninja-build dpkg-dev libfmt-dev libcli11-dev libpng-dev
 libegl-dev libgl-dev libopengl-dev libegl1 libegl-mesa0 libgl1-mesa-dri libfreetype-dev \
 libfontconfig-dev fonts-liberation" glew
 add desktop qt6-base-dev ""
-add packages "g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64" libpng1.6
+add packages "file g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64" libpng1.6
 add tests "python3 clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev googletest \
 libgtest-dev libbenchmark-dev libxcb1-dev xvfb xauth" ""
 if [ -z "$complete" ]; then

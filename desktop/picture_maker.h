@@ -25,8 +25,8 @@ public:
 };
 
 /// The one that draws with GL. The context must be current here and at every use, also at the end.
-/// A shader that cannot be loaded is reported to `console`, and at the first picture a missing font;
-/// pictures then lack what it draws.
+/// A shader that cannot be loaded is reported to `console`, and at the first picture a missing
+/// font; pictures then lack what it draws.
 std::unique_ptr<PictureMaker> CreateGlPictureMaker(const std::filesystem::path& surfaceShaderPath,
                                                    const std::filesystem::path& pointShaderPath,
                                                    LogConsole* console);

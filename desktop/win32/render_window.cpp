@@ -1,7 +1,7 @@
 #include "desktop/win32/render_window.h"
 
 #include "base/debug_trace.h"
-#include "render/gl/window_context.h"
+#include "render/gl/window_context_wgl.h"
 
 namespace zelmo {
 

@@ -7,7 +7,7 @@
 #include "desktop/win32/base_window.h"
 #include "desktop/win32/edit_console.h"
 #include "desktop/win32/render_window.h"
-#include "render/gl/window_context.h"
+#include "render/gl/window_context_wgl.h"
 
 namespace zelmo {
 

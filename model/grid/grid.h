@@ -35,9 +35,9 @@ struct Grid {
     float originY = 0.0f;
     float marginX = 0.0f;  ///< from the grid's corner to the window's
     float marginY = 0.0f;
-    NeighbourTable neighbours;
+    NeighbourTable neighbours{};
     /// Truncated distance in cells -> last position in the neighbour table.
-    std::vector<std::int32_t> distanceIndex;
+    std::vector<std::int32_t> distanceIndex{};
 
     std::size_t CellCount() const {
         return static_cast<std::size_t>(rows) * static_cast<std::size_t>(columns);

@@ -7,7 +7,7 @@
 
 #include "render/gl/gl_context.h"
 #include "render/gl/gl_requirements.h"
-#include "render/gl/window_context.h"
+#include "render/gl/window_context_wgl.h"
 
 namespace zelmo {
 

@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
+#include "base/padded_rows.h"
 #include "render/visible/chosen_triangles.h"
 #include "render/visible/level_lanes.h"
-#include "base/padded_rows.h"
 #include "render/visible/picture_view.h"
 #include "render/visible/shadows.h"
 #include "render/visible/sight.h"

@@ -64,7 +64,7 @@ void DrawMesh(const UploadedMesh& mesh) {
 
 /// Draws the triangles between these of the mesh's vertices.
 void DrawTriangles(std::span<const std::uint32_t> indices) {
-    constexpr std::size_t most = 3 * 40000;
+    constexpr std::size_t most = std::size_t{3} * 40000;
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
     while (!indices.empty()) {
         const std::span<const std::uint32_t> some = indices.first(std::min(most, indices.size()));

@@ -133,14 +133,14 @@ RowChooser::RowChooser(const LayerStack& stack, const Choice& choice)
       aboveUpper_(Slots(4), stack.cols),
       aboveLower_(Slots(4), stack.cols),
       standsOn_(Slots(4), stack.cols),
-      buried_(Slots(2 * 2), stack.cols),
-      buriedBands_(Slots(2 * 2), -1),
+      buried_(Slots(4), stack.cols),
+      buriedBands_(Slots(4), -1),
       masks_(6, stack.cols),
       levelCodes_(4, stack.cols),
       levelHeights_(4, stack.cols),
       uneven_(1, stack.cols),
-      pixels_(Slots(2 * 2 * 2), stack.cols),
-      pixelRows_(Slots(2 * 2), -1),
+      pixels_(Slots(8), stack.cols),
+      pixelRows_(Slots(4), -1),
       cover_(2, stack.cols) {
     const std::vector<float> edge(static_cast<std::size_t>(stack.cols), sight_.edgeCover);
     std::vector<float> inside(edge.size(), sight_.cover);

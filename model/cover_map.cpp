@@ -28,6 +28,7 @@ constexpr std::uint64_t allBits = std::numeric_limits<std::uint64_t>::max();
 
 class CoverTile {
 public:
+    // NOLINTNEXTLINE(*-member-init): of large arrays only as much is set as is read
     CoverTile(Stack& stack, const Grid& grid, std::int32_t firstCol, std::int32_t firstRow)
         : stack_(stack),
           grid_(grid),

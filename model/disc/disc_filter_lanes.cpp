@@ -14,17 +14,17 @@ struct RowGroup {
     DoubleLanes sums[groupSize] = {};
 
     void Add(const double* cells) {
-        for (std::int32_t i = 0; i < groupSize; ++i) {
+        for (std::ptrdiff_t i = 0; i < groupSize; ++i) {
             sums[i] += LoadLanes<DoubleLanes>(cells + i * laneCount<DoubleLanes>);
         }
     }
     void Remove(const double* cells) {
-        for (std::int32_t i = 0; i < groupSize; ++i) {
+        for (std::ptrdiff_t i = 0; i < groupSize; ++i) {
             sums[i] -= LoadLanes<DoubleLanes>(cells + i * laneCount<DoubleLanes>);
         }
     }
     void Store(double* out) const {
-        for (std::int32_t i = 0; i < groupSize; ++i) {
+        for (std::ptrdiff_t i = 0; i < groupSize; ++i) {
             StoreLanes(out + i * laneCount<DoubleLanes>, sums[i]);
         }
     }

@@ -85,7 +85,7 @@ class RowBlur {
 public:
     RowBlur(const SlidingDisc& disc, std::span<const std::uint8_t> rawMask)
         : disc_(disc), running_(disc, rawMask) {
-        setCells_.resize(static_cast<std::size_t>(disc.cols + blurOvershoot));
+        setCells_.resize(static_cast<std::size_t>(disc.cols) + blurOvershoot);
     }
 
     void BlurRow(std::int32_t row, std::span<std::uint8_t> mask) {

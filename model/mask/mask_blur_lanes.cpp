@@ -17,12 +17,12 @@ void SumDiscEdges(const DiscEdge* edges, std::size_t edgeCount, std::int32_t sta
         for (std::size_t edge = 0; edge < edgeCount; ++edge) {
             const std::int32_t* const taken = edges[edge].taken + col;
             const std::int32_t* const given = edges[edge].given + col;
-            for (std::int32_t i = 0; i < groupSize; ++i) {
+            for (std::ptrdiff_t i = 0; i < groupSize; ++i) {
                 group[i] += LoadLanes<IntLanes>(taken + i * laneCount<IntLanes>);
                 group[i] -= LoadLanes<IntLanes>(given + i * laneCount<IntLanes>);
             }
         }
-        for (std::int32_t i = 0; i < groupSize; ++i) {
+        for (std::ptrdiff_t i = 0; i < groupSize; ++i) {
             StoreLanes(sums + col + i * laneCount<IntLanes>, group[i]);
         }
     }

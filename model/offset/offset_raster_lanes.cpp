@@ -60,7 +60,7 @@ void SetRange(IntLanes& first, IntLanes& last, const FloatLanes& smallest,
 /// The band's cells that a triangle can touch.
 Box<IntLanes> BoxOf(const RasterBand& band, const IntLanes& exists, const CornerCells& a,
                     const CornerCells& b, const CornerCells& c) {
-    Box<IntLanes> box;
+    Box<IntLanes> box{};
     SetRange(box.minCol, box.maxCol, Smallest(a.col, b.col, c.col), Largest(a.col, b.col, c.col),
              band.cols);
     SetRange(box.minRow, box.maxRow, Smallest(a.row, b.row, c.row), Largest(a.row, b.row, c.row),

@@ -52,7 +52,7 @@ constexpr std::size_t stretch = 2048;
 /// material that stands. Slot 0, the substrate, is never etched.
 void EtchStretch(Stack& stack, const std::vector<float>& weights, std::span<const float> front,
                  std::size_t first) {
-    std::array<std::int32_t, stretch> open;
+    std::array<std::int32_t, stretch> open;  // NOLINT(*-member-init): filled in the next line
     open.fill(-1);
     bool anyOpen = true;
     for (std::size_t id = stack.layers.size(); anyOpen && id-- > 1;) {

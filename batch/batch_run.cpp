@@ -24,6 +24,7 @@
 #include "model/process_model.h"
 #include "process_file/color_table.h"
 #include "process_run/execute_run.h"
+#include "process_run/result_files.h"
 
 namespace zelmo {
 
@@ -44,12 +45,15 @@ struct Reporting {
 
 /// The dump step replaces its file without a word.
 void WarnOfDump(const ProcessModel& model, Reporting& reporting) {
-    const bool dumps =
-        std::any_of(model.steps.begin(), model.steps.end(),
-                    [](const ProcessStep& step) { return step.kind == StepKind::Dump; });
     std::error_code ignored;
-    if (dumps && std::filesystem::exists("VertexData.txt", ignored)) {
-        reporting.Error("warning: VertexData.txt in the current directory is replaced by the dump");
+    for (const ResultFile& file : resultFiles) {
+        const bool isAskedFor =
+            std::any_of(model.steps.begin(), model.steps.end(),
+                        [&](const ProcessStep& step) { return step.result == file.result; });
+        if (isAskedFor && std::filesystem::exists(file.fileName, ignored)) {
+            reporting.Error(fmt::format(
+                "warning: {} in the current directory is replaced by the dump", file.fileName));
+        }
     }
 }
 

@@ -21,7 +21,7 @@ void Execute(ProcessModel& model, const ProcessStep& step) {
         case StepKind::Substrate:
             return ExecuteSubstrate(stack, grid, model.settings.windowWidth, step);
         case StepKind::Dump:
-            return ExecuteDump(stack, grid, step);
+            return;  // the stack stays; who runs the steps writes the file
         case StepKind::Photo:
             return ExecutePhoto(stack, grid, model.polygons, step);
         case StepKind::Etch:

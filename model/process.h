@@ -54,6 +54,7 @@ struct ProcessStep {
     std::string materialType;          ///< what `-targets` selects by
     std::string description;           ///< text for the console and the picture
     std::string processName;           ///< name of an etch, release or strip
+    std::string result;                ///< dump: what is written
     std::vector<std::string> targets;  ///< etch, release: names of the materials to remove
 };
 

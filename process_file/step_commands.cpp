@@ -206,6 +206,7 @@ void ReadStrip(ReaderState& state, std::string_view line, ArgumentList allowed, 
 }
 
 void ReadDump(ReaderState&, std::string_view, ArgumentList, ProcessFile& file) {
+    file.steps.back().result = "stack data";
     file.steps.back().description = "dumping of stack data";
 }
 

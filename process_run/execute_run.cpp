@@ -7,6 +7,8 @@
 #include "base/clock.h"
 #include "base/log_console.h"
 #include "model/execute_step.h"
+#include "model/process.h"
+#include "process_run/result_files.h"
 
 namespace zelmo {
 
@@ -18,6 +20,7 @@ void ReportRunStart(LogConsole* console) {
 void ExecuteStepWithReport(ProcessModel& model, const ProcessStep& step, LogConsole* console) {
     const std::int32_t start = ElapsedMilliseconds();
     ExecuteStep(model, step, console);
+    WriteResult(model, step.result);
     const double seconds = static_cast<double>(ElapsedMilliseconds() - start) / 1000.0;
     console->Write(fmt::format("Completed in {:.3f} s", seconds));
 }

@@ -14,7 +14,7 @@ struct ProcessStep;
 /// Writes the headline of a run.
 void ReportRunStart(LogConsole* console);
 
-/// Executes a step and reports its time.
+/// Executes a step, with the file that it asks for, and reports its time.
 void ExecuteStepWithReport(ProcessModel& model, const ProcessStep& step, LogConsole* console);
 
 /// Writes the end of a run that started at `startClock` milliseconds (ElapsedMilliseconds).

@@ -28,7 +28,5 @@ void ExecuteEtch(Stack& stack, const Grid& grid, const ProcessStep& step);
 void ExecuteStrip(Stack& stack, const Grid& grid, const ProcessStep& step);
 /// Removes whole materials, wherever they lie.
 void ExecuteRelease(Stack& stack, const Grid& grid, const ProcessStep& step);
-/// Writes the stack to "VertexData.txt" in the current directory. Says nothing if it cannot.
-void ExecuteDump(const Stack& stack, const Grid& grid, const ProcessStep& step);
 
 }  // namespace zelmo

@@ -7,8 +7,9 @@
 #include <iterator>
 #include <limits>
 #include <string>
+#include <vector>
 
-#include "model/execute_step.h"
+#include "process_run/execute_run.h"
 #include "tests/model/grid_model.h"
 #include "tests/support/recording_console.h"
 #include "tests/support/temp_folder.h"
@@ -19,16 +20,21 @@ namespace {
 namespace fs = std::filesystem;
 
 /// Makes a fresh folder the current one for the length of a test.
-class DumpStep : public testing::Test {
+class StackData : public testing::Test {
 protected:
-    DumpStep() : before_(fs::current_path()) { fs::current_path(folder_.Path()); }
-    ~DumpStep() override { fs::current_path(before_); }
+    StackData() : before_(fs::current_path()) { fs::current_path(folder_.Path()); }
+    ~StackData() override { fs::current_path(before_); }
 
-    static void Dump(ProcessModel& model, RecordingConsole* console = nullptr) {
+    /// The lines of the step, but for its time.
+    static std::vector<std::string> Dump(ProcessModel& model) {
         ProcessStep step;
         step.kind = StepKind::Dump;
+        step.result = "stack data";
         step.description = "dumping of stack data";
-        ExecuteStep(model, step, console);
+        RecordingConsole console;
+        ExecuteStepWithReport(model, step, &console);
+        console.lines.pop_back();
+        return console.lines;
     }
 
     /// What the file says, with the platform's line ends read as '\n'.
@@ -42,7 +48,7 @@ private:
     fs::path before_;
 };
 
-TEST_F(DumpStep, WritesTheWholeStack) {
+TEST_F(StackData, WritesTheWholeStack) {
     ProcessModel model;
     SetUpGrid(model, 2, 2, 1.0f);
     AppendFlatLayer(model, 0.0f, 0.5f);
@@ -53,9 +59,7 @@ TEST_F(DumpStep, WritesTheWholeStack) {
     for (std::int32_t id = 0; id < 4; ++id) {
         model.stack.coverMap[static_cast<std::size_t>(id)] = {id, 0.6f + static_cast<float>(id)};
     }
-    RecordingConsole console;
-    Dump(model, &console);
-    EXPECT_EQ(console.lines, (std::vector<std::string>{"Executing dumping of stack data ..."}));
+    EXPECT_EQ(Dump(model), (std::vector<std::string>{"Executing dumping of stack data ..."}));
 
     const std::string film = "\tBOT: 0.600000023842\tTOP: 0.600000023842\tTHI: 0.000000000000\n";
     const std::string ground = "\tBOT: 0.000000000000\tTOP: 0.500000000000\tTHI: 0.500000000000\n";
@@ -81,7 +85,7 @@ TEST_F(DumpStep, WritesTheWholeStack) {
                   "\n\n");
 }
 
-TEST_F(DumpStep, ChangesNothingInTheModel) {
+TEST_F(StackData, ChangesNothingInTheModel) {
     ProcessModel model;
     SetUpGrid(model, 3, 2, 1.0f);
     Layer& layer = AppendFlatLayer(model, 0.0f, 0.5f);
@@ -96,7 +100,17 @@ TEST_F(DumpStep, ChangesNothingInTheModel) {
     EXPECT_EQ(model.stack.layers.size(), 1U);
 }
 
-TEST_F(DumpStep, OverwritesAnOlderFile) {
+TEST_F(StackData, AStepThatAsksForNoneWritesNoFile) {
+    ProcessModel model;
+    SetUpGrid(model, 2, 2, 1.0f);
+    ProcessStep strip;
+    strip.kind = StepKind::Strip;
+    RecordingConsole console;
+    ExecuteStepWithReport(model, strip, &console);
+    EXPECT_TRUE(fs::is_empty(fs::current_path()));
+}
+
+TEST_F(StackData, OverwritesAnOlderFile) {
     std::ofstream("VertexData.txt") << std::string(10000, 'x');
     ProcessModel model;
     SetUpGrid(model, 1, 1, 1.0f);
@@ -104,7 +118,7 @@ TEST_F(DumpStep, OverwritesAnOlderFile) {
     EXPECT_EQ(Text(), "\nCOVER LAYER ID: 0\tHEIGHT: 0.0000000000\n\n\n\n");
 }
 
-TEST_F(DumpStep, LineEndsArePlatformsOwn) {
+TEST_F(StackData, LineEndsArePlatformsOwn) {
     ProcessModel model;
     SetUpGrid(model, 1, 1, 1.0f);
     Dump(model);
@@ -114,18 +128,16 @@ TEST_F(DumpStep, LineEndsArePlatformsOwn) {
         fs::file_size("lines.txt") + std::string("COVER LAYER ID: 0\tHEIGHT: 0.0000000000").size());
 }
 
-TEST_F(DumpStep, SaysNothingWhereTheFileCannotBeOpened) {
+TEST_F(StackData, SaysNothingWhereTheFileCannotBeOpened) {
     fs::create_directory("VertexData.txt");
     ProcessModel model;
     SetUpGrid(model, 2, 2, 1.0f);
-    RecordingConsole console;
-    Dump(model, &console);
-    EXPECT_EQ(console.lines, (std::vector<std::string>{"Executing dumping of stack data ..."}));
+    EXPECT_EQ(Dump(model), (std::vector<std::string>{"Executing dumping of stack data ..."}));
     EXPECT_TRUE(fs::is_directory("VertexData.txt"));
     fs::remove("VertexData.txt");
 }
 
-TEST_F(DumpStep, WritesStrangeNumbersTheSameOnEveryPlatform) {
+TEST_F(StackData, WritesStrangeNumbersTheSameOnEveryPlatform) {
     const float infinity = std::numeric_limits<float>::infinity();
     const float nan = std::numeric_limits<float>::quiet_NaN();
     ProcessModel model;
@@ -163,7 +175,7 @@ TEST_F(DumpStep, WritesStrangeNumbersTheSameOnEveryPlatform) {
     }
 }
 
-TEST_F(DumpStep, NumbersAreRoundedToTheNearestTextAndTiesToTheEvenOne) {
+TEST_F(StackData, NumbersAreRoundedToTheNearestTextAndTiesToTheEvenOne) {
     TestRandom random(12);
     ProcessModel model;
     SetUpGrid(model, 2000, 1, 1.0f);

@@ -1,31 +1,24 @@
 #include <fmt/format.h>
 
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
 #include <iterator>
-#include <memory>
 
-#include "model/grid/grid.h"
-#include "model/stack.h"
-#include "model/steps/steps.h"
+#include "model/process_model.h"
+#include "process_run/result_files.h"
 
 namespace zelmo {
 
 namespace {
 
-struct FileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
-/// A text file that is written in large pieces: at 1000 columns it gets gigabytes long.
-class DumpFile {
+/// Text that is written in large pieces: at 1000 columns it gets gigabytes long.
+class TextWriter {
 public:
-    explicit DumpFile(const char* name) : file_(std::fopen(name, "w")) {}
-    ~DumpFile() { Flush(); }
-    DumpFile(const DumpFile&) = delete;
-    DumpFile& operator=(const DumpFile&) = delete;
-
-    bool IsOpen() const { return file_ != nullptr; }
+    explicit TextWriter(std::FILE* file) : file_(file) {}
+    ~TextWriter() { Flush(); }
+    TextWriter(const TextWriter&) = delete;
+    TextWriter& operator=(const TextWriter&) = delete;
 
     template <typename... Values>
     void Print(fmt::format_string<Values...> format, const Values&... values) {
@@ -39,19 +32,17 @@ private:
     static constexpr std::size_t flushSize = 1 << 16;
 
     void Flush() {
-        if (file_ != nullptr) {
-            std::fwrite(text_.data(), 1, text_.size(), file_.get());
-        }
+        std::fwrite(text_.data(), 1, text_.size(), file_);
         text_.clear();
     }
 
-    std::unique_ptr<std::FILE, FileCloser> file_;
+    std::FILE* file_;
     fmt::memory_buffer text_;
 };
 
 // Heights are widened before they are printed: the digits are those of the float's exact value.
-void DumpCell(DumpFile& file, const Stack& stack, const Grid& grid, std::int32_t row,
-              std::int32_t col) {
+void WriteCell(TextWriter& file, const Stack& stack, const Grid& grid, std::int32_t row,
+               std::int32_t col) {
     const std::size_t cell =
         static_cast<std::size_t>(row) * static_cast<std::size_t>(grid.columns) +
         static_cast<std::size_t>(col);
@@ -73,16 +64,13 @@ void DumpCell(DumpFile& file, const Stack& stack, const Grid& grid, std::int32_t
 
 }  // namespace
 
-void ExecuteDump(const Stack& stack, const Grid& grid, const ProcessStep&) {
-    DumpFile file("VertexData.txt");
-    if (!file.IsOpen()) {
-        return;
-    }
-    for (std::int32_t row = 0; row < grid.rows; ++row) {
-        for (std::int32_t col = 0; col < grid.columns; ++col) {
-            DumpCell(file, stack, grid, row, col);
+void WriteStackData(const ProcessModel& model, std::FILE* file) {
+    TextWriter writer(file);
+    for (std::int32_t row = 0; row < model.grid.rows; ++row) {
+        for (std::int32_t col = 0; col < model.grid.columns; ++col) {
+            WriteCell(writer, model.stack, model.grid, row, col);
         }
-        file.Print("\n\n");
+        writer.Print("\n\n");
     }
 }
 

@@ -15,7 +15,7 @@ class UploadedVertices {
 public:
     /// Empty. The attributes of a vertex, from index 0 on, follow one another as so many floats
     /// each.
-    explicit UploadedVertices(std::initializer_list<std::int32_t> attributeFloats);
+    UploadedVertices(std::initializer_list<std::int32_t> attributeFloats);
     ~UploadedVertices();
     UploadedVertices(UploadedVertices&& other) noexcept;
     UploadedVertices& operator=(UploadedVertices&& other) noexcept;

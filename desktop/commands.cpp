@@ -9,7 +9,7 @@
 #include "base/log_console.h"
 #include "base/text.h"
 #include "base/version.h"
-#include "desktop/main_window.h"
+#include "desktop/main_window_logic.h"
 #include "pictures/picture_files.h"
 #include "pictures/picture_names.h"
 #include "process_run/execute_run.h"
@@ -33,7 +33,7 @@ std::filesystem::path InFolder(const std::filesystem::path& folder, const std::w
 
 }  // namespace
 
-void MainWindow::UpdateMenus() {
+void MainWindowLogic::UpdateMenus() {
     platform_.EnableMenuEntry(MenuEntry::SaveImages, !pictures_.images.empty() && !running_);
     platform_.EnableMenuEntry(MenuEntry::RunProcess, gds_ != nullptr && !running_);
     platform_.EnableMenuEntry(MenuEntry::Stop, running_ && !stopRequested_);
@@ -42,7 +42,7 @@ void MainWindow::UpdateMenus() {
     platform_.RedrawMenu();
 }
 
-void MainWindow::DisableMenus() {
+void MainWindowLogic::DisableMenus() {
     for (const MenuEntry entry :
          {MenuEntry::SaveImages, MenuEntry::RunProcess, MenuEntry::Stop, MenuEntry::LoadGds}) {
         platform_.EnableMenuEntry(entry, false);
@@ -51,7 +51,7 @@ void MainWindow::DisableMenus() {
     platform_.RedrawMenu();
 }
 
-bool MainWindow::PrepareModel(const std::filesystem::path& path) {
+bool MainWindowLogic::PrepareModel(const std::filesystem::path& path) {
     try {
         PreparedRun run = PrepareRun(path, *gds_, colors_, platform_.Console());
         if (run.model == nullptr) {
@@ -64,7 +64,7 @@ bool MainWindow::PrepareModel(const std::filesystem::path& path) {
     }
 }
 
-void MainWindow::HandleRun() {
+void MainWindowLogic::HandleRun() {
     DebugTrace("Handling run");
     DisableMenus();
     platform_.ClearConsole();
@@ -91,7 +91,7 @@ void MainWindow::HandleRun() {
     RunNext(true);
 }
 
-void MainWindow::HandleStop() {
+void MainWindowLogic::HandleStop() {
     LogConsole* console = platform_.Console();
     console->Write(std::wstring());
     console->Write(
@@ -100,7 +100,7 @@ void MainWindow::HandleStop() {
     UpdateMenus();
 }
 
-void MainWindow::HandleSaveImages() {
+void MainWindowLogic::HandleSaveImages() {
     DisableMenus();
     platform_.ClearConsole();
     LogConsole* console = platform_.Console();
@@ -131,7 +131,7 @@ void MainWindow::HandleSaveImages() {
     UpdateMenus();
 }
 
-void MainWindow::HandleLoadGds() {
+void MainWindowLogic::HandleLoadGds() {
     platform_.ClearConsole();
     LogConsole* console = platform_.Console();
     console->Write(std::wstring(L"--- Handling \"Load GDS\" command ---"));
@@ -154,7 +154,7 @@ void MainWindow::HandleLoadGds() {
     UpdateMenus();
 }
 
-void MainWindow::HandleAbout() {
+void MainWindowLogic::HandleAbout() {
     const std::string caption = fmt::format("{} {}", programName, programVersion);
     const std::string text =
         std::string("Zelmo: software to render semicon process cross sections \n\n") +

@@ -100,17 +100,17 @@ void QtMainWindow::CreateMenuBar() {
     auto* bar = new LetterMenuBar(this);
     bar->setNativeMenuBar(false);
     setMenuBar(bar);
-    const auto add = [this](MenuEntry entry, const char* text, void (MainWindow::*command)()) {
+    const auto add = [this](MenuEntry entry, const char* text, void (MainWindowLogic::*command)()) {
         QAction* action = menuBar()->addAction(QString::fromLatin1(text));
         connect(action, &QAction::triggered, this,
                 [this, command]() noexcept { (logic_.*command)(); });
         menu_[entry] = action;
     };
-    add(MenuEntry::SaveImages, "&Save images", &MainWindow::HandleSaveImages);
-    add(MenuEntry::RunProcess, "&Run Process", &MainWindow::HandleRun);
-    add(MenuEntry::Stop, "&Stop", &MainWindow::HandleStop);
-    add(MenuEntry::LoadGds, "&Load GDSII", &MainWindow::HandleLoadGds);
-    add(MenuEntry::About, "&About", &MainWindow::HandleAbout);
+    add(MenuEntry::SaveImages, "&Save images", &MainWindowLogic::HandleSaveImages);
+    add(MenuEntry::RunProcess, "&Run Process", &MainWindowLogic::HandleRun);
+    add(MenuEntry::Stop, "&Stop", &MainWindowLogic::HandleStop);
+    add(MenuEntry::LoadGds, "&Load GDSII", &MainWindowLogic::HandleLoadGds);
+    add(MenuEntry::About, "&About", &MainWindowLogic::HandleAbout);
 }
 
 bool QtMainWindow::Prepare() {

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "desktop/main_window.h"
+#include "desktop/main_window_logic.h"
 #include "desktop/platform.h"
 #include "desktop/qt/text_view_console.h"
 #include "render/gl/gl_context.h"
@@ -65,7 +65,7 @@ private:
     void LayOut();
 
     std::unique_ptr<GlContext> context_;  ///< outlives the pictures that are drawn with it
-    MainWindow logic_;
+    MainWindowLogic logic_;
     std::map<MenuEntry, QAction*> menu_;
     std::map<StatusField, StatusFieldLabel*> status_;
     PictureView* pictureView_ = nullptr;

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "desktop/main_window.h"
+#include "desktop/main_window_logic.h"
 #include "desktop/platform.h"
 #include "desktop/win32/base_window.h"
 #include "desktop/win32/edit_console.h"
@@ -74,7 +74,7 @@ private:
     Font statusFont_;
     std::unique_ptr<EditConsole> console_;
     std::unique_ptr<WindowGlContext> context_;  ///< outlives the pictures that are drawn with it
-    MainWindow logic_;
+    MainWindowLogic logic_;
     RenderWindow renderWindow_;
 };
 

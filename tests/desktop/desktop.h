@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "desktop/main_window.h"
+#include "desktop/main_window_logic.h"
 #include "desktop/null/null_platform.h"
 #include "tests/support/temp_folder.h"
 
@@ -44,7 +44,7 @@ private:
 
 public:
     NullPlatform platform;
-    MainWindow window;
+    MainWindowLogic window;
 };
 
 }  // namespace zelmo

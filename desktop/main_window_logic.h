@@ -20,12 +20,12 @@ namespace zelmo {
 /// All members are called on the user interface thread, but for RunStepThread. The worker of a step
 /// and the user interface thread alternate strictly: the model and the GL context are the worker's
 /// from StartThread to SendStepDone, and the user interface's otherwise.
-class MainWindow {
+class MainWindowLogic {
 public:
-    explicit MainWindow(Platform& platform);
-    ~MainWindow();
-    MainWindow(const MainWindow&) = delete;
-    MainWindow& operator=(const MainWindow&) = delete;
+    explicit MainWindowLogic(Platform& platform);
+    ~MainWindowLogic();
+    MainWindowLogic(const MainWindowLogic&) = delete;
+    MainWindowLogic& operator=(const MainWindowLogic&) = delete;
 
     // At start, in this order, with the GL context current where there is one.
 

@@ -1,4 +1,4 @@
-#include "desktop/main_window.h"
+#include "desktop/main_window_logic.h"
 
 #include <string>
 #include <utility>
@@ -8,15 +8,15 @@
 
 namespace zelmo {
 
-MainWindow::MainWindow(Platform& platform) : platform_(platform) {}
+MainWindowLogic::MainWindowLogic(Platform& platform) : platform_(platform) {}
 
-MainWindow::~MainWindow() = default;
+MainWindowLogic::~MainWindowLogic() = default;
 
-bool MainWindow::LoadColors(const std::filesystem::path& path) {
+bool MainWindowLogic::LoadColors(const std::filesystem::path& path) {
     return LoadColorTable(colors_, path);
 }
 
-void MainWindow::FinishCreation(std::unique_ptr<PictureMaker> pictureMaker) {
+void MainWindowLogic::FinishCreation(std::unique_ptr<PictureMaker> pictureMaker) {
     pictureMaker_ = std::move(pictureMaker);
     UpdateMenus();
     platform_.Console()->Write(std::wstring(
@@ -24,7 +24,7 @@ void MainWindow::FinishCreation(std::unique_ptr<PictureMaker> pictureMaker) {
         L"select and run a process file"));
 }
 
-void MainWindow::HandleClose() {
+void MainWindowLogic::HandleClose() {
     stopRequested_ = true;
     if (!running_) {
         platform_.Quit();
@@ -36,17 +36,17 @@ void MainWindow::HandleClose() {
     closeRequested_ = true;
 }
 
-void MainWindow::HandleLeftKey() {
+void MainWindowLogic::HandleLeftKey() {
     pictures_.GoLeft();
     ShowCurrentPicture();
 }
 
-void MainWindow::HandleRightKey() {
+void MainWindowLogic::HandleRightKey() {
     pictures_.GoRight();
     ShowCurrentPicture();
 }
 
-void MainWindow::ShowCurrentPicture() {
+void MainWindowLogic::ShowCurrentPicture() {
     platform_.SetCaption(pictures_.Current().name);
     platform_.RepaintWindow();
 }

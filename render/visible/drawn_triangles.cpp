@@ -95,7 +95,7 @@ void WriteRows(const SquareBytes& squares, std::size_t count, const std::vector<
             MarkBackRow(row > 0 ? squares.Row(row - 1) : nullptr, count, front);
         }
         const RowCounts& start = before[static_cast<std::size_t>(row)];
-        NumberBand(squares.Row(row), count, front, back, start.vertices);
+        NumberSquareRow(squares.Row(row), count, front, back, start.vertices);
         numbered = row;
         if (draws(row)) {
             WriteRow(squares.Row(row), count, front, back, out + start.indices);

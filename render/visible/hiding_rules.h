@@ -16,8 +16,8 @@ struct HidingRules {
     bool shadowed = true;
     /// It covers the centre of no pixel.
     bool betweenPixels = true;
-    /// It is of a level part of an opaque layer, for which two large triangles stand. Not to be
-    /// used where something is drawn that has depths of its own.
+    /// It is of a level part of an opaque layer, for which two large triangles stand. Only together
+    /// with `standing`, and not where something is drawn that has depths of its own.
     bool levelParts = true;
 };
 

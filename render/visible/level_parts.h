@@ -21,9 +21,9 @@ constexpr std::int32_t levelPartSize = 8;
 
 /// A square of squares on the upper sheet of a layer.
 struct LevelPart {
-    std::size_t layer = 0;  ///< its place in the stack
-    std::int32_t col = 0;   ///< the first
-    std::int32_t band = 0;  ///< the first
+    std::size_t layer = 0;       ///< its place in the stack
+    std::int32_t col = 0;        ///< the first
+    std::int32_t squareRow = 0;  ///< the first
     float height = 0.0f;
 };
 

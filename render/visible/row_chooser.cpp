@@ -25,7 +25,7 @@ class RowChooser {
 public:
     RowChooser(const LayerStack& stack, const Choice& choice);
 
-    void Choose(std::int32_t firstBand, std::int32_t endBand, ChosenTriangles& chosen,
+    void Choose(std::int32_t firstSquareRow, std::int32_t endSquareRow, ChosenTriangles& chosen,
                 SquareBytes& level);
 
     const HeightRange& Heights() const { return range_; }
@@ -42,36 +42,38 @@ private:
     void ReadRow(std::int32_t row);
 
     template <typename Rows>
-    auto Pair(Rows& rows, std::size_t layer, std::int32_t band) {
-        return std::pair{rows.At(RowSlot(layer, band)), rows.At(RowSlot(layer, band + 1))};
+    auto Pair(Rows& rows, std::size_t layer, std::int32_t squareRow) {
+        return std::pair{rows.At(RowSlot(layer, squareRow)),
+                         rows.At(RowSlot(layer, squareRow + 1))};
     }
-    PlaceRows Places(PaddedRows<std::int32_t>& rows, std::size_t layer, std::int32_t band) {
-        const auto [front, back] = Pair(rows, layer, band);
+    PlaceRows Places(PaddedRows<std::int32_t>& rows, std::size_t layer, std::int32_t squareRow) {
+        const auto [front, back] = Pair(rows, layer, squareRow);
         return {front, back};
     }
-    HeightRows Heights(PaddedRows<float>& rows, std::size_t layer, std::int32_t band) {
-        const auto [front, back] = Pair(rows, layer, band);
+    HeightRows Heights(PaddedRows<float>& rows, std::size_t layer, std::int32_t squareRow) {
+        const auto [front, back] = Pair(rows, layer, squareRow);
         return {front, back};
     }
 
-    /// Mask of the squares of a band that lie inside a layer: of this band or the one before it.
-    const std::int32_t* BuriedSquares(Sheet sheet, std::size_t layer, std::int32_t band);
+    /// Mask of the squares of a row of squares that lie inside a layer: of this row or the one
+    /// before it.
+    const std::int32_t* BuriedSquares(Sheet sheet, std::size_t layer, std::int32_t squareRow);
 
-    void ChooseOfLayer(std::size_t layer, std::int32_t band, std::uint8_t* bytes);
+    void ChooseOfLayer(std::size_t layer, std::int32_t squareRow, std::uint8_t* bytes);
 
     /// Each rule in turn takes triangles out.
-    void ChooseOfSheet(Sheet sheet, std::size_t layer, std::int32_t band,
+    void ChooseOfSheet(Sheet sheet, std::size_t layer, std::int32_t squareRow,
                        const TriangleMasks& triangles);
-    bool RemoveBuriedOnes(Sheet sheet, std::size_t layer, std::int32_t band,
+    bool RemoveBuriedOnes(Sheet sheet, std::size_t layer, std::int32_t squareRow,
                           const TriangleMasks& triangles);
-    void RemoveShadowedOnes(Sheet sheet, std::size_t layer, std::int32_t band,
+    void RemoveShadowedOnes(Sheet sheet, std::size_t layer, std::int32_t squareRow,
                             const TriangleMasks& triangles);
 
     LevelRow LevelPlaces(std::int32_t row) {
         return {levelCodes_.At(RowSlot(0, row)), levelHeights_.At(RowSlot(0, row))};
     }
 
-    void MarkLevelSquares(std::int32_t band, std::uint8_t* marks);
+    void MarkLevelSquares(std::int32_t squareRow, std::uint8_t* marks);
 
     /// Where a row of a sheet is on the picture.
     PixelRow PixelsOf(Sheet sheet, std::size_t layer, std::int32_t row);
@@ -88,14 +90,14 @@ private:
     PaddedRows<std::int32_t> aboveLower_;
     PaddedRows<std::int32_t> standsOn_;
     PaddedRows<std::int32_t> buried_;
-    std::vector<std::int32_t> buriedBands_;  ///< which bands these are
+    std::vector<std::int32_t> buriedSquareRows_;  ///< which rows of squares these are
     PaddedRows<std::int32_t> masks_;
     PaddedRows<std::int32_t> levelCodes_;
     PaddedRows<float> levelHeights_;
     PaddedRows<std::int32_t> uneven_;
     PaddedRows<float> pixels_;             ///< x and y of two rows of both sheets of every layer
     std::vector<std::int32_t> pixelRows_;  ///< which rows these are
-    PaddedRows<float> cover_;
+    PaddedRows<float> hidingDepths_;
     std::vector<SheetRow> sheets_;
     HeightRange range_ = noHeights;
 };
@@ -134,34 +136,34 @@ RowChooser::RowChooser(const LayerStack& stack, const Choice& choice)
       aboveLower_(Slots(4), stack.cols),
       standsOn_(Slots(4), stack.cols),
       buried_(Slots(4), stack.cols),
-      buriedBands_(Slots(4), -1),
+      buriedSquareRows_(Slots(4), -1),
       masks_(6, stack.cols),
       levelCodes_(4, stack.cols),
       levelHeights_(4, stack.cols),
       uneven_(1, stack.cols),
       pixels_(Slots(8), stack.cols),
       pixelRows_(Slots(4), -1),
-      cover_(2, stack.cols) {
-    const std::vector<float> edge(static_cast<std::size_t>(stack.cols), sight_.edgeCover);
-    std::vector<float> inside(edge.size(), sight_.cover);
-    inside.front() = inside.back() = sight_.edgeCover;
-    cover_.Fill(0, inside);
-    cover_.Fill(1, edge);
+      hidingDepths_(2, stack.cols) {
+    const std::vector<float> edge(static_cast<std::size_t>(stack.cols), sight_.edgeHidingDepth);
+    std::vector<float> inside(edge.size(), sight_.hidingDepth);
+    inside.front() = inside.back() = sight_.edgeHidingDepth;
+    hidingDepths_.Fill(0, inside);
+    hidingDepths_.Fill(1, edge);
 }
 
-void RowChooser::Choose(std::int32_t firstBand, std::int32_t endBand, ChosenTriangles& chosen,
-                        SquareBytes& level) {
-    for (std::int32_t row = std::max(firstBand - 1, 0); row <= firstBand; ++row) {
+void RowChooser::Choose(std::int32_t firstSquareRow, std::int32_t endSquareRow,
+                        ChosenTriangles& chosen, SquareBytes& level) {
+    for (std::int32_t row = std::max(firstSquareRow - 1, 0); row <= firstSquareRow; ++row) {
         ReadRow(row);
     }
-    for (std::int32_t band = firstBand; band < endBand; ++band) {
-        ReadRow(band + 1);
+    for (std::int32_t squareRow = firstSquareRow; squareRow < endSquareRow; ++squareRow) {
+        ReadRow(squareRow + 1);
         uneven_.Fill(0, 0);
         for (std::size_t layer = 0; layer < stack_.layers.size(); ++layer) {
-            ChooseOfLayer(layer, band, chosen.layers[layer].Row(band));
+            ChooseOfLayer(layer, squareRow, chosen.layers[layer].Row(squareRow));
         }
         if (rules_.levelParts) {
-            MarkLevelSquares(band, level.Row(band));
+            MarkLevelSquares(squareRow, level.Row(squareRow));
         }
     }
 }
@@ -181,32 +183,33 @@ void RowChooser::ReadRow(std::int32_t row) {
                      standsOn_.At(slot)};
     }
     const bool isBackEdge = row == stack_.rows - 1;
-    ZELMO_PICK_LANES(FindCoverOfRow)
-    (sheets.data(), stack_.LayerCount(), cover_.At(isBackEdge ? 1 : 0), stack_.cols, range_);
+    ZELMO_PICK_LANES(FindNeighbourLayers)
+    (sheets.data(), stack_.LayerCount(), hidingDepths_.At(isBackEdge ? 1 : 0), stack_.cols, range_);
     if (rules_.levelParts) {
         ZELMO_PICK_LANES(FindLevelPlaces)
         (sheets.data(), stack_.LayerCount(), sight_.level, stack_.cols, LevelPlaces(row));
     }
 }
 
-const std::int32_t* RowChooser::BuriedSquares(Sheet sheet, std::size_t layer, std::int32_t band) {
-    const std::size_t slot = SheetSlot(sheet, layer) * 2 + static_cast<std::size_t>(band & 1);
+const std::int32_t* RowChooser::BuriedSquares(Sheet sheet, std::size_t layer,
+                                              std::int32_t squareRow) {
+    const std::size_t slot = SheetSlot(sheet, layer) * 2 + static_cast<std::size_t>(squareRow & 1);
     std::int32_t* buried = buried_.At(slot);
-    if (buriedBands_[slot] != band) {
+    if (buriedSquareRows_[slot] != squareRow) {
         const bool isUpper = sheet == Sheet::Upper;
         const std::int32_t squares = stack_.cols - 1;
         ZELMO_PICK_LANES(FindBuriedSquares)
-        (Places(isUpper ? aboveUpper_ : aboveLower_, layer, band),
-         Heights(isUpper ? tops_ : bottoms_, layer, band), sight_.eye, squares, buried);
+        (Places(isUpper ? aboveUpper_ : aboveLower_, layer, squareRow),
+         Heights(isUpper ? tops_ : bottoms_, layer, squareRow), sight_.eye, squares, buried);
         // What lies outside the window hides nothing and is no way out.
         buried[-1] = -1;
         buried[squares] = -1;
-        buriedBands_[slot] = band;
+        buriedSquareRows_[slot] = squareRow;
     }
     return buried;
 }
 
-void RowChooser::ChooseOfLayer(std::size_t layer, std::int32_t band, std::uint8_t* bytes) {
+void RowChooser::ChooseOfLayer(std::size_t layer, std::int32_t squareRow, std::uint8_t* bytes) {
     const std::int32_t squares = stack_.cols - 1;
     // In the order of the bits: what is there, and what is drawn of it.
     std::array<std::int32_t*, 6> masks{};
@@ -216,57 +219,58 @@ void RowChooser::ChooseOfLayer(std::size_t layer, std::int32_t band, std::uint8_
     const std::array<TriangleMasks, 3> three{TriangleMasks{masks[0], masks[1]},
                                              TriangleMasks{masks[2], masks[4]},
                                              TriangleMasks{masks[3], masks[5]}};
-    if (!ZELMO_PICK_LANES(FindTriangles)(Places(thick_, layer, band), squares, three.data(),
+    if (!ZELMO_PICK_LANES(FindTriangles)(Places(thick_, layer, squareRow), squares, three.data(),
                                          uneven_.At(0))) {
         std::fill_n(bytes, squares, std::uint8_t{0});
         return;
     }
-    ChooseOfSheet(Sheet::Lower, layer, band, three[1]);
-    ChooseOfSheet(Sheet::Upper, layer, band, three[2]);
+    ChooseOfSheet(Sheet::Lower, layer, squareRow, three[1]);
+    ChooseOfSheet(Sheet::Upper, layer, squareRow, three[2]);
     ZELMO_PICK_LANES(PackMasks)(masks.data(), squares, bytes);
 }
 
-void RowChooser::ChooseOfSheet(Sheet sheet, std::size_t layer, std::int32_t band,
+void RowChooser::ChooseOfSheet(Sheet sheet, std::size_t layer, std::int32_t squareRow,
                                const TriangleMasks& triangles) {
     const std::int32_t squares = stack_.cols - 1;
     if (rules_.standing && sheet == Sheet::Lower &&
-        !ZELMO_PICK_LANES(RemoveStanding)(Places(standsOn_, layer, band), squares, triangles)) {
+        !ZELMO_PICK_LANES(RemoveStanding)(Places(standsOn_, layer, squareRow), squares,
+                                          triangles)) {
         return;
     }
-    if (rules_.buried && !RemoveBuriedOnes(sheet, layer, band, triangles)) {
+    if (rules_.buried && !RemoveBuriedOnes(sheet, layer, squareRow, triangles)) {
         return;
     }
-    RemoveShadowedOnes(sheet, layer, band, triangles);
+    RemoveShadowedOnes(sheet, layer, squareRow, triangles);
     if (rules_.betweenPixels) {
         ZELMO_PICK_LANES(RemoveUncovering)
-        (PixelsOf(sheet, layer, band), PixelsOf(sheet, layer, band + 1), sight_.margin, squares,
-         triangles);
+        (PixelsOf(sheet, layer, squareRow), PixelsOf(sheet, layer, squareRow + 1), sight_.margin,
+         squares, triangles);
     }
 }
 
-bool RowChooser::RemoveBuriedOnes(Sheet sheet, std::size_t layer, std::int32_t band,
+bool RowChooser::RemoveBuriedOnes(Sheet sheet, std::size_t layer, std::int32_t squareRow,
                                   const TriangleMasks& triangles) {
-    if (band == 0) {  // it touches the front walls
+    if (squareRow == 0) {  // it touches the front walls
         return true;
     }
-    const std::array<const std::int32_t*, 2> rows{BuriedSquares(sheet, layer, band - 1),
-                                                  BuriedSquares(sheet, layer, band)};
+    const std::array<const std::int32_t*, 2> rows{BuriedSquares(sheet, layer, squareRow - 1),
+                                                  BuriedSquares(sheet, layer, squareRow)};
     return ZELMO_PICK_LANES(RemoveBuried)(rows.data(), stack_.cols - 1, triangles);
 }
 
-void RowChooser::RemoveShadowedOnes(Sheet sheet, std::size_t layer, std::int32_t band,
+void RowChooser::RemoveShadowedOnes(Sheet sheet, std::size_t layer, std::int32_t squareRow,
                                     const TriangleMasks& triangles) {
-    const std::size_t start = static_cast<std::size_t>(band) * stack_.Squares();
+    const std::size_t start = static_cast<std::size_t>(squareRow) * stack_.Squares();
     for (const Shadow& shadow : shadows_) {
         ZELMO_PICK_LANES(RemoveShadowed)
-        (Heights(sheet == Sheet::Upper ? tops_ : bottoms_, layer, band),
+        (Heights(sheet == Sheet::Upper ? tops_ : bottoms_, layer, squareRow),
          {shadow.lowest.get() + start, shadow.highest.get() + start}, stack_.cols - 1, triangles);
     }
 }
 
-void RowChooser::MarkLevelSquares(std::int32_t band, std::uint8_t* marks) {
+void RowChooser::MarkLevelSquares(std::int32_t squareRow, std::uint8_t* marks) {
     ZELMO_PICK_LANES(FindLevelSquares)
-    (LevelPlaces(band), LevelPlaces(band + 1), uneven_.At(0), stack_.cols - 1, marks);
+    (LevelPlaces(squareRow), LevelPlaces(squareRow + 1), uneven_.At(0), stack_.cols - 1, marks);
 }
 
 PixelRow RowChooser::PixelsOf(Sheet sheet, std::size_t layer, std::int32_t row) {

@@ -28,11 +28,11 @@ struct HeightRange {
 };
 
 /// For each of the layers of a stack, lowest first: where it is thick, and what lies in the inside
-/// of an opaque layer, at least `cover` (a row) below its top, with no translucent layer between
+/// of an opaque layer, at least `depth` (a row) below its top, with no translucent layer between
 /// the two in the stack. No place is -1.
-ZELMO_DECLARE_LANE_KERNEL(void FindCoverOfRow(const SheetRow* layers, std::int32_t layerCount,
-                                              const float* cover, std::int32_t cols,
-                                              HeightRange& range))
+ZELMO_DECLARE_LANE_KERNEL(void FindNeighbourLayers(const SheetRow* layers, std::int32_t layerCount,
+                                                   const float* depth, std::int32_t cols,
+                                                   HeightRange& range))
 
 /// Two neighbouring rows of heights or places.
 struct HeightRows {
@@ -78,12 +78,12 @@ ZELMO_DECLARE_LANE_KERNEL(bool RemoveStanding(const PlaceRows& standsOn, std::in
                                               const TriangleMasks& triangles))
 
 /// Takes the triangles of squares out that are buried together with those to their sides and the
-/// three before them, which the ways to the eye pass first. `buriedRows` are the band before and
-/// this one. True if any are left.
+/// three before them, which the ways to the eye pass first. `buriedRows` are the row of squares
+/// before and this one. True if any are left.
 ZELMO_DECLARE_LANE_KERNEL(bool RemoveBuried(const std::int32_t* const* buriedRows,
                                             std::int32_t squares, const TriangleMasks& triangles))
 
-/// The shadow over a band of squares: none where the highest is below the lowest.
+/// The shadow over a row of squares of squares: none where the highest is below the lowest.
 struct ShadowRow {
     const float* lowest = nullptr;
     const float* highest = nullptr;

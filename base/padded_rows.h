@@ -46,7 +46,9 @@ private:
     /// cache.
     static std::size_t StrideFor(std::int32_t cols) {
         constexpr std::size_t line = 64 / sizeof(Value);
-        return ((static_cast<std::size_t>(cols) + 3 * std::size_t{rowPadding} + line - 1) / line | 1) * line;
+        return ((static_cast<std::size_t>(cols) + 3 * std::size_t{rowPadding} + line - 1) / line |
+                1) *
+               line;
     }
 
     std::size_t stride_;

@@ -30,13 +30,6 @@ TEST_F(StartTest, MissingColorFileEndsTheProgramWithAMessage) {
     ExpectRefusal(colorMessage);
 }
 
-TEST_F(StartTest, GraphicsThatAreTooOldEndTheProgramWithAMessage) {
-    // The driver of the tests' own display can be told to offer less.
-    SetEnvironmentVariableA("MESA_GL_VERSION_OVERRIDE", "2.1");
-    ExpectRefusal(L"Could not initialize graphics");
-    SetEnvironmentVariableA("MESA_GL_VERSION_OVERRIDE", nullptr);
-}
-
 TEST_F(StartTest, FaultyColorFileEndsTheProgramWithAMessage) {
     folder_.Write("colors.txt", "beige #F5F5DC 245, 245, 220\nred #FF0000 255; 0; 0\n");
     ExpectRefusal(colorMessage);

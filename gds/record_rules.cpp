@@ -30,11 +30,11 @@ enum class Side { Either, Inside, Outside };
 /// A record is accepted while one of `elements` is open, on this side of a structure's borders.
 /// Otherwise it is refused for the reason given; those that are accepted everywhere have none.
 struct RecordRule {
-    std::uint16_t code;
-    ElementSet elements;
-    Side side;
-    Refusal refusal;
-    Refusal (*handle)(LibraryState&, const StreamRecord&);
+    std::uint16_t code = 0;
+    ElementSet elements{};
+    Side side = Side::Either;
+    Refusal refusal{};
+    Refusal (*handle)(LibraryState&, const StreamRecord&) = nullptr;
 };
 
 using enum LayoutErrorKind;

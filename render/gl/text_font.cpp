@@ -29,7 +29,7 @@ GlFont TextFont::GetFont(std::uint32_t height, std::int32_t weight) {
     }
     GlyphLists lists;
     const auto metrics = MakeGlyphLists(faceName, height, weight, lists.Base(), problem_);
-    const GlFont font =
+    GlFont font =
         metrics ? GlFont{lists.Base(), metrics->cellHeight, metrics->averageWidth, faceName, weight}
                 : GlFont{0, 0, 0, faceName, weight};
     fonts_.push_back({height, std::move(lists), font});

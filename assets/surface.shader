@@ -1,6 +1,17 @@
 #shader vertex
 #version 330 compatibility
 
+// zelmo: hidden parts may be left out
+//
+// By this line a shader lets the program draw less than whole meshes. It promises that
+//   - a triangle lies where the transform takes it, so gl_Position is made of the position alone,
+//     in the same way for all layers;
+//   - a fragment keeps its depth and is never discarded;
+//   - the opacity of every fragment is alpha;
+//   - all upward places (normal 0, 0, z) of a layer have the same colour, whatever the length of
+//     their normals.
+// Without this line all triangles of all layers are drawn, with blending.
+
 layout(location = 0) in vec3 position; // micrometres
 layout(location = 1) in vec3 normal;   // of any length
 

@@ -10,7 +10,7 @@ void LogConsole::Write(std::wstring text) {
     AppendLine(std::move(text));
 }
 
-void LogConsole::Write(std::string text) {
+void LogConsole::Write(std::string_view text) {
     AppendLine(WidenBytes(text));
 }
 

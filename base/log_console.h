@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace zelmo {
 
@@ -14,7 +15,7 @@ public:
     /// Appends one line; an empty text gives an empty line.
     void Write(std::wstring text);
     /// The same for narrow text: every byte is widened by sign extension, with no code page.
-    void Write(std::string text);
+    void Write(std::string_view text);
 
 protected:
     /// Takes one line, without its line end.

@@ -12,7 +12,7 @@ namespace zelmo {
 /// thread of its own; the caller's thread takes one of them. Returns when all are done. What a band
 /// throws is thrown on to the caller, the lowest band's first. No band has fewer than
 /// `smallestBand` rows unless the whole has. Needs no memory of its own: where there is none for a
-/// thread, the caller's does its band. `work` must not touch GL.
+/// thread, the caller's does its band.
 void ForRowBands(std::int32_t rows, std::int32_t smallestBand,
                  const std::function<void(std::int32_t firstRow, std::int32_t endRow)>& work);
 

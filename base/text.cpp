@@ -93,6 +93,7 @@ std::wstring WidenBytes(std::string_view bytes) {
     std::wstring wide;
     wide.reserve(bytes.size());
     for (const char byte : bytes) {
+        // NOLINTNEXTLINE(bugprone-signed-char-misuse): the sign is what is extended
         const auto extended = static_cast<std::int16_t>(static_cast<signed char>(byte));
         wide.push_back(static_cast<wchar_t>(static_cast<std::uint16_t>(extended)));
     }

@@ -22,8 +22,9 @@
 #include "batch/progress.h"
 #include "gds/gds_database.h"
 #include "model/process_model.h"
-#include "process_run/run_report.h"
-#include "render/mesh/update_meshes.h"
+#include "process_file/color_table.h"
+#include "process_run/execute_run.h"
+#include "process_run/result_files.h"
 
 namespace zelmo {
 
@@ -44,56 +45,51 @@ struct Reporting {
 
 /// The dump step replaces its file without a word.
 void WarnOfDump(const ProcessModel& model, Reporting& reporting) {
-    const bool dumps = std::any_of(model.steps.begin(), model.steps.end(),
-                                   [](const ProcessStep& step) { return step.kind == StepDump; });
     std::error_code ignored;
-    if (dumps && std::filesystem::exists("VertexData.txt", ignored)) {
-        reporting.Error("warning: VertexData.txt in the current directory is replaced by the dump");
+    for (const ResultFile& file : resultFiles) {
+        const bool isAskedFor =
+            std::any_of(model.steps.begin(), model.steps.end(),
+                        [&](const ProcessStep& step) { return step.result == file.result; });
+        if (isAskedFor && std::filesystem::exists(file.fileName, ignored)) {
+            reporting.Error(fmt::format(
+                "warning: {} in the current directory is replaced by the dump", file.fileName));
+        }
     }
 }
 
-/// Reports why pictures are missing; true if none is.
-bool ReportPictures(const std::vector<std::string>& problems, Reporting& reporting) {
-    for (const std::string& problem : problems) {
-        reporting.Error(problem);
-    }
-    return problems.empty();
-}
-
-/// Executes a step, with a picture after it where there is a saver. False if one is missing.
-bool RunStep(ProcessModel& model, std::size_t index, PictureSaver* saver, Reporting& reporting) {
+/// Executes a step, with a picture after it where there is a saver.
+Outcome RunStep(ProcessModel& model, std::size_t index, PictureSaver* saver, Reporting& reporting) {
     const ProcessStep& step = model.steps[index];
     reporting.progress.BeginStep(index + 1, model.steps.size(),
                                  Utf8FromWide(WidenBytes(step.description)));
-    ExecuteTimedStep(model, step, &reporting.console);
-    if (saver == nullptr) {
-        // Layers with nothing to show leave the stack here, pictures or not.
-        UpdateMeshes(model);
-        return true;
-    }
-    return ReportPictures(saver->Save(model, index), reporting);
+    ExecuteStepWithReport(model, step, &reporting.console);
+    return saver != nullptr ? saver->Save(model, index) : Outcome{};
 }
 
-/// Executes all steps, with a picture after each where there is a saver. False if one is missing.
-bool RunSteps(ProcessModel& model, PictureSaver* saver, Reporting& reporting) {
-    bool complete = true;
+/// Executes all steps, with a picture after each where there is a saver.
+Outcome RunSteps(ProcessModel& model, PictureSaver* saver, Reporting& reporting) {
     ReportRunStart(&reporting.console);
     const std::int32_t start = ElapsedMilliseconds();
     const auto finishPictures = [&] {
-        return saver == nullptr || ReportPictures(saver->Finish(), reporting);
+        if (saver != nullptr) {
+            saver->Finish();
+        }
     };
     try {
         for (std::size_t index = 0; index < model.steps.size(); ++index) {
-            complete = RunStep(model, index, saver, reporting) && complete;
+            if (Outcome outcome = RunStep(model, index, saver, reporting); outcome.Failed()) {
+                return outcome;
+            }
         }
     } catch (...) {
         finishPictures();  // what they have to tell comes first
         throw;
     }
-    complete = finishPictures() && complete;
+    finishPictures();
     reporting.progress.End();
     ReportRunEnd(start, &reporting.console);
-    return complete;
+    const bool complete = saver == nullptr || saver->Complete();
+    return complete ? Outcome{} : Outcome{ExitStatus::Picture, {}};
 }
 
 /// The folder that was given, or the program's own ones and the current directory.
@@ -106,29 +102,55 @@ std::vector<std::filesystem::path> AssetFolders(const std::optional<std::filesys
     return folders;
 }
 
-ExitStatus RunFiles(const BatchOptions& options, Reporting& reporting) {
-    const auto assetFolders = AssetFolders(options.assets);
-    LoadColors(FindDataFile(assetFolders, "colors.txt"));
-    auto database = LoadLayoutFile(options.layout, &reporting.console);
-    std::optional<PictureSaver> saver;  // to go after the model
-    const auto model = PrepareProcess(options.process, *database, &reporting.console);
-    database.reset();  // only the preparation reads it
-    if (options.checkOnly) {
-        return ExitStatus::Success;
+/// Reads both files into a model that is ready to run.
+Outcome Prepare(const BatchOptions& options, const std::vector<std::filesystem::path>& assetFolders,
+                LogConsole* console, std::unique_ptr<ProcessModel>& model) {
+    ColorTable colors;
+    Outcome outcome = LoadColors(FindDataFile(assetFolders, "colors.txt"), colors);
+    std::unique_ptr<GdsDatabase> database;
+    if (!outcome.Failed()) {
+        outcome = LoadLayoutFile(options.layout, console, database);
     }
+    if (!outcome.Failed()) {
+        outcome = PrepareProcess(options.process, *database, colors, console, model);
+    }
+    return outcome;
+}
+
+Outcome RunFiles(const BatchOptions& options, Reporting& reporting) {
+    const auto assetFolders = AssetFolders(options.assets);
+    std::unique_ptr<ProcessModel> model;
+    Outcome outcome = Prepare(options, assetFolders, &reporting.console, model);
+    if (outcome.Failed() || options.checkOnly) {
+        return outcome;
+    }
+    std::optional<PictureSaver> saver;
     if (options.pictures) {
-        saver.emplace(options, assetFolders);
-        saver->Begin(*model);
+        saver.emplace(options, [&](const std::string& line) { reporting.Error(line); });
+        outcome = saver->Begin(*model, assetFolders);
+    }
+    if (outcome.Failed()) {
+        return outcome;
     }
     WarnOfDump(*model, reporting);
     try {
-        const bool complete = RunSteps(*model, saver ? &*saver : nullptr, reporting);
-        return complete ? ExitStatus::Success : ExitStatus::Picture;
+        return RunSteps(*model, saver ? &*saver : nullptr, reporting);
     } catch (const std::bad_alloc&) {
-        throw BatchFailure{ExitStatus::Other,
-                           fmt::format("the process file {} was not run to its end: there is not "
-                                       "enough memory",
-                                       Utf8FromWide(PathText(options.process)))};
+        return {ExitStatus::Other,
+                fmt::format("the process file {} was not run to its end: there is not enough "
+                            "memory",
+                            Utf8FromWide(PathText(options.process)))};
+    }
+}
+
+/// The same for whatever the standard library may throw.
+Outcome RunFilesOrTellWhyNot(const BatchOptions& options, Reporting& reporting) {
+    try {
+        return RunFiles(options, reporting);
+    } catch (const std::bad_alloc&) {
+        return {ExitStatus::Other, "there is not enough memory for this run"};
+    } catch (const std::exception& error) {
+        return {ExitStatus::Other, error.what()};
     }
 }
 
@@ -136,22 +158,15 @@ ExitStatus RunFiles(const BatchOptions& options, Reporting& reporting) {
 
 ExitStatus RunBatch(const BatchOptions& options) {
     Reporting reporting(options.quiet);
-    ExitStatus status = ExitStatus::Other;
-    try {
-        status = RunFiles(options, reporting);
-    } catch (const BatchFailure& failure) {
-        status = failure.status;
-        reporting.Error(failure.message);
-    } catch (const std::bad_alloc&) {
-        reporting.Error("there is not enough memory for this run");
-    } catch (const std::exception& error) {
-        reporting.Error(error.what());
+    const Outcome outcome = RunFilesOrTellWhyNot(options, reporting);
+    if (!outcome.message.empty()) {
+        reporting.Error(outcome.message);
     }
-    if (!reporting.console.Failure().empty()) {
-        reporting.Error(reporting.console.Failure());
-        return status == ExitStatus::Success ? ExitStatus::Other : status;
+    if (reporting.console.Failure().empty()) {
+        return outcome.status;
     }
-    return status;
+    reporting.Error(reporting.console.Failure());
+    return outcome.Failed() ? outcome.status : ExitStatus::Other;
 }
 
 ExitStatus RunProgram(const std::vector<std::string>& arguments) {

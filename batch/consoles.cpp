@@ -2,11 +2,9 @@
 
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <system_error>
-#include <utility>
 
 #include "base/text.h"
 #include "batch/progress.h"
@@ -14,10 +12,6 @@
 namespace zelmo {
 
 namespace {
-
-bool TellsOfError(const std::string& line) {
-    return line.starts_with("Error") || line.starts_with("ERROR") || line.starts_with("Failed");
-}
 
 /// The text with every run of control characters, line ends among them, as one blank.
 std::string OnOneLine(std::string_view text) {
@@ -60,20 +54,9 @@ void OutputConsole::AppendLine(std::wstring line) {
     progress_.Interrupt([&] { WriteToOutput(Utf8FromWide(line) + '\n', failure_); });
 }
 
-std::string RememberingConsole::FirstError() const {
-    const auto first = std::find_if(lines_.begin(), lines_.end(), TellsOfError);
-    if (first == lines_.end()) {
-        return {};
-    }
-    const auto more = std::count_if(first + 1, lines_.end(), TellsOfError);
-    return more == 0 ? *first : fmt::format("{} (and {} more)", *first, more);
-}
-
-void RememberingConsole::AppendLine(std::wstring line) {
-    lines_.push_back(Utf8FromWide(line));
-    if (next_ != nullptr) {
-        next_->Write(std::move(line));
-    }
+std::string FirstOf(const std::vector<std::string>& errors) {
+    return errors.size() < 2 ? errors.at(0)
+                             : fmt::format("{} (and {} more)", errors[0], errors.size() - 1);
 }
 
 }  // namespace zelmo

@@ -29,23 +29,8 @@ private:
     std::string failure_;
 };
 
-/// Keeps the lines that pass through on their way to another console, or to none, in UTF-8: the
-/// source of a reason for standard error.
-class RememberingConsole : public LogConsole {
-public:
-    explicit RememberingConsole(LogConsole* next) : next_(next) {}
-
-    const std::vector<std::string>& Lines() const { return lines_; }
-    /// The first line that tells of an error, and how many more do; empty if none does.
-    std::string FirstError() const;
-
-protected:
-    void AppendLine(std::wstring line) override;
-
-private:
-    LogConsole* next_ = nullptr;
-    std::vector<std::string> lines_;
-};
+/// Of some errors the first, and how many more there are: a reason for standard error.
+std::string FirstOf(const std::vector<std::string>& errors);
 
 /// Writes text to standard output; false, with the reason in `failure`, if it does not get there.
 bool WriteToOutput(std::string_view text, std::string& failure);

@@ -14,11 +14,13 @@ enum class ExitStatus {
     Other = 5,
 };
 
-/// Thrown where the run cannot go on: how the program ends, and one line that names the file and
-/// the reason, in UTF-8.
-struct BatchFailure {
-    ExitStatus status = ExitStatus::Other;
+/// How a part of a run came out. Where it failed and the run cannot go on, `message` is one line
+/// that names the file and the reason, in UTF-8.
+struct Outcome {
+    ExitStatus status = ExitStatus::Success;
     std::string message;
+
+    bool Failed() const { return status != ExitStatus::Success; }
 };
 
 }  // namespace zelmo

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 
-#include <cstdint>
 #include <exception>
 #include <new>
 #include <string>
@@ -12,19 +11,17 @@
 #include "base/log_console.h"
 #include "base/text.h"
 #include "batch/consoles.h"
-#include "batch/exit_status.h"
-#include "batch/layout_errors.h"
 #include "gds/gds_database.h"
+#include "gds/layout_error.h"
 #include "model/process_model.h"
-#include "process_file/color_table.h"
-#include "process_run/run_report.h"
+#include "process_run/load_layout.h"
+#include "process_run/prepare_run.h"
 
 namespace zelmo {
 
 namespace {
 
 constexpr const char* outOfMemory = "there is not enough memory";
-constexpr std::int32_t cannotBeOpened = 2;
 
 /// What keeps a file from being opened, as far as looking at it from outside can tell.
 std::string WhyNotOpened(const std::filesystem::path& path) {
@@ -39,66 +36,68 @@ std::string WhyNotOpened(const std::filesystem::path& path) {
     return error ? error.message() : std::string("it cannot be read");
 }
 
-[[noreturn]] void RefuseLayout(const std::filesystem::path& path, const std::string& reason) {
-    throw BatchFailure{ExitStatus::Layout, fmt::format("the layout {} did not load: {}",
-                                                       Utf8FromWide(PathText(path)), reason)};
+Outcome LayoutFailure(const std::filesystem::path& path, const std::string& reason) {
+    return {ExitStatus::Layout,
+            fmt::format("the layout {} did not load: {}", Utf8FromWide(PathText(path)), reason)};
 }
 
-[[noreturn]] void RefuseProcess(const std::filesystem::path& path, const std::string& reason) {
-    throw BatchFailure{ExitStatus::Process, fmt::format("the process file {} cannot be run: {}",
-                                                        Utf8FromWide(PathText(path)), reason)};
+Outcome ProcessFailure(const std::filesystem::path& path, const std::string& reason) {
+    return {ExitStatus::Process, fmt::format("the process file {} cannot be run: {}",
+                                             Utf8FromWide(PathText(path)), reason)};
 }
 
-std::string LayoutReason(const std::filesystem::path& path, std::int32_t code) {
+std::string LayoutReason(const std::filesystem::path& path, LayoutErrorKind kind) {
     const std::string reason =
-        code == cannotBeOpened ? WhyNotOpened(path) : LayoutErrorReason(code);
-    return fmt::format("{} (error {})", reason, code);
+        kind == LayoutErrorKind::FileUnreadable ? WhyNotOpened(path) : LayoutErrorReason(kind);
+    return fmt::format("{} (error {})", reason, LayoutErrorCode(kind));
 }
 
 }  // namespace
 
-void LoadColors(const std::filesystem::path& path) {
-    if (LoadColorTable(path) != 0) {
-        throw BatchFailure{
-            ExitStatus::Other,
+Outcome LoadColors(const std::filesystem::path& path, ColorTable& colors) {
+    if (LoadColorTable(colors, path)) {
+        return {};
+    }
+    return {ExitStatus::Other,
             fmt::format("Could not load color file or color file contains errors: {}",
                         Utf8FromWide(PathText(path)))};
-    }
 }
 
-std::unique_ptr<GdsDatabase> LoadLayoutFile(const std::filesystem::path& path,
-                                            LogConsole* console) {
+Outcome LoadLayoutFile(const std::filesystem::path& path, LogConsole* console,
+                       std::unique_ptr<GdsDatabase>& database) {
     console->Write(std::string("--- Handling \"Load GDS\" command ---"));
     LayoutLoad load;
     try {
         load = LoadLayout(path, console);
     } catch (const std::bad_alloc&) {
-        RefuseLayout(path, outOfMemory);
+        return LayoutFailure(path, outOfMemory);
     } catch (const std::exception& error) {
-        RefuseLayout(path, error.what());
+        return LayoutFailure(path, error.what());
     }
-    if (load.code != 0) {
-        RefuseLayout(path, LayoutReason(path, load.code));
+    if (load.error) {
+        return LayoutFailure(path, LayoutReason(path, load.error->kind));
     }
-    return std::move(load.database);
+    database = std::move(load.database);
+    return {};
 }
 
-std::unique_ptr<ProcessModel> PrepareProcess(const std::filesystem::path& path,
-                                             const GdsDatabase& database, LogConsole* console) {
-    RememberingConsole remembering(console);
-    remembering.Write(std::string("--- Handling \"Run\" command ---"));
+Outcome PrepareProcess(const std::filesystem::path& path, const GdsDatabase& database,
+                       const ColorTable& colors, LogConsole* console,
+                       std::unique_ptr<ProcessModel>& model) {
+    console->Write(std::string("--- Handling \"Run\" command ---"));
+    PreparedRun run;
     try {
-        return std::make_unique<ProcessModel>(path, database, &remembering, nullptr);
+        run = PrepareRun(path, database, colors, console);
     } catch (const std::bad_alloc&) {
-        RefuseProcess(path, outOfMemory);
+        return ProcessFailure(path, outOfMemory);
     } catch (const std::exception& error) {
-        // As a rule the reason is on the console, and the exception has no text of its own.
-        std::string reason = remembering.FirstError();
-        if (reason.starts_with("Failed to open")) {
-            reason = WhyNotOpened(path);
-        }
-        RefuseProcess(path, reason.empty() ? error.what() : reason);
+        return ProcessFailure(path, error.what());
     }
+    if (run.model == nullptr) {
+        return ProcessFailure(path, run.fileOpened ? FirstOf(run.errors) : WhyNotOpened(path));
+    }
+    model = std::move(run.model);
+    return {};
 }
 
 }  // namespace zelmo

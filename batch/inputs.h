@@ -3,23 +3,27 @@
 #include <filesystem>
 #include <memory>
 
+#include "batch/exit_status.h"
+#include "process_file/color_table.h"
+
 namespace zelmo {
 
 class LogConsole;
 struct GdsDatabase;
 struct ProcessModel;
 
-// What a run starts from. Each throws BatchFailure with the file and the reason.
+// What a run starts from. Each fills its last argument, or fails with the file and the reason.
 
-/// Fills the process-wide colour table.
-void LoadColors(const std::filesystem::path& path);
+/// Reads the colour names.
+Outcome LoadColors(const std::filesystem::path& path, ColorTable& colors);
 
 /// Loads a layout, with the lines of the Load GDS command on the console.
-std::unique_ptr<GdsDatabase> LoadLayoutFile(const std::filesystem::path& path, LogConsole* console);
+Outcome LoadLayoutFile(const std::filesystem::path& path, LogConsole* console,
+                       std::unique_ptr<GdsDatabase>& database);
 
 /// Reads a process file and prepares its run, with the lines of the Run command on the console.
-/// The model has no graphics yet.
-std::unique_ptr<ProcessModel> PrepareProcess(const std::filesystem::path& path,
-                                             const GdsDatabase& database, LogConsole* console);
+Outcome PrepareProcess(const std::filesystem::path& path, const GdsDatabase& database,
+                       const ColorTable& colors, LogConsole* console,
+                       std::unique_ptr<ProcessModel>& model);
 
 }  // namespace zelmo

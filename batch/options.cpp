@@ -1,11 +1,17 @@
 #include "batch/options.h"
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
 #include <algorithm>
-#include <map>
+#include <iterator>
+#include <span>
+#include <string_view>
 
 #include <CLI/CLI.hpp>
 
 #include "base/text.h"
+#include "base/version.h"
 
 namespace zelmo {
 
@@ -20,18 +26,47 @@ constexpr const char* exitStatuses =
     "refused or the run could not be prepared, 4 a picture could not be made or written,\n"
     "5 anything else.";
 
-const std::map<std::string, PictureFormat> formats = {{"bmp", PictureFormat::Bmp},
-                                                      {"png", PictureFormat::Png}};
-
 /// The command line as it was typed.
 struct Texts {
     std::string layout;
     std::string process;
     std::string output;
     std::string assets;
-    std::string format = "png";
+    std::string format{pictureFormats[0].name};
     bool noPictures = false;
 };
+
+/// The names of all picture formats in alphabetical order.
+std::vector<std::string> FormatNames() {
+    std::vector<std::string> names;
+    for (const PictureFormat& format : pictureFormats) {
+        names.emplace_back(format.name);
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+/// "a, b or c" for the word "or".
+std::string Enumeration(const std::vector<std::string>& names, const std::string& word) {
+    const std::span rest(names.begin(), names.end() - 1);
+    return fmt::format("{} {} {}", fmt::join(rest, ", "), word, names.back());
+}
+
+/// "Picture files: png (default) or bmp"
+std::string FormatHelp() {
+    std::vector<std::string> names = FormatNames();
+    const std::string usual(pictureFormats[0].name);
+    std::erase(names, usual);
+    names.insert(names.begin(), usual + " (default)");
+    return "Picture files: " + Enumeration(names, "or");
+}
+
+const PictureFormat* FindFormat(std::string_view name) {
+    const auto hasThisName = [&](const PictureFormat& format) { return format.name == name; };
+    const auto* const found =
+        std::find_if(std::begin(pictureFormats), std::end(pictureFormats), hasThisName);
+    return found != std::end(pictureFormats) ? found : nullptr;
+}
 
 std::filesystem::path PathFromArgument(const std::string& argument) {
     return PathFromText(WideFromUtf8(argument));
@@ -39,7 +74,7 @@ std::filesystem::path PathFromArgument(const std::string& argument) {
 
 void AddOptions(CLI::App& app, Texts& texts, BatchOptions& options) {
     app.allow_windows_style_options(false);
-    app.set_version_flag("--version", "zelmo-batch " ZELMO_VERSION);
+    app.set_version_flag("--version", std::string("zelmo-batch ") + programVersion);
     app.footer(exitStatuses);
     app.add_option("LAYOUT.gds", texts.layout, "The layout, a GDSII stream file")
         ->required()
@@ -49,8 +84,8 @@ void AddOptions(CLI::App& app, Texts& texts, BatchOptions& options) {
                    "Folder for the pictures (default: a new one beside the process file, named "
                    "after it and the time)")
         ->type_name("DIR");
-    app.add_option("--format", texts.format, "Picture files: png (default) or bmp")
-        ->type_name("bmp|png");
+    app.add_option("--format", texts.format, FormatHelp())
+        ->type_name(fmt::format("{}", fmt::join(FormatNames(), "|")));
     app.add_flag("--check", options.checkOnly, "Read and check both files, run nothing");
     app.add_flag("--no-pictures", texts.noPictures, "Run the steps, draw nothing (needs no GL)");
     app.add_option("--assets", texts.assets,
@@ -62,8 +97,9 @@ void AddOptions(CLI::App& app, Texts& texts, BatchOptions& options) {
 
 /// What the parser cannot see; the reason, or nothing if all is well.
 std::string CheckTexts(const CLI::App& app, const Texts& texts) {
-    if (formats.count(texts.format) == 0) {
-        return "--format: \"" + texts.format + "\" is neither bmp nor png";
+    if (FindFormat(texts.format) == nullptr) {
+        return fmt::format("--format: \"{}\" is neither {}", texts.format,
+                           Enumeration(FormatNames(), "nor"));
     }
     for (const auto& [name, value] :
          {std::pair("--output", &texts.output), std::pair("--assets", &texts.assets)}) {
@@ -100,7 +136,7 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
     }
     options.layout = PathFromArgument(texts.layout);
     options.process = PathFromArgument(texts.process);
-    options.format = formats.at(texts.format);
+    options.format = *FindFormat(texts.format);
     options.pictures = !texts.noPictures;
     if (app.count("--output") > 0) {
         options.output = PathFromArgument(texts.output);

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "batch/exit_status.h"
-#include "pictures/picture_format.h"
+#include "pictures/picture_files.h"
 
 namespace zelmo {
 
@@ -15,7 +15,7 @@ struct BatchOptions {
     std::filesystem::path layout;
     std::filesystem::path process;
     std::optional<std::filesystem::path> output;  ///< none: a new folder beside the process file
-    PictureFormat format = PictureFormat::Png;
+    PictureFormat format = pictureFormats[0];
     bool checkOnly = false;
     bool pictures = true;
     std::optional<std::filesystem::path> assets;  ///< none: where the program's own are

@@ -10,10 +10,8 @@
 
 #include "base/file.h"
 #include "base/text.h"
-#include "batch/exit_status.h"
 #include "batch/platform.h"
-#include "pictures/png.h"
-#include "pictures/saved_images.h"
+#include "pictures/picture_names.h"
 
 namespace zelmo {
 
@@ -30,7 +28,7 @@ std::string ErrnoText() {
 }
 
 std::wstring FileName(const PictureFolder& folder, std::size_t ordinal, std::wstring_view image) {
-    return SavedImageName(ordinal, image, folder.format == PictureFormat::Bmp ? L"bmp" : L"png");
+    return SavedImageName(ordinal, image, folder.format.extension);
 }
 
 /// A new file under a name that nobody else uses; deleted at the end unless it was given another.
@@ -80,44 +78,39 @@ private:
 };
 
 /// Writes and closes the file; the reason if that fails.
-std::string WriteImage(const StepImage& image, PictureFormat format, TemporaryFile& file) {
+std::string WriteImage(const StepImage& image, const PictureFormat& format, TemporaryFile& file) {
     std::string reason;
-    errno = 0;
-    const bool written = format == PictureFormat::Bmp ? WriteBitmap(image, file.Stream())
-                                                      : WritePng(image, file.Stream(), reason);
-    if (!written) {
-        return !reason.empty() ? reason : ErrnoText();
+    if (!format.write(image, file.Stream(), reason)) {
+        return reason;
     }
     return file.Close() ? std::string() : ErrnoText();
 }
 
-[[noreturn]] void RefuseFolder(const fs::path& folder, const std::string& reason) {
-    throw BatchFailure{ExitStatus::Picture, fmt::format("the output folder {} cannot be used: {}",
-                                                        Text(folder), reason)};
+std::string UnusableFolder(const fs::path& folder, const std::string& reason) {
+    return fmt::format("the output folder {} cannot be used: {}", Text(folder), reason);
 }
 
 }  // namespace
 
-void PreparePictureFolder(const PictureFolder& folder,
-                          const std::vector<std::wstring>& imageNames) {
+std::string PreparePictureFolder(const PictureFolder& folder,
+                                 const std::vector<std::wstring>& imageNames) {
     std::error_code error;
     fs::create_directories(folder.path, error);
     std::error_code ignored;
     if (!fs::is_directory(folder.path, ignored)) {
-        RefuseFolder(folder.path, error ? error.message() : "a file has its name");
+        return UnusableFolder(folder.path, error ? error.message() : "a file has its name");
     }
     for (std::size_t i = 0; i < imageNames.size(); ++i) {
         const std::wstring name = FileName(folder, i + 1, imageNames[i]);
         if (CanNameFile(name) && fs::exists(folder.path / PathFromText(name), ignored)) {
-            throw BatchFailure{ExitStatus::Picture,
-                               fmt::format("the picture {} exists already and is kept; nothing "
-                                           "was run",
-                                           Text(folder.path / PathFromText(name)))};
+            return fmt::format("the picture {} exists already and is kept; nothing was run",
+                               Text(folder.path / PathFromText(name)));
         }
     }
     if (const TemporaryFile probe(folder.path); !probe.Made()) {
-        RefuseFolder(folder.path, probe.WhyNotMade());
+        return UnusableFolder(folder.path, probe.WhyNotMade());
     }
+    return {};
 }
 
 std::string SavePicture(const PictureFolder& folder, std::size_t ordinal, const StepImage& image) {

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "pictures/picture_format.h"
+#include "pictures/picture_files.h"
 #include "pictures/step_image.h"
 
 namespace zelmo {
@@ -12,13 +12,15 @@ namespace zelmo {
 /// Where a run's pictures go.
 struct PictureFolder {
     std::filesystem::path path;
-    PictureFormat format = PictureFormat::Png;
+    PictureFormat format = pictureFormats[0];
 };
 
 /// Makes the folder with its missing parents and sees that files can be made in it and that none of
-/// the pictures is there yet. `imageNames` are the names of the pictures in their order. Throws
-/// BatchFailure before anything but the folder has been made.
-void PreparePictureFolder(const PictureFolder& folder, const std::vector<std::wstring>& imageNames);
+/// the pictures is there yet. `imageNames` are the names of the pictures in their order. Returns a
+/// line with the reason if they could not be saved, else an empty text; nothing but the folder has
+/// been made.
+std::string PreparePictureFolder(const PictureFolder& folder,
+                                 const std::vector<std::wstring>& imageNames);
 
 /// Saves the picture with this ordinal, counted from 1. Its name stands for a whole file at every
 /// moment: it is written under another one first. Never replaces a file. Returns a line that names

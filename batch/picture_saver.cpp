@@ -6,14 +6,16 @@
 #include <exception>
 #include <memory>
 #include <new>
+#include <optional>
 #include <system_error>
 #include <utility>
 
 #include "base/data_files.h"
 #include "base/text.h"
-#include "batch/exit_status.h"
+#include "batch/consoles.h"
 #include "model/process_model.h"
-#include "pictures/saved_images.h"
+#include "pictures/picture_names.h"
+#include "pictures/step_image.h"
 
 namespace zelmo {
 
@@ -37,6 +39,21 @@ fs::path OutputFolder(const BatchOptions& options) {
     return MakeOutputFolderName(error ? options.process : process);
 }
 
+/// The desktop draws what it can with a faulty shader; pictures that lack their layers are of no
+/// use to a script. The reason, or an empty text.
+std::string WhyUnusable(const Studio& studio) {
+    if (studio.FaultyShaders().empty()) {
+        return "";
+    }
+    const FaultyShader& shader = studio.FaultyShaders().front();
+    std::vector<std::string> lines;
+    for (const std::wstring& reason : shader.reasons) {
+        lines.push_back(Utf8FromWide(reason));
+    }
+    return fmt::format("the shader file {} cannot be used: {}", Utf8FromWide(PathText(shader.path)),
+                       FirstOf(lines));
+}
+
 std::string NoPicture(const ProcessModel& model, std::size_t index, const std::string& reason) {
     const std::wstring name = StepImageName(ImageNumber(index), model.steps[index].description);
     return fmt::format("the picture \"{}\" could not be made: {}", Utf8FromWide(name), reason);
@@ -44,36 +61,52 @@ std::string NoPicture(const ProcessModel& model, std::size_t index, const std::s
 
 }  // namespace
 
-PictureSaver::PictureSaver(const BatchOptions& options, const std::vector<fs::path>& assetFolders)
-    : studio_(FindDataFile(assetFolders, "surface.shader"),
-              FindDataFile(assetFolders, "point.shader")),
-      folder_{OutputFolder(options), options.format} {}
+PictureSaver::PictureSaver(const BatchOptions& options,
+                           std::function<void(const std::string&)> tell)
+    : tell_(std::move(tell)), folder_{OutputFolder(options), options.format} {}
 
-void PictureSaver::Begin(ProcessModel& model) {
+Outcome PictureSaver::Begin(const ProcessModel& model, const std::vector<fs::path>& assetFolders) {
+    std::string problem;
+    context_ = CreateOffscreenGlContext(problem);
+    if (!context_) {
+        return {ExitStatus::Picture, "no picture can be made: " + problem};
+    }
+    studio_ = std::make_unique<Studio>(FindDataFile(assetFolders, "surface.shader"),
+                                       FindDataFile(assetFolders, "point.shader"));
+    problem = WhyUnusable(*studio_);
+    if (!problem.empty()) {
+        return {ExitStatus::Picture, problem};
+    }
     std::vector<std::wstring> names;
     for (std::size_t index = 0; index < model.steps.size(); ++index) {
         names.push_back(StepImageName(ImageNumber(index), model.steps[index].description));
     }
-    PreparePictureFolder(folder_, names);
-    studio_.AttachGraphics(model);
+    problem = PreparePictureFolder(folder_, names);
+    return problem.empty() ? Outcome{} : Outcome{ExitStatus::Picture, problem};
 }
 
-std::vector<std::string> PictureSaver::Save(ProcessModel& model, std::size_t index) {
+Outcome PictureSaver::Save(const ProcessModel& model, std::size_t index) {
     StepImage image;
     std::string problem;
+    std::optional<std::string> hopeless;
     try {
-        image = studio_.TakePicture(model, model.steps[index], ImageNumber(index), problem);
+        image = studio_->TakePicture(model, model.steps[index], ImageNumber(index), &problem);
     } catch (const std::bad_alloc&) {
-        throw BatchFailure{ExitStatus::Picture,
-                           NoPicture(model, index, "there is not enough memory")};
+        hopeless = "there is not enough memory";
     } catch (const std::exception& error) {
-        throw BatchFailure{ExitStatus::Picture, NoPicture(model, index, error.what())};
+        hopeless = error.what();
+    }
+    if (!studio_->FontProblem().empty()) {
+        hopeless = studio_->FontProblem();
     }
     // One at a time: no more than this picture and the next are in memory.
-    std::vector<std::string> problems = Finish();
+    Finish();
+    if (hopeless) {
+        return {ExitStatus::Picture, NoPicture(model, index, *hopeless)};
+    }
     if (!problem.empty()) {
-        problems.push_back(NoPicture(model, index, problem));
-        return problems;
+        Miss(NoPicture(model, index, problem));
+        return {};
     }
     const auto taken = std::make_shared<const StepImage>(std::move(image));
     const auto save = [this, index, taken] { return SavePicture(folder_, index + 1, *taken); };
@@ -82,17 +115,21 @@ std::vector<std::string> PictureSaver::Save(ProcessModel& model, std::size_t ind
     } catch (const std::system_error&) {
         saving_ = std::async(std::launch::deferred, save);  // no thread to be had
     }
-    return problems;
+    return {};
 }
 
-std::vector<std::string> PictureSaver::Finish() {
-    std::vector<std::string> problems;
-    if (saving_.valid()) {
-        if (std::string problem = saving_.get(); !problem.empty()) {
-            problems.push_back(std::move(problem));
-        }
+void PictureSaver::Finish() {
+    if (!saving_.valid()) {
+        return;
     }
-    return problems;
+    if (const std::string problem = saving_.get(); !problem.empty()) {
+        Miss(problem);
+    }
+}
+
+void PictureSaver::Miss(const std::string& reason) {
+    complete_ = false;
+    tell_(reason);
 }
 
 }  // namespace zelmo

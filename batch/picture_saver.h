@@ -2,40 +2,51 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <future>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "batch/exit_status.h"
 #include "batch/options.h"
 #include "batch/picture_folder.h"
-#include "batch/picture_studio.h"
+#include "render/gl/gl_context.h"
+#include "render/studio.h"
 
 namespace zelmo {
 
-/// Makes the pictures of a run and saves each as it comes. To outlive the model.
+/// Makes the pictures of a run and saves each as it comes.
 class PictureSaver {
 public:
-    /// Throws BatchFailure if no picture can be made at all.
-    PictureSaver(const BatchOptions& options,
-                 const std::vector<std::filesystem::path>& assetFolders);
+    /// `tell` receives a line for every picture that is missing, in their order and on the caller's
+    /// thread.
+    PictureSaver(const BatchOptions& options, std::function<void(const std::string&)> tell);
 
-    /// To be called once, before the first step. Throws BatchFailure if the pictures could not be
-    /// saved.
-    void Begin(ProcessModel& model);
+    /// Gets ready for the pictures of all steps. To be called once, before the first of them. Fails
+    /// if none could be made or they could not be saved.
+    Outcome Begin(const ProcessModel& model,
+                  const std::vector<std::filesystem::path>& assetFolders);
 
     /// Takes the picture of the finished step with this index, and saves it on a thread of its own
-    /// while the next step runs. Returns why pictures are missing, in their order: of this one if
-    /// it could not be taken, of the one before it if it could not be saved; the next picture is
-    /// tried all the same. Throws BatchFailure where taking one failed in a way that leaves no hope
-    /// for others.
-    std::vector<std::string> Save(ProcessModel& model, std::size_t index);
+    /// while the next step runs. One that could not be drawn is told of, and the next is tried all
+    /// the same. Fails where there is no hope for others.
+    Outcome Save(const ProcessModel& model, std::size_t index);
 
-    /// Waits until the last picture has been saved. Returns the reason if it could not be.
-    std::vector<std::string> Finish();
+    /// Waits until the last picture has been saved.
+    void Finish();
+
+    /// Whether no picture is missing so far.
+    bool Complete() const { return complete_; }
 
 private:
-    PictureStudio studio_;
+    void Miss(const std::string& reason);
+
+    std::function<void(const std::string&)> tell_;
+    std::unique_ptr<GlContext> context_;  ///< the studio goes while it is current
+    std::unique_ptr<Studio> studio_;
     PictureFolder folder_;
+    bool complete_ = true;
     std::future<std::string> saving_;  ///< of the last picture; ends before this object does
 };
 

@@ -7,6 +7,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include <fmt/format.h>
 
@@ -15,6 +16,7 @@
 #include "gds/gds_reader.h"
 #include "model/execute_step.h"
 #include "process_file/color_table.h"
+#include "process_run/prepare_run.h"
 #include "tests/support/temp_folder.h"
 
 namespace zelmo {
@@ -38,8 +40,7 @@ std::string TextOf(const std::filesystem::path& path) {
 
 }  // namespace
 
-std::unique_ptr<ProcessModel> PrepareExample(std::string_view name, std::int32_t cells,
-                                             LayerGraphics* graphics) {
+std::unique_ptr<ProcessModel> PrepareExample(std::string_view name, std::int32_t cells) {
     const std::filesystem::path folder = "examples";
     const std::string text = TextOf(folder / fmt::format("{}.txt", name));
     const TempFolder scratch;
@@ -48,11 +49,16 @@ std::unique_ptr<ProcessModel> PrepareExample(std::string_view name, std::int32_t
         std::regex_replace(text, std::regex("-N [0-9]+"), fmt::format("-N {}", cells)));
     SilentConsole console;
     GdsDatabase database;
-    if (ReadGdsFile(database, folder / fmt::format("{}.gds", name), &console) != 0) {
+    if (ReadGdsFile(database, folder / fmt::format("{}.gds", name), &console)) {
         throw std::runtime_error("the example's layout did not load");
     }
-    LoadColorTable();
-    return std::make_unique<ProcessModel>(process, database, &console, graphics);
+    ColorTable colors;
+    LoadColorTable(colors);
+    PreparedRun run = PrepareRun(process, database, colors, &console);
+    if (run.model == nullptr) {
+        throw std::runtime_error("the example cannot be run");
+    }
+    return std::move(run.model);
 }
 
 void RunSteps(ProcessModel& model, std::size_t end) {

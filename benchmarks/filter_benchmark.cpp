@@ -36,7 +36,7 @@ ProcessModel& Example() {
 
 /// A number of cells as a length.
 float LengthOf(std::int64_t cells) {
-    return static_cast<float>(cells) * Example().gridSpacing;
+    return static_cast<float>(cells) * Example().grid.spacing;
 }
 
 /// The arguments are the disc's radius in cells and the number of threads.
@@ -44,15 +44,15 @@ template <auto Smooth>
 void CoatingFilter(benchmark::State& state) {
     const ProcessModel& model = Example();
     SetRowThreads(static_cast<std::int32_t>(state.range(1)));
-    const auto layer = CreateLayer(model.gridRows, model.gridColumns, model.gridSpacing, nullptr);
+    const auto layer = CreateLayer(model.grid);
     for (auto _ : state) {
         state.PauseTiming();
-        for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
-            layer->bottom[cell] = model.coverMap[cell].height;
+        for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
+            layer->bottom[cell] = model.stack.coverMap[cell].height;
             layer->top[cell] = 0.5f + layer->bottom[cell];
         }
         state.ResumeTiming();
-        Smooth(model, *layer, LengthOf(state.range(0)));
+        Smooth(model.grid, *layer, LengthOf(state.range(0)));
         benchmark::DoNotOptimize(layer->top.data());
     }
     SetRowThreads(0);
@@ -68,8 +68,8 @@ BENCHMARK(CoatingFilter<SmoothLayerTopPlain>)
 
 /// The mask that the example's photo steps use most often.
 std::vector<std::uint8_t> RawMask() {
-    std::vector<std::uint8_t> rawMask(Example().CellCount());
-    RasteriseMask(Example(), rawMask, 2, true);
+    std::vector<std::uint8_t> rawMask(Example().grid.CellCount());
+    RasteriseMask(Example().grid, Example().polygons, rawMask, 2, true);
     return rawMask;
 }
 
@@ -79,7 +79,7 @@ void MaskBlur(benchmark::State& state) {
     SetRowThreads(static_cast<std::int32_t>(state.range(1)));
     std::vector<std::uint8_t> mask(rawMask.size());
     for (auto _ : state) {
-        Blur(Example(), mask, rawMask, LengthOf(state.range(0)));
+        Blur(Example().grid, mask, rawMask, LengthOf(state.range(0)));
         benchmark::DoNotOptimize(mask.data());
     }
     SetRowThreads(0);
@@ -98,13 +98,13 @@ template <auto Update>
 void CoverUpdate(benchmark::State& state) {
     constexpr std::size_t steps = 39;
     static const std::unique_ptr<ProcessModel> model = PrepareExample("cmos_inverter", 1000);
-    if (model->layers.empty()) {
+    if (model->stack.layers.empty()) {
         RunSteps(*model, steps);
     }
     SetRowThreads(static_cast<std::int32_t>(state.range(0)));
     for (auto _ : state) {
-        Update(*model);
-        benchmark::DoNotOptimize(model->coverMap.data());
+        Update(model->stack, model->grid);
+        benchmark::DoNotOptimize(model->stack.coverMap.data());
     }
     SetRowThreads(0);
 }

@@ -11,8 +11,8 @@
 #include "benchmarks/large_layouts.h"
 #include "gds/gds_database.h"
 #include "gds/gds_reader.h"
-#include "gds/polygon_extraction.h"
-#include "model/process_model.h"
+#include "model/grid/grid.h"
+#include "process_run/mask_polygons.h"
 
 // Loading large layouts, whose files lie in the system's memory by then, and extracting windows of
 // one of them.
@@ -40,7 +40,7 @@ public:
     GdsDatabase Load() const {
         GdsDatabase database;
         SilentConsole console;
-        if (ReadGdsFile(database, path_, &console) != 0) {
+        if (ReadGdsFile(database, path_, &console)) {
             throw std::runtime_error("the layout was refused");
         }
         return database;
@@ -105,20 +105,20 @@ BENCHMARK(LayoutLoad<SmallCellLayout>)->Unit(benchmark::kMillisecond);
 /// A window of so many micrometres in the middle of the chip, 1000 cells wide.
 void PolygonExtraction(benchmark::State& state) {
     const auto side = static_cast<float>(state.range(0));
-    ProcessModel model;
-    model.cellName = "CHIP";
-    model.gridOriginX = 2000.0f - side / 2.0f;
-    model.gridOriginY = model.gridOriginX;
-    model.gridWidth = side;
-    model.gridHeight = side;
-    model.gridSpacing = side / 1000.0f;
+    const float corner = 2000.0f - side / 2.0f;
+    const Grid grid{.spacing = side / 1000.0f,
+                    .width = side,
+                    .height = side,
+                    .originX = corner,
+                    .originY = corner};
     SilentConsole console;
     LoadedLayout();
+    MaskExtraction masks;
     for (auto _ : state) {
-        ExtractPolygons(model, &console, LoadedLayout());
+        masks = ExtractMaskPolygons(LoadedLayout(), "CHIP", grid, &console);
     }
-    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(model.polygons.size()));
-    state.counters["polygons"] = static_cast<double>(model.polygons.size());
+    state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(masks.polygons.size()));
+    state.counters["polygons"] = static_cast<double>(masks.polygons.size());
 }
 
 BENCHMARK(PolygonExtraction)->Arg(10)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);

@@ -4,11 +4,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <vector>
 
 #include "model/grid/neighbour_table.h"
-#include "model/process_model.h"
 #include "tests/plain/neighbour_table_plain.h"
 
 namespace zelmo {
@@ -50,24 +48,24 @@ void NewMemoryOfThatSize(benchmark::State& state) {
 }
 BENCHMARK(NewMemoryOfThatSize)->Arg(1000)->Arg(2000)->Unit(benchmark::kMillisecond);
 
-/// A model of 1000 by 1000 cells with its tables.
-ProcessModel& Model() {
-    static const std::unique_ptr<ProcessModel> model = [] {
-        auto made = std::make_unique<ProcessModel>();
-        made->gridColumns = 1000;
-        made->gridRows = 1000;
-        made->gridSpacing = spacing;
-        BuildNeighbourTable(made->neighbours, 1000, 1000, spacing);
-        BuildDistanceIndex(*made);
+/// A grid of 1000 by 1000 cells with its tables.
+Grid& LargeGrid() {
+    static Grid grid = [] {
+        Grid made;
+        made.columns = 1000;
+        made.rows = 1000;
+        made.spacing = spacing;
+        BuildNeighbourTable(made.neighbours, 1000, 1000, spacing);
+        BuildDistanceIndex(made);
         return made;
     }();
-    return *model;
+    return grid;
 }
 
 void DistanceIndex(benchmark::State& state) {
     for (auto _ : state) {
-        BuildDistanceIndex(Model());
-        benchmark::DoNotOptimize(Model().distanceIndex.data());
+        BuildDistanceIndex(LargeGrid());
+        benchmark::DoNotOptimize(LargeGrid().distanceIndex.data());
     }
 }
 BENCHMARK(DistanceIndex)->Unit(benchmark::kMicrosecond);
@@ -76,7 +74,7 @@ BENCHMARK(DistanceIndex)->Unit(benchmark::kMicrosecond);
 template <auto Select>
 void Selection(benchmark::State& state) {
     for (auto _ : state) {
-        benchmark::DoNotOptimize(Select(Model(), static_cast<float>(state.range(0)) * spacing));
+        benchmark::DoNotOptimize(Select(LargeGrid(), static_cast<float>(state.range(0)) * spacing));
     }
 }
 BENCHMARK(Selection<SelectDiscOffsets>)->Arg(10)->Arg(100)->Unit(benchmark::kMicrosecond);

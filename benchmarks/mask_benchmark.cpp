@@ -16,6 +16,7 @@
 #include "benchmarks/example_run.h"
 #include "model/grid/neighbour_table.h"
 #include "model/mask/mask.h"
+#include "model/process_model.h"
 #include "tests/plain/mask_plain.h"
 
 namespace zelmo {
@@ -25,19 +26,19 @@ constexpr std::int32_t gridSize = 1000;
 constexpr float pitch = 0.012f;
 constexpr std::uint32_t maskId = 1;
 
-/// An empty grid with its tables, which take a while to build: once for all benchmarks.
-ProcessModel& Grid(std::int32_t size) {
-    static std::map<std::int32_t, std::unique_ptr<ProcessModel>> models;
-    std::unique_ptr<ProcessModel>& model = models[size];
-    if (model == nullptr) {
-        model = std::make_unique<ProcessModel>();
-        model->gridColumns = size;
-        model->gridRows = size;
-        model->gridSpacing = pitch;
-        BuildNeighbourTable(model->neighbours, size, size, pitch);
-        BuildDistanceIndex(*model);
+/// A grid with its tables, which take a while to build: once for all benchmarks.
+const Grid& SquareGrid(std::int32_t size) {
+    static std::map<std::int32_t, Grid> grids;
+    const auto [slot, isNew] = grids.try_emplace(size);
+    Grid& grid = slot->second;
+    if (isNew) {
+        grid.columns = size;
+        grid.rows = size;
+        grid.spacing = pitch;
+        BuildNeighbourTable(grid.neighbours, size, size, pitch);
+        BuildDistanceIndex(grid);
     }
-    return *model;
+    return grid;
 }
 
 // Raster
@@ -79,13 +80,13 @@ std::vector<MaskPolygon> Stars(std::size_t count, double size, std::int32_t poin
 
 template <auto Rasterise>
 void Raster(benchmark::State& state) {
-    ProcessModel& model = Grid(gridSize);
+    const Grid& grid = SquareGrid(gridSize);
     const double size = static_cast<double>(state.range(1)) * static_cast<double>(pitch);
-    model.polygons = Stars(static_cast<std::size_t>(state.range(0)), size,
-                           static_cast<std::int32_t>(state.range(2)));
-    std::vector<std::uint8_t> mask(model.CellCount());
+    const std::vector<MaskPolygon> polygons = Stars(static_cast<std::size_t>(state.range(0)), size,
+                                                    static_cast<std::int32_t>(state.range(2)));
+    std::vector<std::uint8_t> mask(grid.CellCount());
     for (auto _ : state) {
-        benchmark::DoNotOptimize(Rasterise(model, mask, maskId, true));
+        benchmark::DoNotOptimize(Rasterise(grid, polygons, mask, maskId, true));
     }
 }
 
@@ -102,20 +103,19 @@ BENCHMARK(Raster<RasteriseMaskPlain>)->Apply(RasterCases);
 
 // Edge distance
 
-using DistanceFunction = void (*)(const ProcessModel&, std::span<float>,
-                                  std::span<const std::uint8_t>);
+using DistanceFunction = void (*)(const Grid&, std::span<float>, std::span<const std::uint8_t>);
 
 struct ExampleMasks {
     std::unique_ptr<ProcessModel> model = PrepareExample("cmos_inverter", gridSize);
     std::vector<std::vector<std::uint8_t>> masks;
 
     ExampleMasks() {
-        std::vector<std::uint8_t> rawMask(model->CellCount());
+        std::vector<std::uint8_t> rawMask(model->grid.CellCount());
         for (const ProcessStep& step : model->steps) {
-            if (step.kind == StepPhoto) {
-                RasteriseMask(*model, rawMask, step.maskId, step.maskDark);
-                masks.emplace_back(model->CellCount());
-                BlurMask(*model, masks.back(), rawMask, step.res * 0.5f);
+            if (step.kind == StepKind::Photo) {
+                RasteriseMask(model->grid, model->polygons, rawMask, step.maskId, step.maskDark);
+                masks.emplace_back(model->grid.CellCount());
+                BlurMask(model->grid, masks.back(), rawMask, step.res * 0.5f);
             }
         }
     }
@@ -126,10 +126,10 @@ template <DistanceFunction Measure>
 void EdgeDistanceOfExample(benchmark::State& state) {
     static const ExampleMasks example;
     SetRowThreads(static_cast<std::int32_t>(state.range(0)));
-    std::vector<float> distance(example.model->CellCount());
+    std::vector<float> distance(example.model->grid.CellCount());
     for (auto _ : state) {
         for (const std::vector<std::uint8_t>& mask : example.masks) {
-            Measure(*example.model, distance, mask);
+            Measure(example.model->grid, distance, mask);
         }
     }
     SetRowThreads(0);
@@ -178,12 +178,12 @@ std::vector<std::uint8_t> ScatteredOpenings(std::int32_t size) {
 template <DistanceFunction Measure, auto makeMask>
 void EdgeDistance(benchmark::State& state) {
     const auto size = static_cast<std::int32_t>(state.range(0));
-    const ProcessModel& model = Grid(size);
+    const Grid& grid = SquareGrid(size);
     const std::vector<std::uint8_t> mask = makeMask(size);
     SetRowThreads(1);
     std::vector<float> distance(mask.size());
     for (auto _ : state) {
-        Measure(model, distance, mask);
+        Measure(grid, distance, mask);
     }
     SetRowThreads(0);
 }

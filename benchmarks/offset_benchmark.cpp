@@ -40,10 +40,10 @@ const std::map<std::int64_t, OffsetCase>& Cases() {
         ProcessModel& model = Example();
         for (std::size_t i = 0; i < model.steps.size(); ++i) {
             const ProcessStep& step = model.steps[i];
-            const bool isEtch = step.kind == StepEtch;
-            if (isEtch || step.kind == StepDeposition) {
+            const bool isEtch = step.kind == StepKind::Etch;
+            if (isEtch || step.kind == StepKind::Deposition) {
                 OffsetCase& offset = made[static_cast<std::int64_t>(i)];
-                for (const CoverCell& cell : model.coverMap) {
+                for (const CoverCell& cell : model.stack.coverMap) {
                     offset.surface.push_back(cell.height);
                 }
                 offset.distance = isEtch ? -step.depth : step.thickness;
@@ -70,7 +70,7 @@ void SurfaceOffset(benchmark::State& state) {
     Choose(state.range(1));
     std::vector<float> out(offset.surface.size());
     for (auto _ : state) {
-        Offset(Example(), out, offset.surface, offset.distance, offset.lateral);
+        Offset(Example().grid, out, offset.surface, offset.distance, offset.lateral);
         benchmark::DoNotOptimize(out.data());
     }
     Choose(WideLanes);
@@ -92,10 +92,10 @@ BENCHMARK(SurfaceOffset<OffsetSurface>)
 template <auto Offset>
 void AllOffsets(benchmark::State& state) {
     Choose(state.range(0));
-    std::vector<float> out(Example().CellCount());
+    std::vector<float> out(Example().grid.CellCount());
     for (auto _ : state) {
         for (const auto& [step, offset] : Cases()) {
-            Offset(Example(), out, offset.surface, offset.distance, offset.lateral);
+            Offset(Example().grid, out, offset.surface, offset.distance, offset.lateral);
             benchmark::DoNotOptimize(out.data());
         }
     }

@@ -2,15 +2,16 @@
 // what a whole run is measured against. The linker takes the first definition of a name.
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
 #include "model/cover_map.h"
 #include "model/disc/disc_filter.h"
+#include "model/grid/grid.h"
 #include "model/grid/neighbour_table.h"
 #include "model/mask/mask.h"
 #include "model/offset/surface_offset.h"
-#include "model/process_model.h"
 #include "render/mesh/layer_mesh.h"
 #include "render/visible/visible_triangles.h"
 #include "tests/plain/cover_map_plain.h"
@@ -27,62 +28,49 @@ void BuildNeighbourTable(NeighbourTable& table, std::int32_t rows, std::int32_t 
     BuildNeighbourTablePlain(table, rows, cols, spacing);
 }
 
-std::vector<GridOffset> SelectDiscOffsets(const ProcessModel& model, float radius) {
-    return SelectDiscOffsetsPlain(model, radius);
+std::vector<GridOffset> SelectDiscOffsets(const Grid& grid, float radius) {
+    return SelectDiscOffsetsPlain(grid, radius);
 }
 
-std::vector<GridOffset> SelectLeavingOffsets(const ProcessModel& model, float radius) {
-    return SelectLeavingOffsetsPlain(model, radius);
+std::vector<GridOffset> SelectLeavingOffsets(const Grid& grid, float radius) {
+    return SelectLeavingOffsetsPlain(grid, radius);
 }
 
-void OffsetSurface(const ProcessModel& model, std::span<float> out, std::span<const float> heights,
+void OffsetSurface(const Grid& grid, std::span<float> out, std::span<const float> heights,
                    float distance, float lateral) {
-    OffsetSurfacePlain(model, out, heights, distance, lateral);
+    OffsetSurfacePlain(grid, out, heights, distance, lateral);
 }
 
-void SmoothLayerTop(const ProcessModel& model, Layer& layer, float radius) {
-    SmoothLayerTopPlain(model, layer, radius);
+void SmoothLayerTop(const Grid& grid, Layer& layer, float radius) {
+    SmoothLayerTopPlain(grid, layer, radius);
 }
 
-double RasteriseMask(const ProcessModel& model, std::span<std::uint8_t> rawMask,
-                     std::uint32_t maskId, bool maskDark) {
-    return RasteriseMaskPlain(model, rawMask, maskId, maskDark);
+double RasteriseMask(const Grid& grid, std::span<const MaskPolygon> polygons,
+                     std::span<std::uint8_t> rawMask, std::uint32_t maskId, bool maskDark) {
+    return RasteriseMaskPlain(grid, polygons, rawMask, maskId, maskDark);
 }
 
-void BlurMask(const ProcessModel& model, std::span<std::uint8_t> mask,
-              std::span<const std::uint8_t> rawMask, float radius) {
-    BlurMaskPlain(model, mask, rawMask, radius);
+void BlurMask(const Grid& grid, std::span<std::uint8_t> mask, std::span<const std::uint8_t> rawMask,
+              float radius) {
+    BlurMaskPlain(grid, mask, rawMask, radius);
 }
 
-void MaskEdgeDistance(const ProcessModel& model, std::span<float> edgeDistance,
+void MaskEdgeDistance(const Grid& grid, std::span<float> edgeDistance,
                       std::span<const std::uint8_t> mask) {
-    MaskEdgeDistancePlain(model, edgeDistance, mask);
+    MaskEdgeDistancePlain(grid, edgeDistance, mask);
 }
 
-void UpdateCoverMap(ProcessModel& model) {
-    UpdateCoverMapPlain(model);
+void UpdateCoverMap(Stack& stack, const Grid& grid) {
+    UpdateCoverMapPlain(stack, grid);
 }
 
-void BuildLayerMesh(Layer& layer, std::int32_t marginCols, std::int32_t marginRows) {
-    const LayerMesh mesh = MakeLayerMeshPlain(layer, marginCols, marginRows);
-    layer.indexCount = static_cast<std::int32_t>(mesh.indices.size());
-    if (layer.graphics != nullptr) {
-        layer.graphics->UploadLayerMesh(layer, mesh.vertices, mesh.indices);
-    }
+LayerMesh MakeLayerMesh(const Layer& layer, std::int32_t marginCols, std::int32_t marginRows) {
+    return MakeLayerMeshPlain(layer, marginCols, marginRows);
 }
 
-struct VisibleTriangles::Choice {};
-
-VisibleTriangles::VisibleTriangles(const ProcessModel&, const PictureView&) {}
-
-VisibleTriangles::~VisibleTriangles() = default;
-
-bool VisibleTriangles::Chosen() const {
-    return false;
-}
-
-std::span<const std::uint32_t> VisibleTriangles::IndicesOf(std::size_t) {
-    return {};
+std::optional<ChosenTriangles> ChooseTriangles(const Stack&, const Grid&, const PictureView&,
+                                               const HidingRules&) {
+    return std::nullopt;
 }
 
 }  // namespace zelmo

@@ -3,21 +3,21 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <memory>
+#include <optional>
+#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "base/log_console.h"
 #include "base/row_bands.h"
 #include "benchmarks/example_run.h"
 #include "model/execute_step.h"
+#include "model/grid/shown_window.h"
 #include "render/gl/gl_context.h"
-#include "render/gl/layer_graphics_gl.h"
-#include "render/gl/shader_program.h"
-#include "render/gl/text_font.h"
 #include "render/mesh/layer_mesh.h"
-#include "render/mesh/update_meshes.h"
-#include "render/step_picture.h"
+#include "render/studio.h"
 #include "tests/plain/mesh_plain.h"
 
 namespace zelmo {
@@ -25,35 +25,45 @@ namespace {
 
 constexpr std::int32_t cells = 1000;
 
-class QuietConsole : public LogConsole {
-protected:
-    void AppendLine(std::wstring) override {}
+/// A picture's triangles are chosen by all rules, by none (whole meshes with blending), or by all
+/// but one.
+enum Rules : std::int64_t {
+    allRules,
+    wholeMeshes,
+    withoutStanding,
+    withoutBuried,
+    withoutShadowed,
+    withoutBetweenPixels,
+    withoutLevelParts,
 };
 
-/// What pictures are drawn with, all of it while the context is current.
-struct Studio {
-    std::string problem;
-    std::unique_ptr<GlContext> context = CreateOffscreenGlContext(problem);
-    QuietConsole console;
-    LayerGraphicsGl graphics;
-    TextFont textFont;
-    ShaderProgram surfaceShader{"surface.shader", &console};
-    ShaderProgram pointShader{"point.shader", &console};
-    std::unique_ptr<Camera> camera;
-};
+std::optional<HidingRules> RulesOf(std::int64_t choice) {
+    if (choice == wholeMeshes) {
+        return std::nullopt;
+    }
+    return HidingRules{choice != withoutStanding, choice != withoutBuried,
+                       choice != withoutShadowed, choice != withoutBetweenPixels,
+                       choice != withoutLevelParts};
+}
 
-Studio& TheStudio() {
-    static Studio studio;
-    return studio;
+/// Pictures by these rules, all of them in one context.
+Studio& StudioOf(std::int64_t rules) {
+    static std::string problem;
+    static const std::unique_ptr<GlContext> context = CreateOffscreenGlContext(problem);
+    static std::map<std::int64_t, Studio> studios;
+    if (context == nullptr) {
+        throw std::runtime_error(problem);
+    }
+    return studios.try_emplace(rules, "surface.shader", "point.shader", RulesOf(rules))
+        .first->second;
 }
 
 /// The CMOS example after so many steps. Asked for in ascending order, it runs once.
-ProcessModel& StackAfter(std::size_t steps) {
-    static const auto model = PrepareExample("cmos_inverter", cells, &TheStudio().graphics);
+const ProcessModel& StackAfter(std::size_t steps) {
+    static const auto model = PrepareExample("cmos_inverter", cells);
     static std::size_t executed = 0;
     for (; executed < std::min(steps, model->steps.size()); ++executed) {
         ExecuteStep(*model, model->steps[executed], nullptr);
-        UpdateMeshes(*model);
     }
     return *model;
 }
@@ -63,32 +73,40 @@ constexpr std::size_t twelveLayers = 51;
 /// At the end: sixteen, three of them translucent.
 constexpr std::size_t allSteps = 66;
 
+LayerMesh MeshOf(const ProcessModel& model, const Layer& layer) {
+    const ShownWindow window = FindShownWindow(model.grid);
+    return MakeLayerMesh(layer, window.marginCols, window.marginRows);
+}
+
+double CountTriangles(const ProcessModel& model, const Layer& layer) {
+    return static_cast<double>(MeshOf(model, layer).indices.size()) / 3.0;
+}
+
 /// Of the layers in the order of the size of their meshes: the largest is 0.
-const Layer& LayerBySize(const ProcessModel& model, std::size_t place) {
-    std::vector<const Layer*> layers;
-    for (const auto& layer : model.layers) {
+const Layer& LayerBySize(const ProcessModel& model, std::size_t rank) {
+    std::vector<std::pair<double, const Layer*>> layers;
+    for (const auto& layer : model.stack.layers) {
         if (layer != nullptr) {
-            layers.push_back(layer.get());
+            layers.emplace_back(CountTriangles(model, *layer), layer.get());
         }
     }
-    std::sort(layers.begin(), layers.end(),
-              [](const Layer* a, const Layer* b) { return a->indexCount > b->indexCount; });
-    return *layers[std::min(place, layers.size() - 1)];
+    std::stable_sort(layers.begin(), layers.end(),
+                     [](const auto& a, const auto& b) { return a.first > b.first; });
+    return *layers[std::min(rank, layers.size() - 1)].second;
 }
 
 template <LayerMesh (*Make)(const Layer&, std::int32_t, std::int32_t)>
 void MeshOfOneLayer(benchmark::State& state) {
     const ProcessModel& model = StackAfter(twelveLayers);
     const Layer& layer = LayerBySize(model, static_cast<std::size_t>(state.range(0)));
-    const auto marginCols = static_cast<std::int32_t>(model.marginX / model.gridSpacing);
-    const auto marginRows = static_cast<std::int32_t>(model.marginY / model.gridSpacing);
+    const ShownWindow window = FindShownWindow(model.grid);
     SetRowThreads(static_cast<std::int32_t>(state.range(1)));
     for (auto _ : state) {
-        const LayerMesh mesh = Make(layer, marginCols, marginRows);
+        const LayerMesh mesh = Make(layer, window.marginCols, window.marginRows);
         benchmark::DoNotOptimize(mesh.indices.data());
     }
     SetRowThreads(0);
-    state.counters["triangles"] = static_cast<double>(layer.indexCount) / 3.0;
+    state.counters["triangles"] = CountTriangles(model, layer);
 }
 
 // Arguments: the layer, the number of threads
@@ -104,32 +122,31 @@ BENCHMARK(MeshOfOneLayer<MakeLayerMesh>)
     ->ArgsProduct({{0, 2, 5, 11}, {1, 2}})
     ->Unit(benchmark::kMillisecond);
 
-/// A picture of a stack whose meshes are up to date, with all triangles or with those in sight.
+/// A picture of a stack whose meshes are up to date.
 void Picture(benchmark::State& state) {
-    ProcessModel& model = StackAfter(static_cast<std::size_t>(state.range(0)));
-    Studio& studio = TheStudio();
-    const PictureTools tools{studio.surfaceShader, studio.pointShader, studio.textFont,
-                             state.range(1) != 0};
-    const ProcessStep step;
+    const ProcessModel& model = StackAfter(static_cast<std::size_t>(state.range(0)));
+    Studio& studio = StudioOf(state.range(1));
+    studio.TakePicture(model, {}, 1);  // uploads what has changed
     for (auto _ : state) {
-        const StepImage image = TakeStepPicture(model, step, tools, 1, studio.camera);
+        const StepImage image = studio.TakePicture(model, {}, 1);
         benchmark::DoNotOptimize(image.pixels.data());
     }
     double triangles = 0.0;
-    for (const auto& layer : model.layers) {
-        triangles += layer != nullptr ? static_cast<double>(layer->indexCount) / 3.0 : 0.0;
+    for (const auto& layer : model.stack.layers) {
+        triangles += layer != nullptr ? CountTriangles(model, *layer) : 0.0;
     }
     state.counters["triangles"] = triangles;
 }
 
-// Arguments: the number of steps, which only grows, and whether all triangles are drawn
+// Arguments: the number of steps, which only grows, and by which rules the triangles are chosen
 BENCHMARK(Picture)
-    ->Args({twelveLayers, 1})
-    ->Args({twelveLayers, 0})
-    ->Args({allSteps, 1})
-    ->Args({allSteps, 0})
-    ->UseRealTime()
-    ->Unit(benchmark::kMillisecond);
+    ->Apply([](auto* picture) {
+        for (const std::int64_t steps : {twelveLayers, allSteps}) {
+            for (std::int64_t rules = allRules; rules <= withoutLevelParts; ++rules) {
+                picture->Args({steps, rules});
+            }
+        }
+    }) -> UseRealTime() -> Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace zelmo

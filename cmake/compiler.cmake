@@ -58,7 +58,7 @@ endfunction()
 add_library(zelmo_lane_options INTERFACE)
 target_compile_options(zelmo_lane_options INTERFACE -fno-math-errno)
 
-# Adds files of lane kernels (base/lanes.h) to a library, compiled for narrow and for wide lanes:
+# Adds files of lane kernels (base/lane_code.h) to a library, compiled for narrow and for wide lanes:
 # zelmo_lane_kernels(<library> SOURCES ...)
 function(zelmo_lane_kernels library)
     cmake_parse_arguments(ARG "" "" "SOURCES" ${ARGN})

@@ -15,7 +15,8 @@ endif()
 install(TARGETS zelmo zelmo-batch RUNTIME DESTINATION ${PROGRAM_FOLDER})
 install(FILES assets/colors.txt assets/surface.shader assets/point.shader assets/zelmo.ico
         DESTINATION ${DATA_FOLDER})
-install(FILES docs/guide.txt docs/process-file.md DESTINATION ${DOCUMENT_FOLDER})
+configure_file(docs/guide.txt ${CMAKE_BINARY_DIR}/docs/guide.txt @ONLY)
+install(FILES ${CMAKE_BINARY_DIR}/docs/guide.txt docs/process-file.md DESTINATION ${DOCUMENT_FOLDER})
 foreach(example cmos_inverter mems_release array)
     install(FILES ${CMAKE_BINARY_DIR}/examples/${example}.gds
                   ${CMAKE_BINARY_DIR}/examples/${example}.txt

@@ -8,16 +8,19 @@
 #include "base/debug_trace.h"
 #include "base/log_console.h"
 #include "base/text.h"
-#include "desktop/main_window.h"
-#include "pictures/saved_images.h"
-#include "process_run/run_report.h"
+#include "base/version.h"
+#include "desktop/main_window_logic.h"
+#include "pictures/picture_files.h"
+#include "pictures/picture_names.h"
+#include "process_run/execute_run.h"
+#include "process_run/load_layout.h"
+#include "process_run/prepare_run.h"
 
 namespace zelmo {
 
 namespace {
 
 constexpr const char* programName = "Zelmo";
-constexpr const char* programVersion = "3.2.1";
 constexpr int processFileVersion = 4;
 
 /// Files and folders take the separator of their platform.
@@ -30,7 +33,7 @@ std::filesystem::path InFolder(const std::filesystem::path& folder, const std::w
 
 }  // namespace
 
-void MainWindow::UpdateMenus() {
+void MainWindowLogic::UpdateMenus() {
     platform_.EnableMenuEntry(MenuEntry::SaveImages, !pictures_.images.empty() && !running_);
     platform_.EnableMenuEntry(MenuEntry::RunProcess, gds_ != nullptr && !running_);
     platform_.EnableMenuEntry(MenuEntry::Stop, running_ && !stopRequested_);
@@ -39,7 +42,7 @@ void MainWindow::UpdateMenus() {
     platform_.RedrawMenu();
 }
 
-void MainWindow::DisableMenus() {
+void MainWindowLogic::DisableMenus() {
     for (const MenuEntry entry :
          {MenuEntry::SaveImages, MenuEntry::RunProcess, MenuEntry::Stop, MenuEntry::LoadGds}) {
         platform_.EnableMenuEntry(entry, false);
@@ -48,7 +51,20 @@ void MainWindow::DisableMenus() {
     platform_.RedrawMenu();
 }
 
-void MainWindow::HandleRun() {
+bool MainWindowLogic::PrepareModel(const std::filesystem::path& path) {
+    try {
+        PreparedRun run = PrepareRun(path, *gds_, colors_, platform_.Console());
+        if (run.model == nullptr) {
+            return false;
+        }
+        model_.swap(run.model);
+        return true;
+    } catch (const std::exception&) {
+        return false;  // exhausted memory: the model before stays
+    }
+}
+
+void MainWindowLogic::HandleRun() {
     DebugTrace("Handling run");
     DisableMenus();
     platform_.ClearConsole();
@@ -62,12 +78,7 @@ void MainWindow::HandleRun() {
         UpdateMenus();
         return;
     }
-    try {
-        auto prepared =
-            std::make_unique<ProcessModel>(*path, *gds_, console, pictureMaker_->Graphics());
-        model_.swap(prepared);
-    } catch (const std::exception&) {
-        // Preparation has told the reason, as far as there was one to tell.
+    if (!PrepareModel(*path)) {
         UpdateMenus();
         return;
     }
@@ -80,7 +91,7 @@ void MainWindow::HandleRun() {
     RunNext(true);
 }
 
-void MainWindow::HandleStop() {
+void MainWindowLogic::HandleStop() {
     LogConsole* console = platform_.Console();
     console->Write(std::wstring());
     console->Write(
@@ -89,7 +100,7 @@ void MainWindow::HandleStop() {
     UpdateMenus();
 }
 
-void MainWindow::HandleSaveImages() {
+void MainWindowLogic::HandleSaveImages() {
     DisableMenus();
     platform_.ClearConsole();
     LogConsole* console = platform_.Console();
@@ -108,7 +119,7 @@ void MainWindow::HandleSaveImages() {
     bool failed = false;
     std::size_t ordinal = 0;
     for (const StepImage& image : pictures_.images) {
-        const auto file = InFolder(folder, SavedImageName(++ordinal, image, L"bmp"));
+        const auto file = InFolder(folder, SavedImageName(++ordinal, image.name, L"bmp"));
         if (!WriteBitmap(image, file)) {
             console->Write(fmt::format(L"Error while saving image {} to output folder \"{}\"",
                                        PathText(file), folderText));
@@ -120,7 +131,7 @@ void MainWindow::HandleSaveImages() {
     UpdateMenus();
 }
 
-void MainWindow::HandleLoadGds() {
+void MainWindowLogic::HandleLoadGds() {
     platform_.ClearConsole();
     LogConsole* console = platform_.Console();
     console->Write(std::wstring(L"--- Handling \"Load GDS\" command ---"));
@@ -133,7 +144,7 @@ void MainWindow::HandleLoadGds() {
         return;
     }
     LayoutLoad load = LoadLayout(*path, console);
-    if (load.code != 0) {
+    if (load.error) {
         UpdateMenus();
         return;
     }
@@ -143,7 +154,7 @@ void MainWindow::HandleLoadGds() {
     UpdateMenus();
 }
 
-void MainWindow::HandleAbout() {
+void MainWindowLogic::HandleAbout() {
     const std::string caption = fmt::format("{} {}", programName, programVersion);
     const std::string text =
         std::string("Zelmo: software to render semicon process cross sections \n\n") +

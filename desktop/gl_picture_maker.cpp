@@ -1,9 +1,9 @@
+#include <string>
+
+#include "base/log_console.h"
+#include "base/text.h"
 #include "desktop/picture_maker.h"
-#include "render/camera.h"
-#include "render/gl/layer_graphics_gl.h"
-#include "render/gl/shader_program.h"
-#include "render/gl/text_font.h"
-#include "render/step_picture.h"
+#include "render/studio.h"
 
 namespace zelmo {
 
@@ -13,22 +13,28 @@ class GlPictureMaker : public PictureMaker {
 public:
     GlPictureMaker(const std::filesystem::path& surfaceShaderPath,
                    const std::filesystem::path& pointShaderPath, LogConsole* console)
-        : surfaceShader_(surfaceShaderPath, console), pointShader_(pointShaderPath, console) {}
+        : studio_(surfaceShaderPath, pointShaderPath), console_(console) {
+        for (const FaultyShader& shader : studio_.FaultyShaders()) {
+            for (const std::wstring& reason : shader.reasons) {
+                console_->Write(reason);
+            }
+        }
+    }
 
-    LayerGraphics* Graphics() override { return &layerGraphics_; }
-
-    StepImage TakePicture(ProcessModel& model, const ProcessStep& step,
+    StepImage TakePicture(const ProcessModel& model, const ProcessStep& step,
                           std::int32_t imageNumber) override {
-        const PictureTools tools{surfaceShader_, pointShader_, textFont_};
-        return TakeStepPicture(model, step, tools, imageNumber, camera_);
+        StepImage image = studio_.TakePicture(model, step, imageNumber);
+        if (!studio_.FontProblem().empty() && !toldOfFont_) {
+            console_->Write(WidenBytes(studio_.FontProblem()) + L": pictures come without text");
+            toldOfFont_ = true;
+        }
+        return image;
     }
 
 private:
-    LayerGraphicsGl layerGraphics_;
-    TextFont textFont_;
-    ShaderProgram surfaceShader_;
-    ShaderProgram pointShader_;
-    std::unique_ptr<Camera> camera_;
+    Studio studio_;
+    LogConsole* console_;
+    bool toldOfFont_ = false;
 };
 
 }  // namespace

@@ -8,7 +8,6 @@
 
 namespace zelmo {
 
-class LayerGraphics;
 class LogConsole;
 struct ProcessModel;
 struct ProcessStep;
@@ -19,17 +18,15 @@ class PictureMaker {
 public:
     virtual ~PictureMaker() = default;
 
-    /// Who mirrors the layers of models on the graphics card, or null.
-    virtual LayerGraphics* Graphics() = 0;
-
-    /// Brings the model's meshes up to date and takes the picture of a finished step.
+    /// Takes the picture of a finished step.
     /// `imageNumber` and the step's description make its name.
-    virtual StepImage TakePicture(ProcessModel& model, const ProcessStep& step,
+    virtual StepImage TakePicture(const ProcessModel& model, const ProcessStep& step,
                                   std::int32_t imageNumber) = 0;
 };
 
 /// The one that draws with GL. The context must be current here and at every use, also at the end.
-/// A shader that cannot be loaded is reported to `console`; its pictures then lack what it draws.
+/// A shader that cannot be loaded is reported to `console`, and at the first picture a missing
+/// font; pictures then lack what it draws.
 std::unique_ptr<PictureMaker> CreateGlPictureMaker(const std::filesystem::path& surfaceShaderPath,
                                                    const std::filesystem::path& pointShaderPath,
                                                    LogConsole* console);

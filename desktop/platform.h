@@ -40,8 +40,8 @@ public:
 
     /// Starts a thread that nobody joins.
     virtual void StartThread(std::function<void()> body) = 0;
-    /// Calls MainWindow::RunStepDone on the user interface thread; the calling worker stays blocked
-    /// until it has returned.
+    /// Calls MainWindowLogic::RunStepDone on the user interface thread; the calling worker stays
+    /// blocked until it has returned.
     virtual void SendStepDone(const ProcessStep& step) = 0;
     virtual std::uint64_t ThreadNumber() const = 0;
 

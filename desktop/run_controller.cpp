@@ -6,8 +6,8 @@
 #include "base/clock.h"
 #include "base/debug_trace.h"
 #include "base/log_console.h"
-#include "desktop/main_window.h"
-#include "process_run/run_report.h"
+#include "desktop/main_window_logic.h"
+#include "process_run/execute_run.h"
 
 // The run of a process: one step at a time, each on a thread of its own, with the GL context handed
 // over to it and back. Nothing is locked; the alternation of the two threads is what keeps it safe.
@@ -23,7 +23,7 @@ void TraceThread(const char* operation, const Platform& platform) {
 
 }  // namespace
 
-void MainWindow::RunNext(bool first) {
+void MainWindowLogic::RunNext(bool first) {
     TraceThread("RunNext", platform_);
     if (first) {
         stepIndex_ = 0;
@@ -45,22 +45,22 @@ void MainWindow::RunNext(bool first) {
     ++stepIndex_;
 }
 
-void MainWindow::RunStepThread(const ProcessStep& step) {
+void MainWindowLogic::RunStepThread(const ProcessStep& step) {
     TraceThread("RunStepThread", platform_);
     platform_.MakeContextCurrent();
-    ExecuteTimedStep(*model_, step, platform_.Console());
+    ExecuteStepWithReport(*model_, step, platform_.Console());
     platform_.GiveUpContext();
     platform_.SendStepDone(step);
 }
 
-void MainWindow::RunStepDone(const ProcessStep& step) {
+void MainWindowLogic::RunStepDone(const ProcessStep& step) {
     TraceThread("RunStepDone", platform_);
     platform_.MakeContextCurrent();
     CaptureStepPicture(step);
     RunNext(false);
 }
 
-void MainWindow::CaptureStepPicture(const ProcessStep& step) {
+void MainWindowLogic::CaptureStepPicture(const ProcessStep& step) {
     StepImage image = pictureMaker_->TakePicture(*model_, step, imageCounter_);
     platform_.SetNarrowCaption(fmt::format("{:03d} {}", imageCounter_, step.description));
     pictures_.images.push_back(std::move(image));

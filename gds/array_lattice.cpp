@@ -34,7 +34,7 @@ std::int64_t ToCoordinate(double position, PositionRule rule) {
 
 /// Holds the coordinates of all positions between two.
 CoordinateRange ToCoordinates(double least, double greatest, PositionRule rule) {
-    constexpr double end = 2147483648.0;
+    constexpr double end = 0x1p31;
     const bool fits = least > -end - 1.0 && greatest < end;
     if (rule == PositionRule::Truncate64 || fits) {
         return {ToCoordinate(least, rule), ToCoordinate(greatest, rule)};

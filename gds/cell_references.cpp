@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <numeric>
+#include <optional>
 #include <span>
 #include <string_view>
 #include <vector>
@@ -18,35 +19,35 @@ namespace zelmo {
 
 namespace {
 
-/// The first cell of every name, in a table with at least one free place for each of them. The
-/// places are in the order of the hashes.
+/// The first cell of every name, in a table with at least one free slot for each of them. The slots
+/// are in the order of the hashes.
 class CellsByName {
 public:
     explicit CellsByName(std::span<GdsCell> cells)
-        : cells_(cells), bits_(std::bit_width(2 * cells.size())), places_(std::size_t{1} << bits_) {
-        std::vector<Place> newcomers;
+        : cells_(cells), bits_(std::bit_width(2 * cells.size())), slots_(std::size_t{1} << bits_) {
+        std::vector<Slot> newcomers;
         newcomers.reserve(cells.size());
         for (const GdsCell& cell : cells) {
             const auto number = static_cast<std::uint32_t>(newcomers.size() + 1);
             newcomers.push_back({ShortHash(NameText(cell.name)), number});
         }
-        // In rough order their places lie close together, and are in the processor's own memory.
-        for (const Place& newcomer : InRoughOrder(newcomers)) {
-            Place& place = places_[PlaceOf(newcomer.hash, [&] { return NameOf(newcomer); })];
-            place = place.cell == 0 ? newcomer : place;
+        // In rough order their slots lie close together, and are in the processor's own memory.
+        for (const Slot& newcomer : InRoughOrder(newcomers)) {
+            Slot& slot = slots_[SlotOf(newcomer.hash, [&] { return NameOf(newcomer); })];
+            slot = slot.cell == 0 ? newcomer : slot;
         }
     }
 
     /// Null where no cell has that name.
     GdsCell* Find(std::string_view name) const {
-        const std::uint32_t cell = places_[PlaceOf(ShortHash(name), [&] { return name; })].cell;
+        const std::uint32_t cell = slots_[SlotOf(ShortHash(name), [&] { return name; })].cell;
         return cell == 0 ? nullptr : &cells_[cell - 1];
     }
 
 private:
-    struct Place {
+    struct Slot {
         std::uint32_t hash = 0;
-        std::uint32_t cell = 0;  ///< its number, counted from 1; 0 where the place is free
+        std::uint32_t cell = 0;  ///< its number, counted from 1; 0 where the slot is free
     };
 
     static std::uint32_t ShortHash(std::string_view name) {
@@ -54,37 +55,35 @@ private:
     }
 
     /// Sorted by the first digits of the hashes; those that share them stay in order.
-    static std::vector<Place> InRoughOrder(const std::vector<Place>& places) {
+    static std::vector<Slot> InRoughOrder(const std::vector<Slot>& slots) {
         constexpr unsigned otherDigits = 24;
         std::array<std::size_t, 257> starts = {};
-        for (const Place& place : places) {
-            ++starts[(place.hash >> otherDigits) + 1];
+        for (const Slot& slot : slots) {
+            ++starts[(slot.hash >> otherDigits) + 1];
         }
         std::partial_sum(starts.begin(), starts.end(), starts.begin());
-        std::vector<Place> sorted(places.size());
-        for (const Place& place : places) {
-            sorted[starts[place.hash >> otherDigits]++] = place;
+        std::vector<Slot> sorted(slots.size());
+        for (const Slot& slot : slots) {
+            sorted[starts[slot.hash >> otherDigits]++] = slot;
         }
         return sorted;
     }
 
-    std::string_view NameOf(const Place& place) const {
-        return NameText(cells_[place.cell - 1].name);
-    }
+    std::string_view NameOf(const Slot& slot) const { return NameText(cells_[slot.cell - 1].name); }
 
-    /// The place of the name that `name` gives, or the free one where it belongs.
+    /// The slot of the name that `name` gives, or the free one where it belongs.
     template <typename Name>
-    std::size_t PlaceOf(std::uint32_t hash, Name name) const {
+    std::size_t SlotOf(std::uint32_t hash, Name name) const {
         std::size_t i = std::uint64_t{hash} << bits_ >> 32;
-        while (places_[i].cell != 0 && (places_[i].hash != hash || NameOf(places_[i]) != name())) {
-            i = (i + 1) % places_.size();
+        while (slots_[i].cell != 0 && (slots_[i].hash != hash || NameOf(slots_[i]) != name())) {
+            i = (i + 1) % slots_.size();
         }
         return i;
     }
 
     std::span<GdsCell> cells_;
-    int bits_;  ///< of the number of a place
-    std::vector<Place> places_;
+    int bits_;  ///< of the number of a slot
+    std::vector<Slot> slots_;
 };
 
 /// Finds cells for references, of which many share one copy of a name: those looked up of late are
@@ -157,6 +156,24 @@ std::size_t ForReferences(GdsDatabase& database, ReferenceRange range, Take take
     return at;
 }
 
+/// The position of a cell's reference that is counted through its srefs and arefs.
+ReferencePosition PositionIn(const GdsCell& cell, std::size_t cellNumber, std::size_t number) {
+    const std::size_t srefs = cell.srefs.size();
+    const bool isArray = number >= srefs;
+    return {cellNumber, isArray, isArray ? number - srefs : number};
+}
+
+ReferencePosition PositionOf(const GdsDatabase& database, std::size_t number) {
+    std::size_t cell = 0;
+    const auto references = [&] {
+        return database.cells[cell].srefs.size() + database.cells[cell].arefs.size();
+    };
+    for (; number >= references(); ++cell) {
+        number -= references();
+    }
+    return PositionIn(database.cells[cell], cell, number);
+}
+
 const GdsCell* ReferencedCell(const GdsCell& cell, std::size_t index) {
     return index < cell.srefs.size() ? cell.srefs[index].cell
                                      : cell.arefs[index - cell.srefs.size()].cell;
@@ -170,8 +187,8 @@ public:
     explicit CircleSearch(const GdsDatabase& database)
         : cells_(database.cells.Items()), marks_(database.cells.size(), Mark::Unseen) {}
 
-    /// Whether a circle can be reached from the cell.
-    bool From(const GdsCell& start) {
+    /// The reference that closes a circle, if one can be reached from the cell.
+    std::optional<ReferencePosition> From(const GdsCell& start) {
         if (MarkOf(start) == Mark::Unseen) {
             Open(start);
         }
@@ -182,15 +199,16 @@ public:
                 path_.pop_back();
                 continue;
             }
-            const GdsCell& child = *ReferencedCell(*cell, next++);
+            const GdsCell& child = *ReferencedCell(*cell, next);
             if (MarkOf(child) == Mark::Open) {
-                return true;
+                return PositionIn(*cell, NumberOf(*cell), next);
             }
+            ++next;
             if (MarkOf(child) == Mark::Unseen) {
                 Open(child);
             }
         }
-        return false;
+        return std::nullopt;
     }
 
 private:
@@ -199,9 +217,10 @@ private:
         std::size_t next;  ///< the reference to follow next
     };
 
-    Mark& MarkOf(const GdsCell& cell) {
-        return marks_[static_cast<std::size_t>(&cell - cells_.data())];
+    std::size_t NumberOf(const GdsCell& cell) const {
+        return static_cast<std::size_t>(&cell - cells_.data());
     }
+    Mark& MarkOf(const GdsCell& cell) { return marks_[NumberOf(cell)]; }
 
     void Open(const GdsCell& cell) {
         MarkOf(cell) = Mark::Open;
@@ -215,7 +234,7 @@ private:
 
 }  // namespace
 
-bool BindReferences(GdsDatabase& database) {
+std::optional<ReferencePosition> BindReferences(GdsDatabase& database) {
     constexpr std::size_t smallestShare = 20000;
     const CellsByName cells(database.cells.Items());
     const std::size_t count = ReferenceCount(database);
@@ -231,21 +250,24 @@ bool BindReferences(GdsDatabase& database) {
         unbound[share] = reached == range.end ? count : reached;
     });
     const std::size_t firstUnbound = *std::min_element(unbound.begin(), unbound.end());
+    if (firstUnbound == count) {
+        return std::nullopt;
+    }
     ForReferences(database, {firstUnbound, count}, [](auto& reference) {
         reference.cell = nullptr;
         return true;
     });
-    return firstUnbound == count;
+    return PositionOf(database, firstUnbound);
 }
 
-bool HasReferenceCircle(const GdsDatabase& database) {
+std::optional<ReferencePosition> FindReferenceCircle(const GdsDatabase& database) {
     CircleSearch search(database);
     for (const GdsCell& cell : database.cells) {
-        if (search.From(cell)) {
-            return true;
+        if (const auto closing = search.From(cell)) {
+            return closing;
         }
     }
-    return false;
+    return std::nullopt;
 }
 
 }  // namespace zelmo

@@ -9,7 +9,7 @@ namespace zelmo {
 
 /// Truncates toward zero. Values outside the range give the nearest end of it, NaN gives 0.
 inline std::int64_t TruncateToI64(double value) {
-    constexpr double limit = 9223372036854775808.0;
+    constexpr double limit = 0x1p63;
     if (value >= -limit && value < limit) {
         return static_cast<std::int64_t>(value);
     }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <limits>
 #include <span>
 #include <string_view>
 
@@ -17,12 +18,13 @@ namespace zelmo {
 
 struct GdsCell;
 
-/// An axis-aligned box. The start values are those of the empty box.
+/// An axis-aligned box. The start values are those of the empty box, which lies at the ends of the
+/// range of a stream file's coordinates.
 struct GdsRect {
-    std::int64_t xmin = 2147483647;
-    std::int64_t ymin = 2147483647;
-    std::int64_t xmax = -2147483648LL;
-    std::int64_t ymax = -2147483648LL;
+    std::int64_t xmin = std::numeric_limits<std::int32_t>::max();
+    std::int64_t ymin = std::numeric_limits<std::int32_t>::max();
+    std::int64_t xmax = std::numeric_limits<std::int32_t>::min();
+    std::int64_t ymax = std::numeric_limits<std::int32_t>::min();
 
     bool operator==(const GdsRect&) const = default;
 };
@@ -80,11 +82,13 @@ struct ElementStore {
     RunPool<char> names;                ///< of cells and references
 };
 
+constexpr double micronsPerMetre = 1000000.0;
+
 struct GdsDatabase {
     std::uint16_t version = 0;
     double userUnit = 0.001;
     double metresPerUnit = 1e-9;
-    double micronsPerUnit = 1e-9 * 1000000.0;
+    double micronsPerUnit = 1e-9 * micronsPerMetre;
     GrowingArray<GdsCell> cells;
     ElementStore store;
     std::deque<ElementStore> moreStores;  ///< of what was read at the same time

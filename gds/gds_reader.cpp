@@ -3,7 +3,7 @@
 #include <fmt/compile.h>
 #include <fmt/format.h>
 
-#include <cmath>
+#include <utility>
 
 #include "base/log_console.h"
 #include "gds/cell_bounds.h"
@@ -12,14 +12,11 @@
 #include "gds/gds_database.h"
 #include "gds/library_reading.h"
 #include "gds/placement.h"
+#include "gds/reference_location.h"
 
 namespace zelmo {
 
 namespace {
-
-constexpr std::int32_t success = 0;
-constexpr std::int32_t cellMissing = 29;
-constexpr std::int32_t cellInItself = 30;
 
 /// Sizes the cells in the order of the file and lists them.
 void ListCells(GdsDatabase& database, LogConsole* console) {
@@ -34,38 +31,35 @@ void ListCells(GdsDatabase& database, LogConsole* console) {
     }
 }
 
-}  // namespace
-
-// The bytes of the mantissa, added up from the first to the last, are exact but for the last sum,
-// which rounds to nearest as the conversion of the whole number does.
-double GdsReal8ToDouble(const std::uint8_t* bytes) {
-    std::uint64_t digits = 0;
-    for (int i = 1; i < 8; ++i) {
-        digits = digits << 8 | bytes[i];
+LayoutError ReferenceError(LayoutErrorKind kind, const GdsDatabase& database,
+                           const ReferencePosition& position, const std::filesystem::path& path) {
+    LayoutError error{kind, 0, {}, std::string(NameText(database.cells[position.cell].name))};
+    if (const std::optional<RecordLocation> record = LocateReference(path, position)) {
+        error.byte = record->byte;
+        error.record = record->code;
     }
-    const auto mantissa = static_cast<double>(digits);
-    const int head = bytes[0];
-    return head < 128 ? std::ldexp(mantissa, 4 * (head - 64) - 56)
-                      : -std::ldexp(mantissa, 4 * (head - 192) - 56);
+    return error;
 }
 
-std::int32_t ReadGdsFile(GdsDatabase& database, const std::filesystem::path& path,
-                         LogConsole* console) {
-    const LibraryReading reading = ReadLibrary(database, path, console);
-    if (reading.refusal != success) {
-        return reading.refusal;
+}  // namespace
+
+std::optional<LayoutError> ReadGdsFile(GdsDatabase& database, const std::filesystem::path& path,
+                                       LogConsole* console) {
+    LibraryReading reading = ReadLibrary(database, path, console);
+    if (reading.error) {
+        return std::move(reading.error);
     }
     if (reading.flatSeen) {
         ComputeBoundaryBounds(database, console);
     }
-    if (!BindReferences(database)) {
-        return cellMissing;
+    if (const auto missing = BindReferences(database)) {
+        return ReferenceError(LayoutErrorKind::CellMissing, database, *missing, path);
     }
-    if (HasReferenceCircle(database)) {
-        return cellInItself;
+    if (const auto closing = FindReferenceCircle(database)) {
+        return ReferenceError(LayoutErrorKind::CellInItself, database, *closing, path);
     }
     ListCells(database, console);
-    return success;
+    return std::nullopt;
 }
 
 }  // namespace zelmo

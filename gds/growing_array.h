@@ -8,7 +8,6 @@
 #include <memory>
 #include <new>
 #include <span>
-#include <stdexcept>
 #include <type_traits>
 #include <utility>
 
@@ -48,13 +47,6 @@ public:
         }
         size_ += std::exchange(other.size_, 0);
     }
-    void resize(std::size_t size) {
-        Reserve(size);
-        while (size_ < size) {
-            push_back(T());
-        }
-        size_ = size;
-    }
     /// Keeps the memory for other items.
     void clear() { size_ = 0; }
     /// Gives back the memory beyond the last item.
@@ -76,25 +68,11 @@ public:
     const T& operator[](std::size_t index) const { return items_.get()[index]; }
     T& back() { return items_.get()[size_ - 1]; }
     const T& back() const { return items_.get()[size_ - 1]; }
-    T& at(std::size_t index) {
-        CheckIndex(index);
-        return items_.get()[index];
-    }
-    const T& at(std::size_t index) const {
-        CheckIndex(index);
-        return items_.get()[index];
-    }
 
 private:
     struct Free {
         void operator()(T* items) const { std::free(items); }
     };
-
-    void CheckIndex(std::size_t index) const {
-        if (index >= size_) {
-            throw std::out_of_range("index beyond the end of a list");
-        }
-    }
 
     /// Twice the room; but a list that is no longer small gets so much that the system gives it
     /// memory of its own, which then grows without a copy and leaves no hole where it lay.

@@ -5,6 +5,7 @@
 #include <deque>
 #include <exception>
 #include <functional>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -13,7 +14,8 @@
 #include "base/log_console.h"
 #include "base/row_bands.h"
 #include "gds/gds_database.h"
-#include "gds/record_handlers.h"
+#include "gds/library_state.h"
+#include "gds/record_rules.h"
 #include "gds/stream_records.h"
 
 // With several cores, the pieces of a block are read at the same time, each as if its start were
@@ -25,49 +27,50 @@ namespace zelmo {
 
 namespace {
 
-constexpr std::int32_t success = 0;
-constexpr std::int32_t cannotOpen = 2;
-constexpr std::int32_t recordTooShort = 5;
-
-/// The code for what ends the records of a file.
-std::int32_t CodeOf(RecordStatus status) {
+/// What ends the records of a file at a byte, where that is an error. `code` is that of a record
+/// that is too short.
+std::optional<LayoutError> ErrorOf(RecordStatus status, std::uint64_t byte, std::uint16_t code) {
     switch (status) {
+        case RecordStatus::Read:
+        case RecordStatus::EndOfFile:
+            return std::nullopt;
         case RecordStatus::BadLength:
-            return recordTooShort;
+            return LayoutError{LayoutErrorKind::RecordTooShort, byte, code, {}};
         case RecordStatus::Unreadable:
-            return cannotOpen;
-        default:
-            return success;
+            return LayoutError{LayoutErrorKind::FileUnreadable, byte, {}, {}};
     }
+    return std::nullopt;
 }
 
-/// Reads all records, one after the other.
-std::int32_t ReadFile(LibraryState& state, const std::filesystem::path& path) {
+/// Reads all records, one after the other. Returns the error that ends the reading, without the
+/// cell's name, as all functions here do.
+std::optional<LayoutError> ReadFile(LibraryState& state, const std::filesystem::path& path) {
     StreamRecords records(path);
     StreamRecord record;
     while (!state.endSeen) {
         const RecordStatus status = records.Next(record);
         if (status != RecordStatus::Read) {
-            return CodeOf(status);
+            return ErrorOf(status, records.Offset(), record.code);
         }
-        if (const std::int32_t refusal = HandleRecord(state, record)) {
-            return refusal;
+        if (const auto refusal = HandleRecord(state, record)) {
+            return LayoutError{*refusal, records.OffsetOf(record), record.code, {}};
         }
     }
-    return success;
+    return std::nullopt;
 }
 
-std::int32_t ReadPiece(LibraryState& state, const StreamPiece& piece) {
+std::optional<LayoutError> ReadPiece(LibraryState& state, const StreamPiece& piece) {
     const std::uint8_t* bytes = piece.bytes.data();
     const std::uint8_t* const end = bytes + piece.bytes.size();
     while (bytes != end) {
         const StreamRecord record = RecordAt(bytes);
-        if (const std::int32_t refusal = HandleRecord(state, record)) {
-            return refusal;
+        if (const auto refusal = HandleRecord(state, record)) {
+            const auto byte = static_cast<std::uint64_t>(bytes - piece.bytes.data());
+            return LayoutError{*refusal, piece.offset + byte, record.code, {}};
         }
         bytes = record.data.data() + record.data.size();
     }
-    return success;
+    return std::nullopt;
 }
 
 /// Holds back what a piece has to say until those before it have spoken.
@@ -85,7 +88,7 @@ struct PieceReader {
 
     HeldLines console;
     LibraryState state;
-    std::int32_t refusal = success;
+    std::optional<LayoutError> error;
     std::exception_ptr problem;
 };
 
@@ -111,14 +114,14 @@ void Restart(PieceReader& reader, const PieceStart& start) {
     state.continuesCell = start.inStructure;
     state.continued.reset();
     reader.console.lines.clear();
-    reader.refusal = success;
+    reader.error.reset();
     reader.problem = nullptr;
 }
 
 void ReadAlone(PieceReader& reader, const StreamPiece& piece) {
     Restart(reader, piece.start);
     try {
-        reader.refusal = ReadPiece(reader.state, piece);
+        reader.error = ReadPiece(reader.state, piece);
     } catch (...) {
         reader.problem = std::current_exception();
     }
@@ -161,8 +164,9 @@ void Join(LibraryState& whole, LibraryState& part) {
     std::swap(whole.open, part.open);
 }
 
-/// Adds a piece to the whole, which has come to its start. Returns 0, or the code of the error.
-std::int32_t AddPiece(LibraryState& whole, PieceReader& reader, const StreamPiece& piece) {
+/// Adds a piece to the whole, which has come to its start.
+std::optional<LayoutError> AddPiece(LibraryState& whole, PieceReader& reader,
+                                    const StreamPiece& piece) {
     if (!IsAt(piece.start, whole)) {
         return ReadPiece(whole, piece);
     }
@@ -173,7 +177,7 @@ std::int32_t AddPiece(LibraryState& whole, PieceReader& reader, const StreamPiec
         std::rethrow_exception(reader.problem);
     }
     Join(whole, reader.state);
-    return reader.refusal;
+    return reader.error;
 }
 
 /// Does the tasks 0 to count - 1 on all cores. They are begun in this order.
@@ -198,28 +202,29 @@ void AddReaders(BlockReading& reading, std::deque<ElementStore>& stores) {
     }
 }
 
-/// Adds all pieces of a block to the whole. Returns 0, or the code of the error.
-std::int32_t AddBlock(LibraryState& whole, BlockReading& reading) {
-    for (std::size_t i = 0; i < reading.block.pieces.size(); ++i) {
-        if (const std::int32_t refusal =
-                AddPiece(whole, reading.readers[i], reading.block.pieces[i])) {
-            return refusal;
+/// Adds all pieces of a block to the whole.
+std::optional<LayoutError> AddBlock(LibraryState& whole, BlockReading& reading) {
+    const StreamBlock& block = reading.block;
+    for (std::size_t i = 0; i < block.pieces.size(); ++i) {
+        if (auto error = AddPiece(whole, reading.readers[i], block.pieces[i])) {
+            return error;
         }
     }
-    return whole.endSeen ? success : CodeOf(reading.block.next);
+    return whole.endSeen ? std::nullopt : ErrorOf(block.next, block.nextOffset, block.nextCode);
 }
 
 /// Reads all records: while one block is being fetched, the pieces of the one before are read and
 /// those of the one before that are added to the whole.
-std::int32_t ReadFileInPieces(LibraryState& whole, std::deque<ElementStore>& stores,
-                              const std::filesystem::path& path, const PieceSizes& sizes) {
+std::optional<LayoutError> ReadFileInPieces(LibraryState& whole, std::deque<ElementStore>& stores,
+                                            const std::filesystem::path& path,
+                                            const PieceSizes& sizes) {
     StreamBlocks blocks(path, sizes);
     BlockReading fetched;
     BlockReading read;
     BlockReading added;
-    std::int32_t refusal = success;
+    std::optional<LayoutError> error;
     blocks.Read(fetched.block);
-    while (refusal == success && added.block.next == RecordStatus::Read) {
+    while (!error && added.block.next == RecordStatus::Read) {
         std::swap(added, read);
         std::swap(read, fetched);
         AddReaders(read, stores);
@@ -230,13 +235,13 @@ std::int32_t ReadFileInPieces(LibraryState& whole, std::deque<ElementStore>& sto
                 fetched.block.pieces.clear();
                 fetched.block.next = RecordStatus::EndOfFile;
             } else if (task == 1) {
-                refusal = AddBlock(whole, added);
+                error = AddBlock(whole, added);
             } else {
                 ReadAlone(read.readers[task - 2], read.block.pieces[task - 2]);
             }
         });
     }
-    return refusal;
+    return error;
 }
 
 /// A file of a single block is read before other threads have begun.
@@ -251,7 +256,7 @@ void KeepHead(GdsDatabase& database, const LibraryHead& head) {
     if (head.units) {
         database.userUnit = (*head.units)[0];
         database.metresPerUnit = (*head.units)[1];
-        database.micronsPerUnit = database.metresPerUnit * 1000000.0;
+        database.micronsPerUnit = database.metresPerUnit * micronsPerMetre;
     }
 }
 
@@ -261,12 +266,12 @@ LibraryReading ReadLibrary(GdsDatabase& database, const std::filesystem::path& p
                            LogConsole* console, const PieceSizes& sizes) {
     HeldLines held;  // the console is written to by the caller's thread alone
     LibraryState state(database.store, &held);
-    std::int32_t refusal = success;
+    std::optional<LayoutError> error;
     std::exception_ptr problem;
     try {
-        refusal = IsWorthThreads(path, sizes)
-                      ? ReadFileInPieces(state, database.moreStores, path, sizes)
-                      : ReadFile(state, path);
+        error = IsWorthThreads(path, sizes)
+                    ? ReadFileInPieces(state, database.moreStores, path, sizes)
+                    : ReadFile(state, path);
     } catch (...) {
         problem = std::current_exception();
     }
@@ -279,7 +284,10 @@ LibraryReading ReadLibrary(GdsDatabase& database, const std::filesystem::path& p
     KeepHead(database, state.head);
     database.cells = std::move(state.cells);
     database.cells.shrink_to_fit();
-    return {refusal, state.flatSeen};
+    if (error && state.inStructure) {
+        error->cell = NameText(state.cell.name.value_or(""));
+    }
+    return {std::move(error), state.flatSeen};
 }
 
 }  // namespace zelmo

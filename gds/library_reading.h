@@ -1,8 +1,9 @@
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
+#include <optional>
 
+#include "gds/layout_error.h"
 #include "gds/stream_blocks.h"
 
 namespace zelmo {
@@ -12,14 +13,15 @@ struct GdsDatabase;
 
 /// What became of the records of a library.
 struct LibraryReading {
-    std::int32_t refusal = 0;  ///< the code of the error, or 0
-    bool flatSeen = false;     ///< some polygon has no points, no width or no height
+    std::optional<LayoutError> error;  ///< the first of the file
+    bool flatSeen = false;             ///< some polygon has no points, no width or no height
 };
 
 /// Reads the records of a stream file into an empty database; one of more than a block on all cores
 /// of the machine (base/row_bands.h). The cells are neither sized nor their references bound.
-/// Whatever the number of cores and the sizes, the result and the lines on the console are the
-/// same. Throws std::out_of_range("invalid vector subscript") if a path has no points.
+/// Whatever the number of cores and the sizes, the result, the error with its byte and the lines on
+/// the console are the same. Throws std::out_of_range("invalid vector subscript") if a path has no
+/// points.
 LibraryReading ReadLibrary(GdsDatabase& database, const std::filesystem::path& path,
                            LogConsole* console, const PieceSizes& sizes = {});
 

@@ -16,16 +16,16 @@ class NameCache {
 public:
     /// The name, to stay as long as the pool.
     std::string_view Keep(std::string_view name, RunPool<char>& pool) {
-        std::string_view& place = places_[std::hash<std::string_view>()(name) % places_.size()];
-        if (place != name) {
+        std::string_view& slot = slots_[std::hash<std::string_view>()(name) % slots_.size()];
+        if (slot != name) {
             const std::span<const char> kept = pool.Keep(name);
-            place = {kept.data(), kept.size()};
+            slot = {kept.data(), kept.size()};
         }
-        return place;
+        return slot;
     }
 
 private:
-    std::array<std::string_view, 4096> places_;
+    std::array<std::string_view, 4096> slots_;
 };
 
 }  // namespace zelmo

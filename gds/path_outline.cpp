@@ -10,8 +10,6 @@ namespace zelmo {
 
 namespace {
 
-constexpr std::uint16_t extendedEnds = 2;
-
 /// The points with a * x + b * y + c = 0.
 struct Line {
     double a = 0.0;
@@ -71,8 +69,8 @@ bool OffsetLines(Sides& sides, GdsPoint from, GdsPoint to, double halfWidth) {
     return true;
 }
 
-/// Moves the end of a type 2 path outward by half the width. False if the end is refused; the test
-/// compares an x with a y, so it is not one of equal points.
+/// Moves an extended end outward by half the width. False if the end is refused; the test compares
+/// an x with a y, so it is not one of equal points.
 bool ExtendEnd(GdsPoint& end, GdsPoint inner, double halfWidth) {
     if (end.x == inner.x && end.x == inner.y) {
         return false;
@@ -87,8 +85,8 @@ bool ExtendEnd(GdsPoint& end, GdsPoint inner, double halfWidth) {
     return true;
 }
 
-/// Where two lines meet. False if they are parallel.
-bool PlaceCorner(GdsPoint& corner, const Line& before, const Line& after) {
+/// The corner where two lines meet. False if they are parallel.
+bool MitreCorner(GdsPoint& corner, const Line& before, const Line& after) {
     if (Determinant(before, after) == 0.0) {
         return false;
     }
@@ -98,37 +96,38 @@ bool PlaceCorner(GdsPoint& corner, const Line& before, const Line& after) {
 
 }  // namespace
 
-std::int32_t ExpandPath(GdsPoint* out, const GdsPoint* points, std::int32_t n, std::uint32_t width,
-                        std::uint16_t pathType) {
+bool ExpandPath(std::span<GdsPoint> out, std::span<const GdsPoint> points, std::uint32_t width,
+                std::uint16_t pathType) {
+    const std::size_t n = points.size();
     if (n < 2) {
-        return 1;
+        return false;
     }
     const double halfWidth = static_cast<double>(width) * 0.5;
     GdsPoint start = points[0];
     GdsPoint end = points[n - 1];
     if (pathType == extendedEnds &&
         (!ExtendEnd(start, points[1], halfWidth) || !ExtendEnd(end, points[n - 2], halfWidth))) {
-        return 1;
+        return false;
     }
     Sides sides;
     if (!OffsetLines(sides, points[0], points[1], halfWidth)) {
-        return 1;
+        return false;
     }
-    GdsPoint* const closing = out + std::ptrdiff_t{2} * n;
+    const std::size_t closing = 2 * n;
     out[0] = Foot(start, sides.left);
-    closing[-1] = Foot(start, sides.right);
-    closing[0] = out[0];
-    for (std::int32_t i = 1; i + 1 < n; ++i) {
+    out[closing - 1] = Foot(start, sides.right);
+    out[closing] = out[0];
+    for (std::size_t i = 1; i + 1 < n; ++i) {
         const Sides before = sides;
         if (!OffsetLines(sides, points[i], points[i + 1], halfWidth) ||
-            !PlaceCorner(out[i], before.left, sides.left) ||
-            !PlaceCorner(closing[-1 - i], before.right, sides.right)) {
-            return 1;
+            !MitreCorner(out[i], before.left, sides.left) ||
+            !MitreCorner(out[closing - 1 - i], before.right, sides.right)) {
+            return false;
         }
     }
     out[n - 1] = Foot(end, sides.left);
     out[n] = Foot(end, sides.right);
-    return 0;
+    return true;
 }
 
 }  // namespace zelmo

@@ -9,8 +9,6 @@ namespace zelmo {
 
 namespace {
 
-constexpr std::uint16_t reflection = 0x8000;
-
 LinearPart MakeLinearPart(std::uint16_t flip, double mag, double angle) {
     const double mirror = flip != 0 ? -1.0 : 1.0;
     if (angle == 0.0) {
@@ -80,13 +78,6 @@ LinearPart InverseLinearPart(const GdsTransform& transform) {
 
 LinearPart LinearPartOf(const GdsTransform& transform) {
     return MakeLinearPart(transform.flip, transform.mag, transform.angle);
-}
-
-GdsPoint TransformPoint(GdsPoint point, const GdsTransform& transform, bool inverse) {
-    if (inverse) {
-        return TurnPoint(ShiftBack(point, transform), InverseLinearPart(transform));
-    }
-    return PlacePoint(point, transform, LinearPartOf(transform));
 }
 
 GdsRect TransformRect(const GdsRect& rect, const GdsTransform& transform, bool inverse) {

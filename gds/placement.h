@@ -11,10 +11,13 @@
 
 namespace zelmo {
 
+/// The bit of an STRANS word that mirrors; the others have no effect.
+constexpr std::uint16_t reflection = 0x8000;
+
 /// The placement of a cell in the frame of the cell where a walk of the hierarchy started:
 /// mirror in y, turn, scale, truncate, shift. The default is the identity.
 struct GdsTransform {
-    std::uint16_t flip = 0;  ///< 0 or 0x8000
+    std::uint16_t flip = 0;  ///< 0 or `reflection`
     std::int64_t dx = 0;
     std::int64_t dy = 0;
     double mag = 1.0;
@@ -49,12 +52,9 @@ inline GdsPoint PlacePoint(GdsPoint point, const GdsTransform& transform,
     return {SaturatingAdd(turned.x, transform.dx), SaturatingAdd(turned.y, transform.dy)};
 }
 
-/// Places a point, forward or back. The way back mirrors before it turns, as the way forward does,
-/// and so undoes the placement only where `flip` or `angle` is 0.
-GdsPoint TransformPoint(GdsPoint point, const GdsTransform& transform, bool inverse);
-
-/// The box of the four placed corners. It starts from the empty box: what lies beyond 32 bits
-/// leaves a side at the limit.
+/// The box of the four corners, placed forward or back. The way back mirrors before it turns, as
+/// the way forward does, and so undoes the placement only where `flip` or `angle` is 0. The box
+/// starts from the empty one: what lies beyond 32 bits leaves a side at the limit.
 GdsRect TransformRect(const GdsRect& rect, const GdsTransform& transform, bool inverse);
 GdsRect PlaceRect(const GdsRect& rect, const GdsTransform& transform, const LinearPart& linear);
 

@@ -5,11 +5,12 @@
 namespace zelmo {
 
 std::size_t PlacementKeyHash::operator()(const PlacementKey& key) const {
+    constexpr std::uint64_t oddBits = 0x9E3779B97F4A7C15u;  // the golden ratio's: a good mixture
     std::uint64_t hash = std::bit_cast<std::uintptr_t>(key.cell) + key.flip;
     for (const std::uint64_t part :
          {static_cast<std::uint64_t>(key.dx), static_cast<std::uint64_t>(key.dy), key.magBits,
           key.angleBits}) {
-        hash = (hash ^ part ^ (part >> 32)) * 0x9E3779B97F4A7C15u;
+        hash = (hash ^ part ^ (part >> 32)) * oddBits;
     }
     return static_cast<std::size_t>(hash ^ (hash >> 32));
 }

@@ -14,6 +14,7 @@ struct NarrowPoint {
     std::int32_t x = 0;
     std::int32_t y = 0;
 
+    // NOLINTNEXTLINE(google-explicit-constructor): the same point
     operator GdsPoint() const { return {x, y}; }
 };
 
@@ -22,12 +23,14 @@ struct NarrowPoint {
 class PointRun {
 public:
     PointRun() = default;
+    // NOLINTBEGIN(google-explicit-constructor): the same points
     PointRun(std::span<const NarrowPoint> points)
         : points_(points.data()), size_(static_cast<std::uint32_t>(points.size())) {}
     PointRun(std::span<const GdsPoint> points)
         : points_(points.data()), size_(static_cast<std::uint32_t>(points.size())), wide_(true) {}
     PointRun(std::span<NarrowPoint> points) : PointRun(std::span<const NarrowPoint>(points)) {}
     PointRun(std::span<GdsPoint> points) : PointRun(std::span<const GdsPoint>(points)) {}
+    // NOLINTEND(google-explicit-constructor)
 
     std::size_t size() const { return size_; }
     bool empty() const { return size_ == 0; }

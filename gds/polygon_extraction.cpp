@@ -1,102 +1,49 @@
 #include "gds/polygon_extraction.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
-#include <limits>
-#include <stdexcept>
-#include <string>
 #include <utility>
 
-#include "base/log_console.h"
-#include "gds/coordinates.h"
 #include "gds/gds_database.h"
 #include "gds/polygon_selection.h"
-#include "model/process_model.h"
 
 namespace zelmo {
 
 namespace {
 
-constexpr std::uint32_t limitReached = 2;
-
-ExtractionScope ScopeOf(const ProcessModel& model, double micronsPerUnit) {
-    const auto toUnits = [&](float microns) {
-        return TruncateToI64(static_cast<double>(microns) / micronsPerUnit);
-    };
-    ExtractionScope scope;
-    scope.x0 = toUnits(model.gridOriginX);
-    scope.y0 = toUnits(model.gridOriginY);
-    scope.x1 = toUnits(model.gridOriginX + model.gridWidth);
-    scope.y1 = toUnits(model.gridOriginY + model.gridHeight);
-    scope.minSize = toUnits(model.gridSpacing);
-    return scope;
-}
-
-const GdsCell* FindCell(const GdsDatabase& database, const std::string& name) {
+const GdsCell* FindCell(const GdsDatabase& database, std::string_view name) {
     const auto found =
         std::find_if(database.cells.begin(), database.cells.end(),
                      [&](const GdsCell& cell) { return NameText(cell.name) == NameText(name); });
     return found == database.cells.end() ? nullptr : &*found;
 }
 
-/// The polygon in micrometres. Values have single precision. The greatest coordinates start at the
-/// smallest positive number, where polygons at negative coordinates leave them.
-MaskPolygon ToMicrons(const RawPolygon& raw, float micronsPerUnit) {
-    MaskPolygon polygon;
-    polygon.layer = raw.layer;
-    polygon.minX = polygon.minY = std::numeric_limits<double>::max();
-    polygon.maxX = polygon.maxY = std::numeric_limits<double>::min();
-    polygon.points.reserve(raw.points.size());
-    for (const GdsPoint point : raw.points) {
-        const double x = static_cast<float>(point.x) * micronsPerUnit;
-        const double y = static_cast<float>(point.y) * micronsPerUnit;
-        polygon.points.push_back({x, y});
-        polygon.minX = std::min(polygon.minX, x);
-        polygon.minY = std::min(polygon.minY, y);
-        polygon.maxX = std::max(polygon.maxX, x);
-        polygon.maxY = std::max(polygon.maxY, y);
+std::uint64_t ElementCount(const GdsDatabase& database) {
+    std::uint64_t count = 0;
+    for (const GdsCell& cell : database.cells) {
+        count += cell.boundaries.size() + cell.srefs.size() + cell.arefs.size();
     }
-    return polygon;
+    return count;
 }
 
 }  // namespace
 
-void ExtractPolygons(ProcessModel& model, LogConsole* console, const GdsDatabase& database) {
-    console->Write(L"");
-    console->Write(L"Extracting polygons");
-    ExtractionScope scope = ScopeOf(model, database.micronsPerUnit);
-    const GdsCell* cell = FindCell(database, model.cellName);
+std::size_t PointLimit(std::uint64_t memory) {
+    constexpr std::uint64_t always = 100000000;
+    return static_cast<std::size_t>(std::max(always, memory / 2 / sizeof(GdsPoint)));
+}
+
+PolygonExtraction ExtractPolygons(const GdsDatabase& database, std::string_view cellName,
+                                  const ExtractionWindow& window, ExtractionLimits limits) {
+    const GdsCell* const cell = FindCell(database, cellName);
     if (cell == nullptr) {
-        console->Write(fmt::format("ERROR: Cell name {} was not found in the GDS database",
-                                   NameText(model.cellName)));
-        throw std::runtime_error("");
+        return {{}, 0, ExtractionRefusal::UnknownCell};
     }
-    if (const std::uint32_t result = CollectCellPolygons(scope, {cell, GdsTransform()})) {
-        console->Write(result == limitReached
-                           ? "ERROR: Reached the maximum number of polygons"
-                           : "ERROR: The references of the cell are too many to be searched");
-        throw std::runtime_error("");
+    limits.fruitlessTests += ElementCount(database);
+    ExtractionScope scope{window, limits};
+    if (const auto refusal = CollectCellPolygons(scope, {cell, GdsTransform()})) {
+        return {{}, 0, refusal};
     }
-    model.rawPolygons = std::move(scope.output);
-    model.polygons.clear();
-    const auto micronsPerUnit = static_cast<float>(database.micronsPerUnit);
-    double smallest = std::numeric_limits<double>::max();
-    for (const RawPolygon& raw : model.rawPolygons) {
-        MaskPolygon polygon = ToMicrons(raw, micronsPerUnit);
-        smallest =
-            std::min(smallest, std::min(polygon.maxY - polygon.minY, polygon.maxX - polygon.minX));
-        model.polygons.push_back(std::move(polygon));
-    }
-    console->Write(fmt::format("Extracted {} polygons with smallest size {:.3g} um",
-                               model.polygons.size(), smallest));
-    if (scope.skipped != 0) {
-        console->Write(
-            fmt::format("WARNING: skipped {} polygons smaller than the resolution of {:.3g} um",
-                        scope.skipped, model.gridSpacing));
-    }
+    return {std::move(scope.output), scope.skipped, std::nullopt};
 }
 
 }  // namespace zelmo

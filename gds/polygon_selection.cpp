@@ -13,9 +13,6 @@ namespace zelmo {
 
 namespace {
 
-constexpr std::uint32_t limitReached = 2;
-constexpr std::uint32_t effortSpent = 3;
-
 /// Columns of an array are taken apart down to pieces of this many instances, which are then tested
 /// one by one.
 constexpr std::int32_t shortPiece = 8;
@@ -53,21 +50,23 @@ struct CellWalk {
     ContentTable contents;
     FruitlessPlacements fruitless{};
     std::size_t visits = 0;
-    std::uint64_t tests = 0;
+    std::uint64_t fruitlessTests = 0;  ///< since the last polygon that was selected
     std::vector<CellVisit> path{};
 
-    bool IsSpent() const { return tests > scope.effort; }
+    bool IsSpent() const { return fruitlessTests > scope.limits.fruitlessTests; }
 };
 
-bool Overlaps(const ExtractionScope& scope, const GdsRect& box) {
-    return scope.x0 < box.xmax && scope.x1 > box.xmin && scope.y1 > box.ymin && scope.y0 < box.ymax;
+bool Overlaps(const ExtractionWindow& window, const GdsRect& box) {
+    return window.x0 < box.xmax && window.x1 > box.xmin && window.y1 > box.ymin &&
+           window.y0 < box.ymax;
 }
 
-bool LiesInside(const ExtractionScope& scope, const GdsRect& box) {
-    return scope.x0 < box.xmin && scope.x1 > box.xmax && scope.y1 > box.ymax && scope.y0 < box.ymin;
+bool LiesInside(const ExtractionWindow& window, const GdsRect& box) {
+    return window.x0 < box.xmin && window.x1 > box.xmax && window.y1 > box.ymax &&
+           window.y0 < box.ymin;
 }
 
-RawPolygon PlacePolygon(const ExtractionScope& scope, const GdsBoundary& boundary,
+RawPolygon PlacePolygon(const ExtractionWindow& window, const GdsBoundary& boundary,
                         const GdsTransform& transform, const LinearPart& linear) {
     RawPolygon polygon;
     polygon.layer = boundary.layer;
@@ -75,36 +74,41 @@ RawPolygon PlacePolygon(const ExtractionScope& scope, const GdsBoundary& boundar
     for (const GdsPoint point : boundary.points) {
         const GdsPoint placed = PlacePoint(point, transform, linear);
         polygon.points.push_back(
-            {SaturatingSubtract(placed.x, scope.x0), SaturatingSubtract(placed.y, scope.y0)});
+            {SaturatingSubtract(placed.x, window.x0), SaturatingSubtract(placed.y, window.y0)});
     }
     return polygon;
 }
 
-/// Appends the cell's own polygons. False when the limit is reached.
-bool CollectBoundaries(ExtractionScope& scope, const ReachedCell& placed) {
+/// Appends the cell's own polygons, up to a limit.
+std::optional<ExtractionRefusal> CollectBoundaries(ExtractionScope& scope,
+                                                   const ReachedCell& placed) {
     for (const GdsBoundary& boundary : placed.cell->boundaries) {
         const GdsRect box = PlaceRect(boundary.bounds, placed.transform, placed.linear);
-        if (!Overlaps(scope, box)) {
+        if (!Overlaps(scope.window, box)) {
             continue;
         }
-        if (SmallerSide(box) < scope.minSize) {
+        if (SmallerSide(box) < scope.window.minSize) {
             ++scope.skipped;
             continue;
         }
-        scope.output.push_back(PlacePolygon(scope, boundary, placed.transform, placed.linear));
+        scope.output.push_back(
+            PlacePolygon(scope.window, boundary, placed.transform, placed.linear));
         scope.points += scope.output.back().points.size();
-        if (scope.output.size() == scope.limit || scope.points > scope.pointLimit) {
-            return false;
+        if (scope.output.size() == scope.limits.polygons) {
+            return ExtractionRefusal::TooManyPolygons;
+        }
+        if (scope.points > scope.limits.points) {
+            return ExtractionRefusal::TooManyPoints;
         }
     }
-    return true;
+    return std::nullopt;
 }
 
 /// Whether instances of a cell at some offsets select nothing, so that they need not be entered.
 /// Those of their polygons that are dropped for their size are counted here.
 bool SelectNothing(CellWalk& walk, const GdsCell& cell, const GdsTransform& child,
                    const GdsRect& offsets, std::uint64_t instances) {
-    if (walk.visits < walk.scope.patience) {
+    if (walk.visits < walk.scope.limits.patience) {
         return false;
     }
     const PlacedContent* content = walk.contents.Of(cell, child);
@@ -114,10 +118,10 @@ bool SelectNothing(CellWalk& walk, const GdsCell& cell, const GdsTransform& chil
     if (!StaysBounded(*content, offsets)) {
         return false;
     }
-    if (!Overlaps(walk.scope, MoveRect(content->polygonBox, offsets))) {
+    if (!Overlaps(walk.scope.window, MoveRect(content->polygonBox, offsets))) {
         return true;
     }
-    if (content->allSmall && LiesInside(walk.scope, MoveRect(content->wholeBox, offsets))) {
+    if (content->allSmall && LiesInside(walk.scope.window, MoveRect(content->wholeBox, offsets))) {
         walk.scope.skipped += instances * content->small;
         return true;
     }
@@ -127,7 +131,7 @@ bool SelectNothing(CellWalk& walk, const GdsCell& cell, const GdsTransform& chil
 /// Whether a placement was walked through before and selected nothing. Those of its polygons that
 /// are dropped for their size are counted here.
 bool WasFruitless(CellWalk& walk, const GdsCell& cell, const GdsTransform& child) {
-    if (walk.visits < walk.scope.patience) {
+    if (walk.visits < walk.scope.limits.patience) {
         return false;
     }
     const std::optional<std::uint64_t> dropped = walk.fruitless.Find(cell, child);
@@ -138,7 +142,7 @@ bool WasFruitless(CellWalk& walk, const GdsCell& cell, const GdsTransform& child
 /// Whether a cell is to be entered. `linear` belongs to the child.
 bool IsInReach(CellWalk& walk, const GdsCell& cell, const GdsTransform& child,
                const LinearPart& linear) {
-    return Overlaps(walk.scope, PlaceRect(cell.bounds, child, linear)) &&
+    return Overlaps(walk.scope.window, PlaceRect(cell.bounds, child, linear)) &&
            !WasFruitless(walk, cell, child) &&
            !SelectNothing(walk, cell, child, {child.dx, child.dy, child.dx, child.dy}, 1);
 }
@@ -171,7 +175,7 @@ bool CanBeInReach(CellWalk& walk, const CellVisit& visit, const LatticeBlock& bl
         array.cell->bounds, WithOffset(array.child, offsets.xmin, offsets.ymin), array.childLinear);
     const GdsRect highest = PlaceRect(
         array.cell->bounds, WithOffset(array.child, offsets.xmax, offsets.ymax), array.childLinear);
-    return Overlaps(walk.scope, {lowest.xmin, lowest.ymin, highest.xmax, highest.ymax}) &&
+    return Overlaps(walk.scope.window, {lowest.xmin, lowest.ymin, highest.xmax, highest.ymax}) &&
            !SelectNothing(walk, *array.cell, array.child, offsets, block.InstanceCount());
 }
 
@@ -192,7 +196,7 @@ GdsTransform TakeInstance(CellVisit& visit) {
 std::optional<ReachedCell> NextInstance(CellWalk& walk, CellVisit& visit) {
     OpenArray& array = *visit.array;
     while (!array.pending.empty() && !walk.IsSpent()) {
-        ++walk.tests;
+        ++walk.fruitlessTests;
         const LatticeBlock block = array.pending.back();
         if (block.IsOneColumn() && block.lastRow - block.firstRow < shortPiece) {
             const GdsTransform child = TakeInstance(visit);
@@ -215,7 +219,7 @@ std::optional<ReachedCell> NextInstance(CellWalk& walk, CellVisit& visit) {
 std::optional<ReachedCell> NextChild(CellWalk& walk, CellVisit& visit) {
     const GdsCell& cell = *visit.cell;
     while (visit.next < cell.srefs.size() && !walk.IsSpent()) {
-        ++walk.tests;
+        ++walk.fruitlessTests;
         const GdsSref& sref = cell.srefs[visit.next++];
         const GdsTransform child = PlaceChild(sref.origin, sref.mag, sref.angle, sref.strans,
                                               visit.transform, visit.linear);
@@ -237,27 +241,31 @@ std::optional<ReachedCell> NextChild(CellWalk& walk, CellVisit& visit) {
     return std::nullopt;
 }
 
-/// Collects the cell's own polygons and sets out for its references. False when the limit is
-/// reached.
-bool Enter(CellWalk& walk, const ReachedCell& placed) {
+/// Collects the cell's own polygons and sets out for its references.
+std::optional<ExtractionRefusal> Enter(CellWalk& walk, const ReachedCell& placed) {
     ++walk.visits;
-    walk.tests += placed.cell->boundaries.size();
     const std::size_t selectedBefore = walk.scope.output.size();
     const std::uint64_t droppedBefore = walk.scope.skipped;
-    if (!CollectBoundaries(walk.scope, placed)) {
-        return false;
+    if (const auto refusal = CollectBoundaries(walk.scope, placed)) {
+        return refusal;
+    }
+    if (walk.scope.output.size() != selectedBefore) {
+        walk.fruitlessTests = 0;
+    } else {
+        walk.fruitlessTests += placed.cell->boundaries.size();
     }
     if (!placed.cell->srefs.empty() || !placed.cell->arefs.empty()) {
         walk.path.push_back(
             {placed.cell, placed.transform, placed.linear, selectedBefore, droppedBefore});
     }
-    return true;
+    return std::nullopt;
 }
 
 /// Ends the innermost visit.
 void Leave(CellWalk& walk) {
     const CellVisit& visit = walk.path.back();
-    if (walk.visits >= walk.scope.patience && walk.scope.output.size() == visit.selectedBefore) {
+    if (walk.visits >= walk.scope.limits.patience &&
+        walk.scope.output.size() == visit.selectedBefore) {
         walk.fruitless.Add(*visit.cell, visit.transform, walk.scope.skipped - visit.droppedBefore);
     }
     walk.path.pop_back();
@@ -265,24 +273,22 @@ void Leave(CellWalk& walk) {
 
 }  // namespace
 
-std::uint32_t CollectCellPolygons(ExtractionScope& scope, const PlacedCell& placedCell) {
-    CellWalk walk{scope, ContentTable(scope.minSize)};
+std::optional<ExtractionRefusal> CollectCellPolygons(ExtractionScope& scope,
+                                                     const PlacedCell& placedCell) {
+    CellWalk walk{scope, ContentTable(scope.window.minSize)};
     const LinearPart linear = LinearPartOf(placedCell.transform);
-    if (!Enter(walk, {placedCell.cell, placedCell.transform, linear})) {
-        return limitReached;
-    }
-    while (!walk.path.empty()) {
+    auto refusal = Enter(walk, {placedCell.cell, placedCell.transform, linear});
+    while (!refusal && !walk.path.empty()) {
         const std::optional<ReachedCell> child = NextChild(walk, walk.path.back());
         if (walk.IsSpent()) {
-            return effortSpent;
-        }
-        if (!child) {
+            refusal = ExtractionRefusal::FruitlessSearch;
+        } else if (child) {
+            refusal = Enter(walk, *child);
+        } else {
             Leave(walk);
-        } else if (!Enter(walk, *child)) {
-            return limitReached;
         }
     }
-    return 0;
+    return refusal;
 }
 
 }  // namespace zelmo

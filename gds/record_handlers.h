@@ -1,82 +1,53 @@
 #pragma once
 
-#include <array>
-#include <cstdint>
 #include <optional>
-#include <string_view>
-#include <vector>
 
-#include "gds/gds_database.h"
-#include "gds/name_cache.h"
+#include "gds/layout_error.h"
+#include "gds/library_state.h"
 #include "gds/stream_records.h"
+
+// What becomes of the records that are accepted where they stand: a handler for each takes what a
+// mask needs of it.
 
 namespace zelmo {
 
-class LogConsole;
+/// Why a record is refused after all.
+using Refusal = std::optional<LayoutErrorKind>;
+constexpr std::nullopt_t accepted = std::nullopt;
 
-/// The element that is being read.
-enum class Element { None, Boundary, Path, Sref, Aref, Text, Node, Box };
+// structure_handlers.cpp: the library and its structures
+Refusal ReadHeader(LibraryState& state, const StreamRecord& record);
+Refusal ReadUnits(LibraryState& state, const StreamRecord& record);
+Refusal EndLibrary(LibraryState& state, const StreamRecord& record);
+Refusal BeginStructure(LibraryState& state, const StreamRecord& record);
+Refusal ReadStructureName(LibraryState& state, const StreamRecord& record);
+Refusal EndStructure(LibraryState& state, const StreamRecord& record);
 
-/// A path before it is expanded.
-struct CentreLine {
-    std::uint16_t layer = 0;
-    std::uint16_t pathType = 0;
-    std::uint32_t width = 0;
-    std::vector<GdsPoint> points;
-    std::vector<GdsPoint> outline;  ///< room for it
-};
+// element_handlers.cpp: the beginning and the end of an element
+template <Element element>
+Refusal BeginElement(LibraryState& state, const StreamRecord&) {
+    if constexpr (element == Element::Sref) {
+        state.open.sref.mag = 1.0;
+    } else if constexpr (element == Element::Aref) {
+        state.open.aref.mag = 1.0;
+    }
+    state.open.kind = element;
+    return accepted;
+}
+/// Throws std::out_of_range("invalid vector subscript") for a path without points.
+Refusal EndElement(LibraryState& state, const StreamRecord& record);
 
-/// What is known of an element between its records.
-struct OpenElement {
-    Element kind = Element::None;
-    bool layerSeen = false;  ///< in a boundary or path
-    GdsBoundary boundary;
-    GdsSref sref;
-    GdsAref aref;
-    CentreLine path;  ///< its width can come from a text before
-};
+// attribute_handlers.cpp: what an element says of itself
+Refusal ReadLayer(LibraryState& state, const StreamRecord& record);
+Refusal ReadWidth(LibraryState& state, const StreamRecord& record);
+Refusal ReadPathType(LibraryState& state, const StreamRecord& record);
+Refusal ReadReferenceName(LibraryState& state, const StreamRecord& record);
+Refusal ReadColumnsAndRows(LibraryState& state, const StreamRecord& record);
+Refusal ReadTransformFlags(LibraryState& state, const StreamRecord& record);
+Refusal ReadMagnification(LibraryState& state, const StreamRecord& record);
+Refusal ReadAngle(LibraryState& state, const StreamRecord& record);
 
-/// The structure that is being read.
-struct OpenCell {
-    std::optional<std::string_view> name;
-    GrowingArray<GdsBoundary> boundaries;
-    GrowingArray<GdsSref> srefs;
-    GrowingArray<GdsAref> arefs;
-};
-
-/// What a library says of itself, where it does.
-struct LibraryHead {
-    std::optional<std::uint16_t> version;
-    std::optional<std::array<double, 2>> units;
-};
-
-/// What is known between two records.
-struct LibraryState {
-    LibraryState(ElementStore& elementStore, LogConsole* logConsole)
-        : store(elementStore), console(logConsole) {}
-
-    ElementStore& store;
-    LogConsole* console;
-    LibraryHead head;
-    bool inStructure = false;
-    bool warnedType1 = false;
-    bool warnedType4 = false;
-    bool endSeen = false;
-    bool flatSeen = false;        ///< a polygon without points, width or height
-    GrowingArray<GdsCell> cells;  ///< that are complete
-    OpenCell cell;
-    OpenElement open;
-    NameCache names;
-    /// Whether the open cell was begun elsewhere; what is here of it then goes there in the end.
-    bool continuesCell = false;
-    std::optional<OpenCell> continued;
-};
-
-/// Adds the open cell to the complete ones.
-void CompleteCell(LibraryState& state);
-
-/// Takes the next record of a library. Returns 0, or the code of the error. Throws
-/// std::out_of_range("invalid vector subscript") at the end of a path without points.
-std::int32_t HandleRecord(LibraryState& state, const StreamRecord& record);
+// point_handlers.cpp
+Refusal ReadPoints(LibraryState& state, const StreamRecord& record);
 
 }  // namespace zelmo

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <initializer_list>
 #include <memory>
 #include <span>
 #include <type_traits>
@@ -48,9 +47,6 @@ public:
         const std::span<T> run = Take(values.size());
         std::copy(values.begin(), values.end(), run.begin());
         return run;
-    }
-    std::span<T> Keep(std::initializer_list<T> values) {
-        return Keep(std::span<const T>(values.begin(), values.size()));
     }
 
     /// The values of a list, which is empty then. Short lists are copied and keep their memory for

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "gds/record_codes.h"
+
 namespace zelmo {
 
 namespace {
@@ -16,9 +18,12 @@ struct Cut {
 /// Goes from record to record, and looks no closer than it must to know where pieces can begin.
 class PieceCutter {
 public:
-    PieceCutter(StreamBlock& block, std::size_t end, std::size_t pieceSize, const PieceStart& start)
+    /// The block's bytes up to `end` begin in the file at `offset`.
+    PieceCutter(StreamBlock& block, std::size_t end, std::uint64_t offset, std::size_t pieceSize,
+                const PieceStart& start)
         : block_(block),
           end_(end),
+          offset_(offset),
           pieceSize_(pieceSize),
           here_(start),
           begin_{0, start},
@@ -29,8 +34,8 @@ public:
     /// Passes whole records to the end of the bytes or of the library, and tells what follows.
     RecordStatus PassRecords() {
         while (end_ - at_ >= recordHeadSize) {
-            const std::uint8_t* const record = block_.bytes.get() + at_;
-            const std::size_t length = StreamU16(record);
+            const std::uint8_t* const bytes = block_.bytes.get() + at_;
+            const std::size_t length = StreamU16(bytes);
             if (length < recordHeadSize) {
                 return RecordStatus::BadLength;
             }
@@ -38,14 +43,14 @@ public:
                 return RecordStatus::Read;
             }
             at_ += length;
-            const std::uint16_t code = StreamU16(record + 2);
-            if (code == endElementCode || code == endStructureCode) {
-                PassEnd(code == endElementCode);
-            } else if (code == pathTypeCode && length >= recordHeadSize + 2) {
-                const std::uint16_t type = StreamU16(record + recordHeadSize);
+            const std::uint16_t code = StreamU16(bytes + 2);
+            if (code == record::endel || code == record::endstr) {
+                PassEnd(code == record::endel);
+            } else if (code == record::pathtype && length >= recordHeadSize + 2) {
+                const std::uint16_t type = StreamU16(bytes + recordHeadSize);
                 here_.type1Seen = here_.type1Seen || type == 1;
                 here_.type4Seen = here_.type4Seen || type == 4;
-            } else if (code == endLibraryCode) {
+            } else if (code == record::endlib) {
                 return RecordStatus::EndOfFile;
             }
         }
@@ -76,6 +81,7 @@ public:
     std::span<const std::uint8_t> Rest() const {
         return {block_.bytes.get() + begin_.at, end_ - begin_.at};
     }
+    std::uint64_t RestOffset() const { return offset_ + begin_.at; }
     const PieceStart& NextStart() const { return begin_.start; }
 
 private:
@@ -90,13 +96,14 @@ private:
     void EndPiece(const Cut& cut) {
         if (cut.at != begin_.at) {
             block_.pieces.push_back(
-                {{block_.bytes.get() + begin_.at, cut.at - begin_.at}, begin_.start});
+                {{block_.bytes.get() + begin_.at, cut.at - begin_.at}, RestOffset(), begin_.start});
         }
         begin_ = cut;
     }
 
     StreamBlock& block_;
     std::size_t end_;
+    std::uint64_t offset_;
     std::size_t pieceSize_;
     std::size_t at_ = 0;  ///< behind the records that were passed
     PieceStart here_;
@@ -127,7 +134,7 @@ void StreamBlocks::Read(StreamBlock& block) {
 }
 
 RecordStatus StreamBlocks::CutIntoPieces(StreamBlock& block, std::size_t end, bool fileEnds) {
-    PieceCutter cutter(block, end, sizes_.piece, start_);
+    PieceCutter cutter(block, end, restOffset_, sizes_.piece, start_);
     const bool unreadable = std::ferror(file_.get()) != 0;
     RecordStatus next = cutter.PassRecords();
     if (next == RecordStatus::Read && fileEnds) {
@@ -145,6 +152,10 @@ RecordStatus StreamBlocks::CutIntoPieces(StreamBlock& block, std::size_t end, bo
         cutter.EndWithRecords();
     }
     rest_ = cutter.Rest();
+    restOffset_ = cutter.RestOffset();
+    block.nextOffset = restOffset_;
+    block.nextCode =
+        next == RecordStatus::BadLength ? StreamU16(rest_.data() + 2) : std::uint16_t{0};
     start_ = cutter.NextStart();
     return next;
 }

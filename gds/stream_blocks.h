@@ -28,6 +28,7 @@ struct PieceStart {
 /// there is one to be found.
 struct StreamPiece {
     std::span<const std::uint8_t> bytes;
+    std::uint64_t offset = 0;  ///< of the first of them in the file
     PieceStart start;
 };
 
@@ -35,6 +36,8 @@ struct StreamBlock {
     std::vector<StreamPiece> pieces;
     /// What follows the pieces: a record in the next block, the end, or one that is not readable.
     RecordStatus next = RecordStatus::Read;
+    std::uint64_t nextOffset = 0;  ///< of that in the file
+    std::uint16_t nextCode = 0;    ///< of a record of bad length
     std::unique_ptr<std::uint8_t[]> bytes;
 };
 
@@ -60,6 +63,7 @@ private:
     FilePointer file_;
     PieceSizes sizes_;
     std::span<const std::uint8_t> rest_;  ///< behind the pieces of the last block
+    std::uint64_t restOffset_ = 0;        ///< in the file
     PieceStart start_;                    ///< of the next piece
 };
 

@@ -22,15 +22,12 @@ inline std::int32_t StreamI32(const std::uint8_t* bytes) {
                                      static_cast<std::uint32_t>(bytes[2]) << 8 | bytes[3]);
 }
 
+/// The value of an eight-byte GDSII real (excess-64, base 16).
+double GdsReal8ToDouble(const std::uint8_t* bytes);
+
 /// A record begins with its length, these bytes counted in, and its code.
 constexpr std::size_t recordHeadSize = 4;
 constexpr std::size_t longestRecord = 65535;
-
-/// The codes of records that readers of a library as well as of its outline know.
-constexpr std::uint16_t endLibraryCode = 0x0400;
-constexpr std::uint16_t endStructureCode = 0x0700;
-constexpr std::uint16_t endElementCode = 0x1100;
-constexpr std::uint16_t pathTypeCode = 0x2102;
 
 /// One record of a stream file. Its numbers stand most significant byte first; what lies behind
 /// the end of the data reads as zero.
@@ -60,7 +57,7 @@ public:
     explicit StreamRecords(const std::filesystem::path& path);
 
     /// Reads the next record. Fewer than four bytes are the end of the file; a record whose data
-    /// the file cuts short is filled up with zeros.
+    /// the file cuts short is filled up with zeros. Of a record of bad length it gives the code.
     RecordStatus Next(StreamRecord& record) {
         if (!Holds(recordHeadSize)) {
             return RecordStatus::Unreadable;
@@ -70,6 +67,7 @@ public:
         }
         const std::size_t length = StreamU16(buffer_.data() + begin_);
         if (length < recordHeadSize) {
+            record = {StreamU16(buffer_.data() + begin_ + 2), {}};
             return RecordStatus::BadLength;
         }
         if (!Holds(length)) {
@@ -80,7 +78,18 @@ public:
         return RecordStatus::Read;
     }
 
+    /// Where in the file the record that was read last begins.
+    std::uint64_t OffsetOf(const StreamRecord& record) const {
+        return OffsetOf(record.data.data() - recordHeadSize);
+    }
+    /// Where in the file the records end that were read.
+    std::uint64_t Offset() const { return OffsetOf(buffer_.data() + begin_); }
+
 private:
+    std::uint64_t OffsetOf(const std::uint8_t* byte) const {
+        return bufferOffset_ + static_cast<std::uint64_t>(byte - buffer_.data());
+    }
+
     /// Makes `needed` bytes stand at `begin_`, zeros where the file has ended. False if the file
     /// cannot be read.
     bool Holds(std::size_t needed) { return end_ - begin_ >= needed || Fill(needed); }
@@ -88,8 +97,9 @@ private:
 
     FilePointer file_;
     std::vector<std::uint8_t> buffer_;
-    std::size_t begin_ = 0;  ///< first byte not yet handed out
-    std::size_t end_ = 0;    ///< end of the bytes read
+    std::uint64_t bufferOffset_ = 0;  ///< of its first byte in the file
+    std::size_t begin_ = 0;           ///< first byte not yet handed out
+    std::size_t end_ = 0;             ///< end of the bytes read
 };
 
 }  // namespace zelmo

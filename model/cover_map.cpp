@@ -8,12 +8,13 @@
 
 #include "base/row_bands.h"
 #include "model/cover_map_lanes.h"
-#include "model/process_model.h"
+#include "model/grid/grid.h"
+#include "model/stack.h"
 
 // Tile by tile, and in each from the topmost layer down: one bit for each cell where the layer has
-// thickness, spread to the cells around by whole words, gives the cells that it covers. A cell that
-// is covered is done with, and where all cells are, the layers below are not read any more. The
-// bits of a tile need no memory that could be lacking when a step has changed the layers.
+// thickness, dilated by one cell to all sides in whole words, gives the cells that it covers. A
+// cell that is covered is done with, and where all cells are, the layers below are not read any
+// more. The bits of a tile need no memory that could be lacking when a step has changed the layers.
 
 namespace zelmo {
 
@@ -27,12 +28,14 @@ constexpr std::uint64_t allBits = std::numeric_limits<std::uint64_t>::max();
 
 class CoverTile {
 public:
-    CoverTile(ProcessModel& model, std::int32_t firstCol, std::int32_t firstRow)
-        : model_(model),
+    // NOLINTNEXTLINE(*-member-init): of large arrays only as much is set as is read
+    CoverTile(Stack& stack, const Grid& grid, std::int32_t firstCol, std::int32_t firstRow)
+        : stack_(stack),
+          grid_(grid),
           firstCol_(firstCol),
           firstRow_(firstRow),
-          cols_(std::min(tileCols, model.gridColumns - firstCol)),
-          rows_(std::min(tileRows, model.gridRows - firstRow)),
+          cols_(std::min(tileCols, grid.columns - firstCol)),
+          rows_(std::min(tileRows, grid.rows - firstRow)),
           words_((cols_ - 1) / wordBits + 1) {
         for (std::int32_t row = 0; row < rows_; ++row) {
             std::fill(open_[row], open_[row] + words_, allBits);
@@ -43,8 +46,8 @@ public:
 
     void Update() {
         bool isOpen = true;
-        for (std::size_t id = model_.layers.size(); id-- > 0 && isOpen;) {
-            if (model_.layers[id] != nullptr) {
+        for (std::size_t id = stack_.layers.size(); id-- > 0 && isOpen;) {
+            if (stack_.layers[id] != nullptr) {
                 isOpen = CoverWith(static_cast<std::int32_t>(id));
             }
         }
@@ -53,16 +56,16 @@ public:
 private:
     /// Returns whether cells remain open.
     bool CoverWith(std::int32_t id) {
-        const Layer& layer = *model_.layers[static_cast<std::size_t>(id)];
+        const Layer& layer = *stack_.layers[static_cast<std::size_t>(id)];
         for (std::int32_t row = -1; row <= rows_; ++row) {
-            SpreadThickness(layer, row);
+            DilateThickness(layer, row);
         }
         bool isOpen = false;
         for (std::int32_t row = 0; row < rows_; ++row) {
             for (std::int32_t word = 0; word < words_; ++word) {
                 const std::uint64_t covered =
                     open_[row][word] &
-                    (spread_[row][word] | spread_[row + 1][word] | spread_[row + 2][word]);
+                    (dilated_[row][word] | dilated_[row + 1][word] | dilated_[row + 2][word]);
                 if (covered != 0) {
                     SetCover(id, layer, row, word, covered);
                     Close(row, word, covered);
@@ -80,17 +83,17 @@ private:
         }
     }
 
-    /// Finds where the layer has thickness in a row of the tile or next to it, and spreads that one
+    /// Finds where the layer has thickness in a row of the tile or next to it, dilated by one
     /// column to either side.
-    void SpreadThickness(const Layer& layer, std::int32_t row) {
-        std::uint64_t* const spread = spread_[row + 1];
+    void DilateThickness(const Layer& layer, std::int32_t row) {
+        std::uint64_t* const dilated = dilated_[row + 1];
         const std::uint32_t wanted = WordsNearOpenCells(row);
         if (wanted == 0) {
-            std::fill(spread, spread + words_, 0);
+            std::fill(dilated, dilated + words_, 0);
             return;
         }
         const std::ptrdiff_t first =
-            static_cast<std::ptrdiff_t>(firstRow_ + row) * model_.gridColumns + firstCol_;
+            static_cast<std::ptrdiff_t>(firstRow_ + row) * grid_.columns + firstCol_;
         const float* const top = layer.top.data() + first;
         const float* const bottom = layer.bottom.data() + first;
         const auto isThick = [top, bottom](std::int32_t col) -> std::uint64_t {
@@ -100,20 +103,20 @@ private:
         std::uint64_t* const thick = edged + 1;
         ZELMO_PICK_LANES(MarkThickCells)(top, bottom, cols_, wanted, thick);
         const bool startsGrid = firstCol_ == 0;
-        const bool endsGrid = firstCol_ + cols_ == model_.gridColumns;
+        const bool endsGrid = firstCol_ + cols_ == grid_.columns;
         thick[-1] = startsGrid ? 0 : isThick(-1) << (wordBits - 1);
         thick[words_] = endsGrid ? 0 : isThick(cols_);
         for (std::int32_t word = 0; word < words_; ++word) {
             const std::uint64_t here = thick[word];
-            spread[word] = here | here << 1 | here >> 1 | thick[word - 1] >> (wordBits - 1) |
-                           thick[word + 1] << (wordBits - 1);
+            dilated[word] = here | here << 1 | here >> 1 | thick[word - 1] >> (wordBits - 1) |
+                            thick[word + 1] << (wordBits - 1);
         }
     }
 
     /// One bit for each word of a row: whether cells are open in it or next to it. None outside the
     /// grid.
     std::uint32_t WordsNearOpenCells(std::int32_t row) const {
-        if (firstRow_ + row < 0 || firstRow_ + row >= model_.gridRows) {
+        if (firstRow_ + row < 0 || firstRow_ + row >= grid_.rows) {
             return 0;
         }
         std::uint32_t words = 0;
@@ -126,10 +129,10 @@ private:
 
     void SetCover(std::int32_t id, const Layer& layer, std::int32_t row, std::int32_t word,
                   std::uint64_t cells) {
-        const std::size_t first = static_cast<std::size_t>(firstRow_ + row) *
-                                      static_cast<std::size_t>(model_.gridColumns) +
-                                  static_cast<std::size_t>(firstCol_ + word * wordBits);
-        CoverCell* const cover = model_.coverMap.data() + first;
+        const std::size_t first =
+            static_cast<std::size_t>(firstRow_ + row) * static_cast<std::size_t>(grid_.columns) +
+            static_cast<std::size_t>(firstCol_ + word * wordBits);
+        CoverCell* const cover = stack_.coverMap.data() + first;
         const float* const top = layer.top.data() + first;
         if (cells == allBits) {
             for (std::int32_t i = 0; i < wordBits; ++i) {
@@ -143,29 +146,29 @@ private:
         }
     }
 
-    ProcessModel& model_;
+    Stack& stack_;
+    const Grid& grid_;
     std::int32_t firstCol_;
     std::int32_t firstRow_;
     std::int32_t cols_;
     std::int32_t rows_;
-    std::int32_t words_;                             ///< in use
-    std::uint64_t open_[tileRows][tileWords];        ///< cells that no layer covers so far
-    std::uint32_t openWords_[tileRows];              ///< words of `open_` that are not 0
-    std::uint64_t spread_[tileRows + 2][tileWords];  ///< from the row before the tile on
+    std::int32_t words_;                              ///< in use
+    std::uint64_t open_[tileRows][tileWords];         ///< cells that no layer covers so far
+    std::uint32_t openWords_[tileRows];               ///< words of `open_` that are not 0
+    std::uint64_t dilated_[tileRows + 2][tileWords];  ///< from the row before the tile on
 };
 
 }  // namespace
 
-void UpdateCoverMap(ProcessModel& model) {
-    const std::int32_t rows = model.gridRows;
-    ForRowBands((rows + tileRows - 1) / tileRows, 1,
-                [&model](std::int32_t first, std::int32_t end) {
-                    for (std::int32_t tile = first; tile < end; ++tile) {
-                        for (std::int32_t col = 0; col < model.gridColumns; col += tileCols) {
-                            CoverTile(model, col, tile * tileRows).Update();
-                        }
-                    }
-                });
+void UpdateCoverMap(Stack& stack, const Grid& grid) {
+    const std::int32_t rows = grid.rows;
+    ForRowBands((rows + tileRows - 1) / tileRows, 1, [&](std::int32_t first, std::int32_t end) {
+        for (std::int32_t tile = first; tile < end; ++tile) {
+            for (std::int32_t col = 0; col < grid.columns; col += tileCols) {
+                CoverTile(stack, grid, col, tile * tileRows).Update();
+            }
+        }
+    });
 }
 
 }  // namespace zelmo

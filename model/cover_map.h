@@ -2,11 +2,12 @@
 
 namespace zelmo {
 
-struct ProcessModel;
+struct Grid;
+struct Stack;
 
 /// Finds the exposed layer of every cell anew. A layer covers the cells where it has thickness and
 /// the eight cells around each of them; the topmost layer wins, and the height is its `top` at the
 /// cell itself. A cell that no layer covers keeps what it had.
-void UpdateCoverMap(ProcessModel& model);
+void UpdateCoverMap(Stack& stack, const Grid& grid);
 
 }  // namespace zelmo

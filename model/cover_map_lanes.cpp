@@ -1,14 +1,14 @@
 #include "model/cover_map_lanes.h"
 
-#include "base/lanes.h"
+#include "base/lane_code.h"
 
 namespace zelmo::ZELMO_LANES {
 
 namespace {
 
-/// The bits of 32 cells. Each lane collects its share of them at the places where they belong.
+/// The bits of 32 cells. Each lane collects its share of them where they belong in the word.
 std::uint64_t ThickCells(const float* top, const float* bottom) {
-    const IntLanes laneBit = EqualLanes<IntLanes>(1) << CountingLanes<IntLanes>();
+    const IntLanes laneBit = Broadcast<IntLanes>(1) << CountingLanes<IntLanes>();
     IntLanes collected{};
     for (std::int32_t i = 0; i < 32; i += laneCount<FloatLanes>) {
         const FloatLanes thickness =

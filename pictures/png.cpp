@@ -1,5 +1,3 @@
-#include "pictures/png.h"
-
 #include <png.h>
 
 #include <cerrno>
@@ -7,6 +5,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <system_error>
+
+#include "pictures/picture_files.h"
 
 namespace zelmo {
 

@@ -8,7 +8,7 @@
 #include <optional>
 #include <system_error>
 
-#include "model/process_model.h"
+#include "model/process.h"
 #include "process_file/color_table.h"
 #include "process_file/decimal.h"
 #include "process_file/reader_state.h"
@@ -68,7 +68,7 @@ void ReadNumericColor(ReaderState& state, std::string_view line, ProcessStep& st
 void ReadNamedColor(ReaderState& state, std::string_view line, ProcessStep& step,
                     std::string_view unknownNameText) {
     const std::string name = ReadWord(state, line, "-scolor");
-    const ColorEntry* const entry = FindColor(GetColorTable(), name);
+    const ColorEntry* const entry = FindColor(state.colors, name);
     if (entry == nullptr) {
         ReportError(state, unknownNameText);
         return;
@@ -159,6 +159,11 @@ float ReadDecimal(ReaderState& state, std::string_view line, std::string_view ar
         ReportError(state, "No decimal number found reading %s argument", argument);
     }
     return value.value_or(0.0f);
+}
+
+float ReadLayoutLength(ReaderState& state, std::string_view line, std::string_view argument) {
+    const float value = ReadDecimal(state, line, argument);
+    return state.useNm ? value / nanometresPerMicrometre : value;
 }
 
 std::string ReadWord(ReaderState& state, std::string_view line, std::string_view argument) {

@@ -16,6 +16,8 @@ namespace zelmo {
 struct ProcessStep;
 struct ReaderState;
 
+constexpr float nanometresPerMicrometre = 1000.0f;
+
 /// The names of the arguments that a command allows.
 using ArgumentList = std::span<const std::string_view>;
 
@@ -35,6 +37,9 @@ std::int32_t ReadInteger(ReaderState& state, std::string_view line, std::string_
 
 /// The decimal number behind `argument`, or 0.0 if there is none.
 float ReadDecimal(ReaderState& state, std::string_view line, std::string_view argument);
+
+/// The same for a length of the layout, in the unit that `settings` chose; in micrometres here.
+float ReadLayoutLength(ReaderState& state, std::string_view line, std::string_view argument);
 
 /// The word behind `argument`, or an empty text if there is none.
 std::string ReadWord(ReaderState& state, std::string_view line, std::string_view argument);

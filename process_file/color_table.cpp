@@ -103,15 +103,10 @@ std::optional<ColorEntry> ScanColorLine(std::string_view line) {
 
 }  // namespace
 
-ColorTable& GetColorTable() {
-    static ColorTable table;
-    return table;
-}
-
-int LoadColorTable(const std::filesystem::path& path) {
+bool LoadColorTable(ColorTable& table, const std::filesystem::path& path) {
     const FilePointer file = OpenFile(path, "rb");
     if (!file) {
-        return 1;
+        return false;
     }
     std::string line;
     while (ReadTextLine(file.get(), line)) {
@@ -122,11 +117,11 @@ int LoadColorTable(const std::filesystem::path& path) {
         const auto entry =
             ScanColorLine(std::string_view(line).substr(0, line.find_first_of("\r\n")));
         if (!entry) {
-            return 1;
+            return false;
         }
-        GetColorTable().push_back(*entry);
+        table.push_back(*entry);
     }
-    return 0;
+    return true;
 }
 
 const ColorEntry* FindColor(const ColorTable& table, std::string_view name) {

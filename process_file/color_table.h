@@ -19,12 +19,9 @@ struct ColorEntry {
 /// Colour names in file order; of two entries with one name the first counts.
 using ColorTable = std::vector<ColorEntry>;
 
-/// The process-wide table: filled at start, only read afterwards. May be empty.
-ColorTable& GetColorTable();
-
-/// Appends the entries of a colour file to the process-wide table. Returns 0 on success, 1 if the
-/// file cannot be opened or a line does not scan; entries read so far stay.
-int LoadColorTable(const std::filesystem::path& path = "colors.txt");
+/// Appends the entries of a colour file to a table. False if the file cannot be opened or a line
+/// does not scan; entries read so far stay.
+bool LoadColorTable(ColorTable& table, const std::filesystem::path& path = "colors.txt");
 
 /// The first entry with exactly this name, or null.
 const ColorEntry* FindColor(const ColorTable& table, std::string_view name);

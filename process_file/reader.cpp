@@ -1,133 +1,103 @@
 #include "process_file/reader.h"
 
-#include <cstddef>
+#include <fmt/format.h>
+
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "base/file.h"
-#include "base/log_console.h"
-#include "base/text.h"
-#include "model/process_model.h"
 #include "process_file/color_table.h"
+#include "process_file/commands.h"
 #include "process_file/reader_state.h"
-#include "process_file/step_commands.h"
 #include "process_file/words.h"
 
 namespace zelmo {
 
 namespace {
 
-using StepHandler = void (*)(ReaderState&, std::string_view, ProcessStep&);
-
-StepHandler FindStepHandler(std::string_view command) {
-    constexpr std::pair<std::string_view, StepHandler> handlers[] = {
-        {"deposition", ReadDeposition}, {"coating", ReadCoating},
-        {"photo", ReadPhoto},           {"etch", ReadEtch},
-        {"release", ReadRelease},       {"strip", ReadStrip},
-    };
-    for (const auto& [name, handler] : handlers) {
-        if (name == command) {
-            return handler;
+const Command* FindCommand(std::string_view word) {
+    for (const auto commands : {SettingsCommands(), StepCommands()}) {
+        for (const Command& command : commands) {
+            if (command.word == word) {
+                return &command;
+            }
         }
     }
     return nullptr;
 }
 
 /// The substrate comes first in every run; a colour table without its colour leaves it black.
-ProcessStep SubstrateStep() {
+ProcessStep SubstrateStep(const ColorTable& colors) {
     ProcessStep step;
-    step.kind = StepSubstrate;
+    step.kind = StepKind::Substrate;
     step.description = "Substrate";
-    if (const ColorEntry* beige = FindColor(GetColorTable(), "beige")) {
+    if (const ColorEntry* beige = FindColor(colors, "beige")) {
         step.color = ColorOf(*beige);
     }
     return step;
 }
 
-void AppendPlainStep(ProcessModel& model, StepKind kind, std::string description) {
-    ProcessStep step;
-    step.kind = kind;
-    step.description = std::move(description);
-    model.steps.push_back(std::move(step));
-}
-
-/// Acts on a command line; its first word is `command`.
-void HandleCommand(ReaderState& state, ProcessModel& model, std::string_view command,
+/// Acts on a command line; its first word is `word`.
+void HandleCommand(ReaderState& state, ProcessFile& file, std::string_view word,
                    std::string_view line) {
-    const bool settingsSeenBefore = state.settingsSeen;
-    if (!state.settingsSeen && command != "settings") {
+    if (!state.settingsSeen && word != "settings") {
         ReportError(state, "First command in process file needs to be the \"settings\" command");
-        state.settingsSeen = true;
+        state.settingsSeen = true;  // so that this is told once
     }
-    if (command == "settings") {
-        if (settingsSeenBefore) {
-            ReportError(state, "Duplicate settings (gen) command found");
-        }
-        ReadSettings(state, line, model);
-        state.settingsSeen = true;
-    } else if (command == "location") {
-        if (state.locationSeen) {
-            ReportError(state, "Duplicate location (cut) command found");
-        }
-        ReadLocation(state, line, model);
-        state.locationSeen = true;
-    } else if (command == "gds") {
-        if (state.gdsSeen) {
-            ReportError(state, "Duplicate gds command found");
-        }
-        ReadGds(state, line, model);
-        state.gdsSeen = true;
-    } else if (const StepHandler handler = FindStepHandler(command)) {
-        ProcessStep step;
-        handler(state, line, step);
-        model.steps.push_back(std::move(step));
-    } else if (command == "dump") {
-        AppendPlainStep(model, StepDump, "dumping of stack data");
-    } else if (command == "stop") {
-        state.stopSeen = true;
-    } else {
+    const Command* const command = FindCommand(word);
+    if (command == nullptr) {
         ReportError(state, "Unknown command");
+        return;
     }
+    if (command->kind) {
+        file.steps.emplace_back().kind = *command->kind;
+    }
+    command->handler(state, line, command->arguments, file);
 }
 
 /// Handles one line of the file, which may be a comment or blank.
-void HandleLine(ReaderState& state, ProcessModel& model, std::string_view line) {
+void HandleLine(ReaderState& state, ProcessFile& file, std::string_view line) {
     if (line.starts_with('#') || line.find_first_not_of(" \r\n\t") == std::string_view::npos) {
         return;
     }
     line = line.substr(0, line.find_first_of("\r\n"));
     std::string_view rest = line;
-    const std::string_view command = TakeWord(rest);
-    if (command.empty()) {
+    const std::string_view word = TakeWord(rest);
+    if (word.empty()) {
         ReportError(state, "Unknown command");
         return;
     }
-    HandleCommand(state, model, command, line);
+    HandleCommand(state, file, word, line);
 }
 
 }  // namespace
 
-std::int32_t ReadProcessFile(ProcessModel& model, const std::filesystem::path& path,
-                             LogConsole* console) {
+std::string ErrorLine(const ProcessFileError& error) {
+    return error.line < 1 ? fmt::format("Error: {}", error.text)
+                          : fmt::format("Error in line {}: {}", error.line, error.text);
+}
+
+ProcessFile ReadProcessFile(const std::filesystem::path& path, const ColorTable& colors) {
+    ProcessFile file;
     // Binary, so that line ends and control bytes mean the same on every platform.
-    const FilePointer file = OpenFile(path, "rb");
-    if (!file) {
-        console->Write(L"Failed to open process file: " + PathText(path));
-        return 1;
+    const FilePointer stream = OpenFile(path, "rb");
+    if (!stream) {
+        return file;
     }
-    ReaderState state;
-    state.console = console;
-    model.steps.push_back(SubstrateStep());
+    file.opened = true;
+    file.steps.push_back(SubstrateStep(colors));
+    ReaderState state(colors);
     std::string line;
-    while (!state.stopSeen && ReadTextLine(file.get(), line)) {
+    while (!state.stopSeen && ReadTextLine(stream.get(), line)) {
         ++state.lineNumber;
-        HandleLine(state, model, line);
+        HandleLine(state, file, line);
     }
     if (!state.gdsSeen || !state.locationSeen || !state.settingsSeen) {
         ReportError(state, "Missing gds, location, or settings command");
     }
-    return state.errorSeen ? 1 : 0;
+    file.errors = std::move(state.errors);
+    return file;
 }
 
 }  // namespace zelmo

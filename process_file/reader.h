@@ -2,15 +2,33 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <string>
+#include <vector>
+
+#include "model/process.h"
+#include "process_file/color_table.h"
 
 namespace zelmo {
 
-class LogConsole;
-struct ProcessModel;
+/// What is wrong with a line of a process file, in the file's bytes.
+struct ProcessFileError {
+    std::int32_t line = 0;  ///< counted from 1; 0: the file as a whole
+    std::string text;
+};
 
-/// Reads a process file into the model's settings and steps. Reports every error to `console` and
-/// reads on. Returns 0, or 1 if the file could not be opened or had an error.
-std::int32_t ReadProcessFile(ProcessModel& model, const std::filesystem::path& path,
-                             LogConsole* console);
+/// The text for the user: "Error in line 12: ...", or "Error: ..." where there is no line.
+std::string ErrorLine(const ProcessFileError& error);
+
+/// What a process file asks for, and all that is wrong with it. A file with errors leaves settings
+/// and steps that are not to be used.
+struct ProcessFile {
+    bool opened = false;
+    ProcessSettings settings;
+    std::vector<ProcessStep> steps;  ///< the substrate step first
+    std::vector<ProcessFileError> errors;
+};
+
+/// Reads a process file to its end, or to its `stop`. Colour names are looked up in `colors`.
+ProcessFile ReadProcessFile(const std::filesystem::path& path, const ColorTable& colors);
 
 }  // namespace zelmo

@@ -3,13 +3,15 @@
 #include <fmt/printf.h>
 
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
-namespace zelmo {
+#include "process_file/reader.h"
 
-class LogConsole;
+namespace zelmo {
 
 /// A material that a `deposition` or `coating` line has defined. `-targets` selects by type.
 struct MaterialEntry {
@@ -17,33 +19,28 @@ struct MaterialEntry {
     std::string type;
 };
 
-/// What one reading of a process file knows besides the model it fills. A fresh one for each read.
+/// What one reading of a process file knows besides what it fills. A fresh one for each.
 struct ReaderState {
-    LogConsole* console = nullptr;  ///< where errors go, not owned
-    bool settingsSeen = false;      ///< or the error for a missing first `settings` was given
+    explicit ReaderState(const ColorTable& colorTable) : colors(colorTable) {}
+
+    const ColorTable& colors;
+    std::vector<ProcessFileError> errors;  ///< so far
+    bool settingsSeen = false;  ///< or the error for a missing first `settings` was given
     bool locationSeen = false;
     bool gdsSeen = false;
     bool stopSeen = false;
-    bool errorSeen = false;       ///< at least one error was reported
     bool useNm = false;           ///< window and resolution are in nanometres
     bool resistFree = true;       ///< no photoresist is open: a `photo` may come, a `strip` may not
     std::int32_t lineNumber = 0;  ///< lines read so far; 0: errors carry no line number
-    std::int32_t fileVersion = 0;  ///< value of `-version`
     std::vector<MaterialEntry> materials;
-    std::vector<std::string> etchNames;
-    std::vector<std::string> releaseNames;
-    std::vector<std::string> stripNames;
+    std::set<std::pair<StepKind, std::string>> stepNames;  ///< of steps whose names are their own
 };
 
-/// Writes "Error in line <n>: <text>", or "Error: <text>" where there is no line, to the console
-/// and records that there was an error.
-void ReportErrorText(ReaderState& state, const std::string& text);
-
-/// The same with a printf-style format of %s and %d. Never stops anything: the caller goes on with
-/// the value it has.
+/// Notes what is wrong with the present line, by a printf-style format of %s and %d. Never stops
+/// anything: the caller goes on with the value it has.
 template <typename... Values>
 void ReportError(ReaderState& state, std::string_view format, const Values&... values) {
-    ReportErrorText(state, fmt::sprintf(format, values...));
+    state.errors.push_back({state.lineNumber, fmt::sprintf(format, values...)});
 }
 
 }  // namespace zelmo

@@ -1,15 +1,13 @@
-#include "process_file/step_commands.h"
-
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <string>
-#include <vector>
+#include <string_view>
 
-#include "model/process_model.h"
 #include "process_file/arguments.h"
+#include "process_file/commands.h"
+#include "process_file/reader.h"
 #include "process_file/reader_state.h"
 
 namespace zelmo {
@@ -18,68 +16,11 @@ namespace {
 
 using namespace std::string_view_literals;
 
-// Allowed arguments, command by command. `gds`, `dump` and `stop` are not checked.
-constexpr std::array settingsArguments = {"-version"sv, "-N"sv,       "-angle"sv,
-                                          "-use_nm"sv,  "-heights"sv, "-legend"sv};
-constexpr std::array locationArguments = {"-x"sv, "-y"sv, "-dx"sv, "-dy"sv};
-constexpr std::array depositionArguments = {"-name"sv,  "-type"sv,   "-thickness"sv, "-sc"sv,
-                                            "-color"sv, "-scolor"sv, "-alpha"sv};
-constexpr std::array coatingArguments = {"-name"sv,  "-type"sv,   "-thickness"sv, "-dop"sv,
-                                         "-color"sv, "-scolor"sv, "-alpha"sv};
-constexpr std::array photoArguments = {"-name"sv, "-mask_id"sv, "-type"sv,
-                                       "-res"sv,  "-taper"sv,   "-thickness"sv};
-constexpr std::array etchArguments = {"-name"sv, "-targets"sv, "-depth"sv, "-iso"sv};
-constexpr std::array stripArguments = {"-name"sv};
-constexpr std::array releaseArguments = {"-targets"sv, "-name"sv};
-
-constexpr float nanometresPerMicrometre = 1000.0f;
 constexpr std::string_view thicknessNotPositive =
     "Invalid -thickness argument: Thickness needs to be positive.";
 
 bool IsOutsideUnitRange(float value) {
     return value < 0.0f || value > 1.0f;
-}
-
-void CheckVersion(ReaderState& state, std::string_view line) {
-    if (!HasArgument(line, "-version")) {
-        ReportError(state,
-                    "No -version argument given. This version of Zelmo is only compatible with "
-                    "process files with version 3.");
-        return;
-    }
-    state.fileVersion = ReadInteger(state, line, "-version");
-    if (state.fileVersion != 4) {
-        ReportError(state,
-                    "This version of Zelmo is only compatible with process files with version 4.");
-    }
-}
-
-void ReadGridColumns(ReaderState& state, std::string_view line, ProcessModel& model) {
-    model.gridColumns = 1000;
-    if (HasArgument(line, "-N")) {
-        model.gridColumns = ReadInteger(state, line, "-N");
-    }
-    if (model.gridColumns < 200 || model.gridColumns > 2000) {
-        ReportError(state, "Value of -N argument needs to be between 200 and 2000");
-    }
-}
-
-void ReadCameraAngle(ReaderState& state, std::string_view line, ProcessModel& model) {
-    model.cameraAngle = 30.0f;
-    if (HasArgument(line, "-angle")) {
-        model.cameraAngle = static_cast<float>(ReadInteger(state, line, "-angle"));
-    }
-    // The limit is 90 though the text names 40: steeper views are welcome.
-    if (model.cameraAngle > 90.0f || model.cameraAngle < 0.0f) {
-        ReportError(state, "Camera angle should be between 0 and 40 degrees");
-    }
-    model.cameraAngle = std::min(model.cameraAngle, 89.0f);
-}
-
-/// A length of the location window or the resolution, in the unit that `settings` chose.
-float ReadLayoutLength(ReaderState& state, std::string_view line, std::string_view argument) {
-    const float value = ReadDecimal(state, line, argument);
-    return state.useNm ? value / nanometresPerMicrometre : value;
 }
 
 /// -name, -type and -thickness of a new material; the thickness stays in nanometres.
@@ -130,55 +71,20 @@ void ReadAlpha(ReaderState& state, std::string_view line, ProcessStep& step) {
     }
 }
 
-/// Reports a name that is already in the list of its command.
-void CheckStepName(ReaderState& state, const std::vector<std::string>& names,
-                   const std::string& name, std::string_view text) {
-    if (std::find(names.begin(), names.end(), name) != names.end()) {
-        ReportError(state, text, name);
+/// Reports a name that an earlier step of the same kind has.
+void CheckStepName(ReaderState& state, const ProcessStep& step, std::string_view command) {
+    if (!state.stepNames.emplace(step.kind, step.processName).second) {
+        ReportError(state, "Step name of %s process %s already exists", command, step.processName);
     }
 }
 
-}  // namespace
+constexpr std::array depositionArguments = {"-name"sv,  "-type"sv,   "-thickness"sv, "-sc"sv,
+                                            "-color"sv, "-scolor"sv, "-alpha"sv};
 
-void ReadSettings(ReaderState& state, std::string_view line, ProcessModel& model) {
-    CheckArguments(state, line, settingsArguments);
-    CheckVersion(state, line);
-    ReadGridColumns(state, line, model);
-    ReadCameraAngle(state, line, model);
-    state.useNm = HasArgument(line, "-use_nm");
-    model.showHeights = HasArgument(line, "-heights") ? 1.0f : 0.0f;
-    model.showLegend = HasArgument(line, "-legend") ? 1.0f : 0.0f;
-}
-
-void ReadLocation(ReaderState& state, std::string_view line, ProcessModel& model) {
-    CheckArguments(state, line, locationArguments);
-    model.windowX = ReadLayoutLength(state, line, "-x");
-    model.windowY = ReadLayoutLength(state, line, "-y");
-    model.windowWidth = ReadLayoutLength(state, line, "-dx");
-    model.windowHeight = ReadLayoutLength(state, line, "-dy");
-    if (model.windowWidth <= 0.0f) {
-        ReportError(state, "Invalid -dx argument");
-    }
-    if (model.windowHeight <= 0.0f) {
-        ReportError(state, "Invalid -dy argument");
-    }
-    // The model relies on a window that is never higher than wide.
-    if (model.windowHeight > model.windowWidth) {
-        model.windowHeight = model.windowWidth;
-    }
-    // Holds for negative heights only.
-    if (model.windowHeight * 0.25f > model.windowHeight) {
-        model.windowHeight = model.windowWidth * 0.25f;
-    }
-}
-
-void ReadGds(ReaderState& state, std::string_view line, ProcessModel& model) {
-    model.cellName = ReadWord(state, line, "-cell");
-}
-
-void ReadDeposition(ReaderState& state, std::string_view line, ProcessStep& step) {
-    step.kind = StepDeposition;
-    CheckArguments(state, line, depositionArguments);
+void ReadDeposition(ReaderState& state, std::string_view line, ArgumentList allowed,
+                    ProcessFile& file) {
+    ProcessStep& step = file.steps.back();
+    CheckArguments(state, line, allowed);
     ReadMaterial(state, line, step);
     ReadStepCoverage(state, line, step);
     ReadColor(state, line, step, "Color name is not a recognized X11 color");
@@ -189,9 +95,13 @@ void ReadDeposition(ReaderState& state, std::string_view line, ProcessStep& step
     step.description = fmt::format("{} deposition", step.material);
 }
 
-void ReadCoating(ReaderState& state, std::string_view line, ProcessStep& step) {
-    step.kind = StepCoating;
-    CheckArguments(state, line, coatingArguments);
+constexpr std::array coatingArguments = {"-name"sv,  "-type"sv,   "-thickness"sv, "-dop"sv,
+                                         "-color"sv, "-scolor"sv, "-alpha"sv};
+
+void ReadCoating(ReaderState& state, std::string_view line, ArgumentList allowed,
+                 ProcessFile& file) {
+    ProcessStep& step = file.steps.back();
+    CheckArguments(state, line, allowed);
     ReadMaterial(state, line, step);
     ReadPlanarisation(state, line, step);
     ReadColor(state, line, step, "Color name is unrecognized");
@@ -205,9 +115,12 @@ void ReadCoating(ReaderState& state, std::string_view line, ProcessStep& step) {
     step.description = fmt::format("{} coating", step.material);
 }
 
-void ReadPhoto(ReaderState& state, std::string_view line, ProcessStep& step) {
-    step.kind = StepPhoto;
-    CheckArguments(state, line, photoArguments);
+constexpr std::array photoArguments = {"-name"sv, "-mask_id"sv, "-type"sv,
+                                       "-res"sv,  "-taper"sv,   "-thickness"sv};
+
+void ReadPhoto(ReaderState& state, std::string_view line, ArgumentList allowed, ProcessFile& file) {
+    ProcessStep& step = file.steps.back();
+    CheckArguments(state, line, allowed);
     if (!state.resistFree) {
         ReportError(state, "photo command not allowed if no preceding strip command");
     }
@@ -244,16 +157,17 @@ void ReadPhoto(ReaderState& state, std::string_view line, ProcessStep& step) {
     step.description = fmt::format("{} photo", step.photoName);
 }
 
-void ReadEtch(ReaderState& state, std::string_view line, ProcessStep& step) {
-    step.kind = StepEtch;
-    CheckArguments(state, line, etchArguments);
+constexpr std::array etchArguments = {"-name"sv, "-targets"sv, "-depth"sv, "-iso"sv};
+
+void ReadEtch(ReaderState& state, std::string_view line, ArgumentList allowed, ProcessFile& file) {
+    ProcessStep& step = file.steps.back();
+    CheckArguments(state, line, allowed);
     step.processName = ReadWord(state, line, "-name");
     step.depth = ReadDecimal(state, line, "-depth") / nanometresPerMicrometre;
     if (step.depth < 0.0f) {
         ReportError(state, "Invalid -depth argument: Depth cannot be negative.");
     }
-    CheckStepName(state, state.etchNames, step.processName,
-                  "Step name of etch process %s already exists");
+    CheckStepName(state, step, "etch");
     ReadTargets(state, line, step.targets);
     step.iso = ReadDecimal(state, line, "-iso");
     // The limit is 5.0 though the text names 1.0: faster sideways than down is welcome.
@@ -263,32 +177,53 @@ void ReadEtch(ReaderState& state, std::string_view line, ProcessStep& step) {
                     "(full isotropic)");
     }
     step.description = fmt::format("{} etching", step.processName);
-    state.etchNames.push_back(step.processName);
 }
 
-void ReadRelease(ReaderState& state, std::string_view line, ProcessStep& step) {
-    step.kind = StepRelease;
-    CheckArguments(state, line, releaseArguments);
+constexpr std::array releaseArguments = {"-targets"sv, "-name"sv};
+
+void ReadRelease(ReaderState& state, std::string_view line, ArgumentList allowed,
+                 ProcessFile& file) {
+    ProcessStep& step = file.steps.back();
+    CheckArguments(state, line, allowed);
     step.processName = ReadWord(state, line, "-name");
-    CheckStepName(state, state.releaseNames, step.processName,
-                  "Step name of release process %s already exists");
+    CheckStepName(state, step, "release");
     ReadTargets(state, line, step.targets);
     step.description = fmt::format("{} release etch", step.processName);
-    state.releaseNames.push_back(step.processName);
 }
 
-void ReadStrip(ReaderState& state, std::string_view line, ProcessStep& step) {
-    step.kind = StepStrip;
+constexpr std::array stripArguments = {"-name"sv};
+
+void ReadStrip(ReaderState& state, std::string_view line, ArgumentList allowed, ProcessFile& file) {
+    ProcessStep& step = file.steps.back();
     if (state.resistFree) {
         ReportError(state, "strip command not allowed if no prior photo process");
     }
     state.resistFree = true;
-    CheckArguments(state, line, stripArguments);
+    CheckArguments(state, line, allowed);
     step.processName = ReadWord(state, line, "-name");
-    CheckStepName(state, state.stripNames, step.processName,
-                  "Step name of strip process %s already exists");
+    CheckStepName(state, step, "strip");
     step.description = fmt::format("{} photoresist strip", step.processName);
-    state.stripNames.push_back(step.processName);
+}
+
+void ReadDump(ReaderState&, std::string_view, ArgumentList, ProcessFile& file) {
+    file.steps.back().result = "stack data";
+    file.steps.back().description = "dumping of stack data";
+}
+
+constexpr Command commands[] = {
+    {"deposition", StepKind::Deposition, depositionArguments, ReadDeposition},
+    {"coating", StepKind::Coating, coatingArguments, ReadCoating},
+    {"photo", StepKind::Photo, photoArguments, ReadPhoto},
+    {"etch", StepKind::Etch, etchArguments, ReadEtch},
+    {"release", StepKind::Release, releaseArguments, ReadRelease},
+    {"strip", StepKind::Strip, stripArguments, ReadStrip},
+    {"dump", StepKind::Dump, {}, ReadDump},
+};
+
+}  // namespace
+
+std::span<const Command> StepCommands() {
+    return commands;
 }
 
 }  // namespace zelmo

@@ -1,11 +1,8 @@
 #pragma once
 
-#include <array>
+#include "render/mesh/matrix.h"
 
 namespace zelmo {
-
-using Vector3 = std::array<float, 3>;
-using Matrix4 = std::array<float, 16>;  ///< column by column: m[4 * column + row]
 
 /// The view of a picture: from far in front of the window's front edge, above the stack, looking
 /// down at an angle. World coordinates are micrometres with x across the window, y from its front

@@ -14,7 +14,7 @@
 #include "render/camera.h"
 #include "render/gl/shader_program.h"
 #include "render/overlays.h"
-#include "render/visible/layer_stack.h"
+#include "render/stack_uploads.h"
 #include "render/visible/visible_triangles.h"
 
 namespace zelmo {
@@ -57,14 +57,14 @@ PictureView FindView(const Camera& camera, std::int32_t width, std::int32_t heig
 }
 
 /// Draws the layer's whole mesh.
-void DrawMesh(const Layer& layer) {
-    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, layer.indexBuffer);
-    glDrawElements(GL_TRIANGLES, layer.indexCount, GL_UNSIGNED_INT, nullptr);
+void DrawMesh(const UploadedMesh& mesh) {
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, mesh.IndexBuffer());
+    glDrawElements(GL_TRIANGLES, mesh.IndexCount(), GL_UNSIGNED_INT, nullptr);
 }
 
 /// Draws the triangles between these of the mesh's vertices.
 void DrawTriangles(std::span<const std::uint32_t> indices) {
-    constexpr std::size_t most = 3 * 40000;
+    constexpr std::size_t most = std::size_t{3} * 40000;
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
     while (!indices.empty()) {
         const std::span<const std::uint32_t> some = indices.first(std::min(most, indices.size()));
@@ -103,32 +103,39 @@ bool DrawsInSoftware() {
 }
 
 /// Draws nothing with a shader that failed: fixed functions would take its place.
-void DrawLayers(const ProcessModel& model, const PictureView& view, const PictureTools& tools) {
+void DrawLayers(const ProcessModel& model, const StackUploads& uploads, const PictureView& view,
+                const PictureTools& tools) {
     const ShaderProgram& shader = tools.surfaceShader;
     if (!shader.IsUsable()) {
         return;
     }
-    std::optional<VisibleTriangles> visible;
-    if (!tools.wholeMeshes && DrawsInSoftware()) {
-        visible.emplace(model, view);
+    const bool drawsAll = !tools.hidingRules || !shader.HiddenPartsMayBeLeftOut();
+    std::optional<ChosenTriangles> chosen;
+    if (!drawsAll && DrawsInSoftware()) {
+        HidingRules rules = *tools.hidingRules;
+        rules.levelParts &= !model.settings.showHeights;  // markers have depths of their own
+        chosen = ChooseTriangles(model.stack, model.grid, view, rules);
     }
-    for (std::size_t slot = 0; slot < model.layers.size(); ++slot) {
-        const Layer* layer = model.layers[slot].get();
-        if (layer == nullptr) {
+    DrawnTriangles drawn;
+    for (std::size_t slot = 0; slot < model.stack.layers.size(); ++slot) {
+        const Layer* layer = model.stack.layers[slot].get();
+        const UploadedMesh* mesh = layer != nullptr ? FindMesh(uploads, *layer) : nullptr;
+        if (mesh == nullptr) {
             continue;
         }
         // What lets nothing through replaces what is behind it.
-        const bool blends = tools.wholeMeshes || !IsOpaque(*layer);
+        const bool blends = drawsAll || !IsOpaque(*layer);
         (blends ? glEnable : glDisable)(GL_BLEND);
         glUniform3fv(UniformLocation(shader, "color"), 1, layer->color.data());
         glUniform1f(UniformLocation(shader, "alpha"), layer->alpha);
-        if (visible && visible->Chosen()) {
-            DrawCorners(visible->LevelCornersOf(slot));
-            glBindVertexArray(layer->vertexArray);
-            DrawTriangles(visible->IndicesOf(slot));
+        if (chosen) {
+            FindDrawnTriangles(*chosen, slot, drawn);
+            DrawCorners(drawn.levelCorners);
+            glBindVertexArray(mesh->VertexArray());
+            DrawTriangles(drawn.indices);
         } else {
-            glBindVertexArray(layer->vertexArray);
-            DrawMesh(*layer);
+            glBindVertexArray(mesh->VertexArray());
+            DrawMesh(*mesh);
         }
         glBindVertexArray(0);
         glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
@@ -136,38 +143,39 @@ void DrawLayers(const ProcessModel& model, const PictureView& view, const Pictur
     glEnable(GL_BLEND);
 }
 
-void DrawMarkers(const ProcessModel& model, const Camera& camera, const ShaderProgram& shader) {
+void DrawMarkers(const ProcessModel& model, const StackUploads& uploads, const Camera& camera,
+                 const ShaderProgram& shader) {
     if (!shader.IsUsable()) {
         return;
     }
     UseShader(shader, camera);
-    glBindVertexArray(model.heightMarkers.vertexArray);
-    glDrawArrays(GL_POINTS, 0, ShownMarkerCount(model));
+    glBindVertexArray(uploads.markerVertices.Array());
+    glDrawArrays(GL_POINTS, 0, ShownMarkerCount(model.settings, uploads.markers));
     glBindVertexArray(0);
     glUseProgram(0);
 }
 
 }  // namespace
 
-void RenderFrame(const ProcessModel& model, const Camera& camera, const PictureTools& tools,
-                 std::int32_t width, std::int32_t height) {
+void RenderFrame(const ProcessModel& model, const StackUploads& uploads, const Camera& camera,
+                 const PictureTools& tools, std::int32_t width, std::int32_t height) {
     UseShader(tools.surfaceShader, camera);
-    SetLight(tools.surfaceShader, model.windowWidth);
+    SetLight(tools.surfaceShader, model.settings.windowWidth);
     glClearColor(1.0f, 1.0f, 1.0f, 1.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 
-    const std::int32_t strip = model.showLegend != 0.0f ? legendStrip : 0;
+    const std::int32_t strip = model.settings.showLegend ? legendStrip : 0;
     const PictureView view = FindView(camera, width, height, strip);
     glViewport(view.x, view.y, view.width, view.height);
-    DrawLayers(model, view, tools);
+    DrawLayers(model, uploads, view, tools);
     glUseProgram(0);
 
-    if (model.showHeights != 0.0f) {
-        DrawMarkers(model, camera, tools.pointShader);
-        DrawHeightLabels(model, camera, tools.textFont);
+    if (model.settings.showHeights) {
+        DrawMarkers(model, uploads, camera, tools.pointShader);
+        DrawHeightLabels(model, uploads.markers, camera, tools.textFont);
     }
     DrawWidthLabel(model, camera, tools.textFont);
-    if (model.showLegend != 0.0f) {
+    if (model.settings.showLegend) {
         DrawLegend(model, tools.textFont, strip, height);
     }
 }

@@ -1,11 +1,15 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+
+#include "render/visible/hiding_rules.h"
 
 namespace zelmo {
 
 struct Camera;
 struct ProcessModel;
+struct StackUploads;
 class ShaderProgram;
 class TextFont;
 
@@ -14,13 +18,14 @@ struct PictureTools {
     const ShaderProgram& surfaceShader;
     const ShaderProgram& pointShader;
     TextFont& textFont;
-    bool wholeMeshes = false;  ///< for comparisons: draws also what cannot be seen
+    /// What need not be drawn. Without any, whole meshes are drawn, all with blending.
+    std::optional<HidingRules> hidingRules = HidingRules{};
 };
 
 /// Draws the complete picture of a model into the framebuffer that is bound, `width` by `height`
 /// pixels: white background, the layers in stack order, height markers, width label, legend. The
-/// meshes must be up to date, and the GL state as InitGlState left it.
-void RenderFrame(const ProcessModel& model, const Camera& camera, const PictureTools& tools,
-                 std::int32_t width, std::int32_t height);
+/// uploads are those of the model as it is, and the GL state as InitGlState left it.
+void RenderFrame(const ProcessModel& model, const StackUploads& uploads, const Camera& camera,
+                 const PictureTools& tools, std::int32_t width, std::int32_t height);
 
 }  // namespace zelmo

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "model/process_model.h"
+#include "render/height_markers.h"
 #include "render/number_format.h"
 
 namespace zelmo {
@@ -30,8 +31,12 @@ std::array<GLint, 4> CurrentViewport() {
     return viewport;
 }
 
-/// Draws a text in black with its lower left corner at this pixel of the picture.
+/// Draws a text in black with its lower left corner at this pixel of the picture; without a font,
+/// nothing.
 void DrawTextAtPixel(const std::string& text, float x, float y, const GlFont& font) {
+    if (font.listBase == 0) {
+        return;
+    }
     glColor4f(0.0f, 0.0f, 0.0f, 1.0f);
     glWindowPos2f(x, y);
     glListBase(font.listBase);
@@ -100,18 +105,19 @@ std::pair<float, float> PixelToClip(float x, float y) {
             2.0f * y / static_cast<float>(viewport[3]) - 1.0f};
 }
 
-std::int32_t ShownMarkerCount(const ProcessModel& model) {
-    const auto count = static_cast<std::int32_t>(model.heightMarkers.vertexCount);
-    return flatAngle > model.cameraAngle ? std::min(count, markersInFrontRow) : count;
+std::int32_t ShownMarkerCount(const ProcessSettings& settings, const HeightMarkers& markers) {
+    const auto count = static_cast<std::int32_t>(markers.vertices.size());
+    return flatAngle > settings.cameraAngle ? std::min(count, markersInFrontRow) : count;
 }
 
-void DrawHeightLabels(const ProcessModel& model, const Camera& camera, TextFont& textFont) {
-    const std::int32_t count = ShownMarkerCount(model);
+void DrawHeightLabels(const ProcessModel& model, const HeightMarkers& markers, const Camera& camera,
+                      TextFont& textFont) {
+    const std::int32_t count = ShownMarkerCount(model.settings, markers);
     for (std::int32_t k = 0; k < count; ++k) {
-        const MarkerVertex& marker = model.heightMarkers.vertices[static_cast<std::size_t>(k)];
+        const MarkerVertex& marker = markers.vertices[static_cast<std::size_t>(k)];
         const Vector3 position{marker.position[0], marker.position[1], marker.position[2]};
         const std::string text =
-            FormatThousands(LabelValue(position[2] - model.substrateThickness));
+            FormatThousands(LabelValue(position[2] - model.stack.substrateThickness));
         const GlFont font = textFont.GetFont(24, 900);
         DrawTextAt(text, camera.transform, position, CentringOffset(text, font),
                    static_cast<float>(font.height) * 0.5f, font);
@@ -119,11 +125,12 @@ void DrawHeightLabels(const ProcessModel& model, const Camera& camera, TextFont&
 }
 
 void DrawWidthLabel(const ProcessModel& model, const Camera& camera, TextFont& textFont) {
-    const std::string text = static_cast<double>(model.windowWidth) > 0.2
-                                 ? fmt::format("W = {:.2f} um", model.windowWidth)
-                                 : fmt::format("W = {:.2f} nm", model.windowWidth * 1000.0f);
+    const std::string text =
+        static_cast<double>(model.settings.windowWidth) > 0.2
+            ? fmt::format("W = {:.2f} um", model.settings.windowWidth)
+            : fmt::format("W = {:.2f} nm", model.settings.windowWidth * 1000.0f);
     const GlFont font = textFont.GetFont(32, 700);
-    DrawTextAt(text, camera.transform, {model.windowWidth * 0.5f, 0.0f, 0.0f},
+    DrawTextAt(text, camera.transform, {model.settings.windowWidth * 0.5f, 0.0f, 0.0f},
                CentringOffset(text, font), -1.0f * static_cast<float>(font.height) - 1.0f, font);
 }
 
@@ -134,11 +141,11 @@ void DrawLegend(const ProcessModel& model, TextFont& textFont, std::int32_t stri
                                       ? (strip - legendTextLeft) / font.averageWidth
                                       : std::numeric_limits<std::int32_t>::max();
     glViewport(0, 0, strip, height);
-    const std::int64_t fullHeight = std::int64_t{model.layerCount} * legendPitch;
+    const std::int64_t fullHeight = std::int64_t{model.stack.layerCount} * legendPitch;
     const float scale =
         fullHeight > height ? static_cast<float>(height) / static_cast<float>(fullHeight) : 1.0f;
     std::int32_t row = 0;
-    for (const std::unique_ptr<Layer>& layer : model.layers) {
+    for (const std::unique_ptr<Layer>& layer : model.stack.layers) {
         if (layer == nullptr) {
             continue;
         }

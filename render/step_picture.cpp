@@ -7,7 +7,8 @@
 
 #include "model/process_model.h"
 #include "render/gl/offscreen_buffer.h"
-#include "render/mesh/update_meshes.h"
+#include "render/highest_surface.h"
+#include "render/stack_uploads.h"
 
 namespace zelmo {
 
@@ -17,9 +18,10 @@ constexpr std::int32_t pictureWidth = 1920;
 constexpr std::size_t bytesPerPixel = 4;
 
 std::unique_ptr<Camera> MakeCamera(const ProcessModel& model, float top) {
-    return std::make_unique<Camera>(
-        static_cast<double>(model.windowWidth), static_cast<double>(model.windowHeight),
-        static_cast<double>(top), static_cast<double>(model.cameraAngle));
+    return std::make_unique<Camera>(static_cast<double>(model.settings.windowWidth),
+                                    static_cast<double>(model.settings.windowHeight),
+                                    static_cast<double>(top),
+                                    static_cast<double>(model.settings.cameraAngle));
 }
 
 /// The first error of OpenGL since this was last asked for. Each kind of error is kept by itself,
@@ -61,20 +63,21 @@ void ReadPixels(StepImage& image) {
 
 }  // namespace
 
-StepImage TakeStepPicture(ProcessModel& model, const ProcessStep& step, const PictureTools& tools,
-                          std::int32_t imageNumber, std::unique_ptr<Camera>& camera,
-                          std::string* problem) {
+StepImage TakeStepPicture(const ProcessModel& model, const ProcessStep& step, StackUploads& uploads,
+                          const PictureTools& tools, std::int32_t imageNumber,
+                          std::unique_ptr<Camera>& camera, std::string* problem) {
     if (problem != nullptr) {
         TakeGlError();
     }
-    const float top = UpdateMeshes(model);
-    camera = MakeCamera(model, top);
+    UpdateUploads(uploads, model);
+    camera = MakeCamera(model, HighestSurface(model.stack.coverMap));
 
-    const std::int32_t height = PictureHeight(*camera, model.showLegend != 0.0f, model.layerCount);
+    const std::int32_t height =
+        PictureHeight(*camera, model.settings.showLegend, model.stack.layerCount);
     StepImage image = MakeImage(pictureWidth, height);
     image.name = StepImageName(imageNumber, step.description);
     const OffscreenBuffer buffer(image.width, image.height);
-    RenderFrame(model, *camera, tools, image.width, image.height);
+    RenderFrame(model, uploads, *camera, tools, image.width, image.height);
     ReadPixels(image);
     if (problem != nullptr) {
         *problem = PictureProblem(buffer);

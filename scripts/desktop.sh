@@ -12,7 +12,7 @@ END
     exit 1
 fi
 
-sh "$root/scripts/build.sh" release zelmo zelmo_assets zelmo_examples
+sh "$root/scripts/build.sh" desktop release zelmo zelmo_assets zelmo_examples
 
 echo "== Opening Zelmo: load cmos_inverter.gds, then run cmos_inverter.txt"
 cd "$root/build/release/examples"

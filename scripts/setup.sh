@@ -1,15 +1,39 @@
 #!/bin/sh
-# Installs what the project is built with, from Debian's packages, and unpacks the two Debian source
+# Installs what the project is built with, from Debian's packages, and unpacks the Debian source
 # packages that are compiled as part of the build. Does nothing where everything is there already.
+#
+#   scripts/setup.sh [SET]
+#
+# The sets, each with all that stands before it; without one, everything:
+#   rendering   the batch program with its pictures
+#   desktop     the desktop program on Linux
+#   packages    both for Windows, and what runs a Windows program here
+#   tests       formatting, lint, the sanitizers' and the fuzz targets' compiler, the tests
 set -eu
 cd "$(dirname "$0")/.."
+wanted=${1:-tests}
 
-packages="build-essential cmake ninja-build pkg-config dpkg-dev ca-certificates python3 \
-clang-14 clang-tidy-14 libclang-rt-14-dev \
-libfmt-dev libcli11-dev libpng-dev zlib1g-dev googletest libgtest-dev libbenchmark-dev \
-qt6-base-dev libegl-dev libgl-dev libglu1-mesa-dev libegl1 libegl-mesa0 libgl1-mesa-dri libfreetype-dev libfontconfig-dev \
-fonts-liberation g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64 xvfb xauth"
-sources="glew libpng1.6"
+packages=""
+sources=""
+complete=""
+# add SET PACKAGES SOURCES: what a set has beyond the one before it, as long as that is wanted.
+add() {
+    [ -z "$complete" ] || return 0
+    packages="$packages $2"
+    sources="$sources $3"
+    [ "$1" != "$wanted" ] || complete=yes
+}
+add rendering "g++ cmake ninja-build dpkg-dev libfmt-dev libcli11-dev libpng-dev zlib1g-dev \
+libegl-dev libgl-dev libopengl-dev libegl1 libegl-mesa0 libgl1-mesa-dri libfreetype-dev \
+libfontconfig-dev fonts-liberation" glew
+add desktop qt6-base-dev ""
+add packages "file g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64" libpng1.6
+add tests "python3 clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev googletest \
+libgtest-dev libbenchmark-dev libxcb1-dev xvfb xauth" ""
+if [ -z "$complete" ]; then
+    echo "setup: $wanted is none of rendering, desktop, packages, tests" >&2
+    exit 1
+fi
 
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi

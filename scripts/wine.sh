@@ -1,15 +1,16 @@
 #!/bin/sh
-# Runs a Windows program under Wine, in a prefix of the build folder. One server is kept alive for
+# Runs a Windows program under Wine, in a prefix of the build folder, or in the one that
+# ZELMO_WINE_PREFIX names. One server is kept alive for
 # all test programs: starting a prefix anew for each would cost seconds every time.
 set -eu
 root=$(cd "$(dirname "$0")/.." && pwd)
-export WINEPREFIX="$root/build/wine"
+export WINEPREFIX="${ZELMO_WINE_PREFIX:-$root/build/wine}"
 export WINEDEBUG=-all
 export WINEDLLOVERRIDES="mscoree=;mshtml="
 export WINEARCH=win64
 mkdir -p "$WINEPREFIX"
 # The prefix is made by one program alone, while the others wait.
-exec 9> "$root/build/wine.lock"
+exec 9> "$WINEPREFIX.lock"
 flock 9
 if [ ! -f "$WINEPREFIX/ready" ]; then
     wineboot --init > /dev/null 2>&1 9>&- || true

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "base/text.h"
-#include "desktop/main_window.h"
+#include "desktop/main_window_logic.h"
 
 namespace zelmo {
 

@@ -17,7 +17,7 @@
 
 namespace zelmo {
 
-class MainWindow;
+class MainWindowLogic;
 
 /// A desktop without any window: it answers dialogs from a list, notes what a user would see, and
 /// has a message loop of its own. The thread that made it is its user interface thread.
@@ -28,7 +28,7 @@ public:
     ~NullPlatform() override;
 
     /// Who gets the messages; to be set before the loop runs.
-    void SetWindow(MainWindow* window) { window_ = window; }
+    void SetWindow(MainWindowLogic* window) { window_ = window; }
 
     // What a user would do.
 
@@ -88,7 +88,7 @@ private:
         void AppendLine(std::wstring line) override;
     };
 
-    MainWindow* window_ = nullptr;
+    MainWindowLogic* window_ = nullptr;
     Lines console_;
     std::map<MenuEntry, bool> menu_;
     std::map<StatusField, std::wstring> status_;

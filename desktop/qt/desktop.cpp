@@ -13,6 +13,7 @@ int RunDesktop() {
     QtMainWindow window;
     if (window.Prepare()) {
         window.show();
+        window.activateWindow();  // without a window manager nobody else gives it the keyboard
         QApplication::exec();
     }
     return 0;

@@ -31,9 +31,9 @@ PictureView::PictureView(QWidget* parent, const PictureList& pictures, const Pla
 }
 
 void PictureView::paintEvent(QPaintEvent*) noexcept {
-    DebugTrace("Handling RenderWindow WM_PAINT");
+    DebugTrace("Painting the picture");
     if (!platform_.HasContext()) {
-        DebugTrace("RenderWindow WM_PAINT with out GL context");
+        DebugTrace("Painting the last picture without GL context");
     } else if (!pictures_.images.empty()) {
         shown_ = pictures_.Current();
     }

@@ -4,7 +4,6 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QDir>
-#include <QFileDialog>
 #include <QFileInfo>
 #include <QFontDatabase>
 #include <QGuiApplication>
@@ -15,6 +14,7 @@
 #include <QScreen>
 #include <QStatusBar>
 #include <QWheelEvent>
+#include <QWindow>
 #include <algorithm>
 #include <functional>
 #include <string>
@@ -25,6 +25,8 @@
 #include "base/data_files.h"
 #include "base/text.h"
 #include "desktop/picture_maker.h"
+#include "desktop/qt/existing_file_dialog.h"
+#include "desktop/qt/letter_menu_bar.h"
 #include "desktop/qt/picture_view.h"
 #include "desktop/qt/status_field_label.h"
 
@@ -32,8 +34,7 @@ namespace zelmo {
 
 namespace {
 
-constexpr int windowWidth = 1200;
-constexpr int windowHeight = 800;
+constexpr QSize outerSize(1200, 800);
 
 /// The current directory comes first: there the user can bring data files of his own.
 std::vector<std::filesystem::path> DataFolders() {
@@ -46,15 +47,22 @@ QString ToQString(const std::wstring& text) {
     return QString::fromStdWString(text);
 }
 
+/// A caption as the toolkit takes it. In place of an empty one it would show the program's name,
+/// and "[*]" is its mark for a document with changes, unless it stands twice.
+QString ToolkitCaption(const std::wstring& text) {
+    return text.empty() ? QString(" ") : ToQString(text).replace("[*]", "[*][*]");
+}
+
 }  // namespace
 
 QtMainWindow::QtMainWindow() : logic_(*this), dialogFolder_(QDir::currentPath()) {
     CreateViews();
     CreateStatusBar();
     CreateMenuBar();
-    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-    resize(std::min(windowWidth, screen.width()), std::min(windowHeight, screen.height()));
-    move(screen.center() - rect().center());
+    SetCaption(std::wstring());
+    create();
+    windowHandle()->installEventFilter(this);
+    Place();
     setFocusPolicy(Qt::StrongFocus);
     setWindowIcon(QIcon(ToQString(PathText(FindDataFile(DataFolders(), "zelmo.ico")))));
 }
@@ -89,18 +97,20 @@ void QtMainWindow::CreateStatusBar() {
 }
 
 void QtMainWindow::CreateMenuBar() {
-    const auto add = [this](MenuEntry entry, const char* text, void (MainWindow::*command)()) {
+    auto* bar = new LetterMenuBar(this);
+    bar->setNativeMenuBar(false);
+    setMenuBar(bar);
+    const auto add = [this](MenuEntry entry, const char* text, void (MainWindowLogic::*command)()) {
         QAction* action = menuBar()->addAction(QString::fromLatin1(text));
         connect(action, &QAction::triggered, this,
                 [this, command]() noexcept { (logic_.*command)(); });
         menu_[entry] = action;
     };
-    menuBar()->setNativeMenuBar(false);
-    add(MenuEntry::SaveImages, "&Save images", &MainWindow::HandleSaveImages);
-    add(MenuEntry::RunProcess, "&Run Process", &MainWindow::HandleRun);
-    add(MenuEntry::Stop, "&Stop", &MainWindow::HandleStop);
-    add(MenuEntry::LoadGds, "&Load GDSII", &MainWindow::HandleLoadGds);
-    add(MenuEntry::About, "&About", &MainWindow::HandleAbout);
+    add(MenuEntry::SaveImages, "&Save images", &MainWindowLogic::HandleSaveImages);
+    add(MenuEntry::RunProcess, "&Run Process", &MainWindowLogic::HandleRun);
+    add(MenuEntry::Stop, "&Stop", &MainWindowLogic::HandleStop);
+    add(MenuEntry::LoadGds, "&Load GDSII", &MainWindowLogic::HandleLoadGds);
+    add(MenuEntry::About, "&About", &MainWindowLogic::HandleAbout);
 }
 
 bool QtMainWindow::Prepare() {
@@ -124,20 +134,33 @@ bool QtMainWindow::Fail(const std::wstring& message) {
     return false;
 }
 
+void QtMainWindow::Place() {
+    const QRect screen = QGuiApplication::primaryScreen()->geometry();
+    const QSize size = outerSize.boundedTo(screen.size());
+    const QPoint corner((screen.width() - size.width()) / 2, (screen.height() - size.height()) / 2);
+    const QRect outer(screen.topLeft() + corner, size);
+    setGeometry(outer.marginsRemoved(windowHandle()->frameMargins()));
+}
+
 void QtMainWindow::LayOut() {
     const int width = centralWidget()->width();
     const int height = centralWidget()->height();
-    const int all = height + statusBar()->height();
-    const int pictureHeight = static_cast<int>(static_cast<float>(all) * 0.6f);
+    const int clientHeight = height + statusBar()->height();
+    const int pictureHeight = static_cast<int>(static_cast<float>(clientHeight) * 0.6f);
     pictureView_->setGeometry(0, 0, width, pictureHeight);
     consoleView_->setGeometry(0, pictureHeight, width, height - pictureHeight);
 }
 
-// The menu and the status bar take what they need; the rest changes with the window's size, the
-// font and the desktop's style.
 bool QtMainWindow::eventFilter(QObject* watched, QEvent* event) noexcept {
     if (watched == centralWidget() && event->type() == QEvent::Resize) {
+        // The menu and the status bar take what they need; the rest changes with the window's
+        // size, the font and the desktop's style.
         LayOut();
+    } else if (watched == windowHandle() && event->type() == QEvent::Expose && !framed_ &&
+               windowHandle()->isExposed()) {
+        // The frame is the window manager's, and is known once the window stands on the screen.
+        framed_ = true;
+        Place();
     }
     return QMainWindow::eventFilter(watched, event);
 }
@@ -150,10 +173,17 @@ void QtMainWindow::closeEvent(QCloseEvent* event) noexcept {
 
 // A key without a picture to show raises an error that ends the program.
 void QtMainWindow::keyPressEvent(QKeyEvent* event) noexcept {
-    if (event->key() == Qt::Key_Left) {
+    if (event->modifiers().testFlag(Qt::AltModifier)) {
+        event->ignore();  // the desktop's and the menu's
+    } else if (event->key() == Qt::Key_Left) {
         logic_.HandleLeftKey();
     } else if (event->key() == Qt::Key_Right) {
         logic_.HandleRightKey();
+    } else if (event->matches(QKeySequence::Copy)) {
+        // The console's own menu names these keys, but the console never has the keyboard.
+        consoleView_->copy();
+    } else if (event->matches(QKeySequence::SelectAll)) {
+        consoleView_->selectAll();
     }
 }
 
@@ -185,11 +215,11 @@ void QtMainWindow::RepaintWindow() {
 }
 
 void QtMainWindow::SetCaption(const std::wstring& text) {
-    setWindowTitle(ToQString(text));
+    setWindowTitle(ToolkitCaption(text));
 }
 
 void QtMainWindow::SetNarrowCaption(const std::string& text) {
-    setWindowTitle(ToQString(WidenBytes(text)));
+    SetCaption(WidenBytes(text));
 }
 
 void QtMainWindow::EnableMenuEntry(MenuEntry entry, bool enabled) {
@@ -205,11 +235,10 @@ void QtMainWindow::SetStatusText(StatusField field, const std::wstring& text) {
 }
 
 std::optional<std::filesystem::path> QtMainWindow::AskForFile(const FileQuestion& question) {
-    QFileDialog dialog(this, ToQString(question.title), dialogFolder_,
-                       ToQString(question.filterName));
-    dialog.setFileMode(QFileDialog::ExistingFile);
-    dialog.setDefaultSuffix(ToQString(question.defaultExtension));
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+    ExistingFileDialog dialog(this, question, dialogFolder_);
+    const bool accepted = dialog.exec() == QDialog::Accepted;
+    activateWindow();  // without a window manager nobody else gives the keyboard back
+    if (!accepted || dialog.selectedFiles().isEmpty()) {
         return std::nullopt;
     }
     const QString file = dialog.selectedFiles().constFirst();
@@ -222,6 +251,7 @@ void QtMainWindow::ShowMessage(const std::wstring& text, const std::wstring& cap
                     this);
     box.setTextFormat(Qt::PlainText);
     box.exec();
+    activateWindow();  // without a window manager nobody else gives the keyboard back
 }
 
 void QtMainWindow::Quit() {

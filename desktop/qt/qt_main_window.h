@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "desktop/main_window.h"
+#include "desktop/main_window_logic.h"
 #include "desktop/platform.h"
 #include "desktop/qt/text_view_console.h"
 #include "render/gl/gl_context.h"
@@ -60,15 +60,18 @@ private:
     void CreateStatusBar();
     void CreateMenuBar();
     bool Fail(const std::wstring& message);
+    /// Gives the window its outer size, that of the screen at most, in the middle of the screen.
+    void Place();
     void LayOut();
 
     std::unique_ptr<GlContext> context_;  ///< outlives the pictures that are drawn with it
-    MainWindow logic_;
+    MainWindowLogic logic_;
     std::map<MenuEntry, QAction*> menu_;
     std::map<StatusField, StatusFieldLabel*> status_;
     PictureView* pictureView_ = nullptr;
     QPlainTextEdit* consoleView_ = nullptr;
     std::unique_ptr<TextViewConsole> console_;
+    bool framed_ = false;   ///< whether the window was placed with its frame
     QString dialogFolder_;  ///< where a file dialog begins: where the last one ended
 };
 

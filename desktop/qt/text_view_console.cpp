@@ -7,8 +7,20 @@ namespace zelmo {
 
 namespace {
 
-constexpr int firstLines = 20;
-constexpr int millisecondsBetweenLooks = 50;
+constexpr int linesShownOneByOne = 20;
+constexpr int millisecondsBetweenRepaints = 50;
+
+/// The text with a character that every font can show for the bytes from 0xF0 on, which are
+/// widened to where Unicode has none that are drawn.
+QString Visible(const std::wstring& line) {
+    QString text = QString::fromStdWString(line);
+    for (QChar& character : text) {
+        if (character.unicode() >= 0xFFF0) {
+            character = QChar::ReplacementCharacter;
+        }
+    }
+    return text;
+}
 
 }  // namespace
 
@@ -19,7 +31,7 @@ TextViewConsole::TextViewConsole(QPlainTextEdit& view) : view_(view) {
     view_.setLineWrapMode(QPlainTextEdit::WidgetWidth);
     view_.setFocusPolicy(Qt::NoFocus);
     view_.viewport()->setCursor(Qt::ArrowCursor);
-    sinceShown_.start();
+    sinceRepaint_.start();
 }
 
 void TextViewConsole::Clear() {
@@ -27,7 +39,7 @@ void TextViewConsole::Clear() {
 }
 
 void TextViewConsole::AppendLine(std::wstring line) {
-    const QString text = QString::fromStdWString(line);
+    const QString text = Visible(line);
     const auto show = [this, &text]() noexcept { ShowLine(text); };
     if (QThread::currentThread() == view_.thread()) {
         show();
@@ -42,9 +54,10 @@ void TextViewConsole::ShowLine(const QString& text) {
     bar->setValue(bar->maximum());
     // A command that takes long lets its lines be seen while it works. A long listing must not
     // become slow because of that.
-    if (view_.blockCount() <= firstLines || sinceShown_.elapsed() >= millisecondsBetweenLooks) {
+    if (view_.blockCount() <= linesShownOneByOne ||
+        sinceRepaint_.elapsed() >= millisecondsBetweenRepaints) {
         view_.viewport()->repaint();
-        sinceShown_.restart();
+        sinceRepaint_.restart();
     }
 }
 

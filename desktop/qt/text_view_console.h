@@ -22,7 +22,7 @@ private:
     void ShowLine(const QString& text);
 
     QPlainTextEdit& view_;
-    QElapsedTimer sinceShown_;
+    QElapsedTimer sinceRepaint_;
 };
 
 }  // namespace zelmo

@@ -4,6 +4,7 @@
 #include <commdlg.h>
 
 #include <algorithm>
+#include <string>
 #include <thread>
 #include <utility>
 
@@ -205,9 +206,12 @@ bool Win32MainWindow::CreateDrawing() {
                               nullptr)) {
         return Fail(L"Render window creation failed");
     }
-    if (!renderWindow_.CreateGlContext()) {
+    std::string reason;
+    context_ = CreateWindowGlContext(renderWindow_.hwnd, reason);
+    if (!context_) {
         return Fail(L"Could not initialize graphics");
     }
+    renderWindow_.ShowWith(context_.get());
     if (!logic_.LoadColors()) {
         return Fail(L"Could not load color file or color file contains errors. Redo installation.");
     }
@@ -237,10 +241,6 @@ void Win32MainWindow::LayOut() {
     MoveWindow(render, 0, 0, width, renderHeight, TRUE);
     MoveWindow(console, 0, renderHeight, width,
                height - (status.bottom - status.top) - renderHeight, TRUE);
-}
-
-bool Win32MainWindow::HasContext() const {
-    return wglGetCurrentContext() != nullptr;
 }
 
 void Win32MainWindow::StartThread(std::function<void()> body) {

@@ -2,11 +2,12 @@
 
 #include <memory>
 
-#include "desktop/main_window.h"
+#include "desktop/main_window_logic.h"
 #include "desktop/platform.h"
 #include "desktop/win32/base_window.h"
 #include "desktop/win32/edit_console.h"
 #include "desktop/win32/render_window.h"
+#include "render/gl/window_context_wgl.h"
 
 namespace zelmo {
 
@@ -20,9 +21,9 @@ public:
     const wchar_t* ClassName() const override { return L"Main Window Class"; }
     LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
-    void MakeContextCurrent() override { renderWindow_.MakeContextCurrent(); }
-    void GiveUpContext() override { renderWindow_.GiveUpContext(); }
-    bool HasContext() const override;
+    void MakeContextCurrent() override { context_->MakeCurrent(); }
+    void GiveUpContext() override { context_->Release(); }
+    bool HasContext() const override { return context_ && context_->IsCurrent(); }
     void StartThread(std::function<void()> body) override;
     void SendStepDone(const ProcessStep& step) override;
     std::uint64_t ThreadNumber() const override { return GetCurrentThreadId(); }
@@ -72,7 +73,8 @@ private:
     Font consoleFont_;
     Font statusFont_;
     std::unique_ptr<EditConsole> console_;
-    MainWindow logic_;
+    std::unique_ptr<WindowGlContext> context_;  ///< outlives the pictures that are drawn with it
+    MainWindowLogic logic_;
     RenderWindow renderWindow_;
 };
 

@@ -10,19 +10,20 @@
 #include "base/row_bands.h"
 #include "model/disc/disc_filter_lanes.h"
 #include "model/disc/sliding_disc.h"
-#include "model/process_model.h"
+#include "model/grid/grid.h"
+#include "model/stack.h"
 
 // Each sum is carried along a whole row in double precision, and its roundings with it: the order
 // of the additions is part of the result. But the rows are independent of each other. So the
-// heights are copied column by column, and a band of rows slides along in vector lanes, each row in
-// its own order.
+// heights are copied column by column, and many rows are summed up at once in vector lanes, each
+// row in its own order.
 
 namespace zelmo {
 
 namespace {
 
 /// The heights column by column, neighbouring rows side by side. Zeros above and below the grid
-/// make room for bands of which all but one row are outside.
+/// make room for a pass over rows of which all but one are outside.
 class ColumnMajorHeights {
 public:
     ColumnMajorHeights(const std::vector<float>& heights, std::int32_t cols, std::int32_t rows)
@@ -41,7 +42,7 @@ public:
     std::ptrdiff_t ColumnStride() const { return stride_; }
 
 private:
-    static constexpr std::int32_t margin = discBandRows - 1;
+    static constexpr std::int32_t margin = rowsAtOnce - 1;
     static constexpr std::int32_t tileCols = 16;
 
     /// An odd number of cache lines, so that neighbouring columns lie in different places of the
@@ -72,8 +73,8 @@ private:
     std::unique_ptr<double[]> cells_;
 };
 
-/// Work arrays for one band of rows after the other.
-struct BandFilter {
+/// Filters so many rows at a time, and keeps the work arrays.
+struct RowsFilter {
     const SlidingDisc& disc;
     const ColumnMajorHeights& heights;
     std::vector<GridOffset> inside;  ///< those that lead to rows of the grid, as `leaving`
@@ -82,15 +83,15 @@ struct BandFilter {
     std::vector<std::int32_t> counts;  ///< of cells in the disc, for the row `countedRow`
     std::int32_t countedRow = -1;
 
-    BandFilter(const SlidingDisc& slidingDisc, const ColumnMajorHeights& columnMajorHeights)
+    RowsFilter(const SlidingDisc& slidingDisc, const ColumnMajorHeights& columnMajorHeights)
         : disc(slidingDisc), heights(columnMajorHeights) {
-        sums.resize(static_cast<std::size_t>(disc.cols) * discBandRows);
+        sums.resize(static_cast<std::size_t>(disc.cols) * rowsAtOnce);
     }
 
     void SumUp(std::int32_t firstRow) {
         const auto meetsGrid = [this, firstRow](const GridOffset& offset) {
             const std::int32_t row = firstRow + offset.dy;
-            return row > -discBandRows && row < disc.rows;
+            return row > -rowsAtOnce && row < disc.rows;
         };
         inside.clear();
         std::copy_if(
@@ -99,15 +100,15 @@ struct BandFilter {
         leaving.clear();
         std::copy_if(disc.leaving.begin(), disc.leaving.end(), std::back_inserter(leaving),
                      meetsGrid);
-        DiscBand band;
-        band.cells = heights.RowBegin(firstRow);
-        band.stride = heights.ColumnStride();
-        band.cols = disc.cols;
-        band.inside = inside.data();
-        band.insideCount = inside.size();
-        band.leaving = leaving.data();
-        band.leavingCount = leaving.size();
-        ZELMO_PICK_LANES(SumDiscBand)(band, sums.data());
+        DiscRows rows;
+        rows.cells = heights.RowBegin(firstRow);
+        rows.stride = heights.ColumnStride();
+        rows.cols = disc.cols;
+        rows.inside = inside.data();
+        rows.insideCount = inside.size();
+        rows.leaving = leaving.data();
+        rows.leavingCount = leaving.size();
+        ZELMO_PICK_LANES(SumDiscs)(rows, sums.data());
     }
 
     void TakeMeans(Layer& layer, std::int32_t firstRow, std::int32_t row) {
@@ -120,7 +121,7 @@ struct BandFilter {
         const float* const bottom = layer.bottom.data() + static_cast<std::size_t>(row) * width;
         const double* const rowSums = sums.data() + (row - firstRow);
         for (std::size_t col = 0; col < width; ++col) {
-            const auto mean = static_cast<float>(rowSums[col * discBandRows] / counts[col]);
+            const auto mean = static_cast<float>(rowSums[col * rowsAtOnce] / counts[col]);
             top[col] = bottom[col] > mean ? bottom[col] : mean;
         }
     }
@@ -128,21 +129,20 @@ struct BandFilter {
 
 }  // namespace
 
-void SmoothLayerTop(const ProcessModel& model, Layer& layer, float radius) {
-    const std::int32_t rows = model.gridRows;
-    if (rows < 1 || model.gridColumns < 1) {
+void SmoothLayerTop(const Grid& grid, Layer& layer, float radius) {
+    const std::int32_t rows = grid.rows;
+    if (rows < 1 || grid.columns < 1) {
         return;
     }
-    const SlidingDisc disc = SelectSlidingDisc(model, radius);
-    const ColumnMajorHeights heights(layer.top, model.gridColumns, rows);
-    const std::int32_t bands = (rows - 1) / discBandRows + 1;
-    ForRowBands(bands, 1, [&](std::int32_t first, std::int32_t end) {
-        BandFilter filter(disc, heights);
-        for (std::int32_t firstRow = first * discBandRows;
-             firstRow < std::min(end * discBandRows, rows); firstRow += discBandRows) {
+    const SlidingDisc disc = SelectSlidingDisc(grid, radius);
+    const ColumnMajorHeights heights(layer.top, grid.columns, rows);
+    const std::int32_t passes = (rows - 1) / rowsAtOnce + 1;
+    ForRowBands(passes, 1, [&](std::int32_t first, std::int32_t end) {
+        RowsFilter filter(disc, heights);
+        for (std::int32_t firstRow = first * rowsAtOnce;
+             firstRow < std::min(end * rowsAtOnce, rows); firstRow += rowsAtOnce) {
             filter.SumUp(firstRow);
-            for (std::int32_t row = firstRow; row < std::min(firstRow + discBandRows, rows);
-                 ++row) {
+            for (std::int32_t row = firstRow; row < std::min(firstRow + rowsAtOnce, rows); ++row) {
                 filter.TakeMeans(layer, firstRow, row);
             }
         }

@@ -1,6 +1,6 @@
 #include "model/disc/disc_filter_lanes.h"
 
-#include "base/lanes.h"
+#include "base/lane_code.h"
 
 namespace zelmo::ZELMO_LANES {
 
@@ -14,50 +14,50 @@ struct RowGroup {
     DoubleLanes sums[groupSize] = {};
 
     void Add(const double* cells) {
-        for (std::int32_t i = 0; i < groupSize; ++i) {
+        for (std::ptrdiff_t i = 0; i < groupSize; ++i) {
             sums[i] += LoadLanes<DoubleLanes>(cells + i * laneCount<DoubleLanes>);
         }
     }
     void Remove(const double* cells) {
-        for (std::int32_t i = 0; i < groupSize; ++i) {
+        for (std::ptrdiff_t i = 0; i < groupSize; ++i) {
             sums[i] -= LoadLanes<DoubleLanes>(cells + i * laneCount<DoubleLanes>);
         }
     }
     void Store(double* out) const {
-        for (std::int32_t i = 0; i < groupSize; ++i) {
+        for (std::ptrdiff_t i = 0; i < groupSize; ++i) {
             StoreLanes(out + i * laneCount<DoubleLanes>, sums[i]);
         }
     }
 };
 
-/// Slides the disc along the group of rows that begins at row `firstRow` of the band.
-void SumRowGroup(const DiscBand& band, std::int32_t firstRow, double* sums) {
+/// Slides the disc along the group that begins with row `firstRow` of the rows.
+void SumRowGroup(const DiscRows& rows, std::int32_t firstRow, double* sums) {
     // A cell outside the grid counts as 0, which changes no sum: one that begins with 0 never
     // becomes -0.
     static constexpr double zeros[groupRows] = {};
-    const auto cellsAt = [&band, firstRow](std::int32_t col, std::int32_t dy) {
-        return col >= 0 && col < band.cols ? band.cells + col * band.stride + firstRow + dy : zeros;
+    const auto cellsAt = [&rows, firstRow](std::int32_t col, std::int32_t dy) {
+        return col >= 0 && col < rows.cols ? rows.cells + col * rows.stride + firstRow + dy : zeros;
     };
     RowGroup group;
-    for (std::size_t i = 0; i < band.insideCount; ++i) {
-        group.Add(cellsAt(band.inside[i].dx, band.inside[i].dy));
+    for (std::size_t i = 0; i < rows.insideCount; ++i) {
+        group.Add(cellsAt(rows.inside[i].dx, rows.inside[i].dy));
     }
     group.Store(sums + firstRow);
-    for (std::int32_t col = 1; col < band.cols; ++col) {
-        for (std::size_t i = 0; i < band.leavingCount; ++i) {
-            const GridOffset offset = band.leaving[i];
+    for (std::int32_t col = 1; col < rows.cols; ++col) {
+        for (std::size_t i = 0; i < rows.leavingCount; ++i) {
+            const GridOffset offset = rows.leaving[i];
             group.Remove(cellsAt(col + offset.dx, offset.dy));
             group.Add(cellsAt(col - offset.dx - 1, offset.dy));
         }
-        group.Store(sums + static_cast<std::ptrdiff_t>(col) * discBandRows + firstRow);
+        group.Store(sums + static_cast<std::ptrdiff_t>(col) * rowsAtOnce + firstRow);
     }
 }
 
 }  // namespace
 
-void SumDiscBand(const DiscBand& band, double* sums) {
-    for (std::int32_t row = 0; row < discBandRows; row += groupRows) {
-        SumRowGroup(band, row, sums);
+void SumDiscs(const DiscRows& rows, double* sums) {
+    for (std::int32_t row = 0; row < rowsAtOnce; row += groupRows) {
+        SumRowGroup(rows, row, sums);
     }
 }
 

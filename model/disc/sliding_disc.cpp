@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "model/process_model.h"
+#include "model/grid/grid.h"
 
 namespace zelmo {
 
@@ -25,12 +25,12 @@ void ChangeSlope(std::vector<std::int32_t>& slopeChanges, std::int32_t firstCol,
 
 }  // namespace
 
-SlidingDisc SelectSlidingDisc(const ProcessModel& model, float radius) {
+SlidingDisc SelectSlidingDisc(const Grid& grid, float radius) {
     SlidingDisc disc;
-    disc.cols = model.gridColumns;
-    disc.rows = model.gridRows;
-    disc.inside = SelectDiscOffsets(model, radius);
-    disc.leaving = SelectLeavingOffsets(model, radius);
+    disc.cols = grid.columns;
+    disc.rows = grid.rows;
+    disc.inside = SelectDiscOffsets(grid, radius);
+    disc.leaving = SelectLeavingOffsets(grid, radius);
     for (const std::vector<GridOffset>* list : {&disc.inside, &disc.leaving}) {
         for (const GridOffset& offset : *list) {
             disc.lowestDy = std::min(disc.lowestDy, offset.dy);

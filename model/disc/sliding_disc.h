@@ -14,7 +14,7 @@
 
 namespace zelmo {
 
-struct ProcessModel;
+struct Grid;
 
 struct SlidingDisc {
     std::int32_t cols = 0;  ///< of the grid
@@ -29,8 +29,8 @@ struct SlidingDisc {
     std::vector<std::int32_t> firstCells;
 };
 
-/// The disc of `radius` micrometres on the model's grid.
-SlidingDisc SelectSlidingDisc(const ProcessModel& model, float radius);
+/// The disc of `radius` micrometres on a grid.
+SlidingDisc SelectSlidingDisc(const Grid& grid, float radius);
 
 /// Whether the disc reaches over the first or last row of the grid when it slides along `row`.
 bool IsCut(const SlidingDisc& disc, std::int32_t row);

@@ -181,13 +181,13 @@ void BuildNeighbourTable(NeighbourTable& table, std::int32_t rows, std::int32_t 
 
 // Distances in cells ascend with the table, so that each slot's entries follow on those of the slot
 // before. They are looked for from there on, in steps of about a ring.
-void BuildDistanceIndex(ProcessModel& model) {
-    const std::vector<NeighbourOffset>& entries = model.neighbours.entries;
-    const std::int32_t slots = model.gridColumns > 0 ? 2 * model.gridColumns : 0;
-    model.distanceIndex.assign(static_cast<std::size_t>(slots), 0);
+void BuildDistanceIndex(Grid& grid) {
+    const std::vector<NeighbourOffset>& entries = grid.neighbours.entries;
+    const std::int32_t slots = grid.columns > 0 ? 2 * grid.columns : 0;
+    grid.distanceIndex.assign(static_cast<std::size_t>(slots), 0);
     // A spacing at the end of the float range can give quotients that are no distance in cells.
     const auto cellsOf = [&](const NeighbourOffset& entry) {
-        return entry.distance / model.gridSpacing;
+        return entry.distance / grid.spacing;
     };
     auto begin = entries.begin();
     for (std::int32_t slot = 0; slot < slots && begin != entries.end(); ++slot) {
@@ -201,35 +201,35 @@ void BuildDistanceIndex(ProcessModel& model) {
         }
         end = std::partition_point(end, end + std::min(ring, entries.end() - end), isBefore);
         if (end != begin && cellsOf(end[-1]) >= static_cast<float>(slot)) {
-            model.distanceIndex[static_cast<std::size_t>(slot)] =
+            grid.distanceIndex[static_cast<std::size_t>(slot)] =
                 static_cast<std::int32_t>(end - entries.begin()) - 1;
         }
         begin = end;
     }
 }
 
-std::vector<GridOffset> SelectDiscOffsets(const ProcessModel& model, float radius) {
+std::vector<GridOffset> SelectDiscOffsets(const Grid& grid, float radius) {
     const std::size_t count =
-        model.neighbours.entries.size() - EntriesBeyond(model.neighbours, radius).size();
+        grid.neighbours.entries.size() - EntriesBeyond(grid.neighbours, radius).size();
     std::vector<GridOffset> offsets;
     offsets.reserve(count);
     for (std::size_t i = 0; i < count; ++i) {
-        offsets.push_back({model.neighbours.entries[i].dx, model.neighbours.entries[i].dy});
+        offsets.push_back({grid.neighbours.entries[i].dx, grid.neighbours.entries[i].dy});
     }
     return offsets;
 }
 
 // The cell is tested in double precision and the entry's distance in single: where a cell lies on
 // the disc's edge the two can disagree.
-std::vector<GridOffset> SelectLeavingOffsets(const ProcessModel& model, float radius) {
-    const double wideSpacing = model.gridSpacing;
+std::vector<GridOffset> SelectLeavingOffsets(const Grid& grid, float radius) {
+    const double wideSpacing = grid.spacing;
     const double wideRadius = radius;
     // An offset is at most one cell longer than the one that it leads to next; the factor and the
     // last term are more than all roundings, of ordinary and of the smallest numbers.
     const double farthest = (wideRadius + wideSpacing) * (1.0 + 1e-6) + 1e-44;
     const bool isEndless = farthest > static_cast<double>(std::numeric_limits<float>::max());
     std::vector<GridOffset> offsets;
-    for (const NeighbourOffset& entry : EntriesBeyond(model.neighbours, radius)) {
+    for (const NeighbourOffset& entry : EntriesBeyond(grid.neighbours, radius)) {
         if (!isEndless && static_cast<double>(entry.distance) > farthest) {
             break;
         }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/conversions.h"
+#include "model/grid/grid.h"
 #include "model/mask/distance_transform.h"
 #include "model/mask/edge_distance_lanes.h"
 #include "model/mask/mask.h"
@@ -34,27 +35,27 @@ float TableDistance(std::int32_t squared, float spacing) {
 
 /// What a search goes by.
 struct EdgeSearch {
-    const ProcessModel& model;
+    const Grid& grid;
     const std::vector<std::int32_t>& squared;  ///< exact, 0 at free cells
 
     bool InGrid(std::int32_t col, std::int32_t row) const {
-        return col >= 0 && col < model.gridColumns && row >= 0 && row < model.gridRows;
+        return col >= 0 && col < grid.columns && row >= 0 && row < grid.rows;
     }
     std::int32_t SquaredAt(std::int32_t col, std::int32_t row) const {
-        return squared[static_cast<std::size_t>(row) * static_cast<std::size_t>(model.gridColumns) +
+        return squared[static_cast<std::size_t>(row) * static_cast<std::size_t>(grid.columns) +
                        static_cast<std::size_t>(col)];
     }
 };
 
 /// Where in the neighbour table to start looking, after a cell with the distance `running`: the
 /// distance falls by one pitch at most, and one slot more is left for safety.
-std::size_t SearchStart(const ProcessModel& model, float running) {
+std::size_t SearchStart(const Grid& grid, float running) {
     if (running == 0.0f) {
         return 0;
     }
-    const std::int32_t cells = TruncateToI32((running - model.gridSpacing) / model.gridSpacing);
+    const std::int32_t cells = TruncateToI32((running - grid.spacing) / grid.spacing);
     const std::int32_t slot = cells < 1 ? 0 : cells - 1;
-    return static_cast<std::size_t>(model.distanceIndex[static_cast<std::size_t>(slot)]);
+    return static_cast<std::size_t>(grid.distanceIndex[static_cast<std::size_t>(slot)]);
 }
 
 /// The free cell of another row that is nearest to (col, row) among those farther than the square
@@ -79,7 +80,7 @@ std::int32_t NearestInRow(const EdgeSearch& search, std::int32_t col, std::int32
 std::int32_t NearestBeyond(const EdgeSearch& search, std::int32_t col, std::int32_t row,
                            std::int32_t limit) {
     std::int32_t best = nothing;
-    for (std::int32_t dy = 0; dy < search.model.gridRows && dy * dy < best; ++dy) {
+    for (std::int32_t dy = 0; dy < search.grid.rows && dy * dy < best; ++dy) {
         for (const std::int32_t otherRow : {row - dy, row + dy}) {
             for (const std::int32_t direction : {-1, 1}) {
                 best = NearestInRow(search, col, row, otherRow, direction, limit, best);
@@ -92,11 +93,11 @@ std::int32_t NearestBeyond(const EdgeSearch& search, std::int32_t col, std::int3
 /// The distance of a masked cell after one with the distance `running`, which it keeps if it finds
 /// nothing.
 float FindDistance(const EdgeSearch& search, std::int32_t col, std::int32_t row, float running) {
-    const ProcessModel& model = search.model;
-    const NeighbourOffset& start = model.neighbours.entries[SearchStart(model, running)];
+    const Grid& grid = search.grid;
+    const NeighbourOffset& start = grid.neighbours.entries[SearchStart(grid, running)];
     const std::int32_t startSquared = start.dx * start.dx + start.dy * start.dy;
     const std::int32_t nearest = search.SquaredAt(col, row);
-    const float nearestDistance = TableDistance(nearest, model.gridSpacing);
+    const float nearestDistance = TableDistance(nearest, grid.spacing);
     if (nearest > startSquared && nearestDistance != start.distance) {
         return nearestDistance;
     }
@@ -106,19 +107,19 @@ float FindDistance(const EdgeSearch& search, std::int32_t col, std::int32_t row,
     }
     // The start is the last entry of its distance, which several squared distances can share.
     std::int32_t limit = startSquared;
-    while (TableDistance(limit + 1, model.gridSpacing) == start.distance) {
+    while (TableDistance(limit + 1, grid.spacing) == start.distance) {
         ++limit;
     }
     const std::int32_t beyond = NearestBeyond(search, col, row, limit);
-    return beyond == nothing ? running : TableDistance(beyond, model.gridSpacing);
+    return beyond == nothing ? running : TableDistance(beyond, grid.spacing);
 }
 
 /// Corrects a row of exact distances where the searches begin too late to find them. `running` is
 /// the distance before its first cell.
 void FollowSearches(const EdgeSearch& search, float* distances, std::int32_t row, float running,
                     std::vector<std::int32_t>& late) {
-    const std::int32_t cols = search.model.gridColumns;
-    const float spacing = search.model.gridSpacing;
+    const std::int32_t cols = search.grid.columns;
+    const float spacing = search.grid.spacing;
     const bool anyLate = ZELMO_PICK_LANES(MarkLateSearches)(late.data(), distances, cols, spacing);
     const auto isLate = [](std::int32_t mark) { return mark != 0; };
     const auto begin = late.begin();
@@ -141,22 +142,22 @@ void FollowSearches(const EdgeSearch& search, float* distances, std::int32_t row
 
 }  // namespace
 
-void MaskEdgeDistance(const ProcessModel& model, std::span<float> edgeDistance,
+void MaskEdgeDistance(const Grid& grid, std::span<float> edgeDistance,
                       std::span<const std::uint8_t> mask) {
     std::vector<std::int32_t> squared(mask.size());
-    if (!SquaredDistanceTransform(squared, mask, model.gridColumns, model.gridRows)) {
+    if (!SquaredDistanceTransform(squared, mask, grid.columns, grid.rows)) {
         std::fill(edgeDistance.begin(), edgeDistance.end(), std::numeric_limits<float>::max());
         return;
     }
-    const EdgeSearch search{model, squared};
-    const auto cols = static_cast<std::size_t>(model.gridColumns);
+    const EdgeSearch search{grid, squared};
+    const auto cols = static_cast<std::size_t>(grid.columns);
     std::vector<std::int32_t> late(cols);
     float running = 0.0f;
-    for (std::int32_t row = 0; row < model.gridRows; ++row) {
+    for (std::int32_t row = 0; row < grid.rows; ++row) {
         const std::size_t first = static_cast<std::size_t>(row) * cols;
         float* distances = edgeDistance.data() + first;
         ZELMO_PICK_LANES(TableDistances)
-        (distances, squared.data() + first, model.gridColumns, model.gridSpacing);
+        (distances, squared.data() + first, grid.columns, grid.spacing);
         FollowSearches(search, distances, row, running, late);
         const bool anyFree = std::memchr(mask.data() + first, 0, cols) != nullptr;
         running = anyFree ? 0.0f : distances[0];

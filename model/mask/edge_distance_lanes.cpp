@@ -1,6 +1,6 @@
 #include "model/mask/edge_distance_lanes.h"
 
-#include "base/lanes.h"
+#include "base/lane_code.h"
 
 namespace zelmo::ZELMO_LANES {
 
@@ -31,9 +31,9 @@ bool MarkLateSearches(std::int32_t* late, const float* distances, std::int32_t c
         }
         return count > 1;
     }
-    const auto pitch = EqualLanes<FloatLanes>(spacing);
-    const auto one = EqualLanes<FloatLanes>(1.0f);
-    const auto anyLarge = EqualLanes<FloatLanes>(1000000.0f);  // keeps what is truncated in range
+    const auto pitch = Broadcast<FloatLanes>(spacing);
+    const auto one = Broadcast<FloatLanes>(1.0f);
+    const auto anyLarge = Broadcast<FloatLanes>(1000000.0f);  // keeps what is truncated in range
     IntLanes any{};
     const auto mark = [&](std::int32_t first) {
         const FloatLanes before = (LoadLanes<FloatLanes>(distances + first - 1) - pitch) / pitch;

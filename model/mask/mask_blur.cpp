@@ -7,9 +7,9 @@
 
 #include "base/row_bands.h"
 #include "model/disc/sliding_disc.h"
+#include "model/grid/grid.h"
 #include "model/mask/mask.h"
 #include "model/mask/mask_blur_lanes.h"
-#include "model/process_model.h"
 
 // The counts of set cells are whole numbers, and whatever the order in which the sliding disc takes
 // cells in and gives them up, the same number comes out. In the row that an offset leads to, the
@@ -85,7 +85,7 @@ class RowBlur {
 public:
     RowBlur(const SlidingDisc& disc, std::span<const std::uint8_t> rawMask)
         : disc_(disc), running_(disc, rawMask) {
-        setCells_.resize(static_cast<std::size_t>(disc.cols + blurOvershoot));
+        setCells_.resize(static_cast<std::size_t>(disc.cols) + blurOvershoot);
     }
 
     void BlurRow(std::int32_t row, std::span<std::uint8_t> mask) {
@@ -133,10 +133,10 @@ private:
 
 }  // namespace
 
-void BlurMask(const ProcessModel& model, std::span<std::uint8_t> mask,
-              std::span<const std::uint8_t> rawMask, float radius) {
-    const SlidingDisc disc = SelectSlidingDisc(model, radius);
-    ForRowBands(model.gridRows, 64, [&](std::int32_t firstRow, std::int32_t endRow) {
+void BlurMask(const Grid& grid, std::span<std::uint8_t> mask, std::span<const std::uint8_t> rawMask,
+              float radius) {
+    const SlidingDisc disc = SelectSlidingDisc(grid, radius);
+    ForRowBands(grid.rows, 64, [&](std::int32_t firstRow, std::int32_t endRow) {
         RowBlur blur(disc, rawMask);
         for (std::int32_t row = firstRow; row < endRow; ++row) {
             blur.BlurRow(row, mask);

@@ -1,6 +1,6 @@
 #include "model/mask/mask_blur_lanes.h"
 
-#include "base/lanes.h"
+#include "base/lane_code.h"
 
 namespace zelmo::ZELMO_LANES {
 
@@ -12,17 +12,17 @@ void SumDiscEdges(const DiscEdge* edges, std::size_t edgeCount, std::int32_t sta
     for (std::int32_t col = 0; col < cols; col += groupCols) {
         IntLanes group[groupSize];
         for (IntLanes& lanes : group) {
-            lanes = EqualLanes<IntLanes>(start);
+            lanes = Broadcast<IntLanes>(start);
         }
         for (std::size_t edge = 0; edge < edgeCount; ++edge) {
             const std::int32_t* const taken = edges[edge].taken + col;
             const std::int32_t* const given = edges[edge].given + col;
-            for (std::int32_t i = 0; i < groupSize; ++i) {
+            for (std::ptrdiff_t i = 0; i < groupSize; ++i) {
                 group[i] += LoadLanes<IntLanes>(taken + i * laneCount<IntLanes>);
                 group[i] -= LoadLanes<IntLanes>(given + i * laneCount<IntLanes>);
             }
         }
-        for (std::int32_t i = 0; i < groupSize; ++i) {
+        for (std::ptrdiff_t i = 0; i < groupSize; ++i) {
             StoreLanes(sums + col + i * laneCount<IntLanes>, group[i]);
         }
     }

@@ -10,9 +10,9 @@ namespace zelmo {
 /// How many columns more than there are may be read and written behind the last one.
 constexpr std::int32_t blurOvershoot = 63;
 
-/// Where the edge of a disc passes through a row: the running counts of the row at the place where
-/// cells are taken in and at the place where they are given up, for the disc around column 0. For
-/// the disc around another column both are as many places further on.
+/// Where the edge of a disc passes through a row: the running counts of the row where cells are
+/// taken in and where they are given up, for the disc around column 0. For the disc around another
+/// column both are as many columns further on.
 struct DiscEdge {
     const std::int32_t* taken = nullptr;
     const std::int32_t* given = nullptr;

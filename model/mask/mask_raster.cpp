@@ -10,6 +10,7 @@
 
 #include "base/conversions.h"
 #include "base/row_bands.h"
+#include "model/grid/grid.h"
 #include "model/mask/mask.h"
 
 // A cell lies in a polygon if an odd number of crossings of the outline with the cell's row lie to
@@ -82,16 +83,16 @@ struct CellRange {
     bool IsEmpty() const { return firstCol >= endCol || firstRow >= endRow; }
 };
 
-CellRange CellsOfBox(const ProcessModel& model, const MaskPolygon& polygon) {
-    const double spacing = model.gridSpacing;
+CellRange CellsOfBox(const Grid& grid, const MaskPolygon& polygon) {
+    const double spacing = grid.spacing;
     const auto toCells = [spacing](double position) {
         return TruncateToI32(std::floor(position / spacing));
     };
     CellRange range;
     range.firstCol = std::max(0, toCells(polygon.minX));
     range.firstRow = std::max(0, toCells(polygon.minY));
-    range.endCol = std::min(model.gridColumns, toCells(polygon.maxX));
-    range.endRow = std::min(model.gridRows, toCells(polygon.maxY));
+    range.endCol = std::min(grid.columns, toCells(polygon.maxX));
+    range.endRow = std::min(grid.rows, toCells(polygon.maxY));
     return range;
 }
 
@@ -187,16 +188,16 @@ private:
 
 }  // namespace
 
-double RasteriseMask(const ProcessModel& model, std::span<std::uint8_t> rawMask,
-                     std::uint32_t maskId, bool maskDark) {
+double RasteriseMask(const Grid& grid, std::span<const MaskPolygon> polygons,
+                     std::span<std::uint8_t> rawMask, std::uint32_t maskId, bool maskDark) {
     const std::uint8_t inside = maskDark ? 1 : 0;
     std::fill(rawMask.begin(), rawMask.end(), static_cast<std::uint8_t>(1 - inside));
-    const GridLines lines(std::max(model.gridColumns, model.gridRows), model.gridSpacing);
-    ForRowBands(model.gridRows, narrowestBand, [&](std::int32_t firstRow, std::int32_t endRow) {
-        PolygonFiller filler(lines, rawMask, model.gridColumns, inside);
-        for (const MaskPolygon& polygon : model.polygons) {
+    const GridLines lines(std::max(grid.columns, grid.rows), grid.spacing);
+    ForRowBands(grid.rows, narrowestBand, [&](std::int32_t firstRow, std::int32_t endRow) {
+        PolygonFiller filler(lines, rawMask, grid.columns, inside);
+        for (const MaskPolygon& polygon : polygons) {
             if (polygon.layer == maskId) {
-                CellRange range = CellsOfBox(model, polygon);
+                CellRange range = CellsOfBox(grid, polygon);
                 range.firstRow = std::max(range.firstRow, firstRow);
                 range.endRow = std::min(range.endRow, endRow);
                 if (!range.IsEmpty()) {
@@ -206,7 +207,7 @@ double RasteriseMask(const ProcessModel& model, std::span<std::uint8_t> rawMask,
         }
     });
     float smallest = std::numeric_limits<float>::max();
-    for (const MaskPolygon& polygon : model.polygons) {
+    for (const MaskPolygon& polygon : polygons) {
         const double size = std::min(polygon.maxY - polygon.minY, polygon.maxX - polygon.minX);
         if (polygon.layer == maskId && size < smallest) {
             smallest = static_cast<float>(size);

@@ -38,9 +38,9 @@ struct NearestTwo {
     std::int32_t first = nowhere;
     std::int32_t second = nowhere;
 
-    void Pass(std::int32_t place, bool hasValue) {
+    void Pass(std::int32_t position, bool hasValue) {
         second = hasValue ? first : second;
-        first = hasValue ? place : first;
+        first = hasValue ? position : first;
     }
 };
 
@@ -52,12 +52,12 @@ struct MissingCell {
     float value = missing;
 };
 
-struct Place {
+struct CellPosition {
     std::int32_t col = 0;
     std::int32_t row = 0;
 };
 
-float DistanceBetween(float spacing, const Place& a, const Place& b) {
+float DistanceBetween(float spacing, const CellPosition& a, const CellPosition& b) {
     const float dx = static_cast<float>(b.col) * spacing - static_cast<float>(a.col) * spacing;
     const float dy = static_cast<float>(b.row) * spacing - static_cast<float>(a.row) * spacing;
     return std::sqrt(dy * dy + dx * dx);
@@ -71,22 +71,22 @@ struct LineHit {
     bool found = false;
 };
 
-/// Continues the line through the two cells, if there are two, to the start. `placeOf` says where
-/// they are.
-template <typename PlaceOf>
+/// Continues the line through the two cells, if there are two, to the start. `positionOf` says
+/// where they are.
+template <typename PositionOf>
 LineHit ContinueLine(const Raster& raster, const MissingCell& cell, const NearestTwo& nearest,
-                     PlaceOf placeOf) {
+                     PositionOf positionOf) {
     LineHit hit;
     if (nearest.first == nowhere) {
         return hit;
     }
-    const Place start{cell.col, cell.row};
-    const Place first = placeOf(nearest.first);
+    const CellPosition start{cell.col, cell.row};
+    const CellPosition first = positionOf(nearest.first);
     hit.found = true;
     hit.value = raster.At(first.col, first.row);
     hit.distance = DistanceBetween(raster.spacing, start, first);
     if (nearest.second != nowhere) {
-        const Place second = placeOf(nearest.second);
+        const CellPosition second = positionOf(nearest.second);
         const float value = raster.At(second.col, second.row);
         const float ratio = DistanceBetween(raster.spacing, start, second) /
                             DistanceBetween(raster.spacing, first, second);
@@ -183,8 +183,8 @@ void LookUpAndRight(const Raster& raster, std::vector<MissingCell>& cells) {
 /// The mean of what lies nearest in the four directions, given what lies below and left.
 LineHit MeanOfDirections(const Raster& raster, const MissingCell& cell, const NearestTwo& below,
                          const NearestTwo& left) {
-    const auto inColumn = [&cell](std::int32_t row) { return Place{cell.col, row}; };
-    const auto inRow = [&cell](std::int32_t col) { return Place{col, cell.row}; };
+    const auto inColumn = [&cell](std::int32_t row) { return CellPosition{cell.col, row}; };
+    const auto inRow = [&cell](std::int32_t col) { return CellPosition{col, cell.row}; };
     return MeanOfNearest({ContinueLine(raster, cell, cell.above, inColumn),
                           ContinueLine(raster, cell, left, inRow),
                           ContinueLine(raster, cell, below, inColumn),

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "base/lanes.h"
+#include "base/lane_code.h"
 #include "model/offset/regular_squares.h"
 #include "model/offset/still_squares.h"
 #include "model/offset/triangle_lanes.h"
@@ -12,7 +12,7 @@
 //   - squares that stayed in place and are not steep (model/offset/still_squares.h);
 //   - squares that moved and are still much the same (model/offset/regular_squares.h);
 //   - others whose boxes lie alike: one lane is one square, and all squares are tested against the
-//     cell at the same place relative to each, place by place;
+//     cell that is the same shift away from each, shift by shift;
 //   - else square by square, and one lane is one cell of a row.
 // All keep the order in which a cell meets the triangles, because a height of exactly 0.0 makes a
 // cell forget what it had.
@@ -60,15 +60,15 @@ void SetRange(IntLanes& first, IntLanes& last, const FloatLanes& smallest,
 /// The band's cells that a triangle can touch.
 Box<IntLanes> BoxOf(const RasterBand& band, const IntLanes& exists, const CornerCells& a,
                     const CornerCells& b, const CornerCells& c) {
-    Box<IntLanes> box;
+    Box<IntLanes> box{};
     SetRange(box.minCol, box.maxCol, Smallest(a.col, b.col, c.col), Largest(a.col, b.col, c.col),
              band.cols);
     SetRange(box.minRow, box.maxRow, Smallest(a.row, b.row, c.row), Largest(a.row, b.row, c.row),
              band.rows);
-    box.maxCol = exists ? Smaller(box.maxCol, EqualLanes<IntLanes>(band.cols - 1))
-                        : EqualLanes<IntLanes>(-1);
-    box.minRow = Larger(box.minRow, EqualLanes<IntLanes>(band.firstRow));
-    box.maxRow = Smaller(box.maxRow, EqualLanes<IntLanes>(band.endRow - 1));
+    box.maxCol =
+        exists ? Smaller(box.maxCol, Broadcast<IntLanes>(band.cols - 1)) : Broadcast<IntLanes>(-1);
+    box.minRow = Larger(box.minRow, Broadcast<IntLanes>(band.firstRow));
+    box.maxRow = Smaller(box.maxRow, Broadcast<IntLanes>(band.endRow - 1));
     return box;
 }
 
@@ -88,24 +88,24 @@ MovedBlock MakeBlock(const RasterBand& band, const SquareRow& row, std::int32_t 
             squares.exists & AreRegular(band, first, second)};
 }
 
-/// Places relative to each square's lower left corner; rows are those of the grid.
-void Include(Box<IntLanes>& places, const Box<IntLanes>& box, const IntLanes& squares) {
+/// Takes a box into `shifts`: columns from each square's lower left corner on, rows of the grid.
+void Include(Box<IntLanes>& shifts, const Box<IntLanes>& box, const IntLanes& squares) {
     const IntLanes any = (box.minCol <= box.maxCol) & (box.minRow <= box.maxRow);
-    places.minCol = any ? Smaller(places.minCol, box.minCol - squares) : places.minCol;
-    places.maxCol = any ? Larger(places.maxCol, box.maxCol - squares) : places.maxCol;
-    places.minRow = any ? Smaller(places.minRow, box.minRow) : places.minRow;
-    places.maxRow = any ? Larger(places.maxRow, box.maxRow) : places.maxRow;
+    shifts.minCol = any ? Smaller(shifts.minCol, box.minCol - squares) : shifts.minCol;
+    shifts.maxCol = any ? Larger(shifts.maxCol, box.maxCol - squares) : shifts.maxCol;
+    shifts.minRow = any ? Smaller(shifts.minRow, box.minRow) : shifts.minRow;
+    shifts.maxRow = any ? Larger(shifts.maxRow, box.maxRow) : shifts.maxRow;
 }
 
-/// The places that the boxes of all squares cover together.
-Box<std::int32_t> PlacesOf(const MovedBlock& block) {
+/// The shifts at which any square has its boxes.
+Box<std::int32_t> ShiftsOf(const MovedBlock& block) {
     constexpr std::int32_t far = 1 << 30;
     const IntLanes squares = CountingLanes<IntLanes>() + block.firstCol;
-    Box<IntLanes> places{IntLanes{} + far, IntLanes{} - far, IntLanes{} + far, IntLanes{} - far};
-    Include(places, block.firstBox, squares);
-    Include(places, block.secondBox, squares);
-    return {SmallestLane(places.minCol), LargestLane(places.maxCol), SmallestLane(places.minRow),
-            LargestLane(places.maxRow)};
+    Box<IntLanes> shifts{IntLanes{} + far, IntLanes{} - far, IntLanes{} + far, IntLanes{} - far};
+    Include(shifts, block.firstBox, squares);
+    Include(shifts, block.secondBox, squares);
+    return {SmallestLane(shifts.minCol), LargestLane(shifts.maxCol), SmallestLane(shifts.minRow),
+            LargestLane(shifts.maxRow)};
 }
 
 IntLanes InBox(const Box<IntLanes>& box, const IntLanes& cols, const IntLanes& inRows) {
@@ -114,15 +114,15 @@ IntLanes InBox(const Box<IntLanes>& box, const IntLanes& cols, const IntLanes& i
 
 /// One lane is one square.
 template <bool lowestWins>
-void ScanPlaces(const RasterBand& band, const MovedBlock& block, const Box<std::int32_t>& places) {
-    for (std::int32_t row = places.minRow; row <= places.maxRow; ++row) {
+void ScanShifts(const RasterBand& band, const MovedBlock& block, const Box<std::int32_t>& shifts) {
+    for (std::int32_t row = shifts.minRow; row <= shifts.maxRow; ++row) {
         const float y = static_cast<float>(row) * band.spacing;
         const RowTerms firstTerms = TermsOfRow(block.first, y);
         const RowTerms secondTerms = TermsOfRow(block.second, y);
         const IntLanes inFirst = (block.firstBox.minRow <= row) & (block.firstBox.maxRow >= row);
         const IntLanes inSecond = (block.secondBox.minRow <= row) & (block.secondBox.maxRow >= row);
-        for (std::int32_t place = places.maxCol; place >= places.minCol; --place) {
-            const std::int32_t col = block.firstCol + place;
+        for (std::int32_t shift = shifts.maxCol; shift >= shifts.minCol; --shift) {
+            const std::int32_t col = block.firstCol + shift;
             const IntLanes cols = CountingLanes<IntLanes>() + col;
             const FloatLanes x = LoadLanes<FloatLanes>(band.colX + col);
             TouchLanes first = Touch(block.first, firstTerms, x);
@@ -138,25 +138,26 @@ void ScanPlaces(const RasterBand& band, const MovedBlock& block, const Box<std::
     }
 }
 
-FloatLanes Spread(const FloatLanes& values, std::int32_t lane) {
-    return EqualLanes<FloatLanes>(values[lane]);
+FloatLanes BroadcastLane(const FloatLanes& values, std::int32_t lane) {
+    return Broadcast<FloatLanes>(values[lane]);
 }
 
-VectorLanes Spread(const VectorLanes& vectors, std::int32_t lane) {
-    return {Spread(vectors.x, lane), Spread(vectors.y, lane), Spread(vectors.z, lane)};
+VectorLanes BroadcastLane(const VectorLanes& vectors, std::int32_t lane) {
+    return {BroadcastLane(vectors.x, lane), BroadcastLane(vectors.y, lane),
+            BroadcastLane(vectors.z, lane)};
 }
 
 /// The triangle of one lane in all lanes.
-TriangleLanes Spread(const TriangleLanes& t, std::int32_t lane) {
-    return {Spread(t.a, lane),
-            Spread(t.e0, lane),
-            Spread(t.e1, lane),
-            Spread(t.normal, lane),
-            Spread(t.planeAtOrigin, lane),
-            Spread(t.d00, lane),
-            Spread(t.d01, lane),
-            Spread(t.d11, lane),
-            Spread(t.inverse, lane)};
+TriangleLanes BroadcastLane(const TriangleLanes& t, std::int32_t lane) {
+    return {BroadcastLane(t.a, lane),
+            BroadcastLane(t.e0, lane),
+            BroadcastLane(t.e1, lane),
+            BroadcastLane(t.normal, lane),
+            BroadcastLane(t.planeAtOrigin, lane),
+            BroadcastLane(t.d00, lane),
+            BroadcastLane(t.d01, lane),
+            BroadcastLane(t.d11, lane),
+            BroadcastLane(t.inverse, lane)};
 }
 
 /// One lane is one cell of a row.
@@ -167,7 +168,7 @@ void ScanTriangle(const RasterBand& band, const TriangleLanes& triangles,
     if (boxes.minCol[lane] > maxCol) {
         return;
     }
-    const TriangleLanes t = Spread(triangles, lane);
+    const TriangleLanes t = BroadcastLane(triangles, lane);
     for (std::int32_t row = boxes.minRow[lane]; row <= boxes.maxRow[lane]; ++row) {
         const RowTerms terms = TermsOfRow(t, static_cast<float>(row) * band.spacing);
         for (std::int32_t col = boxes.minCol[lane]; col <= maxCol; col += lanes) {
@@ -214,16 +215,16 @@ template <bool lowestWins>
 [[gnu::noinline, gnu::flatten]] void ScanMovedSquares(const RasterBand& band, const SquareRow& row,
                                                       std::int32_t col) {
     const MovedBlock block = MakeBlock(band, row, col);
-    const Box<std::int32_t> places = PlacesOf(block);
-    if (places.maxRow < places.minRow) {
+    const Box<std::int32_t> shifts = ShiftsOf(block);
+    if (shifts.maxRow < shifts.minRow) {
         return;
     }
     const std::int64_t steps =
-        2LL * (places.maxCol - places.minCol + 1) * (places.maxRow - places.minRow + 1);
+        2LL * (shifts.maxCol - shifts.minCol + 1) * (shifts.maxRow - shifts.minRow + 1);
     constexpr std::int64_t fewSteps = 2LL * 4 * 4;
     if (steps <= fewSteps + StepsByTriangle(block.firstBox, block.isRegular) +
                      StepsByTriangle(block.secondBox, block.isRegular)) {
-        ScanPlaces<lowestWins>(band, block, places);
+        ScanShifts<lowestWins>(band, block, shifts);
     } else {
         ScanOneByOne<lowestWins>(band, row, block);
     }

@@ -7,7 +7,7 @@
 #include "model/offset/vertex_lanes.h"
 
 // Scans the moved surface, two triangles for each square of the grid, onto the grid's cells. All
-// rows are padded (model/offset/padded_row.h).
+// rows are padded (base/padded_rows.h).
 
 namespace zelmo {
 

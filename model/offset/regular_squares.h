@@ -2,18 +2,18 @@
 
 #include <cstdint>
 
-#include "base/lanes.h"
+#include "base/lane_code.h"
 #include "model/offset/cell_lanes.h"
 #include "model/offset/triangle_lanes.h"
 
 // For files of lane kernels only: squares that moved, but are gentle and nearly as large as before.
-// One lane is one square, and all squares are tested against the cell at the same place relative to
-// each, place by place, from right to left.
+// One lane is one square, and all squares are tested against the cell that is the same shift away
+// from each, shift by shift, from right to left.
 //
-// The places are those that any of the squares has within a quarter of a cell around its corners.
-// No other cell can be touched: the roundings of the test make up less than 0.1 in barycentric
-// units, and farther out one of the units is off by more. So the test alone decides, also where a
-// place lies outside a triangle's box.
+// The shifts are those that lead any of the squares to within a quarter of a cell around its
+// corners. No other cell can be touched: the roundings of the test make up less than 0.1 in
+// barycentric units, and farther out one of the units is off by more. So the test alone decides,
+// also where a shift leads outside a triangle's box.
 
 namespace zelmo::ZELMO_LANES {
 
@@ -31,9 +31,9 @@ inline IntLanes AreRegular(const RasterBand& band, const TriangleLanes& first,
            IsNearly(band, second.e1, 0.0f, 1.0f);
 }
 
-/// The places around some of the squares from a column on, as columns from each square's own and as
-/// rows of the grid.
-inline Box<std::int32_t> PlacesAround(const RasterBand& band, const SquareRow& row,
+/// The shifts around some of the squares from a column on: columns from each square's own on, rows
+/// of the grid.
+inline Box<std::int32_t> ShiftsAround(const RasterBand& band, const SquareRow& row,
                                       std::int32_t col, const IntLanes& chosen) {
     const CornerCells a = LoadCells(row.lower, col);
     const CornerCells b = LoadCells(row.lower, col + 1);
@@ -49,11 +49,11 @@ inline Box<std::int32_t> PlacesAround(const RasterBand& band, const SquareRow& r
     const auto rows = static_cast<float>(band.rows);
     const IntLanes minCol = CellsWithin(left, 0.0f, cols) - squares;
     const IntLanes maxCol =
-        Smaller(CellsWithin(right, -1.0f, cols), EqualLanes<IntLanes>(band.cols - 1)) - squares;
-    return {SmallestLane(chosen ? minCol : EqualLanes<IntLanes>(far)),
-            LargestLane(chosen ? maxCol : EqualLanes<IntLanes>(-far)),
-            SmallestLane(chosen ? CellsWithin(lower, 0.0f, rows) : EqualLanes<IntLanes>(far)),
-            LargestLane(chosen ? CellsWithin(upper, -1.0f, rows) : EqualLanes<IntLanes>(-far))};
+        Smaller(CellsWithin(right, -1.0f, cols), Broadcast<IntLanes>(band.cols - 1)) - squares;
+    return {SmallestLane(chosen ? minCol : Broadcast<IntLanes>(far)),
+            LargestLane(chosen ? maxCol : Broadcast<IntLanes>(-far)),
+            SmallestLane(chosen ? CellsWithin(lower, 0.0f, rows) : Broadcast<IntLanes>(far)),
+            LargestLane(chosen ? CellsWithin(upper, -1.0f, rows) : Broadcast<IntLanes>(-far))};
 }
 
 /// Scans some of the squares from a column on, all of them regular.
@@ -61,17 +61,17 @@ template <bool lowestWins>
 void ScanRegularSquares(const RasterBand& band, const SquareRow& row, std::int32_t col,
                         const TriangleLanes& first, const TriangleLanes& second,
                         const IntLanes& chosen) {
-    const Box<std::int32_t> places = PlacesAround(band, row, col, chosen);
-    const std::int32_t minRow = places.minRow > band.firstRow ? places.minRow : band.firstRow;
-    const std::int32_t maxRow = places.maxRow < band.endRow - 1 ? places.maxRow : band.endRow - 1;
+    const Box<std::int32_t> shifts = ShiftsAround(band, row, col, chosen);
+    const std::int32_t minRow = shifts.minRow > band.firstRow ? shifts.minRow : band.firstRow;
+    const std::int32_t maxRow = shifts.maxRow < band.endRow - 1 ? shifts.maxRow : band.endRow - 1;
     for (std::int32_t cellRow = minRow; cellRow <= maxRow; ++cellRow) {
         const float y = static_cast<float>(cellRow) * band.spacing;
         const RowTerms firstTerms = TermsOfRow(first, y);
         const RowTerms secondTerms = TermsOfRow(second, y);
-        for (std::int32_t place = places.maxCol; place >= places.minCol; --place) {
+        for (std::int32_t shift = shifts.maxCol; shift >= shifts.minCol; --shift) {
             // Cells beyond the row's ends lie in its padding.
-            float* cells = CellOf(band, col + place, cellRow);
-            const FloatLanes x = LoadLanes<FloatLanes>(band.colX + col + place);
+            float* cells = CellOf(band, col + shift, cellRow);
+            const FloatLanes x = LoadLanes<FloatLanes>(band.colX + col + shift);
             KeepIn<lowestWins>(cells, chosen, Touch(first, firstTerms, x));
             KeepIn<lowestWins>(cells, chosen, Touch(second, secondTerms, x));
         }

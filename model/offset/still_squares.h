@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "base/lanes.h"
+#include "base/lane_code.h"
 #include "model/offset/triangle_lanes.h"
 
 // For files of lane kernels only: squares that stayed in place, which is most of a surface. Their

@@ -4,12 +4,12 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
-#include <vector>
 
+#include "base/padded_rows.h"
 #include "base/row_bands.h"
+#include "model/grid/grid.h"
 #include "model/offset/missing_cells.h"
 #include "model/offset/offset_raster_lanes.h"
-#include "model/offset/padded_row.h"
 #include "model/offset/vertex_lanes.h"
 
 // Results are reproduced to the bit: the order of every sum and product, here and in the lane
@@ -35,8 +35,7 @@ struct Surface {
 class SurfaceWindow {
 public:
     explicit SurfaceWindow(const Surface& surface)
-        : surface_(surface),
-          rows_{PaddedRow(surface.cols), PaddedRow(surface.cols), PaddedRow(surface.cols)} {}
+        : surface_(surface), rows_(heldRows_.size(), surface.cols) {}
 
     SurfaceRow At(std::int32_t row) {
         const bool hasBelow = row > 0;
@@ -52,35 +51,40 @@ public:
 private:
     /// A copy that is there already serves for the next row as well.
     const float* Copy(std::int32_t row) {
-        const auto slot = static_cast<std::size_t>(row % 3);
+        const auto slot = static_cast<std::size_t>(row) % heldRows_.size();
         if (heldRows_[slot] != row) {
-            rows_[slot].CopyFrom(surface_.heights.subspan(surface_.RowStart(row),
-                                                          static_cast<std::size_t>(surface_.cols)));
+            rows_.Copy(slot, surface_.heights.subspan(surface_.RowStart(row),
+                                                      static_cast<std::size_t>(surface_.cols)));
             heldRows_[slot] = row;
         }
-        return rows_[slot].Data();
+        return rows_.At(slot);
     }
 
     const Surface& surface_;
-    std::array<PaddedRow, 3> rows_;
     std::array<std::int32_t, 3> heldRows_{-1, -1, -1};
+    PaddedRows<float> rows_;
 };
 
-/// A row of moved vertices.
-class MovedRow {
+/// Two neighbouring rows of moved vertices.
+class MovedRows {
 public:
-    explicit MovedRow(std::int32_t cols) : x_(cols), y_(cols), z_(cols), col_(cols), row_(cols) {}
+    explicit MovedRows(std::int32_t cols) : values_(2 * valuesPerVertex, cols) {}
 
-    VertexRow Vertices() { return {x_.Data(), y_.Data(), z_.Data(), col_.Data(), row_.Data()}; }
+    VertexRow At(std::int32_t row) {
+        const std::size_t first = static_cast<std::size_t>(row) % 2 * valuesPerVertex;
+        return {values_.At(first), values_.At(first + 1), values_.At(first + 2),
+                values_.At(first + 3), values_.At(first + 4)};
+    }
 
 private:
-    PaddedRow x_, y_, z_, col_, row_;
+    static constexpr std::size_t valuesPerVertex = 5;
+    PaddedRows<float> values_;
 };
 
-PaddedRow ColumnPositions(const Surface& surface) {
-    PaddedRow positions(surface.cols);
+PaddedRows<float> ColumnPositions(const Surface& surface) {
+    PaddedRows<float> positions(1, surface.cols);
     for (std::int32_t col = -rowPadding; col < surface.cols + rowPadding; ++col) {
-        positions.Data()[col] = static_cast<float>(col) * surface.spacing;
+        positions.At(0)[col] = static_cast<float>(col) * surface.spacing;
     }
     return positions;
 }
@@ -119,27 +123,25 @@ void ScanRows(const Surface& surface, const SurfaceMove& move, std::span<float> 
     const std::int32_t reach = ReachInRows(surface, move);
     const std::int32_t firstSquare = std::max(0, firstRow - reach);
     const std::int32_t endSquare = std::min(surface.rows - 1, endRow - 1 + reach);
-    const std::ptrdiff_t stride = surface.cols + 2 * rowPadding;
-    std::vector<float> raster(static_cast<std::size_t>(endRow - firstRow) *
-                              static_cast<std::size_t>(stride));
-    const PaddedRow positions = ColumnPositions(surface);
+    PaddedRows<float> raster(static_cast<std::size_t>(endRow - firstRow), surface.cols);
+    const PaddedRows<float> positions = ColumnPositions(surface);
     RasterBand band;
-    band.heights = raster.data() + rowPadding;
-    band.stride = stride;
+    band.heights = raster.At(0);
+    band.stride = raster.Stride();
     band.firstRow = firstRow;
     band.endRow = endRow;
     band.cols = surface.cols;
     band.rows = surface.rows;
     band.spacing = surface.spacing;
-    band.colX = positions.Data();
+    band.colX = positions.At(0);
     SetGentleLimits(band);
     const auto scanSquares = 0.0f > move.distance ? ZELMO_PICK_LANES(ScanSquaresLowest)
                                                   : ZELMO_PICK_LANES(ScanSquaresHighest);
 
     SurfaceWindow window(surface);
-    std::array<MovedRow, 2> moved{MovedRow(surface.cols), MovedRow(surface.cols)};
+    MovedRows moved(surface.cols);
     const auto moveRow = [&](std::int32_t row) {
-        const VertexRow vertices = moved[static_cast<std::size_t>(row % 2)].Vertices();
+        const VertexRow vertices = moved.At(row);
         ZELMO_PICK_LANES(MoveVerticesOfRow)(vertices, window.At(row), move);
         return vertices;
     };
@@ -150,16 +152,16 @@ void ScanRows(const Surface& surface, const SurfaceMove& move, std::span<float> 
         lower = upper;
     }
     for (std::int32_t row = firstRow; row < endRow; ++row) {
-        std::copy_n(band.heights + (row - firstRow) * stride, surface.cols,
+        std::copy_n(raster.At(static_cast<std::size_t>(row - firstRow)), surface.cols,
                     out.begin() + static_cast<std::ptrdiff_t>(surface.RowStart(row)));
     }
 }
 
 }  // namespace
 
-void OffsetSurface(const ProcessModel& model, std::span<float> out, std::span<const float> heights,
+void OffsetSurface(const Grid& grid, std::span<float> out, std::span<const float> heights,
                    float distance, float lateral) {
-    const Surface surface{heights, model.gridColumns, model.gridRows, model.gridSpacing};
+    const Surface surface{heights, grid.columns, grid.rows, grid.spacing};
     const SurfaceMove move{distance, lateral, IsStraight(surface, distance, lateral)};
     constexpr std::int32_t smallestBand = 4;
     ForRowBands(surface.rows, smallestBand, [&](std::int32_t firstRow, std::int32_t endRow) {
@@ -172,16 +174,17 @@ void ComputeVertexNormals(std::int32_t cols, std::int32_t rows, float spacing,
                           std::span<float> normals, std::span<const float> heights) {
     const Surface surface{heights, cols, rows, spacing};
     SurfaceWindow window(surface);
-    PaddedRow x(cols);
-    PaddedRow y(cols);
-    PaddedRow z(cols);
+    PaddedRows<float> coordinates(3, cols);
+    float* const x = coordinates.At(0);
+    float* const y = coordinates.At(1);
+    float* const z = coordinates.At(2);
     for (std::int32_t row = 0; row < rows; ++row) {
-        ZELMO_PICK_LANES(ComputeNormalsOfRow)({x.Data(), y.Data(), z.Data()}, window.At(row));
+        ZELMO_PICK_LANES(ComputeNormalsOfRow)({x, y, z}, window.At(row));
         float* normal = normals.data() + 3 * surface.RowStart(row);
         for (std::int32_t col = 0; col < cols; ++col, normal += 3) {
-            normal[0] = x.Data()[col];
-            normal[1] = y.Data()[col];
-            normal[2] = z.Data()[col];
+            normal[0] = x[col];
+            normal[1] = y[col];
+            normal[2] = z[col];
         }
     }
 }

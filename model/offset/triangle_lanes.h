@@ -2,9 +2,9 @@
 
 #include <cstdint>
 
-#include "base/lanes.h"
+#include "base/lane_code.h"
+#include "base/vector_lanes.h"
 #include "model/offset/offset_raster_lanes.h"
-#include "model/offset/vector_lanes.h"
 
 // For files of lane kernels only: the triangles of a block of neighbouring squares, one square in
 // each lane, and the test of a cell against a triangle. The order of the sums and products is part

@@ -3,8 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "base/lanes.h"
-#include "model/offset/vector_lanes.h"
+#include "base/lane_code.h"
+#include "base/vector_lanes.h"
 
 // One lane is one column. The padding makes the first and the last columns ordinary ones, but for
 // the squares that do not exist there.
@@ -25,8 +25,8 @@ struct Fan {
 /// The way from each vertex to the one `dcol` columns to the right in the given neighbouring row.
 VectorLanes ToNeighbour(const Fan& fan, std::int32_t dcol, std::int32_t drow, const float* row) {
     const float spacing = fan.surface.spacing;
-    return {EqualLanes<FloatLanes>(static_cast<float>(dcol) * spacing),
-            EqualLanes<FloatLanes>(static_cast<float>(drow) * spacing),
+    return {Broadcast<FloatLanes>(static_cast<float>(dcol) * spacing),
+            Broadcast<FloatLanes>(static_cast<float>(drow) * spacing),
             LoadLanes<FloatLanes>(row + fan.col + dcol) - fan.height};
 }
 

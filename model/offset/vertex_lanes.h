@@ -5,7 +5,7 @@
 
 #include "base/lanes.h"
 
-// The vertices of a surface, row by row. All rows are padded (model/offset/padded_row.h).
+// The vertices of a surface, row by row. All rows are padded (base/padded_rows.h).
 
 namespace zelmo {
 

@@ -10,8 +10,10 @@
 #include "base/debug_trace.h"
 #include "base/row_bands.h"
 #include "model/cover_map.h"
+#include "model/grid/grid.h"
 #include "model/offset/surface_offset.h"
-#include "model/process_model.h"
+#include "model/process.h"
+#include "model/stack.h"
 #include "model/steps/etch_lanes.h"
 #include "model/steps/steps.h"
 
@@ -23,11 +25,11 @@ constexpr float targetWeight = 1.0f;
 constexpr float resistWeight = 0.5f;
 
 /// One weight for each slot: a layer with any weight can be etched, all to the same front.
-std::vector<float> EtchWeights(const ProcessModel& model, const std::vector<std::string>& targets) {
-    std::vector<float> weights(model.layers.size(), 0.0f);
+std::vector<float> EtchWeights(const Stack& stack, const std::vector<std::string>& targets) {
+    std::vector<float> weights(stack.layers.size(), 0.0f);
     for (const std::string& target : targets) {
-        for (std::size_t id = 0; id < model.layers.size(); ++id) {
-            const Layer* layer = model.layers[id].get();
+        for (std::size_t id = 0; id < stack.layers.size(); ++id) {
+            const Layer* layer = stack.layers[id].get();
             if (layer == nullptr) {
                 continue;
             }
@@ -48,13 +50,13 @@ constexpr std::size_t stretch = 2048;
 
 /// Lowers the layers of some cells to the front, from the top of the stack down to the first
 /// material that stands. Slot 0, the substrate, is never etched.
-void EtchStretch(ProcessModel& model, const std::vector<float>& weights,
-                 std::span<const float> front, std::size_t first) {
-    std::array<std::int32_t, stretch> open;
+void EtchStretch(Stack& stack, const std::vector<float>& weights, std::span<const float> front,
+                 std::size_t first) {
+    std::array<std::int32_t, stretch> open;  // NOLINT(*-member-init): filled in the next line
     open.fill(-1);
     bool anyOpen = true;
-    for (std::size_t id = model.layers.size(); anyOpen && id-- > 1;) {
-        Layer* layer = model.layers[id].get();
+    for (std::size_t id = stack.layers.size(); anyOpen && id-- > 1;) {
+        Layer* layer = stack.layers[id].get();
         if (layer == nullptr) {
             continue;
         }
@@ -65,38 +67,37 @@ void EtchStretch(ProcessModel& model, const std::vector<float>& weights,
     }
 }
 
-void EtchLayers(ProcessModel& model, const std::vector<float>& weights,
-                std::span<const float> front) {
+void EtchLayers(Stack& stack, const std::vector<float>& weights, std::span<const float> front) {
     const std::size_t stretches = (front.size() + stretch - 1) / stretch;
     ForRowBands(static_cast<std::int32_t>(stretches), 8,
                 [&](std::int32_t firstStretch, std::int32_t endStretch) {
                     for (std::int32_t i = firstStretch; i < endStretch; ++i) {
                         const std::size_t first = static_cast<std::size_t>(i) * stretch;
                         const std::size_t count = std::min(stretch, front.size() - first);
-                        EtchStretch(model, weights, front.subspan(first, count), first);
+                        EtchStretch(stack, weights, front.subspan(first, count), first);
                     }
                 });
 }
 
 }  // namespace
 
-void ExecuteEtch(ProcessModel& model, const ProcessStep& step) {
+void ExecuteEtch(Stack& stack, const Grid& grid, const ProcessStep& step) {
     DebugTrace("Executing etch");
-    const std::vector<float> weights = EtchWeights(model, step.targets);
-    std::vector<float> surface(model.CellCount());
+    const std::vector<float> weights = EtchWeights(stack, step.targets);
+    std::vector<float> surface(grid.CellCount());
     for (std::size_t cell = 0; cell < surface.size(); ++cell) {
-        surface[cell] = model.coverMap[cell].height;
+        surface[cell] = stack.coverMap[cell].height;
     }
-    std::vector<float> front(model.CellCount());
-    OffsetSurface(model, front, surface, -step.depth, step.iso);
+    std::vector<float> front(grid.CellCount());
+    OffsetSurface(grid, front, surface, -step.depth, step.iso);
 
-    EtchLayers(model, weights, front);
-    UpdateCoverMap(model);
-    for (std::size_t id = 0; id < model.layers.size(); ++id) {
+    for (std::size_t id = 0; id < stack.layers.size(); ++id) {
         if (weights[id] != 0.0f) {
-            model.layers[id]->meshDirty = true;
+            MarkChanged(*stack.layers[id]);
         }
     }
+    EtchLayers(stack, weights, front);
+    UpdateCoverMap(stack, grid);
 }
 
 }  // namespace zelmo

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
-#include "base/lanes.h"
+#include "base/lane_code.h"
 
 namespace zelmo::ZELMO_LANES {
 

@@ -1,14 +1,17 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <utility>
 #include <vector>
 
 #include "base/debug_trace.h"
 #include "base/row_bands.h"
 #include "model/cover_map.h"
+#include "model/grid/grid.h"
 #include "model/mask/mask.h"
-#include "model/process_model.h"
+#include "model/process.h"
+#include "model/stack.h"
 #include "model/steps/coat_layer.h"
 #include "model/steps/steps.h"
 
@@ -44,26 +47,23 @@ void CutResist(Layer& layer, const std::vector<std::uint8_t>& mask,
 
 }  // namespace
 
-void ExecutePhoto(ProcessModel& model, const ProcessStep& step) {
+void ExecutePhoto(Stack& stack, const Grid& grid, std::span<const MaskPolygon> polygons,
+                  const ProcessStep& step) {
     DebugTrace("Executing photo");
-    auto layer = CreateLayer(model.gridRows, model.gridColumns, model.gridSpacing, model.graphics);
-    layer->material = step.material;
-    layer->label = step.label;
-    layer->color = step.color;
-    layer->alpha = step.alpha;
+    auto layer = CreateLayer(grid, step);
     layer->isPhotoresist = true;
-    CoatLayer(model, *layer, step.thickness, 1.0f);
+    CoatLayer(grid, stack.coverMap, *layer, step.thickness, 1.0f);
 
-    std::vector<std::uint8_t> rawMask(model.CellCount());
-    RasteriseMask(model, rawMask, step.maskId, step.maskDark);
-    std::vector<std::uint8_t> mask(model.CellCount());
-    BlurMask(model, mask, rawMask, step.res * 0.5f);
-    std::vector<float> edgeDistance(model.CellCount());
-    MaskEdgeDistance(model, edgeDistance, mask);
+    std::vector<std::uint8_t> rawMask(grid.CellCount());
+    RasteriseMask(grid, polygons, rawMask, step.maskId, step.maskDark);
+    std::vector<std::uint8_t> mask(grid.CellCount());
+    BlurMask(grid, mask, rawMask, step.res * 0.5f);
+    std::vector<float> edgeDistance(grid.CellCount());
+    MaskEdgeDistance(grid, edgeDistance, mask);
 
     CutResist(*layer, mask, edgeDistance, step.thickness, EdgeSlope(step.taper));
-    AppendLayer(model, std::move(layer));
-    UpdateCoverMap(model);
+    AppendLayer(stack, std::move(layer));
+    UpdateCoverMap(stack, grid);
 }
 
 }  // namespace zelmo

@@ -1,25 +1,39 @@
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <string>
 
 #include "base/debug_trace.h"
 #include "model/cover_map.h"
-#include "model/process_model.h"
+#include "model/process.h"
+#include "model/stack.h"
 #include "model/steps/steps.h"
 
 namespace zelmo {
 
-void ExecuteRelease(ProcessModel& model, const ProcessStep& step) {
+namespace {
+
+bool IsTarget(const Layer& layer, const ProcessStep& step) {
+    return std::ranges::any_of(step.targets, [&layer](const std::string& target) {
+        return std::strcmp(layer.material.c_str(), target.c_str()) == 0;
+    });
+}
+
+}  // namespace
+
+void ExecuteRelease(Stack& stack, const Grid& grid, const ProcessStep& step) {
     DebugTrace("Executing release");
-    for (const std::string& target : step.targets) {
-        for (const std::unique_ptr<Layer>& layer : model.layers) {
-            if (layer != nullptr && std::strcmp(layer->material.c_str(), target.c_str()) == 0) {
-                layer->top = layer->bottom;
-                layer->meshDirty = true;
-            }
+    for (const std::unique_ptr<Layer>& layer : stack.layers) {
+        if (layer != nullptr && IsTarget(*layer, step)) {
+            MarkChanged(*layer);
         }
     }
-    UpdateCoverMap(model);
+    for (const std::unique_ptr<Layer>& layer : stack.layers) {
+        if (layer != nullptr && IsTarget(*layer, step)) {
+            layer->top = layer->bottom;
+        }
+    }
+    UpdateCoverMap(stack, grid);
 }
 
 }  // namespace zelmo

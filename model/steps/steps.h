@@ -1,28 +1,32 @@
 #pragma once
 
+#include <span>
+
 namespace zelmo {
 
-struct ProcessModel;
+struct Grid;
+struct MaskPolygon;
 struct ProcessStep;
+struct Stack;
 
 // One function for each kind of step; ExecuteStep calls them. Each rewrites the layers and leaves
-// the cover map up to date.
+// the cover map up to date. Where memory runs out, layers and cover map are what they were.
 
-/// Lays the substrate on the empty grid, as layer 0.
-void ExecuteSubstrate(ProcessModel& model, const ProcessStep& step);
+/// Lays the substrate on the empty grid, as layer 0: a twentieth of the location window's width
+/// thick, in micrometres.
+void ExecuteSubstrate(Stack& stack, const Grid& grid, float windowWidth, const ProcessStep& step);
 /// Adds a levelled film.
-void ExecuteCoating(ProcessModel& model, const ProcessStep& step);
+void ExecuteCoating(Stack& stack, const Grid& grid, const ProcessStep& step);
 /// Adds a film that follows the surface.
-void ExecuteDeposition(ProcessModel& model, const ProcessStep& step);
+void ExecuteDeposition(Stack& stack, const Grid& grid, const ProcessStep& step);
 /// Adds photoresist in the pattern of a mask.
-void ExecutePhoto(ProcessModel& model, const ProcessStep& step);
+void ExecutePhoto(Stack& stack, const Grid& grid, std::span<const MaskPolygon> polygons,
+                  const ProcessStep& step);
 /// Removes exposed material down to a front.
-void ExecuteEtch(ProcessModel& model, const ProcessStep& step);
+void ExecuteEtch(Stack& stack, const Grid& grid, const ProcessStep& step);
 /// Deletes all photoresist.
-void ExecuteStrip(ProcessModel& model, const ProcessStep& step);
+void ExecuteStrip(Stack& stack, const Grid& grid, const ProcessStep& step);
 /// Removes whole materials, wherever they lie.
-void ExecuteRelease(ProcessModel& model, const ProcessStep& step);
-/// Writes the stack to "VertexData.txt" in the current directory. Says nothing if it cannot.
-void ExecuteDump(ProcessModel& model, const ProcessStep& step);
+void ExecuteRelease(Stack& stack, const Grid& grid, const ProcessStep& step);
 
 }  // namespace zelmo

@@ -1,22 +1,20 @@
 #include <memory>
-#include <utility>
 
 #include "base/debug_trace.h"
 #include "model/cover_map.h"
-#include "model/process_model.h"
+#include "model/stack.h"
 #include "model/steps/steps.h"
 
 namespace zelmo {
 
-void ExecuteStrip(ProcessModel& model, const ProcessStep&) {
+void ExecuteStrip(Stack& stack, const Grid& grid, const ProcessStep&) {
     DebugTrace("Executing strip");
-    for (std::unique_ptr<Layer>& slot : model.layers) {
+    for (std::unique_ptr<Layer>& slot : stack.layers) {
         if (slot != nullptr && slot->isPhotoresist) {
-            std::unique_ptr<Layer> stripped = std::move(slot);
-            DestroyLayer(stripped);
+            slot.reset();
         }
     }
-    UpdateCoverMap(model);
+    UpdateCoverMap(stack, grid);
 }
 
 }  // namespace zelmo

@@ -71,220 +71,80 @@ std::string LoadGlLibrary() {
 using zelmo::FindEgl;
 using zelmo::FindGl;
 
+// A row of the table is ZELMO_FORWARD(<number of arguments>, <where it is found>, <result>, <name>,
+// <types of the arguments>...).
+
+#define ZELMO_PARAMETERS_0()
+#define ZELMO_PARAMETERS_1(A) A a
+#define ZELMO_PARAMETERS_2(A, B) A a, B b
+#define ZELMO_PARAMETERS_3(A, B, C) A a, B b, C c
+#define ZELMO_PARAMETERS_4(A, B, C, D) A a, B b, C c, D d
+#define ZELMO_PARAMETERS_5(A, B, C, D, E) A a, B b, C c, D d, E e
+#define ZELMO_PARAMETERS_7(A, B, C, D, E, F, G) A a, B b, C c, D d, E e, F f, G g
+
+#define ZELMO_ARGUMENTS_0
+#define ZELMO_ARGUMENTS_1 a
+#define ZELMO_ARGUMENTS_2 a, b
+#define ZELMO_ARGUMENTS_3 a, b, c
+#define ZELMO_ARGUMENTS_4 a, b, c, d
+#define ZELMO_ARGUMENTS_5 a, b, c, d, e
+#define ZELMO_ARGUMENTS_7 a, b, c, d, e, f, g
+
+#define ZELMO_FORWARD(count, Find, Result, name, ...)    \
+    Result name(ZELMO_PARAMETERS_##count(__VA_ARGS__)) { \
+        static const auto entry = Find(#name, &name);    \
+        return entry(ZELMO_ARGUMENTS_##count);           \
+    }
+
 extern "C" {
 
+// clang-format off
+
 // EGL
-
-__eglMustCastToProperFunctionPointerType eglGetProcAddress(const char* name) {
-    static const auto entry = FindEgl("eglGetProcAddress", &eglGetProcAddress);
-    return entry(name);
-}
-
-EGLBoolean eglBindAPI(EGLenum api) {
-    static const auto entry = FindEgl("eglBindAPI", &eglBindAPI);
-    return entry(api);
-}
-
-EGLBoolean eglChooseConfig(EGLDisplay display, const EGLint* attributes, EGLConfig* configs,
-                           EGLint size, EGLint* count) {
-    static const auto entry = FindEgl("eglChooseConfig", &eglChooseConfig);
-    return entry(display, attributes, configs, size, count);
-}
-
-EGLContext eglCreateContext(EGLDisplay display, EGLConfig config, EGLContext share,
-                            const EGLint* attributes) {
-    static const auto entry = FindEgl("eglCreateContext", &eglCreateContext);
-    return entry(display, config, share, attributes);
-}
-
-EGLBoolean eglDestroyContext(EGLDisplay display, EGLContext context) {
-    static const auto entry = FindEgl("eglDestroyContext", &eglDestroyContext);
-    return entry(display, context);
-}
-
-EGLContext eglGetCurrentContext() {
-    static const auto entry = FindEgl("eglGetCurrentContext", &eglGetCurrentContext);
-    return entry();
-}
-
-EGLDisplay eglGetDisplay(EGLNativeDisplayType native) {
-    static const auto entry = FindEgl("eglGetDisplay", &eglGetDisplay);
-    return entry(native);
-}
-
-EGLint eglGetError() {
-    static const auto entry = FindEgl("eglGetError", &eglGetError);
-    return entry();
-}
-
-EGLBoolean eglInitialize(EGLDisplay display, EGLint* major, EGLint* minor) {
-    static const auto entry = FindEgl("eglInitialize", &eglInitialize);
-    return entry(display, major, minor);
-}
-
-EGLBoolean eglMakeCurrent(EGLDisplay display, EGLSurface draw, EGLSurface read,
-                          EGLContext context) {
-    static const auto entry = FindEgl("eglMakeCurrent", &eglMakeCurrent);
-    return entry(display, draw, read, context);
-}
-
-const char* eglQueryString(EGLDisplay display, EGLint name) {
-    static const auto entry = FindEgl("eglQueryString", &eglQueryString);
-    return entry(display, name);
-}
-
-EGLBoolean eglTerminate(EGLDisplay display) {
-    static const auto entry = FindEgl("eglTerminate", &eglTerminate);
-    return entry(display);
-}
+ZELMO_FORWARD(1, FindEgl, __eglMustCastToProperFunctionPointerType, eglGetProcAddress, const char*)
+ZELMO_FORWARD(1, FindEgl, EGLBoolean, eglBindAPI, EGLenum)
+ZELMO_FORWARD(5, FindEgl, EGLBoolean, eglChooseConfig, EGLDisplay, const EGLint*, EGLConfig*, EGLint, EGLint*)
+ZELMO_FORWARD(4, FindEgl, EGLContext, eglCreateContext, EGLDisplay, EGLConfig, EGLContext, const EGLint*)
+ZELMO_FORWARD(2, FindEgl, EGLBoolean, eglDestroyContext, EGLDisplay, EGLContext)
+ZELMO_FORWARD(0, FindEgl, EGLContext, eglGetCurrentContext)
+ZELMO_FORWARD(1, FindEgl, EGLDisplay, eglGetDisplay, EGLNativeDisplayType)
+ZELMO_FORWARD(0, FindEgl, EGLint, eglGetError)
+ZELMO_FORWARD(3, FindEgl, EGLBoolean, eglInitialize, EGLDisplay, EGLint*, EGLint*)
+ZELMO_FORWARD(4, FindEgl, EGLBoolean, eglMakeCurrent, EGLDisplay, EGLSurface, EGLSurface, EGLContext)
+ZELMO_FORWARD(2, FindEgl, const char*, eglQueryString, EGLDisplay, EGLint)
+ZELMO_FORWARD(1, FindEgl, EGLBoolean, eglTerminate, EGLDisplay)
 
 // OpenGL 1.1
+ZELMO_FORWARD(1, FindGl, void, glBegin, GLenum)
+ZELMO_FORWARD(7, FindGl, void, glBitmap, GLsizei, GLsizei, GLfloat, GLfloat, GLfloat, GLfloat, const GLubyte*)
+ZELMO_FORWARD(2, FindGl, void, glBlendFunc, GLenum, GLenum)
+ZELMO_FORWARD(3, FindGl, void, glCallLists, GLsizei, GLenum, const void*)
+ZELMO_FORWARD(1, FindGl, void, glClear, GLbitfield)
+ZELMO_FORWARD(4, FindGl, void, glClearColor, GLclampf, GLclampf, GLclampf, GLclampf)
+ZELMO_FORWARD(4, FindGl, void, glColor4f, GLfloat, GLfloat, GLfloat, GLfloat)
+ZELMO_FORWARD(2, FindGl, void, glDeleteLists, GLuint, GLsizei)
+ZELMO_FORWARD(1, FindGl, void, glDisable, GLenum)
+ZELMO_FORWARD(3, FindGl, void, glDrawArrays, GLenum, GLint, GLsizei)
+ZELMO_FORWARD(4, FindGl, void, glDrawElements, GLenum, GLsizei, GLenum, const void*)
+ZELMO_FORWARD(1, FindGl, void, glEnable, GLenum)
+ZELMO_FORWARD(0, FindGl, void, glEnd)
+ZELMO_FORWARD(0, FindGl, void, glEndList)
+ZELMO_FORWARD(0, FindGl, void, glFlush)
+ZELMO_FORWARD(1, FindGl, GLuint, glGenLists, GLsizei)
+ZELMO_FORWARD(0, FindGl, GLenum, glGetError)
+ZELMO_FORWARD(2, FindGl, void, glGetIntegerv, GLenum, GLint*)
+ZELMO_FORWARD(1, FindGl, const GLubyte*, glGetString, GLenum)
+ZELMO_FORWARD(1, FindGl, GLboolean, glIsEnabled, GLenum)
+ZELMO_FORWARD(1, FindGl, GLboolean, glIsList, GLuint)
+ZELMO_FORWARD(1, FindGl, void, glListBase, GLuint)
+ZELMO_FORWARD(2, FindGl, void, glNewList, GLuint, GLenum)
+ZELMO_FORWARD(2, FindGl, void, glPixelStorei, GLenum, GLint)
+ZELMO_FORWARD(0, FindGl, void, glPopClientAttrib)
+ZELMO_FORWARD(1, FindGl, void, glPushClientAttrib, GLbitfield)
+ZELMO_FORWARD(7, FindGl, void, glReadPixels, GLint, GLint, GLsizei, GLsizei, GLenum, GLenum, void*)
+ZELMO_FORWARD(2, FindGl, void, glVertex2f, GLfloat, GLfloat)
+ZELMO_FORWARD(4, FindGl, void, glViewport, GLint, GLint, GLsizei, GLsizei)
 
-void glBegin(GLenum mode) {
-    static const auto entry = FindGl("glBegin", &glBegin);
-    entry(mode);
-}
-
-void glBitmap(GLsizei width, GLsizei height, GLfloat xOrigin, GLfloat yOrigin, GLfloat xMove,
-              GLfloat yMove, const GLubyte* bitmap) {
-    static const auto entry = FindGl("glBitmap", &glBitmap);
-    entry(width, height, xOrigin, yOrigin, xMove, yMove, bitmap);
-}
-
-void glBlendFunc(GLenum source, GLenum destination) {
-    static const auto entry = FindGl("glBlendFunc", &glBlendFunc);
-    entry(source, destination);
-}
-
-void glCallLists(GLsizei count, GLenum type, const void* lists) {
-    static const auto entry = FindGl("glCallLists", &glCallLists);
-    entry(count, type, lists);
-}
-
-void glClear(GLbitfield mask) {
-    static const auto entry = FindGl("glClear", &glClear);
-    entry(mask);
-}
-
-void glClearColor(GLclampf red, GLclampf green, GLclampf blue, GLclampf alpha) {
-    static const auto entry = FindGl("glClearColor", &glClearColor);
-    entry(red, green, blue, alpha);
-}
-
-void glColor4f(GLfloat red, GLfloat green, GLfloat blue, GLfloat alpha) {
-    static const auto entry = FindGl("glColor4f", &glColor4f);
-    entry(red, green, blue, alpha);
-}
-
-void glDeleteLists(GLuint list, GLsizei range) {
-    static const auto entry = FindGl("glDeleteLists", &glDeleteLists);
-    entry(list, range);
-}
-
-void glDisable(GLenum capability) {
-    static const auto entry = FindGl("glDisable", &glDisable);
-    entry(capability);
-}
-
-void glDrawArrays(GLenum mode, GLint first, GLsizei count) {
-    static const auto entry = FindGl("glDrawArrays", &glDrawArrays);
-    entry(mode, first, count);
-}
-
-void glDrawElements(GLenum mode, GLsizei count, GLenum type, const void* indices) {
-    static const auto entry = FindGl("glDrawElements", &glDrawElements);
-    entry(mode, count, type, indices);
-}
-
-void glEnable(GLenum capability) {
-    static const auto entry = FindGl("glEnable", &glEnable);
-    entry(capability);
-}
-
-void glEnd() {
-    static const auto entry = FindGl("glEnd", &glEnd);
-    entry();
-}
-
-void glEndList() {
-    static const auto entry = FindGl("glEndList", &glEndList);
-    entry();
-}
-
-void glFlush() {
-    static const auto entry = FindGl("glFlush", &glFlush);
-    entry();
-}
-
-GLuint glGenLists(GLsizei range) {
-    static const auto entry = FindGl("glGenLists", &glGenLists);
-    return entry(range);
-}
-
-GLenum glGetError() {
-    static const auto entry = FindGl("glGetError", &glGetError);
-    return entry();
-}
-
-void glGetIntegerv(GLenum name, GLint* values) {
-    static const auto entry = FindGl("glGetIntegerv", &glGetIntegerv);
-    entry(name, values);
-}
-
-const GLubyte* glGetString(GLenum name) {
-    static const auto entry = FindGl("glGetString", &glGetString);
-    return entry(name);
-}
-
-GLboolean glIsEnabled(GLenum capability) {
-    static const auto entry = FindGl("glIsEnabled", &glIsEnabled);
-    return entry(capability);
-}
-
-GLboolean glIsList(GLuint list) {
-    static const auto entry = FindGl("glIsList", &glIsList);
-    return entry(list);
-}
-
-void glListBase(GLuint base) {
-    static const auto entry = FindGl("glListBase", &glListBase);
-    entry(base);
-}
-
-void glNewList(GLuint list, GLenum mode) {
-    static const auto entry = FindGl("glNewList", &glNewList);
-    entry(list, mode);
-}
-
-void glPixelStorei(GLenum name, GLint value) {
-    static const auto entry = FindGl("glPixelStorei", &glPixelStorei);
-    entry(name, value);
-}
-
-void glPopClientAttrib() {
-    static const auto entry = FindGl("glPopClientAttrib", &glPopClientAttrib);
-    entry();
-}
-
-void glPushClientAttrib(GLbitfield mask) {
-    static const auto entry = FindGl("glPushClientAttrib", &glPushClientAttrib);
-    entry(mask);
-}
-
-void glReadPixels(GLint x, GLint y, GLsizei width, GLsizei height, GLenum format, GLenum type,
-                  void* pixels) {
-    static const auto entry = FindGl("glReadPixels", &glReadPixels);
-    entry(x, y, width, height, format, type, pixels);
-}
-
-void glVertex2f(GLfloat x, GLfloat y) {
-    static const auto entry = FindGl("glVertex2f", &glVertex2f);
-    entry(x, y);
-}
-
-void glViewport(GLint x, GLint y, GLsizei width, GLsizei height) {
-    static const auto entry = FindGl("glViewport", &glViewport);
-    entry(x, y, width, height);
-}
+// clang-format on
 
 }  // extern "C"

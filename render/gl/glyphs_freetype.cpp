@@ -7,7 +7,6 @@
 
 #include <algorithm>
 #include <memory>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -73,14 +72,17 @@ FontFile FindFontFile(const std::string& face, std::int32_t weight) {
     return file;
 }
 
-FontFace OpenFace(FT_Library library, const FontFile& file) {
+/// Null, with the reason in `problem`, if the file is of no use.
+FontFace OpenFace(FT_Library library, const FontFile& file, std::string& problem) {
     FT_Face face = nullptr;
     if (FT_New_Face(library, file.path.c_str(), file.index, &face) != 0) {
-        throw std::runtime_error("The font file " + file.path + " cannot be read");
+        problem = "The font file " + file.path + " cannot be read";
+        return nullptr;
     }
     FontFace owner(face);
     if (!FT_IS_SCALABLE(face)) {
-        throw std::runtime_error("The font file " + file.path + " has glyphs of one size only");
+        problem = "The font file " + file.path + " has glyphs of one size only";
+        return nullptr;
     }
     return owner;
 }
@@ -162,15 +164,20 @@ void RecordGlyph(GLuint list, const GlyphBitmap& glyph, float advance) {
 
 }  // namespace
 
-GlyphMetrics MakeGlyphLists(std::string_view face, std::uint32_t height, std::int32_t weight,
-                            std::uint32_t listBase) {
+std::optional<GlyphMetrics> MakeGlyphLists(std::string_view face, std::uint32_t height,
+                                           std::int32_t weight, std::uint32_t listBase,
+                                           std::string& problem) {
     const FontFile file = FindFontFile(std::string(face), weight);
     FT_Library rawLibrary = nullptr;
     if (file.path.empty() || FT_Init_FreeType(&rawLibrary) != 0) {
-        throw std::runtime_error("There is no font for the labels of the pictures");
+        problem = "There is no font for the labels of the pictures";
+        return std::nullopt;
     }
     const FontLibrary library(rawLibrary);
-    const FontFace font = OpenFace(library.get(), file);
+    const FontFace font = OpenFace(library.get(), file, problem);
+    if (font == nullptr) {
+        return std::nullopt;
+    }
     const LineMetrics metrics = SetLineHeight(font.get(), height);
 
     glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
@@ -184,8 +191,8 @@ GlyphMetrics MakeGlyphLists(std::string_view face, std::uint32_t height, std::in
         RecordGlyph(listBase + code, glyph, static_cast<float>(PixelFloor(slot->advance.x)));
     }
     glPopClientAttrib();
-    return {static_cast<std::int32_t>(metrics.ascent + metrics.descent),
-            static_cast<std::int32_t>(metrics.averageWidth)};
+    return GlyphMetrics{static_cast<std::int32_t>(metrics.ascent + metrics.descent),
+                        static_cast<std::int32_t>(metrics.averageWidth)};
 }
 
 }  // namespace zelmo

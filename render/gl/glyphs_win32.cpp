@@ -1,7 +1,6 @@
 #include <GL/glew.h>
 #include <windows.h>
 
-#include <stdexcept>
 #include <string>
 
 #include "render/gl/glyphs.h"
@@ -66,17 +65,19 @@ void RecordBlanks(HDC deviceContext, GLuint listBase) {
 
 }  // namespace
 
-GlyphMetrics MakeGlyphLists(std::string_view face, std::uint32_t height, std::int32_t weight,
-                            std::uint32_t listBase) {
+std::optional<GlyphMetrics> MakeGlyphLists(std::string_view face, std::uint32_t height,
+                                           std::int32_t weight, std::uint32_t listBase,
+                                           std::string& problem) {
     const HDC deviceContext = wglGetCurrentDC();
     const SelectedFont font(deviceContext, face, height, weight);
     TEXTMETRICW metrics{};
     if (!font.IsSelected() || GetTextMetricsW(deviceContext, &metrics) == FALSE) {
-        throw std::runtime_error("There is no font for the labels of the pictures");
+        problem = "There is no font for the labels of the pictures";
+        return std::nullopt;
     }
     wglUseFontBitmapsW(deviceContext, 0, glyphCount, listBase);
     RecordBlanks(deviceContext, listBase);
-    return {metrics.tmHeight, metrics.tmAveCharWidth};
+    return GlyphMetrics{metrics.tmHeight, metrics.tmAveCharWidth};
 }
 
 }  // namespace zelmo

@@ -7,7 +7,6 @@
 #include <string_view>
 
 #include "base/file.h"
-#include "base/log_console.h"
 #include "base/text.h"
 
 namespace zelmo {
@@ -15,6 +14,7 @@ namespace zelmo {
 namespace {
 
 constexpr GLsizei maxLinkLog = 1024;
+constexpr std::string_view promise = "zelmo: hidden parts may be left out";
 
 bool Contains(std::string_view line, std::string_view text) {
     return line.find(text) != std::string_view::npos;
@@ -40,16 +40,17 @@ std::string LinkLog(GLuint program) {
 
 }  // namespace
 
-ShaderSources LoadShaderFile(const std::filesystem::path& path, LogConsole* console) {
+ShaderSources LoadShaderFile(const std::filesystem::path& path) {
     ShaderSources sources;
     const FilePointer file = OpenFile(path, "rb");
     if (!file) {
-        console->Write(L"Failed to open shader file: " + PathText(path));
         return sources;
     }
+    sources.opened = true;
     std::string* stage = &sources.vertexSource;
     std::string line;
     while (ReadTextLine(file.get(), line)) {
+        sources.hiddenPartsMayBeLeftOut |= Contains(line, promise);
         if (!Contains(line, "#shader")) {
             stage->append(line);
         } else if (Contains(line, " vertex")) {
@@ -61,7 +62,7 @@ ShaderSources LoadShaderFile(const std::filesystem::path& path, LogConsole* cons
     return sources;
 }
 
-std::uint32_t CompileShader(std::uint32_t type, const std::string& source, LogConsole* console) {
+std::uint32_t CompileShader(std::uint32_t type, const std::string& source, std::string& error) {
     const GLuint shader = glCreateShader(type);
     const char* const text = source.c_str();
     glShaderSource(shader, 1, &text, nullptr);
@@ -71,28 +72,38 @@ std::uint32_t CompileShader(std::uint32_t type, const std::string& source, LogCo
     if (status == 1) {
         return shader;
     }
-    console->Write(fmt::format("Failed to compile {} shader with error {}",
-                               type == GL_VERTEX_SHADER ? "vertex" : "fragment",
-                               ShaderLog(shader)));
+    error = fmt::format("Failed to compile {} shader with error {}",
+                        type == GL_VERTEX_SHADER ? "vertex" : "fragment", ShaderLog(shader));
     glDeleteShader(shader);
     return 0;
 }
 
-ShaderProgram::ShaderProgram(const std::filesystem::path& path, LogConsole* console) {
-    const ShaderSources sources = LoadShaderFile(path, console);
+ShaderProgram::ShaderProgram(const std::filesystem::path& path) {
+    const ShaderSources sources = LoadShaderFile(path);
+    hiddenPartsMayBeLeftOut_ = sources.hiddenPartsMayBeLeftOut;
+    if (!sources.opened) {
+        errors_.push_back(L"Failed to open shader file: " + PathText(path));
+    }
     program_ = glCreateProgram();
-    const GLuint vertexShader = CompileShader(GL_VERTEX_SHADER, sources.vertexSource, console);
-    const GLuint fragmentShader =
-        CompileShader(GL_FRAGMENT_SHADER, sources.fragmentSource, console);
+    const auto compile = [this](GLenum type, const std::string& source) {
+        std::string error;
+        const GLuint shader = CompileShader(type, source, error);
+        if (shader == 0) {
+            errors_.push_back(WidenBytes(error));
+        }
+        return shader;
+    };
+    const GLuint vertexShader = compile(GL_VERTEX_SHADER, sources.vertexSource);
+    const GLuint fragmentShader = compile(GL_FRAGMENT_SHADER, sources.fragmentSource);
     glAttachShader(program_, vertexShader);
     glAttachShader(program_, fragmentShader);
     glLinkProgram(program_);
     GLint status = 0;
     glGetProgramiv(program_, GL_LINK_STATUS, &status);
     // Some drivers link a program that lacks a stage; it would draw in colours of its own.
-    usable_ = status == 1 && vertexShader != 0 && fragmentShader != 0;
-    if (!usable_) {
-        console->Write(fmt::format("Failed to link program with error {}", LinkLog(program_)));
+    if (status != 1 || vertexShader == 0 || fragmentShader == 0) {
+        errors_.push_back(
+            WidenBytes(fmt::format("Failed to link program with error {}", LinkLog(program_))));
     }
     glValidateProgram(program_);
     glDeleteShader(vertexShader);

@@ -28,8 +28,10 @@ GlFont TextFont::GetFont(std::uint32_t height, std::int32_t weight) {
         }
     }
     GlyphLists lists;
-    const GlyphMetrics metrics = MakeGlyphLists(faceName, height, weight, lists.Base());
-    GlFont font{lists.Base(), metrics.cellHeight, metrics.averageWidth, faceName, weight};
+    const auto metrics = MakeGlyphLists(faceName, height, weight, lists.Base(), problem_);
+    GlFont font =
+        metrics ? GlFont{lists.Base(), metrics->cellHeight, metrics->averageWidth, faceName, weight}
+                : GlFont{0, 0, 0, faceName, weight};
     fonts_.push_back({height, std::move(lists), font});
     return font;
 }

@@ -10,7 +10,7 @@ namespace zelmo {
 /// A bitmap font in GL display lists, one a character code. A value: the lists belong to the
 /// TextFont that it came from.
 struct GlFont {
-    std::uint32_t listBase = 0;  ///< first of 256 lists
+    std::uint32_t listBase = 0;  ///< first of 256 lists; 0 where the system has no font
     std::int32_t height = 0;     ///< measured height of a line in pixels
     std::int32_t averageWidth = 0;
     std::string faceName;
@@ -35,9 +35,12 @@ private:
 /// asked for, and at its end.
 class TextFont {
 public:
-    /// The font of this height and weight, made at the first request. Throws std::runtime_error if
-    /// the system has no font.
+    /// The font of this height and weight, made at the first request. Where the system has none it
+    /// has no lists and measures nothing.
     GlFont GetFont(std::uint32_t height, std::int32_t weight);
+
+    /// Why there is no font; empty as long as every one that was asked for could be made.
+    const std::string& Problem() const { return problem_; }
 
 private:
     struct Entry {
@@ -46,6 +49,7 @@ private:
         GlFont font;
     };
     std::vector<Entry> fonts_;
+    std::string problem_;
 };
 
 }  // namespace zelmo

@@ -20,7 +20,7 @@ namespace {
 
 using Vector = std::array<float, 3>;
 
-constexpr std::int32_t smallestBand = 32;
+constexpr std::int32_t fewestSquareRows = 32;
 
 void AddCross(Vector& sum, const Vector& a, const Vector& b) {
     sum[0] += a[1] * b[2] - a[2] * b[1];
@@ -102,27 +102,27 @@ private:
     std::vector<float> z_;
 };
 
-/// How many vertices and indices a mesh has before one of its bands.
+/// How many vertices and indices a mesh has before one of its rows of squares.
 struct MeshPlace {
     std::uint32_t vertices = 0;
     std::uint32_t indices = 0;
 };
 
-/// The outline of a mesh: which triangles there are, and where each band's part of it lies. With it
-/// the bands can be written in any order.
+/// The outline of a mesh: which triangles there are, and where each row's part of it lies. With it
+/// the rows of squares can be written in any order.
 class MeshPlan {
 public:
     explicit MeshPlan(const MeshWindow& window)
         : window_(window),
-          squaresPerBand_(static_cast<std::size_t>(std::max(window.cols - 1, 0))),
-          bands_(squaresPerBand_ > 0 ? std::max(window.rows - 1, 0) : 0),
-          squares_(squaresPerBand_ * static_cast<std::size_t>(bands_)),
-          places_(static_cast<std::size_t>(bands_) + 1) {
-        ForRowBands(bands_, smallestBand,
+          squaresPerRow_(static_cast<std::size_t>(std::max(window.cols - 1, 0))),
+          squareRows_(squaresPerRow_ > 0 ? std::max(window.rows - 1, 0) : 0),
+          squares_(squaresPerRow_ * static_cast<std::size_t>(squareRows_)),
+          places_(static_cast<std::size_t>(squareRows_) + 1) {
+        ForRowBands(squareRows_, fewestSquareRows,
                     [this](std::int32_t first, std::int32_t end) { FindSquares(first, end); });
-        ForRowBands(bands_, smallestBand, [this](std::int32_t first, std::int32_t end) {
-            for (std::int32_t band = first; band < end; ++band) {
-                CountBand(band);
+        ForRowBands(squareRows_, fewestSquareRows, [this](std::int32_t first, std::int32_t end) {
+            for (std::int32_t squareRow = first; squareRow < end; ++squareRow) {
+                CountSquareRow(squareRow);
             }
         });
         for (std::size_t i = 1; i < places_.size(); ++i) {
@@ -134,14 +134,14 @@ public:
         }
     }
 
-    std::int32_t Bands() const { return bands_; }
-    std::size_t SquaresPerBand() const { return squaresPerBand_; }
-    const std::uint8_t* Band(std::int32_t band) const {
-        return squares_.data() + static_cast<std::size_t>(band) * squaresPerBand_;
+    std::int32_t SquareRows() const { return squareRows_; }
+    std::size_t SquaresPerRow() const { return squaresPerRow_; }
+    const std::uint8_t* SquareRow(std::int32_t squareRow) const {
+        return squares_.data() + static_cast<std::size_t>(squareRow) * squaresPerRow_;
     }
-    /// Where a band begins; that after the last one is the wall.
-    const MeshPlace& PlaceOf(std::int32_t band) const {
-        return places_[static_cast<std::size_t>(band)];
+    /// Where a row of squares begins; that after the last one is the wall.
+    const MeshPlace& PlaceOf(std::int32_t squareRow) const {
+        return places_[static_cast<std::size_t>(squareRow)];
     }
     std::size_t IndexCount() const { return places_.back().indices + wallIndices_; }
 
@@ -151,14 +151,14 @@ private:
         std::vector<std::uint8_t> front(cols);
         std::vector<std::uint8_t> back(cols);
         FindThick(first, back);
-        for (std::int32_t band = first; band < end; ++band) {
+        for (std::int32_t squareRow = first; squareRow < end; ++squareRow) {
             front.swap(back);
-            FindThick(band + 1, back);
+            FindThick(squareRow + 1, back);
             std::uint8_t* squares =
-                squares_.data() + static_cast<std::size_t>(band) * squaresPerBand_;
+                squares_.data() + static_cast<std::size_t>(squareRow) * squaresPerRow_;
             const std::uint8_t* f = front.data();
             const std::uint8_t* b = back.data();
-            for (std::size_t i = 0; i < squaresPerBand_; ++i) {
+            for (std::size_t i = 0; i < squaresPerRow_; ++i) {
                 const unsigned diagonal = f[i + 1] | b[i];
                 squares[i] =
                     static_cast<std::uint8_t>((diagonal | f[i]) | ((diagonal | b[i + 1]) << 1));
@@ -175,31 +175,32 @@ private:
         }
     }
 
-    /// Each band's own counts stand behind its place until they are summed up.
-    void CountBand(std::int32_t band) {
-        const std::uint8_t* squares = Band(band);
+    /// Each row's own counts stand behind its place until they are summed up.
+    void CountSquareRow(std::int32_t squareRow) {
+        const std::uint8_t* squares = SquareRow(squareRow);
         std::uint32_t triangles = 0;
-        for (std::size_t i = 0; i < squaresPerBand_; ++i) {
+        for (std::size_t i = 0; i < squaresPerRow_; ++i) {
             const unsigned bits = squares[i];
             triangles += (bits & 1) + (bits >> 1);
         }
-        places_[static_cast<std::size_t>(band) + 1] = {
-            CountNewVertices(band > 0 ? Band(band - 1) : nullptr, squares, squaresPerBand_),
+        places_[static_cast<std::size_t>(squareRow) + 1] = {
+            CountNewVertices(squareRow > 0 ? SquareRow(squareRow - 1) : nullptr, squares,
+                             squaresPerRow_),
             6 * triangles};
     }
 
     const MeshWindow& window_;
-    std::size_t squaresPerBand_;
-    std::int32_t bands_;
+    std::size_t squaresPerRow_;
+    std::int32_t squareRows_;
     std::vector<std::uint8_t> squares_;
     std::vector<MeshPlace> places_;
     std::size_t wallIndices_ = 0;
 };
 
-/// Writes the vertices and indices of some bands of a mesh, one after the other.
-class BandWriter {
+/// Writes the vertices and indices of some rows of squares of a mesh, one after the other.
+class SquareRowWriter {
 public:
-    BandWriter(const MeshWindow& window, const MeshPlan& plan, LayerMesh& mesh)
+    SquareRowWriter(const MeshWindow& window, const MeshPlan& plan, LayerMesh& mesh)
         : window_(window),
           plan_(plan),
           mesh_(mesh),
@@ -213,35 +214,36 @@ public:
         }
     }
 
-    void Write(std::int32_t firstBand, std::int32_t endBand) {
-        NumberRowBefore(firstBand);
-        backNormals_.Compute(window_, firstBand);
-        for (std::int32_t band = firstBand; band < endBand; ++band) {
+    void Write(std::int32_t firstSquareRow, std::int32_t endSquareRow) {
+        NumberRowBefore(firstSquareRow);
+        backNormals_.Compute(window_, firstSquareRow);
+        for (std::int32_t squareRow = firstSquareRow; squareRow < endSquareRow; ++squareRow) {
             std::swap(front_, back_);
             std::swap(frontNormals_, backNormals_);
-            backNormals_.Compute(window_, band + 1);
-            WriteBand(band);
+            backNormals_.Compute(window_, squareRow + 1);
+            WriteSquareRow(squareRow);
         }
     }
 
 private:
-    /// Numbers the row that a band shares with the band before it, which writes its vertices.
-    void NumberRowBefore(std::int32_t band) {
-        const std::size_t count = plan_.SquaresPerBand();
-        if (band == 0) {
+    /// Numbers the vertices that a row of squares shares with the one before it, which writes them.
+    void NumberRowBefore(std::int32_t squareRow) {
+        const std::size_t count = plan_.SquaresPerRow();
+        if (squareRow == 0) {
             MarkBackRow(nullptr, count, back_);
             return;
         }
-        MarkBackRow(band > 1 ? plan_.Band(band - 2) : nullptr, count, front_);
-        NumberBand(plan_.Band(band - 1), count, front_, back_, plan_.PlaceOf(band - 1).vertices);
+        MarkBackRow(squareRow > 1 ? plan_.SquareRow(squareRow - 2) : nullptr, count, front_);
+        NumberSquareRow(plan_.SquareRow(squareRow - 1), count, front_, back_,
+                        plan_.PlaceOf(squareRow - 1).vertices);
     }
 
-    void WriteBand(std::int32_t band) {
-        const std::uint32_t next = plan_.PlaceOf(band).vertices;
-        NumberBand(plan_.Band(band), plan_.SquaresPerBand(), front_, back_, next);
-        WriteVertices(band, front_, frontNormals_, next);
-        WriteVertices(band + 1, back_, backNormals_, next);
-        WriteIndices(band);
+    void WriteSquareRow(std::int32_t squareRow) {
+        const std::uint32_t next = plan_.PlaceOf(squareRow).vertices;
+        NumberSquareRow(plan_.SquareRow(squareRow), plan_.SquaresPerRow(), front_, back_, next);
+        WriteVertices(squareRow, front_, frontNormals_, next);
+        WriteVertices(squareRow + 1, back_, backNormals_, next);
+        WriteIndices(squareRow);
     }
 
     /// Writes the vertices of a row whose numbers are `next` or higher: those that are new.
@@ -263,9 +265,9 @@ private:
         }
     }
 
-    void WriteIndices(std::int32_t band) {
-        const std::uint8_t* squares = plan_.Band(band);
-        std::uint32_t* out = mesh_.indices.data() + plan_.PlaceOf(band).indices;
+    void WriteIndices(std::int32_t squareRow) {
+        const std::uint8_t* squares = plan_.SquareRow(squareRow);
+        std::uint32_t* out = mesh_.indices.data() + plan_.PlaceOf(squareRow).indices;
         const auto write = [&out](const VertexNumbers& a, const VertexNumbers& b,
                                   const VertexNumbers& c) {
             out[0] = a.lower;
@@ -276,7 +278,7 @@ private:
             out[5] = c.upper;
             out += 6;
         };
-        for (std::size_t i = 0; i < plan_.SquaresPerBand(); ++i) {
+        for (std::size_t i = 0; i < plan_.SquaresPerRow(); ++i) {
             if ((squares[i] & hasFrontTriangle) != 0) {
                 write(front_[i], front_[i + 1], back_[i]);
             }
@@ -314,7 +316,7 @@ void AppendWall(const MeshWindow& window, LayerMesh& mesh) {
 LayerMesh MakeLayerMesh(const Layer& layer, std::int32_t marginCols, std::int32_t marginRows) {
     const MeshWindow window(layer, marginCols, marginRows);
     const MeshPlan plan(window);
-    const MeshPlace& sheets = plan.PlaceOf(plan.Bands());
+    const MeshPlace& sheets = plan.PlaceOf(plan.SquareRows());
     LayerMesh mesh;
     mesh.indices.reserve(plan.IndexCount());
     // The wall has no more vertices than indices, and no more than two a column.
@@ -322,24 +324,13 @@ LayerMesh MakeLayerMesh(const Layer& layer, std::int32_t marginCols, std::int32_
                                                      2 * static_cast<std::size_t>(window.cols)));
     mesh.indices.resize(sheets.indices);
     mesh.vertices.resize(sheets.vertices);
-    ForRowBands(plan.Bands(), smallestBand, [&](std::int32_t first, std::int32_t end) {
-        BandWriter(window, plan, mesh).Write(first, end);
+    ForRowBands(plan.SquareRows(), fewestSquareRows, [&](std::int32_t first, std::int32_t end) {
+        SquareRowWriter(window, plan, mesh).Write(first, end);
     });
     if (window.rows > 0) {
         AppendWall(window, mesh);
     }
     return mesh;
-}
-
-void BuildLayerMesh(Layer& layer, std::int32_t marginCols, std::int32_t marginRows) {
-    if (layer.graphics == nullptr) {
-        const MeshWindow window(layer, marginCols, marginRows);
-        layer.indexCount = static_cast<std::int32_t>(MeshPlan(window).IndexCount());
-        return;
-    }
-    const LayerMesh mesh = MakeLayerMesh(layer, marginCols, marginRows);
-    layer.indexCount = static_cast<std::int32_t>(mesh.indices.size());
-    layer.graphics->UploadLayerMesh(layer, mesh.vertices, mesh.indices);
 }
 
 }  // namespace zelmo

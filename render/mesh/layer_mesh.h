@@ -2,11 +2,12 @@
 
 #include <cstdint>
 
-#include "model/layer_graphics.h"
-#include "model/process_model.h"
 #include "render/mesh/mesh_vector.h"
+#include "render/mesh/mesh_vertex.h"
 
 namespace zelmo {
+
+struct Layer;
 
 /// Triangles of a layer: lower sheet, upper sheet and front wall over the location window.
 struct LayerMesh {
@@ -16,9 +17,5 @@ struct LayerMesh {
 
 /// The mesh of a layer without the grid's margin of `marginCols` and `marginRows` cells.
 LayerMesh MakeLayerMesh(const Layer& layer, std::int32_t marginCols, std::int32_t marginRows);
-
-/// Makes the mesh, stores its `indexCount` in the layer and uploads it where the layer has
-/// graphics.
-void BuildLayerMesh(Layer& layer, std::int32_t marginCols, std::int32_t marginRows);
 
 }  // namespace zelmo

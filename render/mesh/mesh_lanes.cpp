@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "base/lanes.h"
-#include "model/offset/vector_lanes.h"
+#include "base/lane_code.h"
+#include "base/vector_lanes.h"
 
 namespace zelmo::ZELMO_LANES {
 
@@ -21,8 +21,8 @@ void AddCross(VectorLanes& sum, const VectorLanes& a, const VectorLanes& b) {
 VectorLanes SumFan(const FanRow& row, std::int32_t col) {
     const FloatLanes height = LoadLanes<FloatLanes>(row.here + col);
     const auto neighbour = [&](std::int32_t dCol, std::int32_t dRow, const float* heights) {
-        return VectorLanes{EqualLanes<FloatLanes>(static_cast<float>(dCol) * row.spacing),
-                           EqualLanes<FloatLanes>(static_cast<float>(dRow) * row.spacing),
+        return VectorLanes{Broadcast<FloatLanes>(static_cast<float>(dCol) * row.spacing),
+                           Broadcast<FloatLanes>(static_cast<float>(dRow) * row.spacing),
                            LoadLanes<FloatLanes>(heights + col + dCol) - height};
     };
     const VectorLanes left = neighbour(-1, 0, row.here);

@@ -7,7 +7,7 @@ namespace zelmo {
 namespace {
 
 /// Whether one of two neighbouring squares has a triangle that touches the position between them,
-/// in the row behind their band or in the row before it.
+/// in the row behind their row of squares or in the row before it.
 bool TouchBack(unsigned left, unsigned right) {
     return ((left & hasBackTriangle) | (right & hasSquare)) != 0;
 }
@@ -15,7 +15,7 @@ bool TouchFront(unsigned left, unsigned right) {
     return ((left & hasSquare) | (right & hasFrontTriangle)) != 0;
 }
 
-/// How many positions at this place, in both rows, are new in a band.
+/// How many positions at this place, in both rows, are new in a row of squares.
 std::uint32_t NewPositions(unsigned leftBefore, unsigned rightBefore, unsigned left,
                            unsigned right) {
     const bool isOld = TouchBack(leftBefore, rightBefore);
@@ -56,8 +56,8 @@ std::uint32_t CountNewVertices(const std::uint8_t* before, const std::uint8_t* s
     return 2 * positions;
 }
 
-void NumberBand(const std::uint8_t* squares, std::size_t count, NumberRow& front, NumberRow& back,
-                std::uint32_t next) {
+void NumberSquareRow(const std::uint8_t* squares, std::size_t count, NumberRow& front,
+                     NumberRow& back, std::uint32_t next) {
     std::fill(back.begin(), back.end(), VertexNumbers{});
     for (std::size_t i = 0; i < count; ++i) {
         const bool isWhole = (squares[i] & hasSquare) == hasSquare;

@@ -8,10 +8,11 @@
 #include "render/mesh/mesh_window.h"
 
 // How the vertices of a layer's mesh are numbered: by first use in the order of its triangles,
-// square by square along a band between two rows, band by band from the front, then the front
-// wall. A square has two triangles; where one is there, both sheets have it, the lower sheet first.
-// How many vertices a band adds does not depend on their numbers, so that bands can be counted
-// first and numbered in any order.
+// square by square along the first row of squares, row by row from the front, then the front wall.
+// A row of squares lies between two rows of positions, its front and its back. A square has two
+// triangles; where one is there, both sheets have it, the lower sheet first. How many vertices a
+// row of squares adds does not depend on their numbers, so that the rows can be counted first and
+// numbered in any order.
 
 namespace zelmo {
 
@@ -32,19 +33,18 @@ struct VertexNumbers {
 
 using NumberRow = std::vector<VertexNumbers>;
 
-/// How many vertices are first used in a band of `count` squares. `before` are the squares of the
-/// band before it, or null.
+/// How many vertices are first used in a row of `count` squares. `before` are the squares of the
+/// row before it, or null.
 std::uint32_t CountNewVertices(const std::uint8_t* before, const std::uint8_t* squares,
                                std::size_t count);
 
-/// Numbers the vertices of a band's squares from `next` on. `front` holds the numbers that the band
-/// before gave to the row between the two, and receives the others; `back` receives those of the
-/// row behind.
-void NumberBand(const std::uint8_t* squares, std::size_t count, NumberRow& front, NumberRow& back,
-                std::uint32_t next);
+/// Numbers the vertices of a row of squares from `next` on. `front` holds the numbers that the row
+/// of squares before gave to its back, and receives the others; `back` receives those behind.
+void NumberSquareRow(const std::uint8_t* squares, std::size_t count, NumberRow& front,
+                     NumberRow& back, std::uint32_t next);
 
-/// Marks with zeros where a band gives numbers to the row behind it, or nowhere for null: enough
-/// to number the next band's own vertices.
+/// Marks with zeros where a row of squares gives numbers at its back, or nowhere for null: enough
+/// to number the next row's own vertices.
 void MarkBackRow(const std::uint8_t* squares, std::size_t count, NumberRow& row);
 
 /// Whether there is a piece of front wall between this column and the next.

@@ -28,11 +28,11 @@ public:
         return eyeCol_ + (strip - eyeCol_) * WidthAt(row);
     }
 
-    /// How many columns a way to the eye moves to a side within a band, at most.
-    float DriftIn(std::int32_t band) const { return halfWidth_ / Away(band) + 0.01f; }
+    /// How many columns a way to the eye moves to a side within a row of squares, at most.
+    float DriftIn(std::int32_t squareRow) const { return halfWidth_ / Away(squareRow) + 0.01f; }
 
-    /// How far a way to the eye rises within a band for each unit below the eye.
-    float RiseIn(std::int32_t band) const { return 1.0f / Away(band); }
+    /// How far a way to the eye rises within a row of squares for each unit below the eye.
+    float RiseIn(std::int32_t squareRow) const { return 1.0f / Away(squareRow); }
 
     float EyeHeight() const { return eyeHeight_; }
 

@@ -1,7 +1,8 @@
 #include "render/visible/layer_stack.h"
 
-#include "base/conversions.h"
-#include "model/process_model.h"
+#include "model/grid/grid.h"
+#include "model/grid/shown_window.h"
+#include "model/stack.h"
 
 namespace zelmo {
 
@@ -15,21 +16,20 @@ bool HasItsGrid(const Layer& layer) {
 
 }  // namespace
 
-std::optional<LayerStack> FindStack(const ProcessModel& model) {
+std::optional<LayerStack> FindStack(const Stack& source, const Grid& grid) {
     LayerStack stack;
-    const std::int32_t marginCols = TruncateToI32(model.marginX / model.gridSpacing);
-    const std::int32_t marginRows = TruncateToI32(model.marginY / model.gridSpacing);
-    for (std::size_t slot = 0; slot < model.layers.size(); ++slot) {
-        const Layer* layer = model.layers[slot].get();
+    const ShownWindow window = FindShownWindow(grid);
+    for (std::size_t slot = 0; slot < source.layers.size(); ++slot) {
+        const Layer* layer = source.layers[slot].get();
         if (layer == nullptr) {
             continue;
         }
-        const bool fits = HasItsGrid(*layer) && layer->cols == model.gridColumns &&
-                          layer->rows == model.gridRows && layer->spacing == model.gridSpacing;
+        const bool fits = HasItsGrid(*layer) && layer->cols == grid.columns &&
+                          layer->rows == grid.rows && layer->spacing == grid.spacing;
         if (!fits) {
             return std::nullopt;
         }
-        stack.layers.emplace_back(*layer, marginCols, marginRows);
+        stack.layers.emplace_back(*layer, window.marginCols, window.marginRows);
         stack.slots.push_back(slot);
     }
     if (stack.layers.empty() || stack.layers[0].cols < 2 || stack.layers[0].rows < 2) {
@@ -37,7 +37,7 @@ std::optional<LayerStack> FindStack(const ProcessModel& model) {
     }
     stack.cols = stack.layers[0].cols;
     stack.rows = stack.layers[0].rows;
-    stack.spacing = model.gridSpacing;
+    stack.spacing = grid.spacing;
     return stack;
 }
 

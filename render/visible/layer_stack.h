@@ -9,12 +9,13 @@
 
 namespace zelmo {
 
-struct ProcessModel;
+struct Grid;
+struct Stack;
 
 /// The layers of a stack, lowest first, over one grid.
 struct LayerStack {
     std::vector<MeshWindow> layers;
-    std::vector<std::size_t> slots;  ///< of the layers in the model
+    std::vector<std::size_t> slots;  ///< of the layers in the model's stack, ascending
     std::int32_t cols = 0;           ///< of the meshes
     std::int32_t rows = 0;
     float spacing = 0.0f;
@@ -28,6 +29,6 @@ inline bool IsOpaque(const Layer& layer) {
 }
 
 /// Empty if there are no meshes of one grid with at least one square.
-std::optional<LayerStack> FindStack(const ProcessModel& model);
+std::optional<LayerStack> FindStack(const Stack& source, const Grid& grid);
 
 }  // namespace zelmo

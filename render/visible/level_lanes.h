@@ -29,8 +29,8 @@ ZELMO_DECLARE_LANE_KERNEL(void FindLevelPlaces(const SheetRow* layers, std::int3
                                                const LevelLimits& limits, std::int32_t cols,
                                                const LevelRow& level))
 
-/// Marks with 1 the squares of a band whose four corners have the same code and height, and that no
-/// layer has only a part of. `uneven` is the mask of those that a layer has a part of.
+/// Marks with 1 the squares of a row of squares whose four corners have the same code and height,
+/// and that no layer has only a part of. `uneven` is the mask of those that a layer has a part of.
 ZELMO_DECLARE_LANE_KERNEL(void FindLevelSquares(const LevelRow& front, const LevelRow& back,
                                                 const std::int32_t* uneven, std::int32_t squares,
                                                 std::uint8_t* marks))

@@ -2,11 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <vector>
 
-#include "model/layer_graphics.h"
-#include "render/visible/layer_stack.h"
+#include "render/mesh/mesh_vertex.h"
 
 // A level part of an opaque layer's upper sheet has one colour. Two large triangles that reach one
 // square farther on all sides cover the same pixels as its many small ones, and a few more that
@@ -15,20 +13,23 @@
 
 namespace zelmo {
 
+class SquareBytes;
+struct ChosenTriangles;
+
 /// So many squares across and along.
 constexpr std::int32_t levelPartSize = 8;
 
 /// A square of squares on the upper sheet of a layer.
 struct LevelPart {
-    std::size_t layer = 0;  ///< its place in the stack
-    std::int32_t col = 0;   ///< the first
-    std::int32_t band = 0;  ///< the first
+    std::size_t layer = 0;       ///< its place in the stack
+    std::int32_t col = 0;        ///< the first
+    std::int32_t squareRow = 0;  ///< the first
     float height = 0.0f;
 };
 
-/// The level parts of a stack, from the front. `marks` has a byte for each square of the window,
-/// band by band: 1 where the uppermost opaque layer is level.
-std::vector<LevelPart> FindLevelParts(const LayerStack& stack, std::span<const std::uint8_t> marks);
+/// Takes the triangles of level parts out of what was chosen, and lists those parts that had any.
+/// `level` has 1 where the uppermost opaque layer is level.
+void MergeLevelParts(ChosenTriangles& chosen, const SquareBytes& level);
 
 /// Appends the corners of the two triangles that stand for a part.
 void AppendCorners(const LevelPart& part, float spacing, std::vector<MeshVertex>& corners);

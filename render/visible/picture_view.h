@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "render/camera.h"
+#include "render/mesh/matrix.h"
 
 namespace zelmo {
 

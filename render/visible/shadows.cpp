@@ -5,7 +5,6 @@
 #include <limits>
 
 #include "base/row_bands.h"
-#include "model/process_model.h"
 #include "render/visible/eye_strips.h"
 
 namespace zelmo {
@@ -57,10 +56,10 @@ Heights CommonOf(const float* lowest, const float* highest, std::int32_t count) 
 /// the one before it, on the way to the eye, have in common.
 class Inside {
 public:
-    Inside(const MeshWindow& window, float above, float cover, std::int32_t first, std::int32_t end)
+    Inside(const MeshWindow& window, float above, float depth, std::int32_t first, std::int32_t end)
         : window_(window),
           above_(above),
-          cover_(cover),
+          depth_(depth),
           first_(std::max(first, 0)),
           end_(std::min(end, window.cols)),
           inside_(first, end) {}
@@ -75,7 +74,7 @@ public:
             float* highest = inside_.Highest(first_);
             for (std::size_t i = 0; i < static_cast<std::size_t>(end_ - first_); ++i) {
                 lowest[i] = std::max(above_, std::max(bottoms[here + i], bottoms[before + i]));
-                highest[i] = std::min(tops[here + i], tops[before + i]) - cover_;
+                highest[i] = std::min(tops[here + i], tops[before + i]) - depth_;
             }
         }
         return inside_;
@@ -84,7 +83,7 @@ public:
 private:
     const MeshWindow& window_;
     float above_;
-    float cover_;
+    float depth_;
     std::int32_t first_;
     std::int32_t end_;
     HeightsRow inside_;
@@ -112,8 +111,8 @@ Reach FindReach(const EyeStrips& strips, std::int32_t lastRow, std::int32_t firs
             static_cast<std::int32_t>(outerRight + spare)};
 }
 
-/// A strip is no wider than a square and drifts by less than half of one within a band. Where a
-/// strip is much narrower at the front than at the back there are too many of them.
+/// A strip is no wider than a square and drifts by less than half of one within a row of squares.
+/// Where a strip is much narrower at the front than at the back there are too many of them.
 constexpr std::int32_t columnsOfStrip = 4;
 constexpr float mostDrift = 0.45f;
 constexpr float leastWidth = 0.5f;
@@ -137,14 +136,14 @@ public:
             });
     }
 
-    /// Writes what is hidden of the squares of the band behind a row.
-    void Write(std::int32_t band, std::int32_t firstCol, std::int32_t endCol, float* lowest,
+    /// Writes what is hidden of the squares of the row of squares behind a row.
+    void Write(std::int32_t squareRow, std::int32_t firstCol, std::int32_t endCol, float* lowest,
                float* highest) const {
-        const float drift = strips_.DriftIn(band);
+        const float drift = strips_.DriftIn(squareRow);
         const auto count =
-            2 + static_cast<std::int32_t>((1.0f + 2.0f * drift) / strips_.WidthAt(band));
+            2 + static_cast<std::int32_t>((1.0f + 2.0f * drift) / strips_.WidthAt(squareRow));
         ForEachShift(
-            firstCol, endCol, [&](float col) { return strips_.StripOf(col - drift, band); },
+            firstCol, endCol, [&](float col) { return strips_.StripOf(col - drift, squareRow); },
             [&](std::int32_t first, std::int32_t end, std::int32_t shift) {
                 const float* lowestHidden = hidden_.Lowest(first + shift);
                 const float* highestHidden = hidden_.Highest(first + shift);
@@ -154,7 +153,7 @@ public:
                     highest[first + i] = all.highest;
                 }
             });
-        const float rise = strips_.RiseIn(band);
+        const float rise = strips_.RiseIn(squareRow);
         for (std::int32_t col = firstCol; col < endCol; ++col) {
             highest[col] -= (strips_.EyeHeight() - lowest[col]) * rise;
         }
@@ -209,7 +208,7 @@ float MostAbove(const MeshWindow& window, float height) {
                      [height](float top, float bottom) { return top - std::max(bottom, height); });
 }
 
-Shadow CastShadow(const LayerStack& stack, const EyeStrips& strips, float cover, std::size_t place,
+Shadow CastShadow(const LayerStack& stack, const EyeStrips& strips, float depth, std::size_t place,
                   float above) {
     Shadow shadow;
     const std::size_t squares = stack.Squares() * static_cast<std::size_t>(stack.rows - 1);
@@ -217,7 +216,7 @@ Shadow CastShadow(const LayerStack& stack, const EyeStrips& strips, float cover,
     shadow.highest = std::make_unique_for_overwrite<float[]>(squares);
     ForRowBands(stack.cols - 1, fewestColumns, [&](std::int32_t first, std::int32_t end) {
         const Reach reach = FindReach(strips, stack.rows - 1, first, end);
-        Inside inside(stack.layers[place], above, cover, reach.firstCol, reach.endCol);
+        Inside inside(stack.layers[place], above, depth, reach.firstCol, reach.endCol);
         Sweep sweep(strips, reach);
         for (std::int32_t row = 0; row + 1 < stack.rows; ++row) {
             sweep.Advance(row, inside.At(row));
@@ -246,8 +245,8 @@ std::vector<Shadow> FindShadows(const LayerStack& stack, const Sight& sight) {
     float above = -farAway;
     Screen screen;
     const auto cast = [&] {
-        if (screen.thickness > sight.cover) {
-            shadows.push_back(CastShadow(stack, strips, sight.cover, screen.place, above));
+        if (screen.thickness > sight.hidingDepth) {
+            shadows.push_back(CastShadow(stack, strips, sight.hidingDepth, screen.place, above));
         }
         screen = {};
     };

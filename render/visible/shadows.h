@@ -9,7 +9,7 @@
 namespace zelmo {
 
 /// What an opaque layer hides from the eye, as if the eye were a light: for every square of the
-/// window, band by band, the heights at its front edge from which every way to the eye passes the
+/// window, row by row, the heights at its front edge from which every way to the eye passes the
 /// layer's inside. Nothing that is drawn before the layer and shows through can stand in front of
 /// it there: translucent layers below it in the stack do not reach up to these heights.
 struct Shadow {

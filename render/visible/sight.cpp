@@ -85,17 +85,17 @@ std::optional<Sight> FindSight(const LayerStack& stack, const PictureView& view)
     sight.eye.farthest = static_cast<float>(depth - eye[1]);
     sight.eye.sideways = static_cast<float>(std::max(eye[0], width - eye[0]));
     sight.eye.spacing = stack.spacing;
-    sight.cover = static_cast<float>(std::max(pixel / 4.0, 1024.0 * depthStep));
-    sight.edgeCover = static_cast<float>(std::max(4.0 * pixel, 1024.0 * depthStep));
-    const bool isCloseWithinASquare = 2.0f * sight.cover <= stack.spacing;
+    sight.hidingDepth = static_cast<float>(std::max(pixel / 4.0, 1024.0 * depthStep));
+    sight.edgeHidingDepth = static_cast<float>(std::max(4.0 * pixel, 1024.0 * depthStep));
+    const bool isCloseWithinASquare = 2.0f * sight.hidingDepth <= stack.spacing;
     const double leastAbove = 2.0 * leastLevelHeight * pixel *
                               static_cast<double>(sight.eye.farthest) /
                               static_cast<double>(stack.spacing);
-    sight.level = {sight.cover, isCloseWithinASquare ? static_cast<float>(eye[2] - leastAbove)
-                                                     : std::numeric_limits<float>::lowest()};
+    sight.level = {sight.hidingDepth, isCloseWithinASquare ? static_cast<float>(eye[2] - leastAbove)
+                                                           : std::numeric_limits<float>::lowest()};
     sight.margin = std::ldexp(1.0f, -std::clamp(view.subpixelBits, 0, 8));
-    return sight.cover > 0.0f && std::isfinite(sight.edgeCover) ? std::optional(sight)
-                                                                : std::nullopt;
+    return sight.hidingDepth > 0.0f && std::isfinite(sight.edgeHidingDepth) ? std::optional(sight)
+                                                                            : std::nullopt;
 }
 
 }  // namespace zelmo

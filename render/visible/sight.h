@@ -15,9 +15,9 @@ struct Sight {
     EyeRange eye;
     float eyeX = 0.0f;
     float eyeY = 0.0f;
-    float cover = 0.0f;      ///< below the top of the layer that hides it
-    float edgeCover = 0.0f;  ///< the same at the window's open edges
-    float margin = 0.0f;     ///< pixels by which GL may place a triangle's corner elsewhere
+    float hidingDepth = 0.0f;      ///< below the top of the layer that hides it
+    float edgeHidingDepth = 0.0f;  ///< the same at the window's open edges
+    float margin = 0.0f;           ///< pixels by which GL may place a triangle's corner elsewhere
     /// How near to a level part other things may come, and how high it may lie to be seen so
     /// steeply that the height of each square is much more than GL's subpixel step.
     LevelLimits level;

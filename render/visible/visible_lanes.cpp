@@ -3,20 +3,22 @@
 #include <cstdint>
 #include <cstring>
 
-#include "base/lanes.h"
+#include "base/padded_rows.h"
+
+#include "base/lane_code.h"
 
 namespace zelmo::ZELMO_LANES {
 
 namespace {
 
 constexpr std::int32_t lanes = laneCount<FloatLanes>;
-static_assert(lanes <= rowPad);
+static_assert(lanes <= rowPadding);
 
 FloatLanes Larger(const FloatLanes& a, const FloatLanes& b) {
     return a > b ? a : b;
 }
 
-FloatLanes Size(const FloatLanes& a) {
+FloatLanes Magnitude(const FloatLanes& a) {
     return Larger(a, -a);
 }
 
@@ -40,8 +42,8 @@ Above Nothing() {
 }
 
 /// From the uppermost layer down: the opaque layer next above.
-void FindCover(const SheetRow* layers, std::int32_t layerCount, const FloatLanes& cover,
-               std::int32_t col) {
+void FindLayerAbove(const SheetRow* layers, std::int32_t layerCount, const FloatLanes& depth,
+                    std::int32_t col) {
     const IntLanes none = IntLanes{} - 1;
     Above above = Nothing();
     for (std::int32_t place = layerCount; place-- > 0;) {
@@ -50,12 +52,12 @@ void FindCover(const SheetRow* layers, std::int32_t layerCount, const FloatLanes
         const FloatLanes bottom = LoadLanes(layer.bottom + col);
         const IntLanes thick = ~(top - bottom == 0.0f);
         const IntLanes isCovered =
-            (above.place >= 0) & (above.bottom <= top) & (top + cover <= above.top);
+            (above.place >= 0) & (above.bottom <= top) & (top + depth <= above.top);
         StoreLanes(layer.thick + col, thick);
         StoreLanes(layer.aboveUpper + col, isCovered ? above.place : none);
         if (layer.isOpaque) {
             const IntLanes self = none + (place + 1);
-            StoreLanes(layer.aboveLower + col, bottom + cover <= top ? self : none);
+            StoreLanes(layer.aboveLower + col, bottom + depth <= top ? self : none);
             above.place = thick ? self : above.place;
             above.bottom = thick ? bottom : above.bottom;
             above.top = thick ? top : above.top;
@@ -67,8 +69,8 @@ void FindCover(const SheetRow* layers, std::int32_t layerCount, const FloatLanes
 }
 
 /// From the lowest layer up: the layer next below.
-void FindSupport(const SheetRow* layers, std::int32_t layerCount, std::int32_t col,
-                 FloatLanes& lowest, FloatLanes& highest, FloatLanes& sum) {
+void FindLayerBelow(const SheetRow* layers, std::int32_t layerCount, std::int32_t col,
+                    FloatLanes& lowest, FloatLanes& highest, FloatLanes& sum) {
     const IntLanes none = IntLanes{} - 1;
     IntLanes below = none;
     FloatLanes belowTop{};
@@ -109,7 +111,7 @@ Side SideOf(const Corner& a, const Corner& b, const FloatLanes& turn, const Floa
             const FloatLanes& y, float margin) {
     const FloatLanes dx = (b.x - a.x) * turn;
     const FloatLanes dy = (b.y - a.y) * turn;
-    const FloatLanes reach = (Size(dx) + Size(dy)) * margin;
+    const FloatLanes reach = (Magnitude(dx) + Magnitude(dy)) * margin;
     return {dx * (y - a.y) - dy * (x - a.x) + reach, -dy, dx};
 }
 
@@ -150,14 +152,14 @@ IntLanes CoversNothing(const Corner& a, const Corner& b, const Corner& c, float 
 
 }  // namespace
 
-void FindCoverOfRow(const SheetRow* layers, std::int32_t layerCount, const float* cover,
-                    std::int32_t cols, HeightRange& range) {
-    FloatLanes lowest = EqualLanes<FloatLanes>(range.lowest);
-    FloatLanes highest = EqualLanes<FloatLanes>(range.highest);
+void FindNeighbourLayers(const SheetRow* layers, std::int32_t layerCount, const float* depth,
+                         std::int32_t cols, HeightRange& range) {
+    FloatLanes lowest = Broadcast<FloatLanes>(range.lowest);
+    FloatLanes highest = Broadcast<FloatLanes>(range.highest);
     FloatLanes sum{};
     for (std::int32_t col = 0; col < cols; col += lanes) {
-        FindCover(layers, layerCount, LoadLanes(cover + col), col);
-        FindSupport(layers, layerCount, col, lowest, highest, sum);
+        FindLayerAbove(layers, layerCount, LoadLanes(depth + col), col);
+        FindLayerBelow(layers, layerCount, col, lowest, highest, sum);
     }
     for (std::int32_t i = 0; i < lanes; ++i) {
         range.lowest = lowest[i] < range.lowest ? lowest[i] : range.lowest;
@@ -180,7 +182,7 @@ void FindBuriedSquares(const PlaceRows& places, const HeightRows& heights, const
         const FloatLanes z01 = LoadLanes(heights.back + col);
         const FloatLanes z11 = LoadLanes(heights.back + col + 1);
         const FloatLanes fall = SmallerLanes(SmallerLanes(z01 - z00, z11 - z10), FloatLanes{});
-        const FloatLanes tilt = Larger(Size(z10 - z00), Size(z11 - z01));
+        const FloatLanes tilt = Larger(Magnitude(z10 - z00), Magnitude(z11 - z01));
         const FloatLanes highest = Larger(Larger(z00, z10), Larger(z01, z11));
         const IntLanes facesEye =
             (lift - highest) * eye.spacing + fall * eye.farthest - tilt * eye.sideways > 0.0f;
@@ -188,32 +190,23 @@ void FindBuriedSquares(const PlaceRows& places, const HeightRows& heights, const
     }
 }
 
-std::int32_t PackMasks(const std::int32_t* const* masks, std::int32_t squares,
-                       std::uint8_t* bytes) {
+void PackMasks(const std::int32_t* const* masks, std::int32_t squares, std::uint8_t* bytes) {
     using FewBytes [[gnu::vector_size(lanes)]] = std::int8_t;
-    IntLanes count{};
     std::int32_t col = 0;
     for (; col + lanes <= squares; col += lanes) {
         IntLanes bits{};
         for (std::int32_t i = 0; i < 6; ++i) {
             bits |= LoadLanes(masks[i] + col) & (1 << i);
         }
-        count += (bits & 1) + ((bits >> 1) & 1);
         StoreLanes(bytes + col, __builtin_convertvector(bits, FewBytes));
-    }
-    std::int32_t sum = 0;
-    for (std::int32_t i = 0; i < lanes; ++i) {
-        sum += count[i];
     }
     for (; col < squares; ++col) {
         std::int32_t bits = 0;
         for (std::int32_t i = 0; i < 6; ++i) {
             bits |= masks[i][col] & (1 << i);
         }
-        sum += (bits & 1) + ((bits >> 1) & 1);
         bytes[col] = static_cast<std::uint8_t>(bits);
     }
-    return sum;
 }
 
 bool FindTriangles(const PlaceRows& thick, std::int32_t squares, const TriangleMasks* three,

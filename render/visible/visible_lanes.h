@@ -4,12 +4,10 @@
 
 #include "base/lanes.h"
 
-// What can be seen of a stack, row by row. All rows are padded by `rowPad` values at both ends;
-// those behind the end repeat the last one. A mask is 0 or -1 (all bits).
+// What can be seen of a stack, row by row. All rows are padded (base/padded_rows.h); the values
+// behind the end repeat the last one. A mask is 0 or -1 (all bits).
 
 namespace zelmo {
-
-constexpr std::int32_t rowPad = 8;
 
 /// One layer at one row of mesh positions.
 struct SheetRow {
@@ -30,11 +28,11 @@ struct HeightRange {
 };
 
 /// For each of the layers of a stack, lowest first: where it is thick, and what lies in the inside
-/// of an opaque layer, at least `cover` (a row) below its top, with no translucent layer between
+/// of an opaque layer, at least `depth` (a row) below its top, with no translucent layer between
 /// the two in the stack. No place is -1.
-ZELMO_DECLARE_LANE_KERNEL(void FindCoverOfRow(const SheetRow* layers, std::int32_t layerCount,
-                                              const float* cover, std::int32_t cols,
-                                              HeightRange& range))
+ZELMO_DECLARE_LANE_KERNEL(void FindNeighbourLayers(const SheetRow* layers, std::int32_t layerCount,
+                                                   const float* depth, std::int32_t cols,
+                                                   HeightRange& range))
 
 /// Two neighbouring rows of heights or places.
 struct HeightRows {
@@ -59,10 +57,9 @@ ZELMO_DECLARE_LANE_KERNEL(void FindBuriedSquares(const PlaceRows& places, const 
                                                  const EyeRange& eye, std::int32_t squares,
                                                  std::int32_t* buried))
 
-/// A byte for every square out of six masks, the first one its lowest bit. Returns how many bits of
-/// the first two there are.
-ZELMO_DECLARE_LANE_KERNEL(std::int32_t PackMasks(const std::int32_t* const* masks,
-                                                 std::int32_t squares, std::uint8_t* bytes))
+/// A byte for every square out of six masks, the first one its lowest bit.
+ZELMO_DECLARE_LANE_KERNEL(void PackMasks(const std::int32_t* const* masks, std::int32_t squares,
+                                         std::uint8_t* bytes))
 
 /// Masks of the squares' triangles: of their lower left halves and of their upper right ones.
 struct TriangleMasks {
@@ -81,12 +78,12 @@ ZELMO_DECLARE_LANE_KERNEL(bool RemoveStanding(const PlaceRows& standsOn, std::in
                                               const TriangleMasks& triangles))
 
 /// Takes the triangles of squares out that are buried together with those to their sides and the
-/// three before them, which the ways to the eye pass first. `buriedRows` are the band before and
-/// this one. True if any are left.
+/// three before them, which the ways to the eye pass first. `buriedRows` are the row of squares
+/// before and this one. True if any are left.
 ZELMO_DECLARE_LANE_KERNEL(bool RemoveBuried(const std::int32_t* const* buriedRows,
                                             std::int32_t squares, const TriangleMasks& triangles))
 
-/// The shadow over a band of squares: none where the highest is below the lowest.
+/// The shadow over a row of squares of squares: none where the highest is below the lowest.
 struct ShadowRow {
     const float* lowest = nullptr;
     const float* highest = nullptr;

@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "batch/progress.h"
-#include "tests/support/recording_console.h"
 
 namespace zelmo {
 namespace {
@@ -27,26 +26,12 @@ TEST(OutputConsole, QuietWritesNothing) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
-TEST(RememberingConsole, PassesLinesOnAndKeepsThem) {
-    RecordingConsole next;
-    RememberingConsole console(&next);
-    console.Write(std::string("one"));
-    console.Write(std::wstring(L"two"));
-    EXPECT_EQ(console.Lines(), (std::vector<std::string>{"one", "two"}));
-    EXPECT_EQ(next.lines, console.Lines());
-}
-
-TEST(RememberingConsole, TellsTheFirstErrorAndCountsTheOthers) {
-    RememberingConsole console(nullptr);
-    EXPECT_EQ(console.FirstError(), "");
-    console.Write(std::string("Extracting polygons"));
-    EXPECT_EQ(console.FirstError(), "");
-    console.Write(std::string("Error in line 4: Unknown command"));
-    EXPECT_EQ(console.FirstError(), "Error in line 4: Unknown command");
-    console.Write(std::string("ERROR: Cell name X was not found in the GDS database"));
-    console.Write(std::string("Error: Missing gds, location, or settings command"));
-    console.Write(std::string("Opening process file a failed with error(s) given above"));
-    EXPECT_EQ(console.FirstError(), "Error in line 4: Unknown command (and 2 more)");
+TEST(FirstOf, TellsTheFirstErrorAndCountsTheOthers) {
+    EXPECT_EQ(FirstOf({"Error in line 4: Unknown command"}), "Error in line 4: Unknown command");
+    EXPECT_EQ(FirstOf({"Error in line 4: Unknown command",
+                       "ERROR: Cell name X was not found in the GDS database",
+                       "Error: Missing gds, location, or settings command"}),
+              "Error in line 4: Unknown command (and 2 more)");
 }
 
 TEST(WriteErrorLine, IsOneLineWhateverTheMessageHolds) {

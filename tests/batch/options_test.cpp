@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "base/text.h"
+#include "base/version.h"
 
 namespace zelmo {
 namespace {
@@ -26,7 +27,7 @@ TEST(ParseCommandLine, TwoFilesAreEnough) {
     EXPECT_EQ(options.layout, "a.gds");
     EXPECT_EQ(options.process, "b.txt");
     EXPECT_FALSE(options.output);
-    EXPECT_EQ(options.format, PictureFormat::Png);
+    EXPECT_EQ(options.format.name, "png");
     EXPECT_FALSE(options.checkOnly);
     EXPECT_TRUE(options.pictures);
     EXPECT_FALSE(options.assets);
@@ -39,7 +40,7 @@ TEST(ParseCommandLine, OptionsMayStandAnywhere) {
     EXPECT_EQ(options.layout, "a.gds");
     EXPECT_EQ(options.process, "b.txt");
     EXPECT_EQ(options.output, std::filesystem::path("out"));
-    EXPECT_EQ(options.format, PictureFormat::Bmp);
+    EXPECT_EQ(options.format.name, "bmp");
     EXPECT_TRUE(options.checkOnly);
     EXPECT_FALSE(options.pictures);
     EXPECT_EQ(options.assets, std::filesystem::path("data"));
@@ -70,6 +71,12 @@ TEST(ParseCommandLine, WrongUsageNamesWhatIsWrong) {
     ExpectUsageError({"a.gds", "b.txt", "--quiet=maybe"}, "maybe");
 }
 
+TEST(ParseCommandLine, TheHelpNamesThePictureFormats) {
+    EXPECT_NE(ParseCommandLine({"--help"})
+                  .text.find("  --format bmp|png            Picture files: png (default) or bmp\n"),
+              std::string::npos);
+}
+
 TEST(ParseCommandLine, HelpAndVersionNeedNoFiles) {
     for (const char* argument : {"-h", "--help", "--version"}) {
         const CommandLine line = ParseCommandLine({argument});
@@ -77,7 +84,8 @@ TEST(ParseCommandLine, HelpAndVersionNeedNoFiles) {
         EXPECT_EQ(line.status, ExitStatus::Success);
         EXPECT_TRUE(line.text.ends_with("\n"));
     }
-    EXPECT_EQ(ParseCommandLine({"--version"}).text, "zelmo-batch 3.2.1\n");
+    EXPECT_EQ(ParseCommandLine({"--version"}).text,
+              std::string("zelmo-batch ") + programVersion + "\n");
 }
 
 }  // namespace

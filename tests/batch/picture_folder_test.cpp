@@ -3,9 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "base/text.h"
-#include "batch/exit_status.h"
 #include "batch/platform.h"
-#include "pictures/saved_images.h"
+#include "pictures/picture_files.h"
 #include "tests/support/temp_folder.h"
 
 namespace zelmo {
@@ -30,7 +29,10 @@ std::size_t CountFiles(const fs::path& folder) {
 class PictureFolderTest : public testing::Test {
 protected:
     TempFolder temp_;
-    PictureFolder folder_{temp_.Path(), PictureFormat::Bmp};
+    static constexpr PictureFormat bitmap{"bmp", L"bmp", WriteBitmap};
+    static constexpr PictureFormat png{"png", L"png", WritePng};
+
+    PictureFolder folder_{temp_.Path(), bitmap};
 };
 
 TEST_F(PictureFolderTest, SavesUnderTheOrdinalAndThePicturesName) {
@@ -81,22 +83,24 @@ TEST_F(PictureFolderTest, AFolderThatIsGoneIsToldForEachPicture) {
 
 TEST_F(PictureFolderTest, PreparingMakesTheFolderAndLeavesItEmpty) {
     folder_.path = temp_.Path() / "a" / "b";
-    PreparePictureFolder(folder_, {L"001 a", L"002 b"});
+    EXPECT_EQ(PreparePictureFolder(folder_, {L"001 a", L"002 b"}), "");
     EXPECT_TRUE(fs::is_directory(folder_.path));
     EXPECT_EQ(CountFiles(folder_.path), 0u);
 }
 
 TEST_F(PictureFolderTest, PreparingRefusesAnyPictureThatIsThereAlready) {
     temp_.Write("002 002 b.bmp", "mine");
-    PreparePictureFolder(folder_, {L"001 a", L"002 c"});
-    PreparePictureFolder({folder_.path, PictureFormat::Png}, {L"001 a", L"002 b"});
-    try {
-        PreparePictureFolder(folder_, {L"001 a", L"002 b"});
-        FAIL();
-    } catch (const BatchFailure& failure) {
-        EXPECT_EQ(failure.status, ExitStatus::Picture);
-        EXPECT_NE(failure.message.find("002 002 b.bmp"), std::string::npos) << failure.message;
-    }
+    EXPECT_EQ(PreparePictureFolder(folder_, {L"001 a", L"002 c"}), "");
+    EXPECT_EQ(PreparePictureFolder({folder_.path, png}, {L"001 a", L"002 b"}), "");
+    const std::string refusal = PreparePictureFolder(folder_, {L"001 a", L"002 b"});
+    EXPECT_NE(refusal.find("002 002 b.bmp"), std::string::npos) << refusal;
+    EXPECT_EQ(CountFiles(temp_.Path()), 1u);
+}
+
+TEST_F(PictureFolderTest, PreparingRefusesAFolderThatCannotBeMade) {
+    folder_.path = temp_.Write("taken", "mine");
+    const std::string refusal = PreparePictureFolder(folder_, {L"001 a"});
+    EXPECT_NE(refusal.find("taken cannot be used: "), std::string::npos) << refusal;
 }
 
 TEST(CanNameFile, KnowsTheSeparators) {

@@ -1,4 +1,5 @@
 #include "base/text.h"
+#include "base/version.h"
 #include "tests/batch/batch_fixture.h"
 
 namespace zelmo {
@@ -189,7 +190,7 @@ TEST_F(RunTest, HelpAndVersionGoToStandardOutput) {
     }
     const Ended version = Run({"--version"});
     EXPECT_EQ(version.status, 0);
-    EXPECT_EQ(version.output, "zelmo-batch 3.2.1\n");
+    EXPECT_EQ(version.output, std::string("zelmo-batch ") + programVersion + "\n");
     EXPECT_EQ(version.errors, "");
 }
 

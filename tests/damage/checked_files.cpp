@@ -8,7 +8,6 @@
 #include <stdexcept>
 
 #include "batch/batch_run.h"
-#include "process_file/color_table.h"
 #include "tests/support/allocated_memory.h"
 
 namespace zelmo {
@@ -54,7 +53,6 @@ CheckOutcome CheckFiles(const std::filesystem::path& layout, const std::filesyst
     options.checkOnly = true;
     options.quiet = true;
     options.assets = std::filesystem::current_path();
-    GetColorTable().clear();
     CheckOutcome outcome;
     const ErrorCapture capture;
     WatchMemory();

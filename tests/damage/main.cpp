@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "gds/polygon_extraction.h"
 #include "tests/batch/program.h"
 #include "tests/damage/checked_files.h"
 #include "tests/support/temp_folder.h"
@@ -114,9 +115,11 @@ private:
         }
         const auto size = static_cast<double>(bytes.size());
         // A damaged process file may ask for the largest grid, a damaged array for as many polygons
-        // as are taken.
-        const double seconds = 5.0 + (subject_.isLayout ? 10.0 : 0.0) + size * 1e-6;
-        const double peakBytes = (subject_.isLayout ? 4e9 : 600e6) + size * 20.0;
+        // as are taken, and points of them.
+        const auto points = static_cast<double>(ExtractionLimits().points);
+        const double seconds = 5.0 + (subject_.isLayout ? 10.0 + points * 3e-8 : 0.0) + size * 1e-6;
+        const double peakBytes =
+            (subject_.isLayout ? 2.4e9 + points * sizeof(GdsPoint) : 600e6) + size * 20.0;
         Demand(outcome.seconds < slowness * seconds, bytes, "it took too long");
         Demand(static_cast<double>(outcome.peakBytes) < peakBytes, bytes,
                "it took too much memory");

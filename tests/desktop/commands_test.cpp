@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/text.h"
+#include "base/version.h"
 #include "tests/desktop/desktop.h"
 
 namespace zelmo {
@@ -260,7 +261,7 @@ TEST(Commands, AboutTellsNameVersionAndFileVersionAndChangesNothing) {
     desktop.window.HandleAbout();
     ASSERT_EQ(desktop.platform.Messages().size(), 1u);
     const auto& message = desktop.platform.Messages()[0];
-    EXPECT_EQ(message.caption, L"Zelmo 3.2.1");
+    EXPECT_EQ(message.caption, L"Zelmo " + WidenBytes(programVersion));
     EXPECT_EQ(message.text.find(L"Zelmo: software to render semicon process cross sections \n\n"),
               0u);
     EXPECT_NE(message.text.find(L"Zelmo developers"), std::wstring::npos);

@@ -8,7 +8,6 @@
 
 #include "base/text.h"
 #include "examples/gds_writer.h"
-#include "render/mesh/update_meshes.h"
 
 namespace zelmo {
 
@@ -16,11 +15,8 @@ namespace {
 
 class TinyPictureMaker : public PictureMaker {
 public:
-    LayerGraphics* Graphics() override { return nullptr; }
-
-    StepImage TakePicture(ProcessModel& model, const ProcessStep& step,
+    StepImage TakePicture(const ProcessModel&, const ProcessStep& step,
                           std::int32_t imageNumber) override {
-        UpdateMeshes(model);
         StepImage image;
         image.width = 2;
         image.height = 3;

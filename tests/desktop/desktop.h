@@ -6,13 +6,13 @@
 #include <string>
 #include <vector>
 
-#include "desktop/main_window.h"
+#include "desktop/main_window_logic.h"
 #include "desktop/null/null_platform.h"
 #include "tests/support/temp_folder.h"
 
 namespace zelmo {
 
-/// Pictures of 2 by 3 pixels without GL; the model's meshes are brought up to date all the same.
+/// Pictures of 2 by 3 pixels without GL.
 std::unique_ptr<PictureMaker> CreateTinyPictureMaker();
 
 /// A main window on a desktop without windows, with a small layout and process files to run.
@@ -44,7 +44,7 @@ private:
 
 public:
     NullPlatform platform;
-    MainWindow window;
+    MainWindowLogic window;
 };
 
 }  // namespace zelmo

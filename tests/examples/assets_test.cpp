@@ -16,9 +16,9 @@ namespace {
 
 const ColorTable& Colors() {
     static const ColorTable table = [] {
-        GetColorTable().clear();
-        EXPECT_EQ(LoadColorTable("colors.txt"), 0);
-        return GetColorTable();
+        ColorTable colors;
+        EXPECT_TRUE(LoadColorTable(colors, "colors.txt"));
+        return colors;
     }();
     return table;
 }

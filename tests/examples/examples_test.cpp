@@ -8,6 +8,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "examples/layouts.h"
@@ -16,7 +17,7 @@
 #include "model/execute_step.h"
 #include "model/process_model.h"
 #include "process_file/color_table.h"
-#include "render/mesh/update_meshes.h"
+#include "process_run/prepare_run.h"
 #include "tests/support/recording_console.h"
 #include "tests/support/temp_folder.h"
 
@@ -30,12 +31,6 @@ std::string FileBytes(const std::filesystem::path& path) {
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
-void LoadColors() {
-    if (GetColorTable().empty()) {
-        ASSERT_EQ(LoadColorTable("colors.txt"), 0);
-    }
-}
-
 void ExpectNoWarnings(const RecordingConsole& console) {
     for (const std::string& line : console.lines) {
         EXPECT_EQ(line.find("WARNING"), std::string::npos) << line;
@@ -45,10 +40,11 @@ void ExpectNoWarnings(const RecordingConsole& console) {
 
 /// A prepared example, with another number of columns where one is given.
 std::unique_ptr<ProcessModel> Prepare(const std::string& example, const std::string& columns = "") {
-    LoadColors();
+    ColorTable colors;
+    EXPECT_TRUE(LoadColorTable(colors, "colors.txt"));
     RecordingConsole console;
     GdsDatabase database;
-    EXPECT_EQ(ReadGdsFile(database, kFolder / (example + ".gds"), &console), 0);
+    EXPECT_EQ(ReadGdsFile(database, kFolder / (example + ".gds"), &console), std::nullopt);
     const TempFolder folder;
     std::string text = FileBytes(kFolder / (example + ".txt"));
     if (!columns.empty()) {
@@ -56,12 +52,12 @@ std::unique_ptr<ProcessModel> Prepare(const std::string& example, const std::str
         EXPECT_NE(at, std::string::npos);
         text.replace(at, 6, "-N " + columns);
     }
-    auto model = std::make_unique<ProcessModel>(folder.Write("process.txt", text), database,
-                                                &console, nullptr);
+    PreparedRun run = PrepareRun(folder.Write("process.txt", text), database, colors, &console);
+    EXPECT_EQ(run.errors, std::vector<std::string>{});
     if (columns.empty()) {
         ExpectNoWarnings(console);
     }
-    return model;
+    return std::move(run.model);
 }
 
 class Example : public testing::TestWithParam<const char*> {};
@@ -69,7 +65,7 @@ class Example : public testing::TestWithParam<const char*> {};
 TEST_P(Example, IsReadyToRunWithoutAWarning) {
     const std::unique_ptr<ProcessModel> model = Prepare(GetParam());
     EXPECT_GT(model->polygons.size(), 0u);
-    EXPECT_EQ(model->showLegend, 1.0f);
+    EXPECT_TRUE(model->settings.showLegend);
 }
 
 TEST_P(Example, HasPolygonsInReachForEveryMaskThatItsProcessUses) {
@@ -79,7 +75,7 @@ TEST_P(Example, HasPolygonsInReachForEveryMaskThatItsProcessUses) {
         drawn.insert(polygon.layer);
     }
     for (const ProcessStep& step : model->steps) {
-        if (step.kind == StepPhoto) {
+        if (step.kind == StepKind::Photo) {
             EXPECT_EQ(drawn.count(step.maskId), 1u) << step.description;
         }
     }
@@ -113,7 +109,7 @@ TEST(CmosInverter, HasWellsGatesContactsAndTwoMetalsInAtLeast25Steps) {
 TEST(CrossbarLayout, UsesEveryKindOfReferenceAndBothKindsOfPath) {
     RecordingConsole console;
     GdsDatabase database;
-    ASSERT_EQ(ReadGdsFile(database, kFolder / "array.gds", &console), 0);
+    ASSERT_EQ(ReadGdsFile(database, kFolder / "array.gds", &console), std::nullopt);
     bool reflected = false;
     bool turned = false;
     bool scaled = false;
@@ -137,7 +133,7 @@ TEST(CrossbarLayout, UsesEveryKindOfReferenceAndBothKindsOfPath) {
 }
 
 float TopOf(const ProcessModel& model, const std::string& material, std::size_t cell) {
-    for (const auto& layer : model.layers) {
+    for (const auto& layer : model.stack.layers) {
         if (layer && layer->material == material) {
             return layer->top[cell];
         }
@@ -147,7 +143,7 @@ float TopOf(const ProcessModel& model, const std::string& material, std::size_t 
 }
 
 float BottomOf(const ProcessModel& model, const std::string& material, std::size_t cell) {
-    for (const auto& layer : model.layers) {
+    for (const auto& layer : model.stack.layers) {
         if (layer && layer->material == material) {
             return layer->bottom[cell];
         }
@@ -159,20 +155,19 @@ float BottomOf(const ProcessModel& model, const std::string& material, std::size
 TEST(Micromotor, HangsFreeAfterTheRelease) {
     const std::unique_ptr<ProcessModel> model = Prepare("mems_release", "200");
     RecordingConsole console;
-    ASSERT_EQ(model->steps.back().kind, StepRelease);
+    ASSERT_EQ(model->steps.back().kind, StepKind::Release);
     for (const ProcessStep& step : model->steps) {
         ExecuteStep(*model, step, &console);
-        UpdateMeshes(*model);
     }
-    for (const auto& layer : model->layers) {
+    for (const auto& layer : model->stack.layers) {
         EXPECT_TRUE(!layer || layer->material.find("Oxide") == std::string::npos);
     }
     const auto cellAt = [&](float x, float y) {
         const auto column =
-            static_cast<std::size_t>((x - model->gridOriginX) / model->gridSpacing + 0.5f);
+            static_cast<std::size_t>((x - model->grid.originX) / model->grid.spacing + 0.5f);
         const auto row =
-            static_cast<std::size_t>((y - model->gridOriginY) / model->gridSpacing + 0.5f);
-        return row * static_cast<std::size_t>(model->gridColumns) + column;
+            static_cast<std::size_t>((y - model->grid.originY) / model->grid.spacing + 0.5f);
+        return row * static_cast<std::size_t>(model->grid.columns) + column;
     };
     // The rotor over its ground plane, lower at a dimple; the hub's flange over the rotor
     const std::size_t rotor = cellAt(16.0f, 0.0f);

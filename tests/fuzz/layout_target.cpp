@@ -1,4 +1,7 @@
+#include <fmt/format.h>
+
 #include <algorithm>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -19,29 +22,37 @@ namespace {
 
 void Extract(const GdsCell& cell, std::int64_t low, std::int64_t high, std::int64_t minSize) {
     ExtractionScope scope;
-    scope.x0 = scope.y0 = low;
-    scope.x1 = scope.y1 = high;
-    scope.minSize = minSize;
-    scope.limit = 1000;
-    scope.patience = 100;  // so that small inputs reach what is meant for large ones
-    scope.effort = 200000;
-    const std::uint32_t result = CollectCellPolygons(scope, {&cell, GdsTransform()});
-    Require(scope.output.size() <= scope.limit, "an extraction keeps to its limit");
-    Require((result == 2) == (scope.output.size() == scope.limit), "2 tells of the limit alone");
+    scope.window.x0 = scope.window.y0 = low;
+    scope.window.x1 = scope.window.y1 = high;
+    scope.window.minSize = minSize;
+    scope.limits.polygons = 1000;
+    scope.limits.patience = 100;  // so that small inputs reach what is meant for large ones
+    scope.limits.fruitlessTests = 20000;
+    const auto refusal = CollectCellPolygons(scope, {&cell, GdsTransform()});
+    Require(scope.output.size() <= scope.limits.polygons, "an extraction keeps to its limit");
+    Require((refusal == ExtractionRefusal::TooManyPolygons) ==
+                (scope.output.size() == scope.limits.polygons),
+            "a refusal tells its reason");
 }
 
-void ReadAndExtract(const MemoryFile& file) {
+void ReadAndExtract(const MemoryFile& file, std::size_t size) {
     GdsDatabase database;
     CountingConsole console;
-    const std::int32_t code = ReadGdsFile(database, file.Path(), &console);
-    Require(code >= 0 && code <= 30, "codes are known");
-    if (code != 0) {
+    if (const auto error = ReadGdsFile(database, file.Path(), &console)) {
+        const std::string_view reason = LayoutErrorReason(error->kind);
+        Require(!reason.empty() && error->byte <= size, "an error lies in the file");
         return;
     }
     for (const GdsCell& cell : database.cells) {
         Extract(cell, -1000000000000, 1000000000000, 0);
         Extract(cell, -500, 20000, 10);
     }
+}
+
+std::string TextOf(const std::optional<LayoutError>& error) {
+    return error ? fmt::format("error {} at {} record {:x} in {}", LayoutErrorCode(error->kind),
+                               error->byte, error->record.value_or(0), error->cell)
+                 : std::string();
 }
 
 /// What reading gives, in words.
@@ -52,8 +63,8 @@ std::string TextOfReading(const MemoryFile& file, std::int32_t threads, const Pi
     std::string outcome;
     try {
         const LibraryReading reading = ReadLibrary(database, file.Path(), &console, sizes);
-        outcome = TextOf(database) + std::to_string(reading.refusal) +
-                  (reading.flatSeen ? " with flat ones" : "");
+        outcome =
+            TextOf(database) + TextOf(reading.error) + (reading.flatSeen ? " with flat ones" : "");
     } catch (const std::out_of_range& error) {
         outcome = error.what();
     }
@@ -76,7 +87,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const zelmo::MemoryFile file(data, size);
     zelmo::ReadInPieces(file, size);
     try {
-        zelmo::ReadAndExtract(file);
+        zelmo::ReadAndExtract(file, size);
     } catch (const std::out_of_range& error) {
         zelmo::Require(std::string_view(error.what()) == "invalid vector subscript",
                        "nothing but an element without points throws");

@@ -1,7 +1,6 @@
 #include <cmath>
 
-#include "model/grid/grid_geometry.h"
-#include "model/process_model.h"
+#include "model/grid/grid.h"
 #include "process_file/color_table.h"
 #include "process_file/reader.h"
 #include "tests/fuzz/target.h"
@@ -27,27 +26,35 @@ void CheckStep(const ProcessStep& step) {
     }
 }
 
-void Check(ProcessModel& model) {
-    Require(model.gridColumns >= 200 && model.gridColumns <= 2000, "columns keep to their limits");
-    Require(model.windowHeight > 0.0f && model.windowHeight <= model.windowWidth,
+void Check(const ProcessFile& file) {
+    const ProcessSettings& settings = file.settings;
+    Require(settings.gridColumns >= 200 && settings.gridColumns <= 2000,
+            "columns keep to their limits");
+    Require(settings.windowHeight > 0.0f && settings.windowHeight <= settings.windowWidth,
             "a window is no higher than wide");
-    Require(model.cameraAngle >= 0.0f && model.cameraAngle <= 89.0f, "the angle has its limits");
-    for (const ProcessStep& step : model.steps) {
+    Require(settings.cameraAngle >= 0.0f && settings.cameraAngle <= 89.0f,
+            "the angle has its limits");
+    for (const ProcessStep& step : file.steps) {
         CheckStep(step);
     }
-    SizeGrid(model);
+    Grid grid;
+    SizeGrid(grid, settings);
 }
 
-void Read(const MemoryFile& file) {
-    ProcessModel model;
-    CountingConsole console;
-    const std::int32_t result = ReadProcessFile(model, file.Path(), &console);
-    Require(result == (console.errors > 0 ? 1 : 0), "an error is a line, a line is an error");
-    Require(console.lines == console.errors, "nothing but errors is told");
-    Require(!model.steps.empty() && model.steps[0].kind == StepSubstrate,
+void Read(const MemoryFile& bytes) {
+    static const ColorTable colors = {{"navy", 0, 0, 128}, {"Beige", 245, 245, 220}};
+    const ProcessFile file = ReadProcessFile(bytes.Path(), colors);
+    Require(file.opened, "a file that is there is opened");
+    std::int32_t line = 0;
+    for (const ProcessFileError& error : file.errors) {
+        Require(!error.text.empty(), "an error has a text");
+        Require(error.line >= line, "errors come in the order of their lines");
+        line = error.line;
+    }
+    Require(!file.steps.empty() && file.steps[0].kind == StepKind::Substrate,
             "the substrate comes first");
-    if (result == 0) {
-        Check(model);
+    if (file.errors.empty()) {
+        Check(file);
     }
 }
 
@@ -56,9 +63,6 @@ void Read(const MemoryFile& file) {
 }  // namespace zelmo
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    if (zelmo::GetColorTable().empty()) {
-        zelmo::GetColorTable() = {{"navy", 0, 0, 128}, {"Beige", 245, 245, 220}};
-    }
     zelmo::Read(zelmo::MemoryFile(data, size));
     return 0;
 }

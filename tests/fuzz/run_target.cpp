@@ -1,6 +1,5 @@
 #include <fmt/format.h>
 
-#include <algorithm>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -10,9 +9,8 @@
 #include "gds/coordinates.h"
 #include "gds/gds_database.h"
 #include "gds/gds_reader.h"
-#include "gds/polygon_selection.h"
-#include "model/grid/grid_geometry.h"
-#include "model/process_model.h"
+#include "gds/polygon_extraction.h"
+#include "model/grid/grid.h"
 #include "process_file/reader.h"
 #include "tests/fuzz/made_run.h"
 #include "tests/fuzz/target.h"
@@ -29,26 +27,23 @@ namespace {
 bool IsSmall(const MemoryFile& layout, const MemoryFile& process) {
     CountingConsole console;
     GdsDatabase database;
-    Require(ReadGdsFile(database, layout.Path(), &console) == 0, "a made layout loads");
-    ProcessModel model;
-    if (ReadProcessFile(model, process.Path(), &console) != 0) {
+    Require(!ReadGdsFile(database, layout.Path(), &console), "a made layout loads");
+    const ProcessFile file = ReadProcessFile(process.Path(), {});
+    if (!file.errors.empty()) {
         return false;  // a few of the smallest numbers are taken for zero
     }
-    SizeGrid(model);
+    Grid grid;
+    SizeGrid(grid, file.settings);
     const auto toUnits = [&](float microns) {
         return TruncateToI64(static_cast<double>(microns) / database.micronsPerUnit);
     };
-    ExtractionScope scope;
-    scope.x0 = toUnits(model.gridOriginX);
-    scope.y0 = toUnits(model.gridOriginY);
-    scope.x1 = toUnits(model.gridOriginX + model.gridWidth);
-    scope.y1 = toUnits(model.gridOriginY + model.gridHeight);
-    scope.minSize = toUnits(model.gridSpacing);
-    scope.limit = 2000;
-    scope.effort = 1000000;
-    const auto top = std::find_if(database.cells.begin(), database.cells.end(),
-                                  [](const GdsCell& cell) { return NameText(cell.name) == "TOP"; });
-    return CollectCellPolygons(scope, {&*top, GdsTransform()}) == 0;
+    const ExtractionWindow window{toUnits(grid.originX), toUnits(grid.originY),
+                                  toUnits(grid.originX + grid.width),
+                                  toUnits(grid.originY + grid.height), toUnits(grid.spacing)};
+    ExtractionLimits limits;
+    limits.polygons = 2000;
+    limits.fruitlessTests = 50000;
+    return !ExtractPolygons(database, "TOP", window, limits).refusal;
 }
 
 /// All lines of the run; the last one of a run that could not be prepared tells so.
@@ -56,7 +51,7 @@ std::string Records(const MemoryFile& layout, const MemoryFile& process) {
     std::string records;
     CountingConsole console;
     try {
-        TellStateRecords(layout.Path(), process.Path(), &console,
+        TellStateRecords(layout.Path(), process.Path(), {}, &console,
                          [&](std::string_view line) { records.append(line).push_back('\n'); });
     } catch (const std::runtime_error& error) {
         records.append(error.what());

@@ -41,17 +41,13 @@ private:
     int descriptor_ = -1;
 };
 
-/// Counts the lines of a reader, and those of them that tell of an error.
+/// Counts the lines of a reader.
 class CountingConsole : public LogConsole {
 public:
     std::size_t lines = 0;
-    std::size_t errors = 0;
 
 protected:
-    void AppendLine(std::wstring line) override {
-        ++lines;
-        errors += line.starts_with(L"Error") ? 1 : 0;
-    }
+    void AppendLine(std::wstring) override { ++lines; }
 };
 
 }  // namespace zelmo

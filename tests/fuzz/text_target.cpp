@@ -1,7 +1,7 @@
 #include <string>
 
 #include "base/text.h"
-#include "pictures/saved_images.h"
+#include "pictures/picture_names.h"
 #include "tests/fuzz/target.h"
 
 // Any bytes as a path, as its text, and back.

@@ -31,7 +31,7 @@ constexpr std::uint16_t reflected = 0x8000;
 
 TEST(ComputeBoundaryBounds, TakesTheBoxOfThePoints) {
     GdsDatabase database;
-    database.cells.resize(1);
+    AddCells(database, 1);
     Add(database.cells[0].boundaries, {});
     database.cells[0].boundaries[0].points = KeepPoints({{5, -7}, {-3, 20}, {9, 1}});
     RecordingConsole console;
@@ -47,7 +47,7 @@ TEST(ComputeBoundaryBounds, WarnsOfEveryPolygonOnALineAndKeepsIt) {
         writer.Boundary(1, {{4, 4}});
     });
     EXPECT_EQ(loaded.result, 0);
-    EXPECT_EQ(loaded.database.cells.at(0).boundaries.size(), 3u);
+    EXPECT_EQ(CellAt(loaded.database, 0).boundaries.size(), 3u);
     const std::string warning = "WARNING: Zero size boundary element in cell TOP with at ";
     EXPECT_EQ(std::vector(loaded.lines.begin(), loaded.lines.begin() + 3),
               (std::vector<std::string>{warning + "(10, 20)", warning + "(-10, -20)",
@@ -56,7 +56,7 @@ TEST(ComputeBoundaryBounds, WarnsOfEveryPolygonOnALineAndKeepsIt) {
 
 TEST(ComputeBoundaryBounds, ThrowsForAPolygonWithoutPoints) {
     GdsDatabase database;
-    database.cells.resize(1);
+    AddCells(database, 1);
     Add(database.cells[0].boundaries, {});
     RecordingConsole console;
     EXPECT_THROW(ComputeBoundaryBounds(database, &console), std::out_of_range);
@@ -68,7 +68,7 @@ TEST(ComputeBoundaryBounds, LeavesTheLimitsOf32BitsWhereAnOutlineLiesBeyondThem)
         writer.Path(1, {{0, 2147483600}, {100, 2147483600}}, 1000);
     });
     EXPECT_EQ(loaded.result, 0);
-    EXPECT_EQ(At(loaded.database.cells.at(0).boundaries, 0).bounds,
+    EXPECT_EQ(At(CellAt(loaded.database, 0).boundaries, 0).bounds,
               (GdsRect{0, 2147483100, 100, 2147484100}));
 }
 
@@ -77,7 +77,7 @@ TEST(ComputeBoundaryBounds, LeavesTheLimitsOf32BitsWhereAnOutlineLiesBeyondThem)
 TEST(ComputeCellBounds, StartsFromTheOriginOfTheCell) {
     const LoadedLayout loaded =
         LoadCell([](GdsWriter& writer) { writer.Rectangle(1, 100, 100, 200, 200); });
-    EXPECT_EQ(loaded.database.cells.at(0).bounds, (GdsRect{0, 0, 200, 200}));
+    EXPECT_EQ(CellAt(loaded.database, 0).bounds, (GdsRect{0, 0, 200, 200}));
     EXPECT_EQ(loaded.lines.back(), "--> \"TOP\" with size dx = 200 by dy = 200");
 }
 
@@ -94,8 +94,8 @@ TEST(ComputeCellBounds, TakesInReferencedCells) {
         writer.BeginCell("CHILD");
         writer.Rectangle(1, 100, 100, 200, 200);
     });
-    EXPECT_EQ(loaded.database.cells.at(0).bounds, (GdsRect{0, 0, 1200, 1200}));
-    EXPECT_EQ(loaded.database.cells.at(1).bounds, (GdsRect{0, 0, 200, 200}));
+    EXPECT_EQ(CellAt(loaded.database, 0).bounds, (GdsRect{0, 0, 1200, 1200}));
+    EXPECT_EQ(CellAt(loaded.database, 1).bounds, (GdsRect{0, 0, 200, 200}));
 }
 
 TEST(ComputeCellBounds, ReturnsTheBoxUnderThePlacementAndStoresItUndone) {
@@ -116,15 +116,15 @@ TEST(ComputeCellBounds, StoresTheBoxThroughThePlacementOfTheFirstVisit) {
         writer.BeginCell("CHILD");
         writer.Rectangle(1, -100, -100, 100, 100);
     });
-    EXPECT_EQ(turnedFirst.database.cells.at(0).bounds, (GdsRect{-141, -141, 141, 141}));
-    EXPECT_EQ(turnedFirst.database.cells.at(1).bounds, (GdsRect{-199, -199, 199, 199}));
+    EXPECT_EQ(CellAt(turnedFirst.database, 0).bounds, (GdsRect{-141, -141, 141, 141}));
+    EXPECT_EQ(CellAt(turnedFirst.database, 1).bounds, (GdsRect{-199, -199, 199, 199}));
     EXPECT_EQ(turnedFirst.lines.back(), "--> \"CHILD\" with size dx = 398 by dy = 398");
 
     GdsWriter childFirst;
     childFirst.BeginCell("CHILD");
     childFirst.Rectangle(1, -100, -100, 100, 100);
     childFirst.EndCell();
-    EXPECT_EQ(Load(childFirst).database.cells.at(0).bounds, (GdsRect{-100, -100, 100, 100}));
+    EXPECT_EQ(CellAt(Load(childFirst).database, 0).bounds, (GdsRect{-100, -100, 100, 100}));
 }
 
 TEST(ComputeCellBounds, ComposesAReflectedTurnUnderAMirroredParent) {
@@ -174,7 +174,7 @@ TEST(ComputeCellBounds, TakesInAllInstancesOfAnArray) {
         writer.Rectangle(1, 0, 0, 7, 8);
     });
     // The last instance stands at (210, 170).
-    EXPECT_EQ(loaded.database.cells.at(0).bounds, (GdsRect{0, 0, 217, 178}));
+    EXPECT_EQ(CellAt(loaded.database, 0).bounds, (GdsRect{0, 0, 217, 178}));
 }
 
 TEST(ComputeCellBounds, TruncatesPositionsOfPitchesThatAreNotWhole) {
@@ -184,7 +184,7 @@ TEST(ComputeCellBounds, TruncatesPositionsOfPitchesThatAreNotWhole) {
         writer.BeginCell("CHILD");
     });
     // 2 * 33.3 is 66.7, down and up alike.
-    EXPECT_EQ(loaded.database.cells.at(0).bounds, (GdsRect{0, -66, 66, 0}));
+    EXPECT_EQ(CellAt(loaded.database, 0).bounds, (GdsRect{0, -66, 66, 0}));
 }
 
 TEST(ComputeCellBounds, LeavesAnArrayOfNoColumnsOrRowsWithoutInstances) {
@@ -198,8 +198,8 @@ TEST(ComputeCellBounds, LeavesAnArrayOfNoColumnsOrRowsWithoutInstances) {
             writer.Rectangle(1, 0, 0, 7, 8);
         });
         EXPECT_EQ(loaded.result, 0);
-        EXPECT_EQ(loaded.database.cells.at(0).bounds, (GdsRect{0, 0, 10, 10}));
-        EXPECT_EQ(loaded.database.cells.at(1).bounds, (GdsRect{0, 0, 7, 8}));
+        EXPECT_EQ(CellAt(loaded.database, 0).bounds, (GdsRect{0, 0, 10, 10}));
+        EXPECT_EQ(CellAt(loaded.database, 1).bounds, (GdsRect{0, 0, 7, 8}));
     }
 }
 

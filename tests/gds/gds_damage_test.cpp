@@ -65,11 +65,11 @@ const std::set<std::int32_t> knownCodes = {0,  2,  3,  4,  5,  6,  7,  8,  9,  1
 void ExtractEveryCell(const GdsDatabase& database) {
     for (const GdsCell& cell : database.cells) {
         ExtractionScope scope;
-        scope.x0 = scope.y0 = -1000000000000;
-        scope.x1 = scope.y1 = 1000000000000;
-        scope.limit = 1000;
+        scope.window.x0 = scope.window.y0 = -1000000000000;
+        scope.window.x1 = scope.window.y1 = 1000000000000;
+        scope.limits.polygons = 1000;
         CollectCellPolygons(scope, {&cell, GdsTransform()});
-        EXPECT_LE(scope.output.size(), scope.limit);
+        EXPECT_LE(scope.output.size(), scope.limits.polygons);
     }
 }
 
@@ -84,7 +84,7 @@ protected:
         std::filesystem::remove(folder_.Path() / "damaged.gds");
         const std::filesystem::path path = folder_.Write("damaged.gds", bytes);
         try {
-            const std::int32_t result = ReadGdsFile(database, path, &console);
+            const std::int32_t result = CodeOf(ReadGdsFile(database, path, &console));
             EXPECT_EQ(knownCodes.count(result), 1u) << result;
             if (result == 0) {
                 ExtractEveryCell(database);

@@ -20,7 +20,7 @@ constexpr std::int32_t accepted = 0;
 std::int32_t ResultOfPath(const std::filesystem::path& path) {
     GdsDatabase database;
     RecordingConsole console;
-    const std::int32_t result = ReadGdsFile(database, path, &console);
+    const std::int32_t result = CodeOf(ReadGdsFile(database, path, &console));
     EXPECT_TRUE(console.lines.empty());
     return result;
 }
@@ -289,7 +289,7 @@ TEST(GdsRefusal, Code29AReferenceToAMissingCell) {
         writer.Reference("NOWHERE", {0, 0});
     });
     EXPECT_EQ(loaded.result, 29);
-    EXPECT_EQ(At(loaded.database.cells.at(0).srefs, 0).cell, nullptr);
+    EXPECT_EQ(At(CellAt(loaded.database, 0).srefs, 0).cell, nullptr);
     EXPECT_TRUE(loaded.lines.empty());
 }
 

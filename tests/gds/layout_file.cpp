@@ -21,7 +21,8 @@ LoadedLayout LoadBytes(const std::vector<std::uint8_t>& bytes) {
     const TempFolder folder;
     RecordingConsole console;
     LoadedLayout loaded;
-    loaded.result = ReadGdsFile(loaded.database, folder.Write("layout.gds", bytes), &console);
+    loaded.error = ReadGdsFile(loaded.database, folder.Write("layout.gds", bytes), &console);
+    loaded.result = CodeOf(loaded.error);
     loaded.lines = console.lines;
     return loaded;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -12,39 +13,19 @@
 
 #include "examples/gds_writer.h"
 #include "gds/gds_database.h"
+#include "gds/layout_error.h"
+#include "gds/record_codes.h"
 
 namespace zelmo {
 
-/// Record codes of the stream format.
+/// Records of the stream format that the reader skips.
 namespace record {
-constexpr std::uint16_t header = 0x0002;
-constexpr std::uint16_t units = 0x0305;
-constexpr std::uint16_t endlib = 0x0400;
-constexpr std::uint16_t bgnstr = 0x0502;
-constexpr std::uint16_t strname = 0x0606;
-constexpr std::uint16_t endstr = 0x0700;
-constexpr std::uint16_t boundary = 0x0800;
-constexpr std::uint16_t path = 0x0900;
-constexpr std::uint16_t sref = 0x0A00;
-constexpr std::uint16_t aref = 0x0B00;
-constexpr std::uint16_t text = 0x0C00;
-constexpr std::uint16_t node = 0x1500;
-constexpr std::uint16_t box = 0x2D00;
-constexpr std::uint16_t layer = 0x0D02;
 constexpr std::uint16_t datatype = 0x0E02;
-constexpr std::uint16_t width = 0x0F03;
-constexpr std::uint16_t pathtype = 0x2102;
-constexpr std::uint16_t xy = 0x1003;
-constexpr std::uint16_t sname = 0x1206;
-constexpr std::uint16_t colrow = 0x1302;
-constexpr std::uint16_t strans = 0x1A01;
-constexpr std::uint16_t mag = 0x1B05;
-constexpr std::uint16_t angle = 0x1C05;
-constexpr std::uint16_t endel = 0x1100;
 constexpr std::uint16_t texttype = 0x1602;
 constexpr std::uint16_t presentation = 0x1701;
 constexpr std::uint16_t string = 0x1906;
 constexpr std::uint16_t nodetype = 0x2A02;
+constexpr std::uint16_t propvalue = 0x2C06;
 constexpr std::uint16_t boxtype = 0x2E02;
 }  // namespace record
 
@@ -73,15 +54,36 @@ Element& At(std::span<Element> elements, std::size_t index) {
     return elements[index];
 }
 
+/// A cell of a database. Throws std::out_of_range if there are fewer.
+inline GdsCell& CellAt(GdsDatabase& database, std::size_t index) {
+    return At(database.cells.Items(), index);
+}
+inline const GdsCell& CellAt(const GdsDatabase& database, std::size_t index) {
+    return At(database.cells.Items(), index);
+}
+
+/// Adds empty cells to a database.
+inline void AddCells(GdsDatabase& database, std::size_t count) {
+    for (; count > 0; --count) {
+        database.cells.push_back({});
+    }
+}
+
 /// The points of a boundary or an array.
 template <typename Element>
 std::vector<GdsPoint> PointsOf(const Element& element) {
     return {element.points.begin(), element.points.end()};
 }
 
+/// The number that users see of what reading a layout returned, or 0.
+inline std::int32_t CodeOf(const std::optional<LayoutError>& error) {
+    return error ? LayoutErrorCode(error->kind) : 0;
+}
+
 /// What reading a file gave.
 struct LoadedLayout {
-    std::int32_t result = 0;
+    std::int32_t result = 0;  ///< the number that users see, or 0
+    std::optional<LayoutError> error;
     GdsDatabase database;
     std::vector<std::string> lines;  ///< of the console
 };

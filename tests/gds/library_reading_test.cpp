@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -29,7 +30,8 @@ using Lines = std::vector<std::string>;
 /// What reading gave, in words.
 struct Outcome {
     std::string database;
-    std::string end;  ///< the refusal, or what was thrown
+    std::string end;  ///< the code of the error, or what was thrown
+    std::optional<LayoutError> error;
     Lines lines;
 
     bool operator==(const Outcome&) const = default;
@@ -50,7 +52,8 @@ protected:
         try {
             const LibraryReading reading = ReadLibrary(database, path, &console, sizes);
             outcome.end =
-                std::to_string(reading.refusal) + (reading.flatSeen ? " with flat ones" : "");
+                std::to_string(CodeOf(reading.error)) + (reading.flatSeen ? " with flat ones" : "");
+            outcome.error = reading.error;
             outcome.database = TextOf(database);
         } catch (const std::out_of_range& error) {
             outcome.end = error.what();
@@ -71,6 +74,7 @@ protected:
                  {PieceSizes{100, 1}, PieceSizes{300, 40}, PieceSizes{5000, 700}, PieceSizes{}}) {
                 const Outcome outcome = Read(bytes, threads, sizes);
                 EXPECT_EQ(outcome.end, expected.end) << threads << ' ' << sizes.block;
+                EXPECT_EQ(outcome.error, expected.error) << threads << ' ' << sizes.block;
                 EXPECT_EQ(outcome.lines, expected.lines) << threads << ' ' << sizes.block;
                 EXPECT_EQ(outcome.database, expected.database) << threads << ' ' << sizes.block;
             }
@@ -298,7 +302,7 @@ TEST_F(LibraryReadingTest, TakesRecordsThatAreLongerThanABlock) {
     GdsWriter writer;
     writer.BeginCell("A");
     for (int i = 0; i < 5; ++i) {
-        writer.Record(0x2C06, Bytes(65531, 7));
+        writer.Record(record::propvalue, Bytes(65531, 7));
         writer.Boundary(3, std::vector<GdsPoint>(8190, {i, -i}));
     }
     writer.EndCell();
@@ -325,7 +329,7 @@ TEST_F(LibraryReadingTest, WritesToTheConsoleFromTheCallersThread) {
     writer.BeginCell("A");
     writer.Path(1, {{0, 0}, {100, 0}}, 10, 1);
     for (int i = 0; i < 200; ++i) {
-        writer.Record(0x2C06, Bytes(65531, 7));
+        writer.Record(record::propvalue, Bytes(65531, 7));
         writer.Rectangle(1, 0, 0, 10, 10);
     }
     writer.EndCell();
@@ -334,7 +338,7 @@ TEST_F(LibraryReadingTest, WritesToTheConsoleFromTheCallersThread) {
     for (int run = 0; run < 20; ++run) {
         GdsDatabase database;
         ThreadConsole console;
-        EXPECT_EQ(ReadLibrary(database, path, &console, {2000000, 20000}).refusal, 0);
+        EXPECT_EQ(ReadLibrary(database, path, &console, {2000000, 20000}).error, std::nullopt);
         EXPECT_EQ(console.writers, std::vector<std::thread::id>{std::this_thread::get_id()});
     }
 }

@@ -17,10 +17,7 @@ using Points = std::vector<GdsPoint>;
 /// The outline, or no points if the path is refused.
 Points Outline(const Points& points, std::uint32_t width, std::uint16_t pathType = 0) {
     Points out(2 * points.size() + 1);
-    const std::int32_t result = ExpandPath(
-        out.data(), points.data(), static_cast<std::int32_t>(points.size()), width, pathType);
-    EXPECT_TRUE(result == 0 || result == 1);
-    return result == 0 ? out : Points();
+    return ExpandPath(out, points, width, pathType) ? out : Points();
 }
 
 TEST(ExpandPath, SurroundsTheCentreLine) {
@@ -80,7 +77,7 @@ TEST(ExpandPath, TruncatesTheExtensionOfAnObliqueEnd) {
 }
 
 TEST(ExpandPath, RefusesFewerThanTwoPoints) {
-    EXPECT_EQ(ExpandPath(nullptr, nullptr, 0, 10, 0), 1);
+    EXPECT_FALSE(ExpandPath({}, {}, 10, 0));
     EXPECT_TRUE(Outline({{5, 5}}, 10).empty());
 }
 

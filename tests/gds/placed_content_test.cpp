@@ -141,13 +141,13 @@ TEST_F(PlacedContentTest, ASubcellWhoseStoredBoxMissesTheRectangleHidesItsPolygo
     leaf.bounds = {-100000, -100000, -99990, -99990};
     for (const std::size_t patience : {0, 1000}) {
         ExtractionScope scope;
-        scope.x0 = scope.y0 = -10000;
-        scope.x1 = scope.y1 = 10000;
-        scope.minSize = 1000;
-        scope.patience = patience;
+        scope.window.x0 = scope.window.y0 = -10000;
+        scope.window.x1 = scope.window.y1 = 10000;
+        scope.window.minSize = 1000;
+        scope.limits.patience = patience;
         GdsCell above;
         Add(above.srefs, Reference(top, {0, 0}));
-        EXPECT_EQ(CollectCellPolygons(scope, {&above, GdsTransform()}), 0u);
+        EXPECT_EQ(CollectCellPolygons(scope, {&above, GdsTransform()}), std::nullopt);
         EXPECT_EQ(scope.skipped, 0u) << patience;
     }
 }

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <random>
 #include <stdexcept>
 #include <utility>
@@ -22,15 +23,15 @@ namespace {
 
 ExtractionScope ScopeOf(std::int64_t x0, std::int64_t y0, std::int64_t x1, std::int64_t y1) {
     ExtractionScope scope;
-    scope.x0 = x0;
-    scope.y0 = y0;
-    scope.x1 = x1;
-    scope.y1 = y1;
+    scope.window.x0 = x0;
+    scope.window.y0 = y0;
+    scope.window.x1 = x1;
+    scope.window.y1 = y1;
     return scope;
 }
 
 /// Sizes the cell and collects its polygons.
-std::uint32_t Collect(ExtractionScope& scope, GdsCell& cell) {
+std::optional<ExtractionRefusal> Collect(ExtractionScope& scope, GdsCell& cell) {
     ComputeCellBounds(cell, GdsTransform());
     return CollectCellPolygons(scope, {&cell, GdsTransform()});
 }
@@ -49,7 +50,7 @@ TEST(CollectCellPolygons, KeepsPolygonsWholeAndShiftsThemToTheCorner) {
     GdsCell cell;
     Add(cell.boundaries, Rectangle(7, -1000, -1000, 15, 25));
     ExtractionScope scope = ScopeOf(10, 20, 100, 100);
-    EXPECT_EQ(Collect(scope, cell), 0u);
+    EXPECT_EQ(Collect(scope, cell), std::nullopt);
     ASSERT_EQ(scope.output.size(), 1u);
     EXPECT_EQ(scope.output[0].layer, 7);
     EXPECT_EQ(
@@ -66,10 +67,10 @@ TEST(CollectCellPolygons, LeavesOutAPolygonThatOnlyTouchesTheRectangle) {
     Add(cell.boundaries, Rectangle(5, 99, 99, 200, 200));
     Add(cell.boundaries, Rectangle(6, -100, -100, 1, 1));
     ExtractionScope scope = ScopeOf(0, 0, 100, 100);
-    scope.minSize = 1000;
-    EXPECT_EQ(Collect(scope, cell), 0u);
+    scope.window.minSize = 1000;
+    EXPECT_EQ(Collect(scope, cell), std::nullopt);
     EXPECT_EQ(scope.skipped, 2u);  // those that touch only are not counted
-    scope.minSize = 0;
+    scope.window.minSize = 0;
     Collect(scope, cell);
     EXPECT_EQ(LayersOf(scope), (Layers{5, 6}));
 }
@@ -79,8 +80,8 @@ TEST(CollectCellPolygons, DropsOnlyWhatIsBelowTheLeastSize) {
         GdsCell cell;
         Add(cell.boundaries, Rectangle(1, 0, 0, 100, 5000));
         ExtractionScope scope = ScopeOf(-10, -10, 1000, 1000);
-        scope.minSize = minSize;
-        EXPECT_EQ(Collect(scope, cell), 0u);
+        scope.window.minSize = minSize;
+        EXPECT_EQ(Collect(scope, cell), std::nullopt);
         EXPECT_EQ(scope.output.size(), kept ? 1u : 0u);
         EXPECT_EQ(scope.skipped, kept ? 0u : 1u);
     }
@@ -97,8 +98,8 @@ TEST(CollectCellPolygons, JudgesTheSizeByThePlacedBox) {
     Add(top.srefs, Reference(strip, {0, 0}));
     top.srefs.back().mag = 10.0;
     ExtractionScope scope = ScopeOf(-10000, -10000, 20000, 20000);
-    scope.minSize = 50;
-    EXPECT_EQ(Collect(scope, top), 0u);
+    scope.window.minSize = 50;
+    EXPECT_EQ(Collect(scope, top), std::nullopt);
     EXPECT_EQ(scope.output.size(), 2u);
     EXPECT_EQ(scope.skipped, 1u);
 }
@@ -109,8 +110,8 @@ TEST(CollectCellPolygons, NeverDropsASubcellForBeingSmall) {
     GdsCell top;
     Add(top.srefs, Reference(small, {5, 5}));
     ExtractionScope scope = ScopeOf(0, 0, 100, 100);
-    scope.minSize = 10;
-    EXPECT_EQ(Collect(scope, top), 0u);
+    scope.window.minSize = 10;
+    EXPECT_EQ(Collect(scope, top), std::nullopt);
     EXPECT_EQ(scope.skipped, 1u);  // it was entered, and its polygon counted
 }
 
@@ -127,7 +128,7 @@ TEST(CollectCellPolygons, GoesDepthFirstOwnPolygonsThenReferencesThenArrays) {
     Add(top.srefs, Reference(middle, {0, 0}));
     Add(top.boundaries, Rectangle(10, 0, 0, 5, 5));
     ExtractionScope scope = ScopeOf(-100, -100, 100, 100);
-    EXPECT_EQ(Collect(scope, top), 0u);
+    EXPECT_EQ(Collect(scope, top), std::nullopt);
     EXPECT_EQ(LayersOf(scope), (Layers{10, 30, 20, 21, 30, 20, 21, 30, 20, 21, 30}));
 }
 
@@ -137,7 +138,7 @@ TEST(CollectCellPolygons, GoesThroughArraysColumnByColumn) {
     GdsCell top;
     Add(top.arefs, Array(leaf, 20, 30, {0, 0}, {20 * 3, 0}, {0, 30 * 5}));
     ExtractionScope scope = ScopeOf(0, 0, 1000, 1000);
-    EXPECT_EQ(Collect(scope, top), 0u);
+    EXPECT_EQ(Collect(scope, top), std::nullopt);
     ASSERT_EQ(scope.output.size(), 600u);
     for (std::int64_t k = 0; k < 600; ++k) {
         ASSERT_EQ(scope.output[static_cast<std::size_t>(k)].points[0],
@@ -153,7 +154,7 @@ TEST(CollectCellPolygons, PrunesByTheReferencedCellsBoxAndItsOrigin) {
     GdsCell top;
     Add(top.srefs, Reference(far, {0, 0}));
     ExtractionScope scope = ScopeOf(400, 400, 600, 600);
-    EXPECT_EQ(Collect(scope, top), 0u);
+    EXPECT_EQ(Collect(scope, top), std::nullopt);
     EXPECT_TRUE(scope.output.empty());
     EXPECT_EQ(scope.skipped, 0u);
     // A stored box that misses the rectangle hides the polygons in it.
@@ -172,15 +173,15 @@ TEST(CollectCellPolygons, StopsAsSoonAsTheLimitIsReached) {
     Add(top.arefs, Array(leaf, 2, 2, {0, 0}, {20, 0}, {0, 20}));
     const auto collect = [&](std::size_t limit) {
         ExtractionScope scope = ScopeOf(-100, -100, 100, 100);
-        scope.limit = limit;
-        const std::uint32_t result = Collect(scope, top);
+        scope.limits.polygons = limit;
+        const auto result = Collect(scope, top);
         EXPECT_EQ(scope.output.size(), std::min<std::size_t>(limit, 12));
         return result;
     };
-    EXPECT_EQ(collect(13), 0u);
-    EXPECT_EQ(collect(12), 2u);  // also at the very last polygon
-    EXPECT_EQ(collect(5), 2u);
-    EXPECT_EQ(ExtractionScope().limit, 10000000u);
+    EXPECT_EQ(collect(13), std::nullopt);
+    EXPECT_EQ(collect(12), ExtractionRefusal::TooManyPolygons);  // also at the very last polygon
+    EXPECT_EQ(collect(5), ExtractionRefusal::TooManyPolygons);
+    EXPECT_EQ(ExtractionLimits().polygons, 10000000u);
 }
 
 TEST(CollectCellPolygons, ThrowsForAnArrayOfFewerThanThreePoints) {
@@ -199,7 +200,7 @@ TEST(CollectCellPolygons, HasNothingToTakeFromAnArrayOfNoColumnsOrRows) {
     Add(top.arefs, Array(leaf, 0, 5, {0, 0}, {20, 0}, {0, 20}));
     Add(top.arefs, Array(leaf, 5, 0, {0, 0}, {20, 0}, {0, 20}));
     ExtractionScope scope = ScopeOf(-10, -10, 100, 100);
-    EXPECT_EQ(Collect(scope, top), 0u);
+    EXPECT_EQ(Collect(scope, top), std::nullopt);
     EXPECT_TRUE(scope.output.empty());
 }
 
@@ -210,7 +211,7 @@ TEST(CollectCellPolygons, PutsInstancesBeyond32BitsAtTheMostNegativeNumber) {
     // The second column stands at 3,000,000,000.
     Add(top.arefs, Array(leaf, 2, 1, {2000000000, 0}, {4000000000, 0}, {2000000000, 1}));
     ExtractionScope scope = ScopeOf(-2147483648LL, -10, -2147483000, 100);
-    EXPECT_EQ(Collect(scope, top), 0u);
+    EXPECT_EQ(Collect(scope, top), std::nullopt);
     // Sized at its true place, extracted at the other end of the world.
     EXPECT_EQ(top.bounds, (GdsRect{0, 0, 3000000005, 5}));
     ASSERT_EQ(scope.output.size(), 1u);
@@ -229,7 +230,7 @@ TEST(CollectCellPolygons, WalksAChainOf200000Cells) {
         }
     }
     ExtractionScope scope = ScopeOf(0, 0, 1000000, 100);
-    EXPECT_EQ(Collect(scope, cells.front()), 0u);
+    EXPECT_EQ(Collect(scope, cells.front()), std::nullopt);
     ASSERT_EQ(scope.output.size(), 1u);
     EXPECT_EQ(scope.output[0].points[0], (GdsPoint{depth - 1, 0}));
 }
@@ -245,7 +246,7 @@ TEST(CollectCellPolygons, FindsAFewInstancesOfNestedHugeArraysAtOnce) {
     const std::int64_t x = 655350 * 600 + 30;
     const std::int64_t y = 1310700 * 400 + 40;
     ExtractionScope scope = ScopeOf(x, y, x + 31, y + 41);
-    EXPECT_EQ(Collect(scope, c), 0u);
+    EXPECT_EQ(Collect(scope, c), std::nullopt);
     std::vector<GdsPoint> corners;
     for (const RawPolygon& polygon : scope.output) {
         corners.push_back(polygon.points[0]);
@@ -280,7 +281,7 @@ struct Heap {
 TEST(CollectCellPolygons, PassesOverHugeArraysOfCellsWithoutPolygons) {
     Heap heap(nullptr);
     ExtractionScope scope = ScopeOf(-100, -100, 100, 100);
-    EXPECT_EQ(Collect(scope, heap.levels[2]), 0u);
+    EXPECT_EQ(Collect(scope, heap.levels[2]), std::nullopt);
     EXPECT_TRUE(scope.output.empty());
     EXPECT_EQ(scope.skipped, 0u);
 }
@@ -289,14 +290,14 @@ TEST(CollectCellPolygons, CountsTheSmallPolygonsOfHugeArraysTogether) {
     const GdsBoundary small = Rectangle(1, 0, 0, 3, 4);
     Heap heap(&small);
     ExtractionScope scope = ScopeOf(-100, -100, 100, 100);
-    scope.minSize = 5;
-    EXPECT_EQ(Collect(scope, heap.levels[0]), 0u);
+    scope.window.minSize = 5;
+    EXPECT_EQ(Collect(scope, heap.levels[0]), std::nullopt);
     EXPECT_TRUE(scope.output.empty());
     EXPECT_EQ(scope.skipped, 65535u * 65535u);
     scope.skipped = 0;
     GdsCell two;
     Add(two.arefs, Array(heap.levels[0], 65535, 1000, {0, 0}, {0, 0}, {0, 0}));
-    EXPECT_EQ(Collect(scope, two), 0u);
+    EXPECT_EQ(Collect(scope, two), std::nullopt);
     EXPECT_EQ(scope.skipped, std::uint64_t{65535} * 65535 * 65535 * 1000);
 }
 
@@ -305,7 +306,7 @@ TEST(CollectCellPolygons, PassesOverHugeArraysWhosePolygonsLieElsewhere) {
     const GdsBoundary far = Rectangle(1, 1000, 1000, 1100, 1100);
     Heap heap(&far);
     ExtractionScope scope = ScopeOf(400, 400, 600, 600);
-    EXPECT_EQ(Collect(scope, heap.levels[2]), 0u);
+    EXPECT_EQ(Collect(scope, heap.levels[2]), std::nullopt);
     EXPECT_TRUE(scope.output.empty());
     EXPECT_EQ(scope.skipped, 0u);
 }
@@ -319,10 +320,10 @@ TEST(CollectCellPolygons, PassesOverAHierarchyOfManyPathsThatSelectsNothing) {
         Add(cells[i].srefs, Reference(cells[i - 1], {0, 1}));
     }
     ExtractionScope scope = ScopeOf(-1000, -1000, 1000, 1000);
-    scope.minSize = 5;
-    EXPECT_EQ(Collect(scope, cells.back()), 0u);
+    scope.window.minSize = 5;
+    EXPECT_EQ(Collect(scope, cells.back()), std::nullopt);
     EXPECT_EQ(scope.skipped, 0u);  // 2^100 in 64 bits
-    EXPECT_EQ(Collect(scope, cells[60]), 0u);
+    EXPECT_EQ(Collect(scope, cells[60]), std::nullopt);
     EXPECT_EQ(scope.skipped, std::uint64_t{1} << 60);
 }
 
@@ -330,9 +331,9 @@ TEST(CollectCellPolygons, EndsAtTheLimitInHugeArraysOfPolygonsInReach) {
     const GdsBoundary polygon = Rectangle(1, 0, 0, 30, 40);
     Heap heap(&polygon);
     ExtractionScope scope = ScopeOf(-100, -100, 100, 100);
-    scope.minSize = 5;
-    scope.limit = 100000;
-    EXPECT_EQ(Collect(scope, heap.levels[2]), 2u);
+    scope.window.minSize = 5;
+    scope.limits.polygons = 100000;
+    EXPECT_EQ(Collect(scope, heap.levels[2]), ExtractionRefusal::TooManyPolygons);
     EXPECT_EQ(scope.output.size(), 100000u);
 }
 
@@ -341,13 +342,13 @@ TEST(CollectCellPolygons, EndsAtTheLimitInHugeArraysOfPolygonsInReach) {
 ExtractionScope RandomScope(std::mt19937& random, std::int64_t reach) {
     const std::int64_t side = RandomInteger(random, 0, 3) == 0 ? reach * 4 : reach / 2 + 1;
     ExtractionScope scope;
-    scope.x0 = RandomInteger(random, -2 * reach, 2 * reach);
-    scope.y0 = RandomInteger(random, -2 * reach, 2 * reach);
-    scope.x1 = scope.x0 + RandomInteger(random, 0, side);
-    scope.y1 = scope.y0 + RandomInteger(random, 0, side);
-    scope.minSize = random() % 2 == 0 ? 0 : RandomInteger(random, 0, reach / 8 + 1);
-    scope.limit = random() % 4 == 0 ? 1 + random() % 20 : 2000;
-    scope.patience = random() % 3 == 0 ? 50000 : random() % 4;
+    scope.window.x0 = RandomInteger(random, -2 * reach, 2 * reach);
+    scope.window.y0 = RandomInteger(random, -2 * reach, 2 * reach);
+    scope.window.x1 = scope.window.x0 + RandomInteger(random, 0, side);
+    scope.window.y1 = scope.window.y0 + RandomInteger(random, 0, side);
+    scope.window.minSize = random() % 2 == 0 ? 0 : RandomInteger(random, 0, reach / 8 + 1);
+    scope.limits.polygons = random() % 4 == 0 ? 1 + random() % 20 : 2000;
+    scope.limits.patience = random() % 3 == 0 ? 50000 : random() % 4;
     return scope;
 }
 
@@ -477,7 +478,7 @@ TEST(CollectCellPolygons, LeavesChainsOfTwinsBeyondAllNumbersAtOnce) {
         ComputeCellBounds(cell, GdsTransform());
     }
     ExtractionScope scope = ScopeOf(3000, -600, 8000, 300);
-    EXPECT_EQ(CollectCellPolygons(scope, {&chain.front(), GdsTransform()}), 0u);
+    EXPECT_EQ(CollectCellPolygons(scope, {&chain.front(), GdsTransform()}), std::nullopt);
     EXPECT_TRUE(scope.output.empty());
 }
 
@@ -493,9 +494,9 @@ TEST(CollectCellPolygons, CountsTheDroppedPolygonsOfPlacementsThatItDoesNotWalkA
     }
     ComputeCellBounds(chain.front(), GdsTransform());
     ExtractionScope scope = ScopeOf(0, 0, 100, 100);
-    scope.minSize = 5;
-    scope.patience = 20;
-    EXPECT_EQ(CollectCellPolygons(scope, {&chain.front(), GdsTransform()}), 0u);
+    scope.window.minSize = 5;
+    scope.limits.patience = 20;
+    EXPECT_EQ(CollectCellPolygons(scope, {&chain.front(), GdsTransform()}), std::nullopt);
     EXPECT_EQ(scope.skipped, 4096u);
     EXPECT_TRUE(scope.output.empty());
 }
@@ -510,8 +511,63 @@ TEST(CollectCellPolygons, GivesUpWhereSearchingWouldTakeForever) {
     }
     ComputeCellBounds(cells[0], GdsTransform());
     ExtractionScope scope = ScopeOf(0, 0, 1000, 1000);
-    scope.effort = 1000000;
-    EXPECT_EQ(CollectCellPolygons(scope, {&cells[0], GdsTransform()}), 3u);
+    scope.limits.fruitlessTests = 1000000;
+    EXPECT_EQ(CollectCellPolygons(scope, {&cells[0], GdsTransform()}),
+              ExtractionRefusal::FruitlessSearch);
+}
+
+TEST(CollectCellPolygons, CountsNoTestsThatLeadToPolygons) {
+    // A chain of ten cells leads to every polygon: ten tests for each.
+    std::vector<GdsCell> chain(11);
+    Add(chain.back().boundaries, Rectangle(1, 0, 0, 10, 10));
+    for (std::size_t i = 1; i + 1 < chain.size(); ++i) {
+        Add(chain[i].srefs, Reference(chain[i + 1], {0, 0}));
+    }
+    Add(chain[0].arefs, Array(chain[1], 30, 30, {0, 0}, {600, 0}, {0, 600}));
+    ExtractionScope scope = ScopeOf(-1, -1, 1000, 1000);
+    scope.limits.fruitlessTests = 100;
+    EXPECT_EQ(Collect(scope, chain[0]), std::nullopt);
+    EXPECT_EQ(scope.output.size(), 900u);
+}
+
+TEST(CollectCellPolygons, CountsNoPolygonsBesideThoseThatItSelects) {
+    // Every instance brings one polygon and many that are too small or too far away.
+    GdsCell leaf;
+    for (int i = 0; i < 40; ++i) {
+        Add(leaf.boundaries, Rectangle(1, 0, 0, 2, 2));
+        Add(leaf.boundaries, Rectangle(1, 5000, 5000, 5100, 5100));
+    }
+    Add(leaf.boundaries, Rectangle(2, 0, 0, 10, 10));
+    GdsCell top;
+    Add(top.arefs, Array(leaf, 30, 30, {0, 0}, {600, 0}, {0, 600}));
+    ExtractionScope scope = ScopeOf(-1, -1, 1000, 1000);
+    scope.window.minSize = 5;
+    scope.limits.fruitlessTests = 100;
+    EXPECT_EQ(Collect(scope, top), std::nullopt);
+    EXPECT_EQ(scope.output.size(), 900u);
+    EXPECT_EQ(scope.skipped, 900u * 40u);
+}
+
+TEST(CollectCellPolygons, DoesNotAddUpFruitlessTestsBetweenPolygons) {
+    // Twenty placements without a polygon in reach follow each with one.
+    GdsCell good;
+    Add(good.boundaries, Rectangle(1, 0, 0, 10, 10));
+    GdsCell bad;
+    Add(bad.boundaries, Rectangle(1, -50000, -50000, -49990, -49990));
+    Add(bad.boundaries, Rectangle(1, 50000, 50000, 50010, 50010));
+    GdsCell top;
+    for (int i = 0; i < 100; ++i) {
+        Add(top.srefs, Reference(good, {i, 0}));
+        for (int k = 0; k < 20; ++k) {
+            Add(top.srefs, Reference(bad, {i, k}));
+        }
+    }
+    ExtractionScope scope = ScopeOf(0, 0, 1000, 1000);
+    scope.limits.fruitlessTests = 100;
+    EXPECT_EQ(Collect(scope, top), std::nullopt);
+    EXPECT_EQ(scope.output.size(), 100u);
+    scope.limits.fruitlessTests = 50;
+    EXPECT_EQ(Collect(scope, top), ExtractionRefusal::FruitlessSearch);
 }
 
 TEST(CollectCellPolygons, StopsAtTheLimitOfPointsToo) {
@@ -521,8 +577,9 @@ TEST(CollectCellPolygons, StopsAtTheLimitOfPointsToo) {
     Add(parent.arefs, Array(leaf, 10, 10, {0, 0}, {200, 0}, {0, 200}));
     ComputeCellBounds(parent, GdsTransform());
     ExtractionScope scope = ScopeOf(-1, -1, 1000, 1000);
-    scope.pointLimit = 52;
-    EXPECT_EQ(CollectCellPolygons(scope, {&parent, GdsTransform()}), 2u);
+    scope.limits.points = 52;
+    EXPECT_EQ(CollectCellPolygons(scope, {&parent, GdsTransform()}),
+              ExtractionRefusal::TooManyPoints);
     EXPECT_EQ(scope.output.size(), 11u);
 }
 

@@ -114,7 +114,7 @@ double RandomAngle(std::mt19937& random) {
 GdsDatabase RandomLayout(std::mt19937& random, const RandomLayoutSettings& settings) {
     GdsDatabase database;
     const auto count = static_cast<std::size_t>(settings.cells);
-    database.cells.resize(count);
+    AddCells(database, count);
     // References lead to cells of a lower rank, which may come earlier or later in the file.
     std::vector<std::size_t> order(count);
     for (std::size_t i = 0; i < count; ++i) {

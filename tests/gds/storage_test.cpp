@@ -7,7 +7,6 @@
 #include <limits>
 #include <numeric>
 #include <span>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -53,7 +52,6 @@ TEST(GrowingArray, IsEmptyAtFirst) {
     EXPECT_EQ(items.begin(), items.end());
     items.shrink_to_fit();
     EXPECT_TRUE(items.empty());
-    EXPECT_THROW(items.at(0), std::out_of_range);
 }
 
 TEST(GrowingArray, TakesOneOfItsOwnItems) {
@@ -68,7 +66,7 @@ TEST(GrowingArray, TakesOneOfItsOwnItems) {
 TEST(GrowingArray, GrowsOnAfterItWasCutToItsSize) {
     GrowingArray<Item> items = CountTo(5);
     items.shrink_to_fit();
-    EXPECT_EQ(items.at(4).value, 4);
+    EXPECT_EQ(items[4].value, 4);
     items.push_back({1, 50});
     EXPECT_EQ(items.size(), 6u);
     EXPECT_EQ(items[0].value, 0);
@@ -105,12 +103,9 @@ TEST(GrowingArray, StartsAnewWhenItIsCleared) {
     GrowingArray<Item> items = CountTo(100);
     items.clear();
     EXPECT_TRUE(items.empty());
-    items.resize(3);
-    EXPECT_EQ(items.size(), 3u);
-    EXPECT_EQ(items.at(2).value, -1);
-    items.resize(1);
+    items.push_back({1, 50});
     EXPECT_EQ(items.size(), 1u);
-    EXPECT_THROW(items.at(1), std::out_of_range);
+    EXPECT_EQ(items[0].value, 50);
 }
 
 TEST(RunPool, RunsStayWhereTheyAre) {
@@ -139,7 +134,7 @@ TEST(RunPool, KeepsCopies) {
     const std::span<const char> kept = pool.Keep(text);
     text = {'x', 'y', 'z'};
     EXPECT_EQ(std::vector<char>(kept.begin(), kept.end()), (std::vector<char>{'a', 'b', 'c'}));
-    EXPECT_TRUE(pool.Keep({}).empty());
+    EXPECT_TRUE(pool.Keep(std::span<const char>()).empty());
 }
 
 TEST(RunPool, KeepsAllOfShortAndLongLists) {

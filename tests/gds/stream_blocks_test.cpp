@@ -24,6 +24,7 @@ struct KeptPiece {
 struct AllPieces {
     std::vector<KeptPiece> pieces;
     RecordStatus end = RecordStatus::Read;
+    std::uint16_t nextCode = 0;
 
     Bytes Together() const {
         Bytes all;
@@ -36,6 +37,7 @@ struct AllPieces {
 
 AllPieces ReadAll(const std::filesystem::path& path, const PieceSizes& sizes) {
     AllPieces all;
+    std::uint64_t offset = 0;
     StreamBlocks blocks(path, sizes);
     StreamBlock block;
     StreamBlock before;
@@ -43,8 +45,12 @@ AllPieces ReadAll(const std::filesystem::path& path, const PieceSizes& sizes) {
         std::swap(block, before);
         blocks.Read(block);
         for (const StreamPiece& piece : block.pieces) {
+            EXPECT_EQ(piece.offset, offset);
+            offset += piece.bytes.size();
             all.pieces.push_back({{piece.bytes.begin(), piece.bytes.end()}, piece.start});
         }
+        EXPECT_EQ(block.nextOffset, offset);
+        all.nextCode = block.nextCode;
         all.end = block.next;
     }
     return all;
@@ -110,7 +116,7 @@ TEST(StreamBlocks, APieceKnowsThePathTypesBeforeIt) {
 TEST(StreamBlocks, RecordsWithoutAnEndOfAnElementArePassedOnNevertheless) {
     GdsWriter writer;
     for (int i = 0; i < 10; ++i) {
-        writer.Record(0x2C06, Bytes(60000, static_cast<std::uint8_t>(i)));
+        writer.Record(record::propvalue, Bytes(60000, static_cast<std::uint8_t>(i)));
     }
     const AllPieces all = ReadAll(writer.Bytes(), {1000, 100});
     EXPECT_EQ(all.Together(), writer.Bytes());
@@ -120,7 +126,7 @@ TEST(StreamBlocks, RecordsWithoutAnEndOfAnElementArePassedOnNevertheless) {
 
 TEST(StreamBlocks, FillsTheLastRecordWithZeros) {
     GdsWriter writer = Cells(2);
-    writer.Record(0x2C06, Bytes(65531, 9));
+    writer.Record(record::propvalue, Bytes(65531, 9));
     Bytes& bytes = writer.Bytes();
     const std::size_t size = bytes.size();
     bytes.erase(bytes.end() - 60000, bytes.end());
@@ -148,6 +154,7 @@ TEST(StreamBlocks, TellsWhatFollowsTheRecords) {
     all = ReadAll(writer.Bytes(), {300, 100});
     EXPECT_EQ(all.Together(), cells);
     EXPECT_EQ(all.end, RecordStatus::BadLength);
+    EXPECT_EQ(all.nextCode, 0x0102);
 }
 
 TEST(StreamBlocks, ReportsWhatCannotBeRead) {

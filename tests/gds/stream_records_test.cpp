@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
+#include <cmath>
 #include <cstdint>
+#include <random>
+#include <string>
 #include <vector>
 
 #include "examples/gds_writer.h"
@@ -57,11 +61,14 @@ TEST_F(StreamRecordsTest, HandsOutRecordAfterRecord) {
     StreamRecord record;
     ASSERT_EQ(records.Next(record), RecordStatus::Read);
     EXPECT_EQ(record.code, 0x0D02);
+    EXPECT_EQ(records.OffsetOf(record), 0u);
     ASSERT_EQ(record.data.size(), 2u);
     EXPECT_EQ(record.U16At(0), 7);
     ASSERT_EQ(records.Next(record), RecordStatus::Read);
     EXPECT_EQ(record.code, 0x1100);
+    EXPECT_EQ(records.OffsetOf(record), 6u);
     EXPECT_TRUE(record.data.empty());
+    EXPECT_EQ(records.Offset(), 10u);
     EXPECT_EQ(records.Next(record), RecordStatus::EndOfFile);
     EXPECT_EQ(records.Next(record), RecordStatus::EndOfFile);
 }
@@ -79,6 +86,8 @@ TEST_F(StreamRecordsTest, ReportsALengthBelowFour) {
         StreamRecords records = Open({0, length, 0x11, 0x00});
         StreamRecord record;
         EXPECT_EQ(records.Next(record), RecordStatus::BadLength) << int{length};
+        EXPECT_EQ(record.code, 0x1100);
+        EXPECT_EQ(records.Offset(), 0u);
     }
 }
 
@@ -122,8 +131,11 @@ TEST_F(StreamRecordsTest, KeepsEveryByteOfRecordsThatLieAcrossBlocks) {
     }
     StreamRecords records = Open(writer.Bytes());
     StreamRecord record;
+    std::uint64_t offset = 0;
     for (const std::size_t size : sizes) {
         ASSERT_EQ(records.Next(record), RecordStatus::Read);
+        ASSERT_EQ(records.OffsetOf(record), offset);
+        offset += recordHeadSize + size;
         ASSERT_EQ(record.data.size(), size);
         for (std::size_t i = 0; i < size; ++i) {
             ASSERT_EQ(record.data[i], static_cast<std::uint8_t>(i * 31 + size));
@@ -136,6 +148,63 @@ TEST_F(StreamRecordsTest, ReportsWhatCannotBeRead) {
     StreamRecord record;
     EXPECT_EQ(StreamRecords(folder_.Path() / "missing").Next(record), RecordStatus::Unreadable);
     EXPECT_EQ(StreamRecords(folder_.Path()).Next(record), RecordStatus::Unreadable);
+}
+
+// Reals
+
+double Real(std::vector<std::uint8_t> bytes) {
+    bytes.resize(8);
+    return GdsReal8ToDouble(bytes.data());
+}
+
+TEST(GdsReal8ToDouble, GivesTheValueOfTheBytes) {
+    EXPECT_EQ(Real({0x41, 0x10}), 1.0);
+    EXPECT_EQ(Real({0xC1, 0x10}), -1.0);
+    EXPECT_EQ(Real({}), 0.0);
+    EXPECT_EQ(Real({0x42, 0x64}), 100.0);
+    EXPECT_EQ(Real({0x40, 0x80}), 0.5);
+    EXPECT_EQ(Real({0x39, 0x44, 0xB8, 0x2F, 0xA0, 0x9B, 0x5A, 0x54}), 1e-9);
+    EXPECT_EQ(Real({0x39, 0x44, 0xB8, 0x2F, 0xA0, 0x9B, 0x5A, 0x54}) * 1000000.0, 0.001);
+}
+
+TEST(GdsReal8ToDouble, CoversTheWholeRange) {
+    EXPECT_EQ(Real({0x7F, 0x10}), 0x1p248);
+    EXPECT_EQ(Real({0x00, 0x80}), 0x1p-257);
+    EXPECT_EQ(Real({0x00, 0, 0, 0, 0, 0, 0, 0x01}), 0x1p-312);
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(Real({0x80})), std::bit_cast<std::uint64_t>(-0.0));
+}
+
+TEST(GdsReal8ToDouble, SumsTheMantissaByteByByteInDoublePrecision) {
+    // 56 bits do not fit: the last byte is added to a rounded sum.
+    EXPECT_EQ(Real({0x40, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}), 1.0);
+    EXPECT_EQ(Real({0x40, 0x80, 0, 0, 0, 0, 0, 0x04}), 0.5);  // half way, to even
+    EXPECT_EQ(Real({0x40, 0x80, 0, 0, 0, 0, 0, 0x0C}), 0.5 + 0x1p-52);
+}
+
+TEST(GdsReal8ToDouble, EqualsTheSumOfTheBytesForAnyBytes) {
+    std::mt19937 random(8);
+    for (int run = 0; run < 20000; ++run) {
+        std::uint8_t bytes[8];
+        for (std::uint8_t& byte : bytes) {
+            // Halves and ends of what a double can hold are the hard ones.
+            constexpr std::uint8_t hard[] = {0x00, 0x01, 0x08, 0x10, 0x80, 0xFF};
+            byte = random() % 2 == 0 ? hard[random() % 6] : static_cast<std::uint8_t>(random());
+        }
+        double mantissa = 0.0;
+        for (int i = 1; i < 8; ++i) {
+            mantissa += bytes[i] * std::pow(2.0, -8 * i);
+        }
+        const double expected = bytes[0] < 128 ? std::pow(16.0, bytes[0] - 64) * 1.0 * mantissa
+                                               : std::pow(16.0, bytes[0] - 192) * -1.0 * mantissa;
+        ASSERT_EQ(std::bit_cast<std::uint64_t>(GdsReal8ToDouble(bytes)),
+                  std::bit_cast<std::uint64_t>(expected));
+    }
+}
+
+TEST(GdsReal8ToDouble, ReadsBackWhatTheWriterWrites) {
+    for (const double value : {1e-9, 0.001, 0.1, 3.0, -2.5, 45.0, 359.999, 1e30, 5e-10}) {
+        EXPECT_EQ(GdsReal8ToDouble(DoubleToGdsReal8(value).data()), value);
+    }
 }
 
 }  // namespace

@@ -26,33 +26,33 @@ Layer& AppendBump(ProcessModel& model, std::int32_t col, std::int32_t row) {
 TEST(CoverMap, WithoutLayersCellsStayAsTheyWere) {
     ProcessModel model;
     SetUpGrid(model, 4, 3, 1.0f);
-    model.coverMap[5] = {7, 2.5f};
-    const auto before = BitsOf(model.coverMap);
-    UpdateCoverMap(model);
-    EXPECT_EQ(BitsOf(model.coverMap), before);
+    model.stack.coverMap[5] = {7, 2.5f};
+    const auto before = BitsOf(model.stack.coverMap);
+    UpdateCoverMap(model.stack, model.grid);
+    EXPECT_EQ(BitsOf(model.stack.coverMap), before);
 }
 
 TEST(CoverMap, WithoutColumnsNothingIsTouched) {
     ProcessModel model;
-    model.gridRows = 3;
+    model.grid.rows = 3;
     AppendFlatLayer(model, 0.0f, 1.0f);
-    UpdateCoverMap(model);
-    EXPECT_TRUE(model.coverMap.empty());
+    UpdateCoverMap(model.stack, model.grid);
+    EXPECT_TRUE(model.stack.coverMap.empty());
 }
 
 TEST(CoverMap, CellsThatNoLayerCoversStayAsTheyWere) {
     ProcessModel model;
     SetUpGrid(model, 5, 1, 1.0f);
-    model.coverMap.assign(5, {9, 4.0f});
+    model.stack.coverMap.assign(5, {9, 4.0f});
     AppendBump(model, 0, 0);
-    UpdateCoverMap(model);
-    EXPECT_EQ(model.coverMap[0].layerId, 0);
-    EXPECT_EQ(model.coverMap[0].height, 3.0f);
-    EXPECT_EQ(model.coverMap[1].layerId, 0);
-    EXPECT_EQ(model.coverMap[1].height, 1.0f);
+    UpdateCoverMap(model.stack, model.grid);
+    EXPECT_EQ(model.stack.coverMap[0].layerId, 0);
+    EXPECT_EQ(model.stack.coverMap[0].height, 3.0f);
+    EXPECT_EQ(model.stack.coverMap[1].layerId, 0);
+    EXPECT_EQ(model.stack.coverMap[1].height, 1.0f);
     for (std::size_t cell = 2; cell < 5; ++cell) {
-        EXPECT_EQ(model.coverMap[cell].layerId, 9);
-        EXPECT_EQ(model.coverMap[cell].height, 4.0f);
+        EXPECT_EQ(model.stack.coverMap[cell].layerId, 9);
+        EXPECT_EQ(model.stack.coverMap[cell].height, 4.0f);
     }
 }
 
@@ -61,8 +61,8 @@ TEST(CoverMap, TheTopmostLayerWins) {
     SetUpGrid(model, 3, 3, 1.0f);
     AppendFlatLayer(model, 0.0f, 5.0f);
     AppendFlatLayer(model, 1.0f, 2.0f);
-    UpdateCoverMap(model);
-    for (const CoverCell& cover : model.coverMap) {
+    UpdateCoverMap(model.stack, model.grid);
+    for (const CoverCell& cover : model.stack.coverMap) {
         EXPECT_EQ(cover.layerId, 1);
         EXPECT_EQ(cover.height, 3.0f) << "also where a lower layer stands higher";
     }
@@ -73,11 +73,11 @@ TEST(CoverMap, ALayerCoversTheCellsAroundItsThicknessAtTheirOwnHeight) {
     SetUpGrid(model, 7, 7, 1.0f);
     AppendFlatLayer(model, 0.0f, 1.0f);
     AppendBump(model, 3, 3);
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     for (std::int32_t row = 0; row < 7; ++row) {
         for (std::int32_t col = 0; col < 7; ++col) {
             const bool near = std::abs(col - 3) <= 1 && std::abs(row - 3) <= 1;
-            const CoverCell& cover = model.coverMap[CellAt(model, col, row)];
+            const CoverCell& cover = model.stack.coverMap[CellAt(model, col, row)];
             EXPECT_EQ(cover.layerId, near ? 1 : 0) << col << ", " << row;
             EXPECT_EQ(cover.height, col == 3 && row == 3 ? 3.0f : 1.0f) << col << ", " << row;
         }
@@ -89,11 +89,11 @@ TEST(CoverMap, TheEdgeOfTheGridDoesNotWrapAround) {
     SetUpGrid(model, 4, 4, 1.0f);
     AppendFlatLayer(model, 0.0f, 1.0f);
     AppendBump(model, 3, 1);
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     for (std::int32_t row = 0; row < 4; ++row) {
-        EXPECT_EQ(model.coverMap[CellAt(model, 0, row)].layerId, 0) << row;
+        EXPECT_EQ(model.stack.coverMap[CellAt(model, 0, row)].layerId, 0) << row;
     }
-    EXPECT_EQ(model.coverMap[CellAt(model, 2, 2)].layerId, 1);
+    EXPECT_EQ(model.stack.coverMap[CellAt(model, 2, 2)].layerId, 1);
 }
 
 TEST(CoverMap, EmptySlotsAreSkippedAndKeepTheirNumber) {
@@ -103,14 +103,14 @@ TEST(CoverMap, EmptySlotsAreSkippedAndKeepTheirNumber) {
     AppendFlatLayer(model, 1.0f, 1.0f);
     AppendFlatLayer(model, 2.0f, 1.0f);
     AppendFlatLayer(model, 3.0f, 1.0f);
-    DestroyLayer(model.layers[1]);
-    DestroyLayer(model.layers[3]);
-    UpdateCoverMap(model);
-    EXPECT_EQ(model.coverMap[0].layerId, 2);
-    DestroyLayer(model.layers[2]);
-    UpdateCoverMap(model);
-    EXPECT_EQ(model.coverMap[0].layerId, 0);
-    EXPECT_EQ(model.coverMap[0].height, 1.0f);
+    model.stack.layers[1].reset();
+    model.stack.layers[3].reset();
+    UpdateCoverMap(model.stack, model.grid);
+    EXPECT_EQ(model.stack.coverMap[0].layerId, 2);
+    model.stack.layers[2].reset();
+    UpdateCoverMap(model.stack, model.grid);
+    EXPECT_EQ(model.stack.coverMap[0].layerId, 0);
+    EXPECT_EQ(model.stack.coverMap[0].height, 1.0f);
 }
 
 TEST(CoverMap, ANaNCountsAsThickness) {
@@ -119,12 +119,12 @@ TEST(CoverMap, ANaNCountsAsThickness) {
     AppendFlatLayer(model, 0.0f, 1.0f);
     Layer& film = AppendFlatLayer(model, 1.0f, 0.0f);
     film.top[0] = nan;
-    UpdateCoverMap(model);
-    EXPECT_EQ(model.coverMap[0].layerId, 1);
-    EXPECT_NE(model.coverMap[0].height, model.coverMap[0].height);
-    EXPECT_EQ(model.coverMap[1].layerId, 1);
-    EXPECT_EQ(model.coverMap[1].height, 1.0f);
-    EXPECT_EQ(model.coverMap[2].layerId, 0);
+    UpdateCoverMap(model.stack, model.grid);
+    EXPECT_EQ(model.stack.coverMap[0].layerId, 1);
+    EXPECT_NE(model.stack.coverMap[0].height, model.stack.coverMap[0].height);
+    EXPECT_EQ(model.stack.coverMap[1].layerId, 1);
+    EXPECT_EQ(model.stack.coverMap[1].height, 1.0f);
+    EXPECT_EQ(model.stack.coverMap[2].layerId, 0);
 }
 
 TEST(CoverMap, InfiniteHeightsHaveThicknessAlsoWhereTheyAreEqual) {
@@ -133,8 +133,8 @@ TEST(CoverMap, InfiniteHeightsHaveThicknessAlsoWhereTheyAreEqual) {
     SetUpGrid(model, 1, 1, 1.0f);
     AppendFlatLayer(model, 0.0f, 1.0f);
     AppendFlatLayer(model, infinity, 0.0f);
-    UpdateCoverMap(model);
-    EXPECT_EQ(model.coverMap[0].layerId, 1);
+    UpdateCoverMap(model.stack, model.grid);
+    EXPECT_EQ(model.stack.coverMap[0].layerId, 1);
 }
 
 TEST(CoverMap, TheSmallestDifferenceIsThickness) {
@@ -142,8 +142,8 @@ TEST(CoverMap, TheSmallestDifferenceIsThickness) {
     SetUpGrid(model, 1, 1, 1.0f);
     AppendFlatLayer(model, 0.0f, 1.0f);
     AppendFlatLayer(model, 1e-38f, 1e-45f);
-    UpdateCoverMap(model);
-    EXPECT_EQ(model.coverMap[0].layerId, 1);
+    UpdateCoverMap(model.stack, model.grid);
+    EXPECT_EQ(model.stack.coverMap[0].layerId, 1);
 }
 
 /// Layers with holes, NaN and infinite heights, and empty slots between them.
@@ -152,7 +152,7 @@ void AppendRandomLayers(ProcessModel& model, TestRandom& random) {
     const std::uint32_t slots = random.Below(6);
     for (std::uint32_t slot = 0; slot < slots; ++slot) {
         Layer& layer = AppendFlatLayer(model, 0.0f, 0.0f);
-        for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+        for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
             layer.bottom[cell] = random.Unit();
             layer.top[cell] =
                 layer.bottom[cell] + (random.Below(thickIn) == 0 ? random.Unit() : 0.0f);
@@ -163,7 +163,7 @@ void AppendRandomLayers(ProcessModel& model, TestRandom& random) {
             }
         }
         if (random.Below(4) == 0) {
-            DestroyLayer(model.layers.back());
+            model.stack.layers.back().reset();
         }
     }
 }
@@ -194,19 +194,19 @@ TEST(CoverMap, IsTheSameAsByNineLooksAtEachLayer) {
         ProcessModel model;
         SetUpRandomGrid(model, random);
         AppendRandomLayers(model, random);
-        for (CoverCell& cover : model.coverMap) {
+        for (CoverCell& cover : model.stack.coverMap) {
             cover = {static_cast<std::int32_t>(random.Below(3)), random.Unit()};
         }
-        const std::vector<CoverCell> before = model.coverMap;
-        UpdateCoverMapPlain(model);
-        const auto plain = BitsOf(model.coverMap);
+        const std::vector<CoverCell> before = model.stack.coverMap;
+        UpdateCoverMapPlain(model.stack, model.grid);
+        const auto plain = BitsOf(model.stack.coverMap);
         for (const bool wide : {false, true}) {
             AllowWideLanes(wide);
             for (std::int32_t threads = 1; threads <= 3; ++threads) {
                 SetRowThreads(threads);
-                model.coverMap = before;
-                UpdateCoverMap(model);
-                ASSERT_EQ(BitsOf(model.coverMap), plain)
+                model.stack.coverMap = before;
+                UpdateCoverMap(model.stack, model.grid);
+                ASSERT_EQ(BitsOf(model.stack.coverMap), plain)
                     << "seed " << seed << ", wide " << wide << ", threads " << threads;
             }
         }

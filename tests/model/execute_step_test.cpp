@@ -7,7 +7,6 @@
 
 #include "base/debug_trace.h"
 #include "model/cover_map.h"
-#include "tests/model/call_log_graphics.h"
 #include "tests/model/grid_model.h"
 #include "tests/plain/disc_filter_plain.h"
 #include "tests/support/recording_console.h"
@@ -38,7 +37,7 @@ ProcessStep StepOf(StepKind kind, std::string description = "") {
 /// A model with its substrate on.
 void SetUpSubstrate(ProcessModel& model, std::int32_t cols, std::int32_t rows) {
     SetUpGrid(model, cols, rows, 0.1f);
-    ExecuteStep(model, StepOf(StepSubstrate), nullptr);
+    ExecuteStep(model, StepOf(StepKind::Substrate), nullptr);
 }
 
 Layer& AppendResist(ProcessModel& model, float bottom, float thickness) {
@@ -51,7 +50,7 @@ TEST(ExecuteStep, SaysWhatItExecutes) {
     ProcessModel model;
     SetUpGrid(model, 3, 3, 1.0f);
     RecordingConsole console;
-    ExecuteStep(model, StepOf(StepStrip, "PR strip {}"), &console);
+    ExecuteStep(model, StepOf(StepKind::Strip, "PR strip {}"), &console);
     EXPECT_EQ(console.lines, (Lines{"Executing PR strip {} ..."}));
 }
 
@@ -59,102 +58,102 @@ TEST(ExecuteStep, WithoutADescriptionSaysNothing) {
     ProcessModel model;
     SetUpGrid(model, 3, 3, 1.0f);
     RecordingConsole console;
-    ExecuteStep(model, StepOf(StepSubstrate), &console);
+    ExecuteStep(model, StepOf(StepKind::Substrate), &console);
     EXPECT_TRUE(console.lines.empty());
-    EXPECT_EQ(model.layers.size(), 1U);
+    EXPECT_EQ(model.stack.layers.size(), 1U);
 }
 
 TEST(ExecuteStep, OtherKindsDoNothing) {
     for (const std::int32_t kind : {1, 5, 6, 11, -1, 2147483647}) {
         ProcessModel model;
         SetUpSubstrate(model, 3, 3);
-        const auto before = BitsOf(model.coverMap);
+        const auto before = BitsOf(model.stack.coverMap);
         ProcessStep step;
-        step.kind = kind;
+        step.kind = static_cast<StepKind>(kind);
         step.description = "something";
         RecordingConsole console;
         ExecuteStep(model, step, &console);
         EXPECT_EQ(console.lines, (Lines{"Executing something ..."}));
-        EXPECT_EQ(model.layers.size(), 1U);
-        EXPECT_EQ(BitsOf(model.coverMap), before);
+        EXPECT_EQ(model.stack.layers.size(), 1U);
+        EXPECT_EQ(BitsOf(model.stack.coverMap), before);
     }
 }
 
 TEST(ExecuteStep, TracesEveryKindButSubstrateAndDump) {
     const TraceRecorder recorder;
     const std::pair<StepKind, Lines> kinds[] = {
-        {StepCoating, {"Executing coating"}},
-        {StepDeposition, {"Executing deposition"}},
-        {StepSubstrate, {}},
-        {StepPhoto, {"Executing photo"}},
-        {StepEtch, {"Executing etch"}},
-        {StepStrip, {"Executing strip"}},
-        {StepRelease, {"Executing release"}},
+        {StepKind::Coating, {"Executing coating"}},
+        {StepKind::Deposition, {"Executing deposition"}},
+        {StepKind::Substrate, {}},
+        {StepKind::Photo, {"Executing photo"}},
+        {StepKind::Etch, {"Executing etch"}},
+        {StepKind::Strip, {"Executing strip"}},
+        {StepKind::Release, {"Executing release"}},
     };
     for (const auto& [kind, lines] : kinds) {
         ProcessModel model;
         SetUpSubstrate(model, 4, 4);
         traceLines.clear();
         ExecuteStep(model, StepOf(kind), nullptr);
-        EXPECT_EQ(traceLines, lines) << kind;
+        EXPECT_EQ(traceLines, lines) << static_cast<std::int32_t>(kind);
     }
 }
 
 TEST(SubstrateStep, LiesOnTheCoverAndBecomesIt) {
     ProcessModel model;
     SetUpGrid(model, 4, 3, 0.1f);
-    model.windowWidth = 86.0f;
-    model.coverMap[5].height = 2.0f;
-    model.coverMap[6].layerId = 9;
-    ExecuteStep(model, StepOf(StepSubstrate), nullptr);
+    model.settings.windowWidth = 86.0f;
+    model.stack.coverMap[5].height = 2.0f;
+    model.stack.coverMap[6].layerId = 9;
+    ExecuteStep(model, StepOf(StepKind::Substrate), nullptr);
 
     const float thickness = 0x1.133334p+2f;  // 86 times the single-precision 0.05
-    EXPECT_EQ(model.substrateThickness, thickness);
-    ASSERT_EQ(model.layers.size(), 1U);
-    const Layer& substrate = *model.layers[0];
+    EXPECT_EQ(model.stack.substrateThickness, thickness);
+    ASSERT_EQ(model.stack.layers.size(), 1U);
+    const Layer& substrate = *model.stack.layers[0];
     EXPECT_EQ(substrate.material, "_SUB_");
     EXPECT_EQ(substrate.label, "SUBSTRATE");
     EXPECT_EQ(substrate.alpha, 1.0f);
-    EXPECT_TRUE(substrate.meshDirty);
+    EXPECT_NE(substrate.version, nullptr);
     EXPECT_FALSE(substrate.isPhotoresist);
     for (std::size_t cell = 0; cell < 12; ++cell) {
         const float bottom = cell == 5 ? 2.0f : 0.0f;
         EXPECT_EQ(substrate.bottom[cell], bottom);
         EXPECT_EQ(substrate.top[cell], bottom + thickness);
-        EXPECT_EQ(model.coverMap[cell].height, bottom + thickness);
-        EXPECT_EQ(model.coverMap[cell].layerId, 0);
+        EXPECT_EQ(model.stack.coverMap[cell].height, bottom + thickness);
+        EXPECT_EQ(model.stack.coverMap[cell].layerId, 0);
     }
 }
 
 TEST(SubstrateStep, ThicknessIsASinglePrecisionTwentiethOfTheWindow) {
     ProcessModel model;
     SetUpGrid(model, 2, 2, 0.1f);
-    model.windowWidth = 346.0f;
-    ExecuteStep(model, StepOf(StepSubstrate), nullptr);
-    EXPECT_EQ(model.substrateThickness, 0x1.14cccep+4f);
+    model.settings.windowWidth = 346.0f;
+    ExecuteStep(model, StepOf(StepKind::Substrate), nullptr);
+    EXPECT_EQ(model.stack.substrateThickness, 0x1.14cccep+4f);
 }
 
 TEST(SubstrateStep, TakesTheStepsColourAndIsOpaque) {
     ProcessModel model;
     SetUpGrid(model, 2, 2, 1.0f);
-    ProcessStep step = StepOf(StepSubstrate, "Substrate");
+    ProcessStep step = StepOf(StepKind::Substrate, "Substrate");
     step.color = {0.25f, 0.5f, 0.75f};
     RecordingConsole console;
     ExecuteStep(model, step, &console);
-    EXPECT_EQ(model.layers[0]->color, (std::array<float, 3>{0.25f, 0.5f, 0.75f}));
-    EXPECT_EQ(model.layers[0]->alpha, 1.0f);
+    EXPECT_EQ(model.stack.layers[0]->color, (std::array<float, 3>{0.25f, 0.5f, 0.75f}));
+    EXPECT_EQ(model.stack.layers[0]->alpha, 1.0f);
     EXPECT_EQ(console.lines, (Lines{"Executing Substrate ..."}));
 }
 
 TEST(CoatingStep, AddsALevelledLayerAndUpdatesTheCover) {
     ProcessModel model;
     SetUpSubstrate(model, 20, 12);
-    Layer& bump = AppendFlatLayer(model, model.substrateThickness, 0.0f, "bump");
+    Layer& bump = AppendFlatLayer(model, model.stack.substrateThickness, 0.0f, "bump");
     bump.top[CellAt(model, 7, 6)] += 0.4f;
-    UpdateCoverMap(model);
-    const std::vector<CoverCell> coverBefore = model.coverMap;
+    UpdateCoverMap(model.stack, model.grid);
+    const std::vector<CoverCell> coverBefore = model.stack.coverMap;
 
-    ProcessStep step = StepOf(StepCoating, "SOG coating");
+    ProcessStep step = StepOf(StepKind::Coating, "SOG coating");
     step.material = "SOG";
     step.materialType = "glass";
     step.label = "Spin on glass";
@@ -166,116 +165,111 @@ TEST(CoatingStep, AddsALevelledLayerAndUpdatesTheCover) {
     ExecuteStep(model, step, &console);
 
     EXPECT_EQ(console.lines, (Lines{"Executing SOG coating ..."}));
-    ASSERT_EQ(model.layers.size(), 3U);
-    const Layer& film = *model.layers[2];
+    ASSERT_EQ(model.stack.layers.size(), 3U);
+    const Layer& film = *model.stack.layers[2];
     EXPECT_EQ(film.material, "SOG");
     EXPECT_EQ(film.label, "Spin on glass");
     EXPECT_EQ(film.color, step.color);
     EXPECT_EQ(film.alpha, 0.5f);
-    EXPECT_TRUE(film.meshDirty);
+    EXPECT_NE(film.version, nullptr);
     EXPECT_FALSE(film.isPhotoresist);
 
-    const auto expected = CreateLayer(12, 20, 0.1f, nullptr);
-    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+    const auto expected = CreateLayer(model.grid);
+    for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         expected->bottom[cell] = coverBefore[cell].height;
         expected->top[cell] = 0.15f + coverBefore[cell].height;
     }
-    SmoothLayerTopPlain(model, *expected, 0.15f * 2.2f * 0.8f);
+    SmoothLayerTopPlain(model.grid, *expected, 0.15f * 2.2f * 0.8f);
     EXPECT_EQ(BitsOf(film.bottom), BitsOf(expected->bottom));
     EXPECT_EQ(BitsOf(film.top), BitsOf(expected->top));
-    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
-        EXPECT_EQ(model.coverMap[cell].layerId, 2);
-        EXPECT_EQ(model.coverMap[cell].height, film.top[cell]);
+    for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
+        EXPECT_EQ(model.stack.coverMap[cell].layerId, 2);
+        EXPECT_EQ(model.stack.coverMap[cell].height, film.top[cell]);
     }
 }
 
 TEST(CoatingStep, LeavesTheOtherLayersAlone) {
     ProcessModel model;
     SetUpSubstrate(model, 8, 8);
-    model.layers[0]->meshDirty = false;
-    const auto top = BitsOf(model.layers[0]->top);
-    ProcessStep step = StepOf(StepCoating);
+    const auto version = model.stack.layers[0]->version;
+    const auto top = BitsOf(model.stack.layers[0]->top);
+    ProcessStep step = StepOf(StepKind::Coating);
     step.thickness = 0.3f;
     step.dop = 1.0f;
     ExecuteStep(model, step, nullptr);
-    EXPECT_EQ(BitsOf(model.layers[0]->top), top);
-    EXPECT_FALSE(model.layers[0]->meshDirty);
+    EXPECT_EQ(BitsOf(model.stack.layers[0]->top), top);
+    EXPECT_EQ(model.stack.layers[0]->version, version);
 }
 
 TEST(StripStep, DeletesAllResistAndBringsTheLayerBelowBack) {
     ProcessModel model;
     SetUpSubstrate(model, 5, 5);
-    const float ground = model.substrateThickness;
+    const float ground = model.stack.substrateThickness;
     AppendFlatLayer(model, ground, 0.5f, "OX");
     AppendResist(model, ground + 0.5f, 1.0f);
-    AppendFlatLayer(model, ground, 0.0f, "none");
+    AppendFlatLayer(model, ground, 0.0f, "none").changed = false;
     AppendResist(model, ground, 0.0f);
-    UpdateCoverMap(model);
-    EXPECT_EQ(model.coverMap[12].layerId, 2);
+    UpdateCoverMap(model.stack, model.grid);
+    EXPECT_EQ(model.stack.coverMap[12].layerId, 2);
 
-    ExecuteStep(model, StepOf(StepStrip), nullptr);
-    ASSERT_EQ(model.layers.size(), 5U);
-    EXPECT_NE(model.layers[0], nullptr);
-    EXPECT_NE(model.layers[1], nullptr);
-    EXPECT_EQ(model.layers[2], nullptr);
-    EXPECT_NE(model.layers[3], nullptr);
-    EXPECT_EQ(model.layers[4], nullptr);
-    for (const CoverCell& cover : model.coverMap) {
+    ExecuteStep(model, StepOf(StepKind::Strip), nullptr);
+    ASSERT_EQ(model.stack.layers.size(), 5U);
+    EXPECT_NE(model.stack.layers[0], nullptr);
+    EXPECT_NE(model.stack.layers[1], nullptr);
+    EXPECT_EQ(model.stack.layers[2], nullptr);
+    EXPECT_NE(model.stack.layers[3], nullptr);
+    EXPECT_EQ(model.stack.layers[4], nullptr);
+    for (const CoverCell& cover : model.stack.coverMap) {
         EXPECT_EQ(cover.layerId, 1);
         EXPECT_EQ(cover.height, ground + 0.5f);
     }
 }
 
-TEST(StripStep, MarksNoMeshDirty) {
+TEST(StripStep, LeavesTheOtherSurfacesAlone) {
     ProcessModel model;
     SetUpSubstrate(model, 3, 3);
-    AppendResist(model, model.substrateThickness, 1.0f);
-    model.layers[0]->meshDirty = false;
-    ExecuteStep(model, StepOf(StepStrip), nullptr);
-    EXPECT_FALSE(model.layers[0]->meshDirty);
-}
-
-TEST(StripStep, EmptiesASlotBeforeTheLayerGoes) {
-    CallLogGraphics graphics;
-    ProcessModel model;
-    model.graphics = &graphics;
-    SetUpSubstrate(model, 3, 3);
-    AppendResist(model, 0.0f, 1.0f);
-    AppendFlatLayer(model, 0.0f, 1.0f);
-    AppendResist(model, 0.0f, 1.0f);
-    graphics.onDestroy = [&](const Layer& layer) {
-        for (const auto& slot : model.layers) {
-            EXPECT_NE(slot.get(), &layer);
-        }
-        EXPECT_EQ(layer.top.size(), 9U);
-    };
-    ExecuteStep(model, StepOf(StepStrip), nullptr);
-    EXPECT_EQ(graphics.calls,
-              (Lines{"create 1", "create 2", "create 3", "create 4", "destroy 2", "destroy 4"}));
-    graphics.onDestroy = nullptr;
+    AppendResist(model, model.stack.substrateThickness, 1.0f);
+    const auto version = model.stack.layers[0]->version;
+    ExecuteStep(model, StepOf(StepKind::Strip), nullptr);
+    EXPECT_EQ(model.stack.layers[0]->version, version);
 }
 
 TEST(StripStep, WithoutLayersLeavesTheCoverAlone) {
     ProcessModel model;
     SetUpGrid(model, 2, 2, 1.0f);
-    model.coverMap[1] = {4, 2.0f};
-    ExecuteStep(model, StepOf(StepStrip), nullptr);
-    EXPECT_EQ(model.coverMap[1].layerId, 4);
-    EXPECT_EQ(model.coverMap[1].height, 2.0f);
+    model.stack.coverMap[1] = {4, 2.0f};
+    ExecuteStep(model, StepOf(StepKind::Strip), nullptr);
+    EXPECT_EQ(model.stack.coverMap[1].layerId, 4);
+    EXPECT_EQ(model.stack.coverMap[1].height, 2.0f);
 }
 
-TEST(EmptiedLayer, StaysInItsSlot) {
+TEST(EmptiedLayer, LeavesTheStackAtTheEndOfItsStep) {
     ProcessModel model;
     SetUpSubstrate(model, 4, 4);
-    AppendFlatLayer(model, model.substrateThickness, 0.5f, "OX");
-    UpdateCoverMap(model);
-    ProcessStep release = StepOf(StepRelease);
+    AppendFlatLayer(model, model.stack.substrateThickness, 0.5f, "OX");
+    AppendFlatLayer(model, model.stack.substrateThickness + 0.5f, 0.5f, "NIT");
+    UpdateCoverMap(model.stack, model.grid);
+    ProcessStep release = StepOf(StepKind::Release);
     release.targets = {"OX"};
     ExecuteStep(model, release, nullptr);
-    ASSERT_EQ(model.layers.size(), 2U);
-    ASSERT_NE(model.layers[1], nullptr);
-    EXPECT_EQ(model.layers[1]->top, model.layers[1]->bottom);
-    EXPECT_EQ(model.coverMap[5].layerId, 0);
+    ASSERT_EQ(model.stack.layers.size(), 3U);
+    EXPECT_EQ(model.stack.layers[1], nullptr);
+    ASSERT_NE(model.stack.layers[2], nullptr);
+    EXPECT_EQ(model.stack.layers[2]->material, "NIT");
+    EXPECT_EQ(model.stack.layerCount, 2);
+    EXPECT_EQ(model.stack.coverMap[5].layerId, 2);
+}
+
+TEST(EmptiedLayer, OfAStepThatAddedItLeavesAtOnce) {
+    ProcessModel model;
+    SetUpSubstrate(model, 4, 4);
+    ProcessStep photo = StepOf(StepKind::Photo);
+    photo.thickness = 1.0f;
+    photo.maskDark = true;  // and no polygon
+    ExecuteStep(model, photo, nullptr);
+    ASSERT_EQ(model.stack.layers.size(), 2U);
+    EXPECT_EQ(model.stack.layers[1], nullptr);
+    EXPECT_EQ(model.stack.layerCount, 1);
 }
 
 }  // namespace

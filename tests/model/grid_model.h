@@ -14,30 +14,35 @@
 
 namespace zelmo {
 
+/// Gives an empty grid a size and its tables.
+inline void SetUpGrid(Grid& grid, std::int32_t cols, std::int32_t rows, float spacing) {
+    grid.columns = cols;
+    grid.rows = rows;
+    grid.spacing = spacing;
+    BuildNeighbourTable(grid.neighbours, rows, cols, spacing);
+    BuildDistanceIndex(grid);
+}
+
 /// Gives an empty model a grid of this size with its tables and a cover map of zeros.
 inline void SetUpGrid(ProcessModel& model, std::int32_t cols, std::int32_t rows, float spacing) {
-    model.gridColumns = cols;
-    model.gridRows = rows;
-    model.gridSpacing = spacing;
-    model.windowWidth = static_cast<float>(cols - 1) * spacing / 1.2f;
-    BuildNeighbourTable(model.neighbours, rows, cols, spacing);
-    BuildDistanceIndex(model);
-    model.coverMap.assign(model.CellCount(), CoverCell{});
+    SetUpGrid(model.grid, cols, rows, spacing);
+    model.settings.windowWidth = static_cast<float>(cols - 1) * spacing / 1.2f;
+    model.stack.coverMap.assign(model.grid.CellCount(), CoverCell{});
 }
 
 /// Appends a layer of this thickness everywhere on the given height and returns it.
 inline Layer& AppendFlatLayer(ProcessModel& model, float bottom, float thickness,
                               std::string material = "") {
-    auto layer = CreateLayer(model.gridRows, model.gridColumns, model.gridSpacing, model.graphics);
-    layer->bottom.assign(model.CellCount(), bottom);
-    layer->top.assign(model.CellCount(), bottom + thickness);
+    auto layer = CreateLayer(model.grid);
+    layer->bottom.assign(model.grid.CellCount(), bottom);
+    layer->top.assign(model.grid.CellCount(), bottom + thickness);
     layer->material = std::move(material);
-    AppendLayer(model, std::move(layer));
-    return *model.layers.back();
+    AppendLayer(model.stack, std::move(layer));
+    return *model.stack.layers.back();
 }
 
 inline std::size_t CellAt(const ProcessModel& model, std::int32_t col, std::int32_t row) {
-    return static_cast<std::size_t>(row) * static_cast<std::size_t>(model.gridColumns) +
+    return static_cast<std::size_t>(row) * static_cast<std::size_t>(model.grid.columns) +
            static_cast<std::size_t>(col);
 }
 

@@ -1,9 +1,8 @@
-#include "pictures/png.h"
-
 #include <gtest/gtest.h>
 #include <png.h>
 
 #include "base/file.h"
+#include "pictures/picture_files.h"
 #include "tests/support/temp_folder.h"
 
 namespace zelmo {
@@ -30,26 +29,6 @@ TEST(WritePng, TurnsThePictureTheRightWayUpAndLeavesItsAlphaOut) {
     std::vector<std::uint8_t> pixels(PNG_IMAGE_SIZE(read));
     ASSERT_NE(png_image_finish_read(&read, nullptr, pixels.data(), 0, nullptr), 0);
     EXPECT_EQ(pixels, (std::vector<std::uint8_t>{9, 8, 7, 12, 11, 10, 3, 2, 1, 6, 5, 4}));
-}
-
-TEST(WritePng, RefusesAnEmptyPicture) {
-    const TempFolder folder;
-    const FilePointer file = OpenFile(folder.Path() / "a.png", "wb");
-    std::string reason;
-    EXPECT_FALSE(WritePng(StepImage{}, file.get(), reason));
-    EXPECT_EQ(reason, "the picture is empty");
-}
-
-TEST(WritePng, NoticesAFailedWrite) {
-    const TempFolder folder;
-    const FilePointer readOnly = OpenFile(folder.Write("a.png", "x"), "rb");
-    StepImage image;
-    image.width = 1;
-    image.height = 1;
-    image.pixels = {1, 2, 3, 4};
-    std::string reason;
-    EXPECT_FALSE(WritePng(image, readOnly.get(), reason));
-    EXPECT_NE(reason, "");
 }
 
 }  // namespace

@@ -2,9 +2,10 @@
 
 namespace zelmo {
 
-struct ProcessModel;
+struct Grid;
+struct Stack;
 
 /// The cover update cell by cell, from the topmost layer down, with nine looks at each layer.
-void UpdateCoverMapPlain(ProcessModel& model);
+void UpdateCoverMapPlain(Stack& stack, const Grid& grid);
 
 }  // namespace zelmo

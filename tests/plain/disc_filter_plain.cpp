@@ -4,19 +4,20 @@
 #include <cstdint>
 #include <vector>
 
-#include "model/process_model.h"
+#include "model/grid/grid.h"
+#include "model/stack.h"
 #include "tests/plain/neighbour_table_plain.h"
 
 namespace zelmo {
 
 namespace {
 
-bool InGrid(const ProcessModel& model, std::int32_t col, std::int32_t row) {
-    return col >= 0 && col < model.gridColumns && row >= 0 && row < model.gridRows;
+bool InGrid(const Grid& grid, std::int32_t col, std::int32_t row) {
+    return col >= 0 && col < grid.columns && row >= 0 && row < grid.rows;
 }
 
-std::size_t CellAt(const ProcessModel& model, std::int32_t col, std::int32_t row) {
-    return static_cast<std::size_t>(row * model.gridColumns + col);
+std::size_t CellAt(const Grid& grid, std::int32_t col, std::int32_t row) {
+    return static_cast<std::size_t>(row * grid.columns + col);
 }
 
 void TakeMeans(Layer& layer, const std::vector<float>& means) {
@@ -31,53 +32,53 @@ void TakeMeans(Layer& layer, const std::vector<float>& means) {
 
 }  // namespace
 
-void SmoothLayerTopPlain(const ProcessModel& model, Layer& layer, float radius) {
-    const std::vector<GridOffset> disc = SelectDiscOffsetsPlain(model, radius);
-    const std::vector<GridOffset> edge = SelectLeavingOffsetsPlain(model, radius);
+void SmoothLayerTopPlain(const Grid& grid, Layer& layer, float radius) {
+    const std::vector<GridOffset> disc = SelectDiscOffsetsPlain(grid, radius);
+    const std::vector<GridOffset> edge = SelectLeavingOffsetsPlain(grid, radius);
     std::vector<float> means(layer.top.size());
-    for (std::int32_t row = 0; row < model.gridRows; ++row) {
+    for (std::int32_t row = 0; row < grid.rows; ++row) {
         double sum = 0.0;
         int count = 0;
-        for (std::int32_t col = 0; col < model.gridColumns; ++col) {
+        for (std::int32_t col = 0; col < grid.columns; ++col) {
             if (col == 0) {
                 for (const GridOffset& offset : disc) {
-                    if (InGrid(model, offset.dx, row + offset.dy)) {
-                        sum += layer.top[CellAt(model, offset.dx, row + offset.dy)];
+                    if (InGrid(grid, offset.dx, row + offset.dy)) {
+                        sum += layer.top[CellAt(grid, offset.dx, row + offset.dy)];
                         count += 1;
                     }
                 }
             } else {
                 for (const GridOffset& offset : edge) {
-                    if (InGrid(model, col + offset.dx, row + offset.dy)) {
-                        sum -= layer.top[CellAt(model, col + offset.dx, row + offset.dy)];
+                    if (InGrid(grid, col + offset.dx, row + offset.dy)) {
+                        sum -= layer.top[CellAt(grid, col + offset.dx, row + offset.dy)];
                         count -= 1;
                     }
-                    if (InGrid(model, col - offset.dx - 1, row + offset.dy)) {
-                        sum += layer.top[CellAt(model, col - offset.dx - 1, row + offset.dy)];
+                    if (InGrid(grid, col - offset.dx - 1, row + offset.dy)) {
+                        sum += layer.top[CellAt(grid, col - offset.dx - 1, row + offset.dy)];
                         count += 1;
                     }
                 }
             }
-            means[CellAt(model, col, row)] = static_cast<float>(sum / static_cast<double>(count));
+            means[CellAt(grid, col, row)] = static_cast<float>(sum / static_cast<double>(count));
         }
     }
     TakeMeans(layer, means);
 }
 
-void SmoothLayerTopDirect(const ProcessModel& model, Layer& layer, float radius) {
-    const std::vector<GridOffset> disc = SelectDiscOffsetsPlain(model, radius);
+void SmoothLayerTopDirect(const Grid& grid, Layer& layer, float radius) {
+    const std::vector<GridOffset> disc = SelectDiscOffsetsPlain(grid, radius);
     std::vector<float> means(layer.top.size());
-    for (std::int32_t row = 0; row < model.gridRows; ++row) {
-        for (std::int32_t col = 0; col < model.gridColumns; ++col) {
+    for (std::int32_t row = 0; row < grid.rows; ++row) {
+        for (std::int32_t col = 0; col < grid.columns; ++col) {
             double sum = 0.0;
             int count = 0;
             for (const GridOffset& offset : disc) {
-                if (InGrid(model, col + offset.dx, row + offset.dy)) {
-                    sum += layer.top[CellAt(model, col + offset.dx, row + offset.dy)];
+                if (InGrid(grid, col + offset.dx, row + offset.dy)) {
+                    sum += layer.top[CellAt(grid, col + offset.dx, row + offset.dy)];
                     count += 1;
                 }
             }
-            means[CellAt(model, col, row)] = static_cast<float>(sum / count);
+            means[CellAt(grid, col, row)] = static_cast<float>(sum / count);
         }
     }
     TakeMeans(layer, means);

@@ -3,13 +3,13 @@
 namespace zelmo {
 
 struct Layer;
-struct ProcessModel;
+struct Grid;
 
 /// The sliding mean over a disc, with every bound tested at every cell.
-void SmoothLayerTopPlain(const ProcessModel& model, Layer& layer, float radius);
+void SmoothLayerTopPlain(const Grid& grid, Layer& layer, float radius);
 
 /// The mean over the disc summed up anew at every cell. Not the same bits: it differs where an
 /// offset lies on the disc's edge, and by the rounding of the carried sum.
-void SmoothLayerTopDirect(const ProcessModel& model, Layer& layer, float radius);
+void SmoothLayerTopDirect(const Grid& grid, Layer& layer, float radius);
 
 }  // namespace zelmo

@@ -75,9 +75,10 @@ void Merge(GdsRect& target, const GdsRect& rect) {
     target.ymax = std::max(target.ymax, std::max(rect.ymin, rect.ymax));
 }
 
-/// Calls `visit` with the position of each instance until it returns a number other than 0.
+/// Calls `visit` with the position of each instance until it returns a reason to end.
 template <typename Truncate, typename Visit>
-std::uint32_t ForEachInstance(const GdsAref& aref, Truncate truncate, Visit visit) {
+std::optional<ExtractionRefusal> ForEachInstance(const GdsAref& aref, Truncate truncate,
+                                                 Visit visit) {
     if (aref.points.size() < 3) {
         throw std::out_of_range("invalid vector subscript");
     }
@@ -92,12 +93,12 @@ std::uint32_t ForEachInstance(const GdsAref& aref, Truncate truncate, Visit visi
         for (std::int32_t j = 0; j < aref.rows; ++j) {
             const double x = rowX * j + (columnX * i + static_cast<double>(p0.x));
             const double y = rowY * j + (columnY * i + static_cast<double>(p0.y));
-            if (const std::uint32_t result = visit(GdsPoint{truncate(x), truncate(y)})) {
+            if (const auto result = visit(GdsPoint{truncate(x), truncate(y)})) {
                 return result;
             }
         }
     }
-    return 0;
+    return std::nullopt;
 }
 
 struct Line {
@@ -134,13 +135,15 @@ bool Extend(GdsPoint& end, GdsPoint inner, double h) {
 }
 
 bool Overlaps(const ExtractionScope& scope, const GdsRect& r) {
-    return scope.x0 < r.xmax && scope.x1 > r.xmin && scope.y1 > r.ymin && scope.y0 < r.ymax;
+    return scope.window.x0 < r.xmax && scope.window.x1 > r.xmin && scope.window.y1 > r.ymin &&
+           scope.window.y0 < r.ymax;
 }
 
-std::uint32_t CollectIfMet(ExtractionScope& scope, const GdsCell* cell, const GdsTransform& child) {
+std::optional<ExtractionRefusal> CollectIfMet(ExtractionScope& scope, const GdsCell* cell,
+                                              const GdsTransform& child) {
     return Overlaps(scope, TransformRectPlain(cell->bounds, child, false))
                ? CollectCellPolygonsPlain(scope, {cell, child})
-               : 0;
+               : std::nullopt;
 }
 
 }  // namespace
@@ -239,21 +242,22 @@ GdsRect ComputeCellBoundsPlain(PlainCellSizes& sizes, const GdsCell& cell,
             const GdsTransform child =
                 Child(position, aref.mag, aref.angle, aref.strans, transform);
             Merge(r, ComputeCellBoundsPlain(sizes, *aref.cell, child));
-            return 0u;
+            return std::optional<ExtractionRefusal>();
         });
     }
     sizes[&cell] = TransformRectPlain(r, transform, true);
     return r;
 }
 
-std::uint32_t CollectCellPolygonsPlain(ExtractionScope& scope, const PlacedCell& placed) {
+std::optional<ExtractionRefusal> CollectCellPolygonsPlain(ExtractionScope& scope,
+                                                          const PlacedCell& placed) {
     const GdsTransform& t = placed.transform;
     for (const GdsBoundary& boundary : placed.cell->boundaries) {
         const GdsRect r = TransformRectPlain(boundary.bounds, t, false);
         if (!Overlaps(scope, r)) {
             continue;
         }
-        if (std::min(Subtract(r.ymax, r.ymin), Subtract(r.xmax, r.xmin)) < scope.minSize) {
+        if (std::min(Subtract(r.ymax, r.ymin), Subtract(r.xmax, r.xmin)) < scope.window.minSize) {
             ++scope.skipped;
             continue;
         }
@@ -261,29 +265,30 @@ std::uint32_t CollectCellPolygonsPlain(ExtractionScope& scope, const PlacedCell&
         polygon.layer = boundary.layer;
         for (const GdsPoint point : boundary.points) {
             const GdsPoint p = TransformPointPlain(point, t, false);
-            polygon.points.push_back({Subtract(p.x, scope.x0), Subtract(p.y, scope.y0)});
+            polygon.points.push_back(
+                {Subtract(p.x, scope.window.x0), Subtract(p.y, scope.window.y0)});
         }
         scope.output.push_back(polygon);
-        if (scope.output.size() == scope.limit) {
-            return 2;
+        if (scope.output.size() == scope.limits.polygons) {
+            return ExtractionRefusal::TooManyPolygons;
         }
     }
     for (const GdsSref& sref : placed.cell->srefs) {
         const GdsTransform child = Child(sref.origin, sref.mag, sref.angle, sref.strans, t);
-        if (const std::uint32_t result = CollectIfMet(scope, sref.cell, child)) {
+        if (const auto result = CollectIfMet(scope, sref.cell, child)) {
             return result;
         }
     }
     for (const GdsAref& aref : placed.cell->arefs) {
-        const std::uint32_t result = ForEachInstance(aref, Truncate32, [&](GdsPoint position) {
+        const auto result = ForEachInstance(aref, Truncate32, [&](GdsPoint position) {
             return CollectIfMet(scope, aref.cell,
                                 Child(position, aref.mag, aref.angle, aref.strans, t));
         });
-        if (result != 0) {
+        if (result) {
             return result;
         }
     }
-    return 0;
+    return std::nullopt;
 }
 
 }  // namespace zelmo

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -26,7 +27,8 @@ using PlainCellSizes = std::unordered_map<const GdsCell*, GdsRect>;
 GdsRect ComputeCellBoundsPlain(PlainCellSizes& sizes, const GdsCell& cell,
                                const GdsTransform& transform);
 
-/// 0, or 2 when the limit is reached. References lead to cells with stored boxes.
-std::uint32_t CollectCellPolygonsPlain(ExtractionScope& scope, const PlacedCell& placed);
+/// Knows no limit but that of polygons. References lead to cells with stored boxes.
+std::optional<ExtractionRefusal> CollectCellPolygonsPlain(ExtractionScope& scope,
+                                                          const PlacedCell& placed);
 
 }  // namespace zelmo

@@ -7,18 +7,19 @@
 #include <vector>
 
 #include "base/conversions.h"
+#include "model/grid/grid.h"
 #include "tests/plain/neighbour_table_plain.h"
 
 namespace zelmo {
 
 namespace {
 
-bool InGrid(const ProcessModel& model, int col, int row) {
-    return col >= 0 && col < model.gridColumns && row >= 0 && row < model.gridRows;
+bool InGrid(const Grid& grid, int col, int row) {
+    return col >= 0 && col < grid.columns && row >= 0 && row < grid.rows;
 }
 
-std::size_t At(const ProcessModel& model, int col, int row) {
-    return static_cast<std::size_t>(row * model.gridColumns + col);
+std::size_t At(const Grid& grid, int col, int row) {
+    return static_cast<std::size_t>(row * grid.columns + col);
 }
 
 }  // namespace
@@ -42,27 +43,27 @@ bool PointInPolygonPlain(const MaskPolygon& polygon, double x, double y) {
     return result;
 }
 
-double RasteriseMaskPlain(const ProcessModel& model, std::span<std::uint8_t> rawMask,
-                          std::uint32_t maskId, bool maskDark) {
+double RasteriseMaskPlain(const Grid& grid, std::span<const MaskPolygon> polygons,
+                          std::span<std::uint8_t> rawMask, std::uint32_t maskId, bool maskDark) {
     for (std::uint8_t& cell : rawMask) {
         cell = maskDark ? 0 : 1;
     }
     float smallest = 3.4028235e38f;
-    for (const MaskPolygon& polygon : model.polygons) {
+    for (const MaskPolygon& polygon : polygons) {
         if (polygon.layer != maskId) {
             continue;
         }
-        const double s = model.gridSpacing;
+        const double s = grid.spacing;
         const int col0 = std::max(TruncateToI32(std::floor(polygon.minX / s)), 0);
         const int row0 = std::max(TruncateToI32(std::floor(polygon.minY / s)), 0);
-        const int col1 = std::min(TruncateToI32(std::floor(polygon.maxX / s)), model.gridColumns);
-        const int row1 = std::min(TruncateToI32(std::floor(polygon.maxY / s)), model.gridRows);
+        const int col1 = std::min(TruncateToI32(std::floor(polygon.maxX / s)), grid.columns);
+        const int row1 = std::min(TruncateToI32(std::floor(polygon.maxY / s)), grid.rows);
         for (int row = row0; row < row1; ++row) {
             for (int col = col0; col < col1; ++col) {
-                const float x = static_cast<float>(col) * model.gridSpacing;
-                const float y = static_cast<float>(row) * model.gridSpacing;
+                const float x = static_cast<float>(col) * grid.spacing;
+                const float y = static_cast<float>(row) * grid.spacing;
                 if (PointInPolygonPlain(polygon, static_cast<double>(x), static_cast<double>(y))) {
-                    rawMask[At(model, col, row)] = maskDark ? 1 : 0;
+                    rawMask[At(grid, col, row)] = maskDark ? 1 : 0;
                 }
             }
         }
@@ -76,20 +77,20 @@ double RasteriseMaskPlain(const ProcessModel& model, std::span<std::uint8_t> raw
     return static_cast<double>(smallest);
 }
 
-void BlurMaskPlain(const ProcessModel& model, std::span<std::uint8_t> mask,
+void BlurMaskPlain(const Grid& grid, std::span<std::uint8_t> mask,
                    std::span<const std::uint8_t> rawMask, float radius) {
-    const std::vector<GridOffset> disc = SelectDiscOffsetsPlain(model, radius);
-    const std::vector<GridOffset> edge = SelectLeavingOffsetsPlain(model, radius);
-    for (int row = 0; row < model.gridRows; ++row) {
+    const std::vector<GridOffset> disc = SelectDiscOffsetsPlain(grid, radius);
+    const std::vector<GridOffset> edge = SelectLeavingOffsetsPlain(grid, radius);
+    for (int row = 0; row < grid.rows; ++row) {
         int total = 0;
         int on = 0;
         const auto take = [&](int col, int r, int sign) {
-            if (InGrid(model, col, r)) {
+            if (InGrid(grid, col, r)) {
                 total += sign;
-                on += rawMask[At(model, col, r)] != 0 ? sign : 0;
+                on += rawMask[At(grid, col, r)] != 0 ? sign : 0;
             }
         };
-        for (int col = 0; col < model.gridColumns; ++col) {
+        for (int col = 0; col < grid.columns; ++col) {
             if (col == 0) {
                 for (const GridOffset& offset : disc) {
                     take(offset.dx, row + offset.dy, 1);
@@ -101,21 +102,21 @@ void BlurMaskPlain(const ProcessModel& model, std::span<std::uint8_t> mask,
                 }
             }
             const bool majority = static_cast<float>(on) > static_cast<float>(total) * 0.5f;
-            mask[At(model, col, row)] = majority ? 1 : 0;
+            mask[At(grid, col, row)] = majority ? 1 : 0;
         }
     }
 }
 
-void MaskEdgeDistancePlain(const ProcessModel& model, std::span<float> edgeDistance,
+void MaskEdgeDistancePlain(const Grid& grid, std::span<float> edgeDistance,
                            std::span<const std::uint8_t> mask) {
-    const std::vector<NeighbourOffset>& table = model.neighbours.entries;
+    const std::vector<NeighbourOffset>& table = grid.neighbours.entries;
     float running = 0.0f;
     float rowSeed = 0.0f;
-    for (int row = 0; row < model.gridRows; ++row) {
+    for (int row = 0; row < grid.rows; ++row) {
         running = rowSeed;
-        for (int col = 0; col < model.gridColumns; ++col) {
-            if (mask[At(model, col, row)] == 0) {
-                edgeDistance[At(model, col, row)] = 0.0f;
+        for (int col = 0; col < grid.columns; ++col) {
+            if (mask[At(grid, col, row)] == 0) {
+                edgeDistance[At(grid, col, row)] = 0.0f;
                 running = 0.0f;
                 rowSeed = 0.0f;
                 continue;
@@ -123,8 +124,8 @@ void MaskEdgeDistancePlain(const ProcessModel& model, std::span<float> edgeDista
             if (row == 0 && col == 0) {
                 bool found = false;
                 for (const NeighbourOffset& entry : table) {
-                    if (InGrid(model, entry.dx, entry.dy) &&
-                        mask[At(model, entry.dx, entry.dy)] == 0) {
+                    if (InGrid(grid, entry.dx, entry.dy) &&
+                        mask[At(grid, entry.dx, entry.dy)] == 0) {
                         running = entry.distance;
                         edgeDistance[0] = running;
                         rowSeed = running;
@@ -140,20 +141,20 @@ void MaskEdgeDistancePlain(const ProcessModel& model, std::span<float> edgeDista
             }
             std::int32_t start = 0;
             if (running != 0.0f) {
-                std::int64_t k = TruncateToI32((running - model.gridSpacing) / model.gridSpacing);
+                std::int64_t k = TruncateToI32((running - grid.spacing) / grid.spacing);
                 k = k - 1;
                 k = k < 0 ? 0 : k;
-                start = model.distanceIndex.at(static_cast<std::size_t>(k));
+                start = grid.distanceIndex.at(static_cast<std::size_t>(k));
             }
             for (std::size_t i = static_cast<std::size_t>(start); i < table.size(); ++i) {
                 const int x = col + table[i].dx;
                 const int y = row + table[i].dy;
-                if (InGrid(model, x, y) && mask[At(model, x, y)] == 0) {
+                if (InGrid(grid, x, y) && mask[At(grid, x, y)] == 0) {
                     running = table[i].distance;
                     break;
                 }
             }
-            edgeDistance[At(model, col, row)] = running;
+            edgeDistance[At(grid, col, row)] = running;
             if (col == 0) {
                 rowSeed = running;
             }

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <vector>
 
+#include "model/stack.h"
+
 namespace zelmo {
 
 namespace {

@@ -52,24 +52,24 @@ void BuildNeighbourTablePlain(NeighbourTable& table, std::int32_t rows, std::int
     SortNeighbourTablePlain(table.entries);
 }
 
-std::vector<GridOffset> SelectDiscOffsetsPlain(const ProcessModel& model, float radius) {
+std::vector<GridOffset> SelectDiscOffsetsPlain(const Grid& grid, float radius) {
     std::vector<GridOffset> offsets;
     std::int32_t i = 0;
-    while (i < model.neighbours.count &&
-           !(model.neighbours.entries[static_cast<std::size_t>(i)].distance > radius)) {
-        const NeighbourOffset& entry = model.neighbours.entries[static_cast<std::size_t>(i)];
+    while (i < grid.neighbours.count &&
+           !(grid.neighbours.entries[static_cast<std::size_t>(i)].distance > radius)) {
+        const NeighbourOffset& entry = grid.neighbours.entries[static_cast<std::size_t>(i)];
         offsets.push_back({entry.dx, entry.dy});
         ++i;
     }
     return offsets;
 }
 
-std::vector<GridOffset> SelectLeavingOffsetsPlain(const ProcessModel& model, float radius) {
+std::vector<GridOffset> SelectLeavingOffsetsPlain(const Grid& grid, float radius) {
     std::vector<GridOffset> offsets;
-    for (const NeighbourOffset& entry : model.neighbours.entries) {
+    for (const NeighbourOffset& entry : grid.neighbours.entries) {
         const double dx = static_cast<double>(entry.dx) + 1.0;
         const double dy = static_cast<double>(entry.dy);
-        const double next = std::sqrt(dx * dx + dy * dy) * static_cast<double>(model.gridSpacing);
+        const double next = std::sqrt(dx * dx + dy * dy) * static_cast<double>(grid.spacing);
         if (next <= static_cast<double>(radius) && entry.distance > radius) {
             offsets.push_back({entry.dx, entry.dy});
         }

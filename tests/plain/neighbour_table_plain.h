@@ -15,7 +15,7 @@ void BuildNeighbourTablePlain(NeighbourTable& table, std::int32_t rows, std::int
 void SortNeighbourTablePlain(std::vector<NeighbourOffset>& entries);
 
 /// The two selections by a walk over the whole table.
-std::vector<GridOffset> SelectDiscOffsetsPlain(const ProcessModel& model, float radius);
-std::vector<GridOffset> SelectLeavingOffsetsPlain(const ProcessModel& model, float radius);
+std::vector<GridOffset> SelectDiscOffsetsPlain(const Grid& grid, float radius);
+std::vector<GridOffset> SelectLeavingOffsetsPlain(const Grid& grid, float radius);
 
 }  // namespace zelmo

@@ -247,11 +247,11 @@ std::int32_t FillMissingCellsPlain(std::int32_t cols, std::int32_t rows, float s
     return filled;
 }
 
-void OffsetSurfacePlain(const ProcessModel& model, std::span<float> out,
-                        std::span<const float> heights, float distance, float lateral) {
-    const int cols = model.gridColumns;
-    const int rows = model.gridRows;
-    const float spacing = model.gridSpacing;
+void OffsetSurfacePlain(const Grid& grid, std::span<float> out, std::span<const float> heights,
+                        float distance, float lateral) {
+    const int cols = grid.columns;
+    const int rows = grid.rows;
+    const float spacing = grid.spacing;
     std::fill(out.begin(), out.end(), 0.0f);
     std::vector<float> normals(3 * out.size(), 0.0f);
     ComputeVertexNormalsPlain(cols, rows, spacing, normals, heights);
@@ -281,7 +281,7 @@ void OffsetSurfacePlain(const ProcessModel& model, std::span<float> out,
             }
         }
     }
-    FillMissingCellsPlain(cols, rows, spacing, model.neighbours, out, raster);
+    FillMissingCellsPlain(cols, rows, spacing, grid.neighbours, out, raster);
 }
 
 }  // namespace zelmo

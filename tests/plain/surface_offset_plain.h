@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "model/grid/grid.h"
 #include "model/offset/surface_offset.h"
 
 // The surface offset step by step over whole arrays: all normals, then the list of all triangles
@@ -49,7 +50,7 @@ std::int32_t FillMissingCellsPlain(std::int32_t cols, std::int32_t rows, float s
                                    const NeighbourTable& table, std::span<float> out,
                                    std::span<const float> in);
 
-void OffsetSurfacePlain(const ProcessModel& model, std::span<float> out,
-                        std::span<const float> heights, float distance, float lateral);
+void OffsetSurfacePlain(const Grid& grid, std::span<float> out, std::span<const float> heights,
+                        float distance, float lateral);
 
 }  // namespace zelmo

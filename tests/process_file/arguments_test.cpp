@@ -1,6 +1,7 @@
 #include "process_file/arguments.h"
 
 #include <array>
+#include <utility>
 
 #include "process_file/reader_state.h"
 #include "process_file_fixture.h"
@@ -13,23 +14,16 @@ using namespace std::string_view_literals;
 /// The readers of single arguments, on a line given as text.
 class ArgumentsTest : public testing::Test {
 protected:
-    ArgumentsTest() {
-        state.console = &console;
-        state.lineNumber = 7;
-    }
+    ArgumentsTest() { state.lineNumber = 7; }
 
-    /// The errors since the last call, without "Error in line 7: ".
+    /// The errors since the last call.
     Lines Errors() {
-        const std::string prefix = "Error in line 7: ";
-        Lines errors;
-        for (const std::string& line : console.lines) {
-            EXPECT_TRUE(line.starts_with(prefix)) << line;
-            errors.push_back(line.substr(std::min(prefix.size(), line.size())));
+        Lines texts;
+        for (const ProcessFileError& error : std::exchange(state.errors, {})) {
+            EXPECT_EQ(error.line, 7);
+            texts.push_back(error.text);
         }
-        console.lines.clear();
-        EXPECT_EQ(state.errorSeen, !errors.empty());
-        state.errorSeen = false;
-        return errors;
+        return texts;
     }
 
     Lines Check(std::string_view line) {
@@ -45,16 +39,16 @@ protected:
         return Errors();
     }
 
-    RecordingConsole console;
-    ReaderState state;
+    ColorTable colors = testColors;
+    ReaderState state{colors};
     std::array<std::int32_t, 4> values{};
 };
 
 TEST_F(ArgumentsTest, ErrorsWithoutALineCarryNoNumber) {
     state.lineNumber = 0;
     ReportError(state, "a %s b %d", "text", 12);
-    EXPECT_EQ(console.lines, Lines{"Error: a text b 12"});
-    EXPECT_TRUE(state.errorSeen);
+    ASSERT_EQ(state.errors.size(), 1u);
+    EXPECT_EQ(ErrorLine(state.errors[0]), "Error: a text b 12");
 }
 
 TEST_F(ArgumentsTest, ACommandNeedsAnArgument) {
@@ -221,7 +215,6 @@ protected:
         return Errors();
     }
 
-    TestColors colors;
     ProcessStep step;
 };
 
@@ -289,7 +282,7 @@ TEST_F(ColorTest, UnknownNamesAreReportedWithTheCallersText) {
 }
 
 TEST_F(ColorTest, AnEmptyTableKnowsNoName) {
-    GetColorTable().clear();
+    colors.clear();
     EXPECT_EQ(Color("c -scolor navy"), Lines{"no such colour"});
     EXPECT_EQ(Color("c -scolor"),
               (Lines{"No string found reading -scolor argument", "no such colour"}));

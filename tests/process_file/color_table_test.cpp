@@ -20,53 +20,53 @@ namespace {
 
 class ColorTableTest : public testing::Test {
 protected:
-    void SetUp() override { GetColorTable().clear(); }
-    void TearDown() override { GetColorTable().clear(); }
-
-    int Load(std::string_view text) { return LoadColorTable(folder_.Write("colors.txt", text)); }
+    bool Load(std::string_view text) {
+        return LoadColorTable(table, folder_.Write("colors.txt", text));
+    }
     /// Loads a file of one line that is expected to scan.
     ColorEntry LoadOne(std::string_view line) {
-        GetColorTable().clear();
-        EXPECT_EQ(Load(line), 0) << line;
-        EXPECT_EQ(GetColorTable().size(), 1u) << line;
-        return GetColorTable().empty() ? ColorEntry{} : GetColorTable().front();
+        table.clear();
+        EXPECT_TRUE(Load(line)) << line;
+        EXPECT_EQ(table.size(), 1u) << line;
+        return table.empty() ? ColorEntry{} : table.front();
     }
     void ExpectRefused(std::string_view line) {
-        GetColorTable().clear();
-        EXPECT_EQ(Load(line), 1) << line;
-        EXPECT_TRUE(GetColorTable().empty()) << line;
+        table.clear();
+        EXPECT_FALSE(Load(line)) << line;
+        EXPECT_TRUE(table.empty()) << line;
     }
 
+    ColorTable table;
     TempFolder folder_;
 };
 
 TEST_F(ColorTableTest, ReadsNamesAndChannelsInFileOrder) {
-    EXPECT_EQ(Load("beige #F5F5DC 245, 245, 220\nred #FF0000 255, 0, 0\n"), 0);
-    EXPECT_EQ(GetColorTable(), (ColorTable{{"beige", 245, 245, 220}, {"red", 255, 0, 0}}));
+    EXPECT_TRUE(Load("beige #F5F5DC 245, 245, 220\nred #FF0000 255, 0, 0\n"));
+    EXPECT_EQ(table, (ColorTable{{"beige", 245, 245, 220}, {"red", 255, 0, 0}}));
 }
 
 TEST_F(ColorTableTest, AMissingFileFails) {
-    EXPECT_EQ(LoadColorTable(folder_.Path() / "absent.txt"), 1);
+    EXPECT_FALSE(LoadColorTable(table, folder_.Path() / "absent.txt"));
 }
 
 TEST_F(ColorTableTest, AFolderInTheFilesPlaceFails) {
-    EXPECT_EQ(LoadColorTable(folder_.Path()), 1);
+    EXPECT_FALSE(LoadColorTable(table, folder_.Path()));
 }
 
 TEST_F(ColorTableTest, AnEmptyFileGivesAnEmptyTable) {
-    EXPECT_EQ(Load(""), 0);
-    EXPECT_TRUE(GetColorTable().empty());
+    EXPECT_TRUE(Load(""));
+    EXPECT_TRUE(table.empty());
 }
 
 TEST_F(ColorTableTest, AFileOfCommentsGivesAnEmptyTable) {
-    EXPECT_EQ(Load("# one\n#two\r\n#\n"), 0);
-    EXPECT_TRUE(GetColorTable().empty());
-    EXPECT_EQ(FindColor(GetColorTable(), "beige"), nullptr);
+    EXPECT_TRUE(Load("# one\n#two\r\n#\n"));
+    EXPECT_TRUE(table.empty());
+    EXPECT_EQ(FindColor(table, "beige"), nullptr);
 }
 
 TEST_F(ColorTableTest, BlankLinesAreSkipped) {
-    EXPECT_EQ(Load("\n \t \r\n\r\n\t\nred X 1, 2, 3\n\n"), 0);
-    EXPECT_EQ(GetColorTable(), (ColorTable{{"red", 1, 2, 3}}));
+    EXPECT_TRUE(Load("\n \t \r\n\r\n\t\nred X 1, 2, 3\n\n"));
+    EXPECT_EQ(table, (ColorTable{{"red", 1, 2, 3}}));
 }
 
 TEST_F(ColorTableTest, AHashBehindABlankIsNoComment) {
@@ -116,8 +116,8 @@ TEST_F(ColorTableTest, NumbersDoNotDependOnTheLocale) {
 }
 
 TEST_F(ColorTableTest, EntriesBeforeAFaultyLineStay) {
-    EXPECT_EQ(Load("red X 1, 2, 3\nnonsense\nblue X 4, 5, 6\n"), 1);
-    EXPECT_EQ(GetColorTable(), (ColorTable{{"red", 1, 2, 3}}));
+    EXPECT_FALSE(Load("red X 1, 2, 3\nnonsense\nblue X 4, 5, 6\n"));
+    EXPECT_EQ(table, (ColorTable{{"red", 1, 2, 3}}));
 }
 
 TEST_F(ColorTableTest, CarriageReturnsEndLinesToo) {
@@ -130,15 +130,15 @@ TEST_F(ColorTableTest, ALongLineIsReadInPieces) {
     // The first piece is the 1023 bytes "red X 1, 2, 3   ...", the second the rest.
     std::string line = "red X 1, 2, 3";
     line.resize(1023, ' ');
-    EXPECT_EQ(Load(line + "blue X 4, 5, 6\n"), 0);
-    EXPECT_EQ(GetColorTable(), (ColorTable{{"red", 1, 2, 3}, {"blue", 4, 5, 6}}));
+    EXPECT_TRUE(Load(line + "blue X 4, 5, 6\n"));
+    EXPECT_EQ(table, (ColorTable{{"red", 1, 2, 3}, {"blue", 4, 5, 6}}));
 }
 
 TEST_F(ColorTableTest, AHashAtTheStartOfASecondPieceIsAComment) {
     std::string line = "red X 1, 2, 3";
     line.resize(1023, ' ');
-    EXPECT_EQ(Load(line + "# rest of the line\n"), 0);
-    EXPECT_EQ(GetColorTable(), (ColorTable{{"red", 1, 2, 3}}));
+    EXPECT_TRUE(Load(line + "# rest of the line\n"));
+    EXPECT_EQ(table, (ColorTable{{"red", 1, 2, 3}}));
 }
 
 TEST_F(ColorTableTest, AByteOf0x1AIsAnOrdinaryCharacter) {
@@ -151,24 +151,24 @@ TEST_F(ColorTableTest, AByteOf0x1AIsAnOrdinaryCharacter) {
 
 TEST_F(ColorTableTest, ANulByteEndsTheTextOfItsLine) {
     using namespace std::string_literals;
-    EXPECT_EQ(Load("red X 1, 2, 3\0 junk\nblue X 4, 5, 6\n"s), 0);
-    EXPECT_EQ(GetColorTable(), (ColorTable{{"red", 1, 2, 3}, {"blue", 4, 5, 6}}));
-    EXPECT_EQ(Load("red X 1, 2\0, 3\n"s), 1);
+    EXPECT_TRUE(Load("red X 1, 2, 3\0 junk\nblue X 4, 5, 6\n"s));
+    EXPECT_EQ(table, (ColorTable{{"red", 1, 2, 3}, {"blue", 4, 5, 6}}));
+    EXPECT_FALSE(Load("red X 1, 2\0, 3\n"s));
 }
 
 TEST_F(ColorTableTest, LookupIsCaseSensitiveAndExact) {
-    ASSERT_EQ(Load("beige X 1, 2, 3\n"), 0);
-    EXPECT_EQ(FindColor(GetColorTable(), "Beige"), nullptr);
-    EXPECT_EQ(FindColor(GetColorTable(), "beig"), nullptr);
-    EXPECT_EQ(FindColor(GetColorTable(), "beige "), nullptr);
-    ASSERT_NE(FindColor(GetColorTable(), "beige"), nullptr);
+    ASSERT_TRUE(Load("beige X 1, 2, 3\n"));
+    EXPECT_EQ(FindColor(table, "Beige"), nullptr);
+    EXPECT_EQ(FindColor(table, "beig"), nullptr);
+    EXPECT_EQ(FindColor(table, "beige "), nullptr);
+    ASSERT_NE(FindColor(table, "beige"), nullptr);
 }
 
 TEST_F(ColorTableTest, TheFirstOfTwoEntriesWithOneNameWins) {
-    ASSERT_EQ(Load("red X 1, 2, 3\nred X 4, 5, 6\n"), 0);
-    ASSERT_NE(FindColor(GetColorTable(), "red"), nullptr);
-    EXPECT_EQ(*FindColor(GetColorTable(), "red"), (ColorEntry{"red", 1, 2, 3}));
-    EXPECT_EQ(GetColorTable().size(), 2u);
+    ASSERT_TRUE(Load("red X 1, 2, 3\nred X 4, 5, 6\n"));
+    ASSERT_NE(FindColor(table, "red"), nullptr);
+    EXPECT_EQ(*FindColor(table, "red"), (ColorEntry{"red", 1, 2, 3}));
+    EXPECT_EQ(table.size(), 2u);
 }
 
 }  // namespace

@@ -2,14 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdint>
-#include <memory>
+#include <filesystem>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
-#include "model/process_model.h"
 #include "process_file/color_table.h"
 #include "process_file/reader.h"
 #include "tests/support/recording_console.h"
@@ -25,26 +22,14 @@ inline const std::string preamble =
     "location -x 0 -y 0 -dx 10 -dy 10\n"
     "gds -cell TOP\n";
 
-/// Puts a table of a few colours in place of the process-wide one, for as long as it lives.
-class TestColors {
-public:
-    TestColors() {
-        saved_ = std::exchange(GetColorTable(),
-                               {{"navy", 0, 0, 128}, {"orange", 255, 165, 0}, {"navy", 1, 2, 3}});
-    }
-    ~TestColors() { GetColorTable() = std::move(saved_); }
-    TestColors(const TestColors&) = delete;
-    TestColors& operator=(const TestColors&) = delete;
-
-private:
-    ColorTable saved_;
-};
+inline const ColorTable testColors = {
+    {"navy", 0, 0, 128}, {"orange", 255, 165, 0}, {"navy", 1, 2, 3}};
 
 /// Reads process files given as texts, and keeps what came of the last one.
 class ProcessFileTest : public testing::Test {
 protected:
-    /// Reads a whole file; returns the console's lines. The file is deleted again: writing over an
-    /// existing one makes some file systems wait for the disk.
+    /// Reads a whole file; returns its errors as a console shows them. The file is deleted again:
+    /// writing over an existing one makes some file systems wait for the disk.
     Lines Read(std::string_view text) {
         const std::filesystem::path path = folder.Write("process.txt", text);
         const Lines lines = ReadPath(path);
@@ -53,22 +38,26 @@ protected:
     }
 
     Lines ReadPath(const std::filesystem::path& path) {
-        model = std::make_unique<ProcessModel>();
+        file = ReadProcessFile(path, colors);
         RecordingConsole console;
-        result = ReadProcessFile(*model, path, &console);
+        for (const ProcessFileError& error : file.errors) {
+            console.Write(ErrorLine(error));
+        }
         return console.lines;
     }
 
     /// Reads a file of the preamble and these lines, the first of which is line 4.
     Lines ReadSteps(std::string_view lines) { return Read(preamble + std::string(lines)); }
 
-    /// The step of that number, counted without the substrate.
-    const ProcessStep& Step(std::size_t number) const { return model->steps.at(number); }
+    /// Whether the last file can be run.
+    bool Accepted() const { return file.opened && file.errors.empty(); }
 
-    TestColors colors;
+    /// The step of that number, counted without the substrate.
+    const ProcessStep& Step(std::size_t number) const { return file.steps.at(number); }
+
+    ColorTable colors = testColors;
     TempFolder folder;
-    std::unique_ptr<ProcessModel> model;
-    std::int32_t result = -1;
+    ProcessFile file;
 };
 
 }  // namespace zelmo

@@ -23,46 +23,46 @@ const std::string wrongAngle = "Camera angle should be between 0 and 40 degrees"
 
 TEST_F(SettingsTest, DefaultsOfAllSettings) {
     EXPECT_EQ(ReadSettingsLine("-version 4"), Lines{});
-    EXPECT_EQ(result, 0);
-    EXPECT_EQ(model->gridColumns, 1000);
-    EXPECT_EQ(model->cameraAngle, 30.0f);
-    EXPECT_EQ(model->showHeights, 0.0f);
-    EXPECT_EQ(model->showLegend, 0.0f);
+    EXPECT_TRUE(Accepted());
+    EXPECT_EQ(file.settings.gridColumns, 1000);
+    EXPECT_EQ(file.settings.cameraAngle, 30.0f);
+    EXPECT_FALSE(file.settings.showHeights);
+    EXPECT_FALSE(file.settings.showLegend);
 }
 
 TEST_F(SettingsTest, AllSettingsAreRead) {
     EXPECT_EQ(ReadSettingsLine("-legend -N 250 -heights -angle 12 -use_nm -version 4"), Lines{});
-    EXPECT_EQ(model->gridColumns, 250);
-    EXPECT_EQ(model->cameraAngle, 12.0f);
-    EXPECT_EQ(model->showHeights, 1.0f);
-    EXPECT_EQ(model->showLegend, 1.0f);
-    EXPECT_EQ(model->windowWidth, 0.01f);
+    EXPECT_EQ(file.settings.gridColumns, 250);
+    EXPECT_EQ(file.settings.cameraAngle, 12.0f);
+    EXPECT_TRUE(file.settings.showHeights);
+    EXPECT_TRUE(file.settings.showLegend);
+    EXPECT_EQ(file.settings.windowWidth, 0.01f);
 }
 
 TEST_F(SettingsTest, AFlagCountsWhereverItsTextStands) {
     EXPECT_EQ(ReadSettingsLine("-version 4 x-heights-legend"), Lines{});
-    EXPECT_EQ(model->showHeights, 1.0f);
-    EXPECT_EQ(model->showLegend, 1.0f);
+    EXPECT_TRUE(file.settings.showHeights);
+    EXPECT_TRUE(file.settings.showLegend);
     EXPECT_EQ(ReadSettingsLine("-version 4 a-use_nm"), Lines{});
-    EXPECT_EQ(model->windowWidth, 0.01f);
+    EXPECT_EQ(file.settings.windowWidth, 0.01f);
     EXPECT_EQ(ReadSettingsLine("-version 4 -Legend -use_n"),
               (Lines{"Error in line 1: Invalid argument -Legend",
                      "Error in line 1: Invalid argument -use_n"}));
-    EXPECT_EQ(model->showLegend, 0.0f);
-    EXPECT_EQ(model->windowWidth, 10.0f);
+    EXPECT_FALSE(file.settings.showLegend);
+    EXPECT_EQ(file.settings.windowWidth, 10.0f);
 }
 
 TEST_F(SettingsTest, AMissingVersionIsRefusedWithItsText) {
     EXPECT_EQ(ReadSettingsLine("-N 300"),
               Lines{"Error in line 1: No -version argument given. This version of Zelmo is only "
                     "compatible with process files with version 3."});
-    EXPECT_EQ(result, 1);
-    EXPECT_EQ(model->gridColumns, 300);
+    EXPECT_FALSE(Accepted());
+    EXPECT_EQ(file.settings.gridColumns, 300);
 }
 
 TEST_F(SettingsTest, OnlyVersion4Passes) {
     EXPECT_EQ(ReadSettingsLine("-version 3 -N 300"), Lines{"Error in line 1: " + wrongVersion});
-    EXPECT_EQ(model->gridColumns, 300);
+    EXPECT_EQ(file.settings.gridColumns, 300);
     EXPECT_EQ(ReadSettingsLine("-version 5"), Lines{"Error in line 1: " + wrongVersion});
     EXPECT_EQ(ReadSettingsLine("-version 004"), Lines{});
     EXPECT_EQ(ReadSettingsLine("-version"),
@@ -75,98 +75,98 @@ TEST_F(SettingsTest, OnlyVersion4Passes) {
 
 TEST_F(SettingsTest, GridColumnsLieBetween200And2000) {
     EXPECT_EQ(ReadSettingsLine("-version 4 -N 200"), Lines{});
-    EXPECT_EQ(model->gridColumns, 200);
+    EXPECT_EQ(file.settings.gridColumns, 200);
     EXPECT_EQ(ReadSettingsLine("-version 4 -N 2000"), Lines{});
-    EXPECT_EQ(model->gridColumns, 2000);
+    EXPECT_EQ(file.settings.gridColumns, 2000);
     EXPECT_EQ(ReadSettingsLine("-version 4 -N 199"), Lines{"Error in line 1: " + wrongColumns});
-    EXPECT_EQ(model->gridColumns, 199);
+    EXPECT_EQ(file.settings.gridColumns, 199);
     EXPECT_EQ(ReadSettingsLine("-version 4 -N 2001"), Lines{"Error in line 1: " + wrongColumns});
-    EXPECT_EQ(model->gridColumns, 2001);
+    EXPECT_EQ(file.settings.gridColumns, 2001);
 }
 
 TEST_F(SettingsTest, GridColumnsThatAreNoIntegerGiveTwoMessages) {
     EXPECT_EQ(ReadSettingsLine("-version 4 -N 12.5"),
               (Lines{"Error in line 1: Non integer value or values found reading argument -N",
                      "Error in line 1: " + wrongColumns}));
-    EXPECT_EQ(model->gridColumns, 0);
+    EXPECT_EQ(file.settings.gridColumns, 0);
 }
 
 TEST_F(SettingsTest, OfTwoGridColumnsTheFirstCounts) {
     EXPECT_EQ(ReadSettingsLine("-version 4 -N 1000 -N 2000"), Lines{});
-    EXPECT_EQ(model->gridColumns, 1000);
+    EXPECT_EQ(file.settings.gridColumns, 1000);
 }
 
 TEST_F(SettingsTest, IntegersOfTooManyDigitsSaturate) {
     EXPECT_EQ(ReadSettingsLine("-version 4 -N 99999999999999999999"),
               Lines{"Error in line 1: " + wrongColumns});
-    EXPECT_EQ(model->gridColumns, 2147483647);
+    EXPECT_EQ(file.settings.gridColumns, 2147483647);
     EXPECT_EQ(ReadSettingsLine("-version 4 -N 2147483648"),
               Lines{"Error in line 1: " + wrongColumns});
-    EXPECT_EQ(model->gridColumns, 2147483647);
+    EXPECT_EQ(file.settings.gridColumns, 2147483647);
     EXPECT_EQ(ReadSettingsLine("-version 4294967300"), Lines{"Error in line 1: " + wrongVersion});
 }
 
 TEST_F(SettingsTest, AnglesUpTo90PassAndEndAt89) {
     EXPECT_EQ(ReadSettingsLine("-version 4 -angle 0"), Lines{});
-    EXPECT_EQ(model->cameraAngle, 0.0f);
+    EXPECT_EQ(file.settings.cameraAngle, 0.0f);
     EXPECT_EQ(ReadSettingsLine("-version 4 -angle 45"), Lines{});
-    EXPECT_EQ(model->cameraAngle, 45.0f);
+    EXPECT_EQ(file.settings.cameraAngle, 45.0f);
     EXPECT_EQ(ReadSettingsLine("-version 4 -angle 89"), Lines{});
-    EXPECT_EQ(model->cameraAngle, 89.0f);
+    EXPECT_EQ(file.settings.cameraAngle, 89.0f);
     EXPECT_EQ(ReadSettingsLine("-version 4 -angle 90"), Lines{});
-    EXPECT_EQ(model->cameraAngle, 89.0f);
+    EXPECT_EQ(file.settings.cameraAngle, 89.0f);
 }
 
 TEST_F(SettingsTest, AnglesAbove90AreReportedAndEndAt89) {
     EXPECT_EQ(ReadSettingsLine("-version 4 -angle 91"), Lines{"Error in line 1: " + wrongAngle});
-    EXPECT_EQ(model->cameraAngle, 89.0f);
-    EXPECT_EQ(result, 1);
+    EXPECT_EQ(file.settings.cameraAngle, 89.0f);
+    EXPECT_FALSE(Accepted());
 }
 
 TEST_F(SettingsTest, AnAngleThatIsNoIntegerIsZero) {
     EXPECT_EQ(ReadSettingsLine("-version 4 -angle 40.5"),
               Lines{"Error in line 1: Non integer value or values found reading argument -angle"});
-    EXPECT_EQ(model->cameraAngle, 0.0f);
+    EXPECT_EQ(file.settings.cameraAngle, 0.0f);
     EXPECT_EQ(ReadSettingsLine("-version 4 -angle -5"),
               Lines{"Error in line 1: Not enough integer values found reading argument -angle"});
-    EXPECT_EQ(model->cameraAngle, 0.0f);
+    EXPECT_EQ(file.settings.cameraAngle, 0.0f);
 }
 
 TEST_F(SettingsTest, MessagesOfSettingsComeInTheirOrder) {
     EXPECT_EQ(ReadSettingsLine("-legend -bad -N 1 -angle 100 -version 1"),
               (Lines{"Error in line 1: Invalid argument -bad", "Error in line 1: " + wrongVersion,
                      "Error in line 1: " + wrongColumns, "Error in line 1: " + wrongAngle}));
-    EXPECT_EQ(model->showLegend, 1.0f);
+    EXPECT_TRUE(file.settings.showLegend);
 }
 
 TEST_F(SettingsTest, ALocationIsRead) {
     EXPECT_EQ(ReadLocationLine("-x -12.5 -y 250 -dx 40 -dy 20.25"), Lines{});
-    EXPECT_EQ(model->windowX, -12.5f);
-    EXPECT_EQ(model->windowY, 250.0f);
-    EXPECT_EQ(model->windowWidth, 40.0f);
-    EXPECT_EQ(model->windowHeight, 20.25f);
+    EXPECT_EQ(file.settings.windowX, -12.5f);
+    EXPECT_EQ(file.settings.windowY, 250.0f);
+    EXPECT_EQ(file.settings.windowWidth, 40.0f);
+    EXPECT_EQ(file.settings.windowHeight, 20.25f);
 }
 
 TEST_F(SettingsTest, TheWindowIsNeverHigherThanWide) {
     EXPECT_EQ(ReadLocationLine("-x 0 -y 0 -dx 10 -dy 11"), Lines{});
-    EXPECT_EQ(result, 0);
-    EXPECT_EQ(model->windowWidth, 10.0f);
-    EXPECT_EQ(model->windowHeight, 10.0f);
+    EXPECT_TRUE(Accepted());
+    EXPECT_EQ(file.settings.windowWidth, 10.0f);
+    EXPECT_EQ(file.settings.windowHeight, 10.0f);
 }
 
 TEST_F(SettingsTest, AFlatWindowKeepsItsHeight) {
     EXPECT_EQ(ReadLocationLine("-x 0 -y 0 -dx 10 -dy 0.001"), Lines{});
-    EXPECT_EQ(model->windowHeight, 0.001f);
+    EXPECT_EQ(file.settings.windowHeight, 0.001f);
 }
 
 TEST_F(SettingsTest, AWindowWithoutWidthIsRefused) {
     EXPECT_EQ(ReadLocationLine("-x 0 -y 0 -dx 0 -dy 5"),
               Lines{"Error in line 2: Invalid -dx argument"});
-    EXPECT_EQ(model->windowHeight, 0.0f);
+    EXPECT_EQ(file.settings.windowHeight, 0.0f);
     EXPECT_EQ(ReadLocationLine("-x 0 -y 0 -dy 5"),
               (Lines{"Error in line 2: Argument -dx not found",
                      "Error in line 2: Invalid -dx argument"}));
-    EXPECT_EQ(result, 1);
+    EXPECT_FALSE(Accepted());
 }
 
 TEST_F(SettingsTest, AWindowWithoutHeightIsRefused) {
@@ -180,10 +180,10 @@ TEST_F(SettingsTest, AWindowWithoutHeightIsRefused) {
 TEST_F(SettingsTest, ANegativeHeightIsReportedAndBecomesAQuarterOfTheWidth) {
     EXPECT_EQ(ReadLocationLine("-x 0 -y 0 -dx 8 -dy -1"),
               Lines{"Error in line 2: Invalid -dy argument"});
-    EXPECT_EQ(model->windowHeight, 2.0f);
+    EXPECT_EQ(file.settings.windowHeight, 2.0f);
     EXPECT_EQ(ReadLocationLine("-x 0 -y 0 -dx -8 -dy 1"),
               Lines{"Error in line 2: Invalid -dx argument"});
-    EXPECT_EQ(model->windowHeight, -2.0f);
+    EXPECT_EQ(file.settings.windowHeight, -2.0f);
 }
 
 TEST_F(SettingsTest, NanometresApplyToTheWindowAndTheResolutionOnly) {
@@ -193,19 +193,19 @@ TEST_F(SettingsTest, NanometresApplyToTheWindowAndTheResolutionOnly) {
         "etch -name e -targets t -depth 1000 -iso 0\n";
     const std::string window = "location -x 500 -y -250 -dx 1000 -dy 750\ngds -cell TOP\n";
     EXPECT_EQ(Read("settings -version 4 -use_nm\n" + window + steps), Lines{});
-    EXPECT_EQ(model->windowX, 0.5f);
-    EXPECT_EQ(model->windowY, -0.25f);
-    EXPECT_EQ(model->windowWidth, 1.0f);
-    EXPECT_EQ(model->windowHeight, 0.75f);
+    EXPECT_EQ(file.settings.windowX, 0.5f);
+    EXPECT_EQ(file.settings.windowY, -0.25f);
+    EXPECT_EQ(file.settings.windowWidth, 1.0f);
+    EXPECT_EQ(file.settings.windowHeight, 0.75f);
     EXPECT_EQ(Step(1).res, 0.25f);
     EXPECT_EQ(Step(1).thickness, 1.0f);
     EXPECT_EQ(Step(2).thickness, 1.0f);
     EXPECT_EQ(Step(3).depth, 1.0f);
     EXPECT_EQ(Read("settings -version 4\n" + window + steps), Lines{});
-    EXPECT_EQ(model->windowX, 500.0f);
-    EXPECT_EQ(model->windowY, -250.0f);
-    EXPECT_EQ(model->windowWidth, 1000.0f);
-    EXPECT_EQ(model->windowHeight, 750.0f);
+    EXPECT_EQ(file.settings.windowX, 500.0f);
+    EXPECT_EQ(file.settings.windowY, -250.0f);
+    EXPECT_EQ(file.settings.windowWidth, 1000.0f);
+    EXPECT_EQ(file.settings.windowHeight, 750.0f);
     EXPECT_EQ(Step(1).res, 250.0f);
     EXPECT_EQ(Step(1).thickness, 1.0f);
     EXPECT_EQ(Step(2).thickness, 1.0f);
@@ -216,7 +216,7 @@ TEST_F(SettingsTest, TheUnitIsThatOfTheLastSettingsLine) {
     Read(
         "settings -version 4 -use_nm\nsettings -version 4\n"
         "location -x 0 -y 0 -dx 1000 -dy 1000\ngds -cell TOP\n");
-    EXPECT_EQ(model->windowWidth, 1000.0f);
+    EXPECT_EQ(file.settings.windowWidth, 1000.0f);
 }
 
 TEST_F(SettingsTest, MessagesOfALocationComeInTheirOrder) {
@@ -232,8 +232,8 @@ TEST_F(SettingsTest, GdsTakesACellNameAndPassesOtherWordsBy) {
     EXPECT_EQ(Read("settings -version 4\nlocation -x 0 -y 0 -dx 1 -dy 1\n"
                    "gds -foo -cell Top_1 -bar baz\n"),
               Lines{});
-    EXPECT_EQ(result, 0);
-    EXPECT_EQ(model->cellName, "Top_1");
+    EXPECT_TRUE(Accepted());
+    EXPECT_EQ(file.settings.cellName, "Top_1");
 }
 
 TEST_F(SettingsTest, GdsWithoutACellNameIsReported) {
@@ -243,7 +243,7 @@ TEST_F(SettingsTest, GdsWithoutACellNameIsReported) {
               Lines{"Error in line 3: No string found reading -cell argument"});
     EXPECT_EQ(Read(others + "gds -cell -x\n"),
               Lines{"Error in line 3: Invalid character '-' in argument"});
-    EXPECT_EQ(model->cellName, "-x");
+    EXPECT_EQ(file.settings.cellName, "-x");
 }
 
 }  // namespace

@@ -27,39 +27,35 @@ bool IsReddish(const Pixel& pixel) {
 class Frame : public ::testing::Test {
 protected:
     Frame() {
-        model_.windowWidth = 100.0f;
-        model_.cameraAngle = 30.0f;
-        model_.graphics = &graphics_;
+        model_.settings.windowWidth = 100.0f;
+        model_.settings.cameraAngle = 30.0f;
     }
 
     void AddMarkers(std::uint32_t count) {
-        HeightMarkers& markers = model_.heightMarkers;
-        markers.graphics = &graphics_;
-        markers.vertexCount = count;
-        markers.vertices.resize(count);
+        std::vector<MarkerVertex>& vertices = uploads_.markers.vertices;
+        vertices.resize(count);
         for (std::uint32_t k = 0; k < count; ++k) {
             // Too far apart to touch: columns of 0.18, rows of 0.18, from the lower left.
             const std::uint32_t column = k % 10;
             const std::uint32_t row = k / 10;
-            markers.vertices[k].position[0] = static_cast<float>(column) * 0.18f - 0.81f;
-            markers.vertices[k].position[1] = static_cast<float>(row) * 0.18f - 0.81f;
+            vertices[k].position[0] = static_cast<float>(column) * 0.18f - 0.81f;
+            vertices[k].position[1] = static_cast<float>(row) * 0.18f - 0.81f;
         }
-        graphics_.CreateMarkerObjects(markers);
-        graphics_.UploadMarkers(markers);
+        uploads_.markerVertices.Upload(std::as_bytes(std::span(vertices)));
     }
 
     Pixels Picture(const Camera& camera, int width, int height) {
         const Canvas canvas(width, height);
         glClearColor(0.3f, 0.3f, 0.3f, 0.3f);
         glClear(GL_COLOR_BUFFER_BIT);
-        RenderFrame(model_, camera, tools_.Tools(), width, height);
+        RenderFrame(model_, uploads_, camera, tools_.Tools(), width, height);
         return canvas.Read();
     }
 
     /// Markers are points without labels here: the labels' font is drawn in no viewport's place.
     int CountMarkers(float angle) {
-        model_.cameraAngle = angle;
-        model_.showHeights = 1.0f;
+        model_.settings.cameraAngle = angle;
+        model_.settings.showHeights = true;
         const Pixels picture = Picture(PlainCamera(1.0), 1000, 1000);
         int count = 0;
         for (int row = 0; row < 10; ++row) {
@@ -73,9 +69,9 @@ protected:
         return count;
     }
 
-    LayerGraphicsGl graphics_;
     TestTools tools_;
     ProcessModel model_;
+    StackUploads uploads_;
 };
 
 TEST_F(Frame, WithoutLayersHasTheWidthLabelAloneOnWhite) {
@@ -91,7 +87,7 @@ TEST_F(Frame, WithoutLayersHasTheWidthLabelAloneOnWhite) {
 }
 
 TEST_F(Frame, ClearsTheWholeBufferToOpaqueWhite) {
-    model_.showLegend = 1.0f;
+    model_.settings.showLegend = true;
     const Pixels picture = Picture(PlainCamera(4.0), 800, 400);
     for (const auto& [x, y] : {std::pair{0, 0}, {799, 0}, {0, 399}, {799, 399}, {400, 200}}) {
         EXPECT_EQ(picture.At(x, y), white);
@@ -114,10 +110,10 @@ TEST_F(Frame, CentresTheViewInAHigherPicture) {
 
 TEST_F(Frame, WithALegendDrawsTheViewToTheRightOfIt) {
     // Aspect 2 and height 960: 800 rows from row 80 on.
-    AppendLayer(model_, MakeRectangle(graphics_, {1.0f, 0.0f, 0.0f}));
-    model_.layers[0]->label = "";
-    model_.layerCount = 1;
-    model_.showLegend = 1.0f;
+    AppendRectangle(model_, uploads_, {1.0f, 0.0f, 0.0f});
+    model_.stack.layers[0]->label = "";
+    model_.stack.layerCount = 1;
+    model_.settings.showLegend = true;
     const Pixels picture = Picture(PlainCamera(2.0), 1920, 960);
     const PixelBox view =
         picture.BoxOf([](const Pixel& pixel) { return pixel.red > 200 && pixel.red < 255; });
@@ -128,10 +124,10 @@ TEST_F(Frame, WithALegendDrawsTheViewToTheRightOfIt) {
 
 TEST_F(Frame, UploadsTransformLightAndTheLastLayersColour) {
     const Camera camera(100.0, 70.0, 10.0, 30.0);
-    AppendLayer(model_, MakeRectangle(graphics_, {0.1f, 0.2f, 0.3f}));
-    AppendLayer(model_, MakeRectangle(graphics_, {0.4f, 0.5f, 0.6f}));
-    model_.layers[1]->alpha = 0.7f;
-    model_.windowWidth = 0.7f;
+    AppendRectangle(model_, uploads_, {0.1f, 0.2f, 0.3f});
+    AppendRectangle(model_, uploads_, {0.4f, 0.5f, 0.6f});
+    model_.stack.layers[1]->alpha = 0.7f;
+    model_.settings.windowWidth = 0.7f;
     Picture(camera, 200, 100);
     const GLuint program = tools_.surfaceShader.Program();
     const auto uniform = [&](const char* name) {
@@ -153,34 +149,38 @@ TEST_F(Frame, UploadsTransformLightAndTheLastLayersColour) {
 }
 
 TEST_F(Frame, DrawsOnlyTheIndicesOfALayer) {
-    AppendLayer(model_, MakeRectangle(graphics_, {1.0f, 0.0f, 0.0f}));
-    model_.layers[0]->indexCount = 3;
+    const std::array<MeshVertex, 4> corners{{{{-1.0f, -1.0f, 0.0f}, {0.0f, 0.0f, 1.0f}},
+                                             {{1.0f, -1.0f, 0.0f}, {0.0f, 0.0f, 1.0f}},
+                                             {{-1.0f, 1.0f, 0.0f}, {0.0f, 0.0f, 1.0f}},
+                                             {{1.0f, 1.0f, 0.0f}, {0.0f, 0.0f, 1.0f}}}};
+    AppendDrawnLayer(model_, uploads_, {1.0f, 0.0f, 0.0f}, corners,
+                     std::array<std::uint32_t, 3>{0, 1, 2});
     const Pixels picture = Picture(PlainCamera(1.0), 300, 300);
     EXPECT_TRUE(IsReddish(picture.At(20, 20)));
     EXPECT_EQ(picture.At(280, 280), white) << "the other triangle";
 }
 
 TEST_F(Frame, SkipsEmptySlots) {
-    AppendLayer(model_, nullptr);
-    AppendLayer(model_, MakeRectangle(graphics_, {1.0f, 0.0f, 0.0f}));
-    AppendLayer(model_, nullptr);
-    model_.layerCount = 1;
-    model_.showLegend = 1.0f;
+    AppendLayer(model_.stack, nullptr);
+    AppendRectangle(model_, uploads_, {1.0f, 0.0f, 0.0f});
+    AppendLayer(model_.stack, nullptr);
+    model_.stack.layerCount = 1;
+    model_.settings.showLegend = true;
     const Pixels picture = Picture(PlainCamera(2.0), 720, 200);
     EXPECT_TRUE(IsReddish(picture.At(500, 150)));
 }
 
 TEST_F(Frame, HidesWhatLiesBehindAndBlendsInStackOrder) {
     // A near translucent layer first: what comes later lies behind it and is not seen through it.
-    AppendLayer(model_, MakeRectangle(graphics_, {0.0f, 0.0f, 1.0f}, -0.5f));
-    model_.layers[0]->alpha = 0.5f;
-    AppendLayer(model_, MakeRectangle(graphics_, {1.0f, 0.0f, 0.0f}, 0.5f));
+    AppendRectangle(model_, uploads_, {0.0f, 0.0f, 1.0f}, -0.5f);
+    model_.stack.layers[0]->alpha = 0.5f;
+    AppendRectangle(model_, uploads_, {1.0f, 0.0f, 0.0f}, 0.5f);
     const Pixel hidden = Picture(PlainCamera(1.0), 300, 300).At(20, 280);
     EXPECT_NEAR(hidden.red, 127, 2) << "half of the white background";
     EXPECT_NEAR(hidden.green, 127, 2);
     EXPECT_GT(hidden.blue, 230);
     // The other way round it blends with the one behind it.
-    std::swap(model_.layers[0], model_.layers[1]);
+    std::swap(model_.stack.layers[0], model_.stack.layers[1]);
     const Pixel through = Picture(PlainCamera(1.0), 300, 300).At(20, 280);
     EXPECT_LT(through.green, 20);
     EXPECT_NEAR(through.red, 120, 12);
@@ -202,23 +202,22 @@ TEST_F(Frame, DrawsNoMoreMarkersThanThereAre) {
 
 TEST_F(Frame, DrawsMarkersOnlyWhereTheyAreAskedFor) {
     AddMarkers(60);
-    model_.windowWidth = 100.0f;
-    model_.showHeights = 0.0f;
+    model_.settings.windowWidth = 100.0f;
+    model_.settings.showHeights = false;
     const Pixels picture = Picture(PlainCamera(1.0), 1000, 1000);
     EXPECT_EQ(picture.Count(white) + picture.Count(black), 1000 * 1000);
     EXPECT_LE(picture.BoxOf(black).top, 500) << "nothing above the width label";
 }
 
 TEST_F(Frame, WithoutUsableShadersStillHasItsLabelsAndLegend) {
-    RecordingConsole console;
-    const ShaderProgram broken("no such.shader", &console);
-    AppendLayer(model_, MakeRectangle(graphics_, {1.0f, 0.0f, 0.0f}));
+    const ShaderProgram broken("no such.shader");
+    AppendRectangle(model_, uploads_, {1.0f, 0.0f, 0.0f});
     AddMarkers(10);
-    model_.layerCount = 1;
-    model_.showLegend = 1.0f;
-    model_.showHeights = 1.0f;
+    model_.stack.layerCount = 1;
+    model_.settings.showLegend = true;
+    model_.settings.showHeights = true;
     const Canvas canvas(1120, 800);
-    RenderFrame(model_, PlainCamera(1.0), {broken, broken, tools_.textFont}, 1120, 800);
+    RenderFrame(model_, uploads_, PlainCamera(1.0), {broken, broken, tools_.textFont}, 1120, 800);
     const Pixels picture = canvas.Read();
     EXPECT_EQ(picture.BoxOf(Pixel{255, 0, 0, 255}), (PixelBox{0, 0, 72, 36}));
     EXPECT_EQ(picture.Count(Pixel{255, 0, 0, 255}) + picture.Count(white) + picture.Count(black),
@@ -229,14 +228,14 @@ TEST_F(Frame, WithoutUsableShadersStillHasItsLabelsAndLegend) {
 }
 
 TEST_F(Frame, LeavesNoProgramNoVertexArrayAndItsFramebuffer) {
-    AppendLayer(model_, MakeRectangle(graphics_, {1.0f, 0.0f, 0.0f}));
+    AppendRectangle(model_, uploads_, {1.0f, 0.0f, 0.0f});
     AddMarkers(20);
-    model_.showHeights = 1.0f;
+    model_.settings.showHeights = true;
     TakeGlErrors();
     const Canvas canvas(400, 200);
     GLint before = 0;
     glGetIntegerv(GL_FRAMEBUFFER_BINDING, &before);
-    RenderFrame(model_, PlainCamera(2.0), tools_.Tools(), 400, 200);
+    RenderFrame(model_, uploads_, PlainCamera(2.0), tools_.Tools(), 400, 200);
     EXPECT_EQ(TakeGlErrors(), static_cast<GLenum>(GL_NO_ERROR));
     GLint after = 0;
     glGetIntegerv(GL_FRAMEBUFFER_BINDING, &after);
@@ -250,11 +249,11 @@ TEST_F(Frame, LeavesNoProgramNoVertexArrayAndItsFramebuffer) {
 }
 
 TEST_F(Frame, MakesNothingNewAfterTheFirst) {
-    AppendLayer(model_, MakeRectangle(graphics_, {1.0f, 0.0f, 0.0f}));
+    AppendRectangle(model_, uploads_, {1.0f, 0.0f, 0.0f});
     AddMarkers(20);
-    model_.layerCount = 1;
-    model_.showHeights = 1.0f;
-    model_.showLegend = 1.0f;
+    model_.stack.layerCount = 1;
+    model_.settings.showHeights = true;
+    model_.settings.showLegend = true;
     const int none = CountGlObjects();
     const Pixels first = Picture(PlainCamera(2.0), 800, 300);
     const int lists = CountGlObjects();
@@ -266,7 +265,7 @@ TEST_F(Frame, MakesNothingNewAfterTheFirst) {
 }
 
 TEST_F(Frame, TakesACameraWithoutAnAspect) {
-    AppendLayer(model_, MakeRectangle(graphics_, {1.0f, 0.0f, 0.0f}));
+    AppendRectangle(model_, uploads_, {1.0f, 0.0f, 0.0f});
     for (const double aspect : {0.0, std::nan(""), -1.0, 1e-300, 1e300}) {
         Picture(PlainCamera(aspect), 100, 50);
     }

@@ -99,20 +99,25 @@ Camera PlainCamera(double aspect) {
     return camera;
 }
 
-std::unique_ptr<Layer> MakeRectangle(LayerGraphics& graphics, std::array<float, 3> color,
-                                     float depth, std::array<float, 3> normal) {
-    auto layer = CreateLayer(0, 0, 1.0f, &graphics);
-    layer->color = color;
-    layer->meshDirty = false;
-    layer->indexCount = 6;
+Layer& AppendDrawnLayer(ProcessModel& model, StackUploads& uploads, std::array<float, 3> color,
+                        std::span<const MeshVertex> vertices,
+                        std::span<const std::uint32_t> indices) {
+    AppendLayer(model.stack, CreateLayer(Grid{}));
+    Layer& layer = *model.stack.layers.back();
+    layer.color = color;
+    uploads.layers.push_back({layer.version, UploadedMesh(vertices, indices)});
+    return layer;
+}
+
+Layer& AppendRectangle(ProcessModel& model, StackUploads& uploads, std::array<float, 3> color,
+                       float depth, std::array<float, 3> normal) {
     const auto [nx, ny, nz] = normal;
     const std::array<MeshVertex, 4> corners{{{{-1.0f, -1.0f, depth}, {nx, ny, nz}},
                                              {{1.0f, -1.0f, depth}, {nx, ny, nz}},
                                              {{-1.0f, 1.0f, depth}, {nx, ny, nz}},
                                              {{1.0f, 1.0f, depth}, {nx, ny, nz}}}};
     const std::array<std::uint32_t, 6> indices{0, 1, 2, 1, 3, 2};
-    graphics.UploadLayerMesh(*layer, corners, indices);
-    return layer;
+    return AppendDrawnLayer(model, uploads, color, corners, indices);
 }
 
 std::uint32_t TakeGlErrors() {

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -13,11 +14,10 @@
 #include "render/camera.h"
 #include "render/frame_renderer.h"
 #include "render/gl/gl_context.h"
-#include "render/gl/layer_graphics_gl.h"
 #include "render/gl/offscreen_buffer.h"
 #include "render/gl/shader_program.h"
 #include "render/gl/text_font.h"
-#include "tests/support/recording_console.h"
+#include "render/stack_uploads.h"
 
 namespace zelmo {
 
@@ -83,9 +83,8 @@ private:
 
 /// The project's shaders, and fonts, for one test.
 struct TestTools {
-    RecordingConsole console;
-    ShaderProgram surfaceShader{"surface.shader", &console};
-    ShaderProgram pointShader{"point.shader", &console};
+    ShaderProgram surfaceShader{"surface.shader"};
+    ShaderProgram pointShader{"point.shader"};
     TextFont textFont;
 
     PictureTools Tools() { return {surfaceShader, pointShader, textFont}; }
@@ -96,10 +95,14 @@ constexpr Matrix4 identity{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
 /// A camera whose transform leaves clip coordinates as they are.
 Camera PlainCamera(double aspect);
 
-/// A layer without cells, ready to be drawn: one rectangle in clip coordinates at one depth.
-std::unique_ptr<Layer> MakeRectangle(LayerGraphics& graphics, std::array<float, 3> color,
-                                     float depth = 0.0f,
-                                     std::array<float, 3> normal = {0.0f, 0.0f, 1.0f});
+/// Puts a layer without cells on top, ready to be drawn with this mesh.
+Layer& AppendDrawnLayer(ProcessModel& model, StackUploads& uploads, std::array<float, 3> color,
+                        std::span<const MeshVertex> vertices,
+                        std::span<const std::uint32_t> indices);
+
+/// The same with one rectangle in clip coordinates at one depth.
+Layer& AppendRectangle(ProcessModel& model, StackUploads& uploads, std::array<float, 3> color,
+                       float depth = 0.0f, std::array<float, 3> normal = {0.0f, 0.0f, 1.0f});
 
 /// The first error of OpenGL since it was last asked for; clears all of them.
 std::uint32_t TakeGlErrors();

@@ -17,21 +17,20 @@ class Overlays : public ::testing::Test {
 protected:
     /// Adds a layer that only the legend shows.
     Layer& AddLayer(const std::string& label, std::array<float, 3> color, float alpha = 1.0f) {
-        AppendLayer(model_, std::make_unique<Layer>());
-        Layer& layer = *model_.layers.back();
+        AppendLayer(model_.stack, std::make_unique<Layer>());
+        Layer& layer = *model_.stack.layers.back();
         layer.label = label;
         layer.color = color;
         layer.alpha = alpha;
-        ++model_.layerCount;
+        ++model_.stack.layerCount;
         return layer;
     }
 
     /// Gives the model this many markers, in rows of ten, at different places of clip space.
     void AddMarkers(std::uint32_t count, float height) {
-        model_.heightMarkers.vertexCount = count;
-        model_.heightMarkers.vertices.resize(count);
+        markers_.vertices.resize(count);
         for (std::uint32_t k = 0; k < count; ++k) {
-            float* position = model_.heightMarkers.vertices[k].position;
+            float* position = markers_.vertices[k].position;
             const std::uint32_t column = k % 10;
             const std::uint32_t row = k / 10;
             position[0] = static_cast<float>(column) * 0.18f - 0.81f;
@@ -66,8 +65,8 @@ protected:
         return picture;
     }
 
-    LayerGraphicsGl graphics_;
     ProcessModel model_;
+    HeightMarkers markers_;
     TextFont textFont_;
 };
 
@@ -112,14 +111,15 @@ TEST_F(Overlays, DrawTextAtDividesNothingByAWOfZero) {
 
 TEST_F(Overlays, DrawTextAtIsNotHiddenByTheModelAndAlwaysBlack) {
     TestTools tools;
+    StackUploads uploads;
     const GlFont font = textFont_.GetFont(30, 700);
     const Canvas canvas(400, 200);
     glColor4f(1.0f, 0.0f, 0.0f, 1.0f);
     // Nearly as near as there is.
-    AppendLayer(model_, MakeRectangle(graphics_, {1.0f, 1.0f, 0.0f}, -0.99f));
+    AppendRectangle(model_, uploads, {1.0f, 1.0f, 0.0f}, -0.99f);
     const Camera camera = PlainCamera(2.0);
-    model_.windowWidth = 0.0f;
-    RenderFrame(model_, camera, tools.Tools(), 400, 200);
+    model_.settings.windowWidth = 0.0f;
+    RenderFrame(model_, uploads, camera, tools.Tools(), 400, 200);
     DrawTextAt("H", identity, {0.0f, 0.0f, 0.9f}, 0.0f, 0.0f, font);
     const PixelBox alone = TextPicture(400, 200, "H", 200.0f, 100.0f, font).BoxOf(black);
     const Pixels picture = canvas.Read();
@@ -148,30 +148,30 @@ TEST_F(Overlays, PixelToClipCountsFromTheViewportsSizeAlone) {
 
 TEST_F(Overlays, ShowsTheFrontRowOfMarkersAloneWhereTheViewIsFlat) {
     AddMarkers(100, 0.0f);
-    model_.cameraAngle = 10.0f;
-    EXPECT_EQ(ShownMarkerCount(model_), 10);
-    model_.cameraAngle = 14.9f;
-    EXPECT_EQ(ShownMarkerCount(model_), 10);
-    model_.cameraAngle = 15.0f;
-    EXPECT_EQ(ShownMarkerCount(model_), 100);
+    model_.settings.cameraAngle = 10.0f;
+    EXPECT_EQ(ShownMarkerCount(model_.settings, markers_), 10);
+    model_.settings.cameraAngle = 14.9f;
+    EXPECT_EQ(ShownMarkerCount(model_.settings, markers_), 10);
+    model_.settings.cameraAngle = 15.0f;
+    EXPECT_EQ(ShownMarkerCount(model_.settings, markers_), 100);
     AddMarkers(0, 0.0f);
-    model_.cameraAngle = 0.0f;
-    EXPECT_EQ(ShownMarkerCount(model_), 0) << "no more than there are";
+    model_.settings.cameraAngle = 0.0f;
+    EXPECT_EQ(ShownMarkerCount(model_.settings, markers_), 0) << "no more than there are";
 }
 
 TEST_F(Overlays, LabelsTheFirstTenOfAHundredMarkersAtTenDegrees) {
     AddMarkers(100, 0.0f);
     const Camera camera = PlainCamera(1.0);
-    model_.cameraAngle = 10.0f;
+    model_.settings.cameraAngle = 10.0f;
     const Canvas flat(1000, 1000);
-    DrawHeightLabels(model_, camera, textFont_);
+    DrawHeightLabels(model_, markers_, camera, textFont_);
     const PixelBox front = flat.Read().BoxOf(black);
     EXPECT_LT(front.top, 1000 * (1.0f - 0.81f) / 2.0f + 40.0f) << "nothing above the front row";
     EXPECT_LT(front.left, 100);
     EXPECT_GT(front.right, 900);
-    model_.cameraAngle = 15.0f;
+    model_.settings.cameraAngle = 15.0f;
     const Canvas steep(1000, 1000);
-    DrawHeightLabels(model_, camera, textFont_);
+    DrawHeightLabels(model_, markers_, camera, textFont_);
     EXPECT_GT(steep.Read().BoxOf(black).top, 900);
 }
 
@@ -184,23 +184,22 @@ struct LabelledHeight {
 TEST_F(Overlays, HeightLabelsTellTenthsOfNanometresAboveTheSubstrate) {
     const GlFont font = textFont_.GetFont(24, 900);
     const Camera camera = PlainCamera(2.0);
-    model_.cameraAngle = 30.0f;
-    model_.substrateThickness = 2.0f;
+    model_.settings.cameraAngle = 30.0f;
+    model_.stack.substrateThickness = 2.0f;
     for (const auto& [height, text] :
          {LabelledHeight{0.25f, "2,500"}, LabelledHeight{0.0f, "0"},
           LabelledHeight{-0.5f, "-5,000"}, LabelledHeight{100.0f, "1,000,000"},
           LabelledHeight{-0.00005f, "0"}, LabelledHeight{0.125f, "1,250"}}) {
-        model_.heightMarkers.vertexCount = 1;
-        model_.heightMarkers.vertices.assign(1, MarkerVertex{});
-        float* position = model_.heightMarkers.vertices[0].position;
+        markers_.vertices.assign(1, MarkerVertex{});
+        float* position = markers_.vertices[0].position;
         position[0] = 0.5f;
         position[1] = -0.5f;
-        position[2] = model_.substrateThickness + height;
+        position[2] = model_.stack.substrateThickness + height;
         // A matrix that leaves the height out, so that the label's place does not depend on it.
         Camera flat = camera;
         flat.transform[10] = 0.0f;
         const Canvas canvas(800, 200);
-        DrawHeightLabels(model_, flat, textFont_);
+        DrawHeightLabels(model_, markers_, flat, textFont_);
         const float width = 13.0f * static_cast<float>(std::string(text).size());
         EXPECT_EQ(canvas.Read(),
                   TextPicture(800, 200, text, 600.0f - width * 0.5f, 50.0f + 11.5f, font))
@@ -210,12 +209,12 @@ TEST_F(Overlays, HeightLabelsTellTenthsOfNanometresAboveTheSubstrate) {
 
 TEST_F(Overlays, HeightLabelsOfHeightsWithoutANumberDoNoHarm) {
     AddMarkers(3, std::nanf(""));
-    model_.heightMarkers.vertices[1].position[2] = std::numeric_limits<float>::infinity();
-    model_.heightMarkers.vertices[2].position[2] = 1e30f;
-    model_.cameraAngle = 30.0f;
+    markers_.vertices[1].position[2] = std::numeric_limits<float>::infinity();
+    markers_.vertices[2].position[2] = 1e30f;
+    model_.settings.cameraAngle = 30.0f;
     const Camera camera(100.0, 70.0, 10.0, 30.0);
     const Canvas canvas(200, 100);
-    DrawHeightLabels(model_, camera, textFont_);
+    DrawHeightLabels(model_, markers_, camera, textFont_);
     EXPECT_GT(canvas.Read().Count(white), 0);
 }
 
@@ -224,7 +223,7 @@ TEST_F(Overlays, WidthLabelStandsCentredBelowTheFrontEdge) {
     Camera camera = PlainCamera(2.0);
     camera.transform[0] = 0.01f;  // x of 50 comes to 0.5
     camera.transform[13] = 0.2f;
-    model_.windowWidth = 100.0f;
+    model_.settings.windowWidth = 100.0f;
     const Canvas canvas(800, 200);
     DrawWidthLabel(model_, camera, textFont_);
     const std::string text = "W = 100.00 um";
@@ -243,7 +242,7 @@ TEST_F(Overlays, WidthLabelChangesItsUnitAtAFifthOfAMicrometre) {
     for (const auto& [width, text] :
          {Case{0.2f, "W = 0.20 um"}, Case{0.19f, "W = 190.00 nm"}, Case{12.345f, "W = 12.35 um"},
           Case{0.0123f, "W = 12.30 nm"}, Case{std::nextafter(0.2f, 0.0f), "W = 200.00 nm"}}) {
-        model_.windowWidth = width;
+        model_.settings.windowWidth = width;
         Camera flat = camera;
         flat.transform[0] = 0.0f;
         const Canvas canvas(800, 200);
@@ -284,8 +283,8 @@ TEST_F(Overlays, LegendGivesEmptySlotsNoRoom) {
     AddLayer("", {1.0f, 0.0f, 0.0f});
     AddLayer("", {0.0f, 1.0f, 0.0f});
     AddLayer("", {0.0f, 0.0f, 1.0f});
-    model_.layers[1].reset();
-    model_.layerCount = 2;
+    model_.stack.layers[1].reset();
+    model_.stack.layerCount = 2;
     const Pixels picture = LegendPicture(200);
     EXPECT_EQ(picture.BoxOf(Pixel{255, 0, 0, 255}), (PixelBox{0, 0, 72, 36}));
     EXPECT_EQ(picture.BoxOf(Pixel{0, 0, 255, 255}), (PixelBox{0, 36, 72, 72}));
@@ -310,8 +309,8 @@ TEST_F(Overlays, LegendCutsLabelsThatAreTooLong) {
          {Case{"abcdefghij", "abcdefghij"}, Case{"abcdefghijk", "abcdefghijk..."},
           Case{"abcdefghijkl", "abcdefghijk..."}, Case{"abcdefghijklmnopqrst", "abcdefghijk..."},
           Case{"", ""}}) {
-        model_.layers.clear();
-        model_.layerCount = 0;
+        model_.stack.layers.clear();
+        model_.stack.layerCount = 0;
         AddLayer(label, {1.0f, 0.0f, 0.0f});
         EXPECT_EQ(RightOf(72, LegendPicture(100)), TextPicture(400, 100, text, 77.0f, 2.0f, font))
             << label;

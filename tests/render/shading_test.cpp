@@ -25,18 +25,17 @@ protected:
     /// The pixel of a surface with this normal, over white.
     Pixel Shade(Color color, Normal normal, float alpha = 1.0f) {
         ProcessModel model;
-        model.windowWidth = 100.0f;
-        AppendLayer(model, MakeRectangle(graphics_, color, 0.0f, normal));
-        model.layers[0]->alpha = alpha;
+        model.settings.windowWidth = 100.0f;
+        StackUploads uploads;
+        AppendRectangle(model, uploads, color, 0.0f, normal).alpha = alpha;
         const Canvas canvas(64, 64);
-        RenderFrame(model, PlainCamera(1.0), tools_.Tools(), 64, 64);
+        RenderFrame(model, uploads, PlainCamera(1.0), tools_.Tools(), 64, 64);
         return canvas.Read().At(60, 60);
     }
 
     /// The brightness of a grey surface with this normal.
     int Grey(float grey, Normal normal) { return Shade({grey, grey, grey}, normal).green; }
 
-    LayerGraphicsGl graphics_;
     TestTools tools_;
 };
 
@@ -120,26 +119,27 @@ TEST_F(Shading, PassesTheOpacityOn) {
     EXPECT_EQ(Shade({0.2f, 0.4f, 0.8f}, top, 0.0f).red, 255);
 }
 
+void SetMarker(StackUploads& uploads, const MarkerVertex& marker) {
+    uploads.markers.vertices = {marker};
+    uploads.markerVertices.Upload(std::as_bytes(std::span(uploads.markers.vertices)));
+}
+
 /// A picture of markers at these places of clip space over a layer, without labels in the way.
 class Markers : public ::testing::Test {
 protected:
     Pixels Draw(const Camera& camera, std::array<float, 3> position, const Color& color) {
-        LayerGraphicsGl graphics;
         TestTools tools;
         ProcessModel model;
-        model.windowWidth = 100.0f;
-        model.cameraAngle = 30.0f;
-        model.showHeights = 1.0f;
-        AppendLayer(model, MakeRectangle(graphics, color, 0.5f));
-        HeightMarkers& markers = model.heightMarkers;
-        markers.graphics = &graphics;
-        markers.vertexCount = 1;
-        markers.vertices.resize(1);
-        std::copy(position.begin(), position.end(), markers.vertices[0].position);
-        graphics.CreateMarkerObjects(markers);
-        graphics.UploadMarkers(markers);
+        StackUploads uploads;
+        model.settings.windowWidth = 100.0f;
+        model.settings.cameraAngle = 30.0f;
+        model.settings.showHeights = true;
+        AppendRectangle(model, uploads, color, 0.5f);
+        MarkerVertex marker;
+        std::copy(position.begin(), position.end(), marker.position);
+        SetMarker(uploads, marker);
         const Canvas canvas(400, 400);
-        RenderFrame(model, camera, tools.Tools(), 400, 400);
+        RenderFrame(model, uploads, camera, tools.Tools(), 400, 400);
         return canvas.Read();
     }
 };
@@ -182,32 +182,27 @@ TEST_F(Markers, HaveASmoothEdge) {
 
 TEST_F(Markers, AreNotCutOffByTheSurfaceThatTheyLieOn) {
     // A floor at height 0, seen from 30 degrees above: its front part is nearer than the marker.
-    LayerGraphicsGl graphics;
     TestTools tools;
     ProcessModel model;
-    model.windowWidth = 100.0f;
-    model.cameraAngle = 30.0f;
-    model.showHeights = 1.0f;
-    auto floor = MakeRectangle(graphics, {0.0f, 0.0f, 0.4f});
+    StackUploads uploads;
+    model.settings.windowWidth = 100.0f;
+    model.settings.cameraAngle = 30.0f;
+    model.settings.showHeights = true;
     const std::array<MeshVertex, 4> corners{{{{0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 1.0f}},
                                              {{100.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 1.0f}},
                                              {{0.0f, 70.0f, 0.0f}, {0.0f, 0.0f, 1.0f}},
                                              {{100.0f, 70.0f, 0.0f}, {0.0f, 0.0f, 1.0f}}}};
-    graphics.UploadLayerMesh(*floor, corners, std::array<std::uint32_t, 6>{0, 1, 2, 1, 3, 2});
-    AppendLayer(model, std::move(floor));
-    HeightMarkers& markers = model.heightMarkers;
-    markers.graphics = &graphics;
-    markers.vertexCount = 1;
-    markers.vertices.resize(1);
-    markers.vertices[0].position[0] = 50.0f;
-    markers.vertices[0].position[1] = 35.0f;
-    graphics.CreateMarkerObjects(markers);
-    graphics.UploadMarkers(markers);
+    AppendDrawnLayer(model, uploads, {0.0f, 0.0f, 0.4f}, corners,
+                     std::array<std::uint32_t, 6>{0, 1, 2, 1, 3, 2});
+    MarkerVertex marker;
+    marker.position[0] = 50.0f;
+    marker.position[1] = 35.0f;
+    SetMarker(uploads, marker);
 
     const Camera camera(100.0, 70.0, 1.0, 30.0);
     const int height = static_cast<int>(1920.0 / camera.aspect);
     const Canvas canvas(1920, height);
-    RenderFrame(model, camera, tools.Tools(), 1920, height);
+    RenderFrame(model, uploads, camera, tools.Tools(), 1920, height);
     const Pixels picture = canvas.Read();
     const PixelBox light = picture.BoxOf(
         [](const Pixel& p) { return p.red > 200 && p.green > 200 && p.blue > 200 && p != white; });

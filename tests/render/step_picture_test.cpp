@@ -4,9 +4,8 @@
 
 #include <algorithm>
 
-#include "model/grid/grid_geometry.h"
-#include "model/height_markers.h"
 #include "tests/render/gl_test.h"
+#include "tests/render/made_stack.h"
 
 namespace zelmo {
 namespace {
@@ -16,40 +15,19 @@ protected:
     StepPicture() { step_.description = "oxide deposition"; }
 
     /// A model of a flat window, with no layer yet.
-    std::unique_ptr<ProcessModel> MakeModel(float width, float height, float angle) {
-        auto model = std::make_unique<ProcessModel>();
-        model->graphics = &graphics_;
-        model->windowWidth = width;
-        model->windowHeight = height;
-        model->cameraAngle = angle;
-        model->gridColumns = 25;
-        SizeGrid(*model);
-        model->coverMap.assign(model->CellCount(), CoverCell{});
-        InitHeightMarkers(*model);
+    static std::unique_ptr<ProcessModel> MakeModel(float width, float height, float angle) {
+        auto model = MakeEmptyModel(width, height, 25);
+        model->settings.cameraAngle = angle;
         return model;
     }
 
-    /// Puts a film over everything, with the cover on top of it.
-    Layer& AddFilm(ProcessModel& model, float thickness, std::array<float, 3> color) {
-        AppendLayer(model, CreateLayer(model.gridRows, model.gridColumns, model.gridSpacing,
-                                       model.graphics));
-        Layer& layer = *model.layers.back();
-        layer.color = color;
-        const auto id = static_cast<std::int32_t>(model.layers.size()) - 1;
-        for (std::size_t i = 0; i < model.coverMap.size(); ++i) {
-            layer.bottom[i] = model.coverMap[i].height;
-            layer.top[i] = layer.bottom[i] + thickness;
-            model.coverMap[i] = {id, layer.top[i]};
-        }
-        return layer;
-    }
-
     StepImage Take(ProcessModel& model, std::int32_t number = 1) {
-        return TakeStepPicture(model, step_, tools_.Tools(), number, camera_, &problem_);
+        SettleStack(model.stack, model.grid);
+        return TakeStepPicture(model, step_, uploads_, tools_.Tools(), number, camera_, &problem_);
     }
 
-    LayerGraphicsGl graphics_;
     TestTools tools_;
+    StackUploads uploads_;
     ProcessStep step_;
     std::unique_ptr<Camera> camera_;
     std::string problem_ = "not asked";
@@ -99,9 +77,9 @@ TEST_F(StepPicture, GrowsWithTheLegend) {
         AddFilm(*model, 0.1f, {0.5f, 0.5f, 0.5f});
     }
     EXPECT_EQ(Take(*model).height, 384);
-    model->showLegend = 1.0f;
+    model->settings.showLegend = true;
     EXPECT_EQ(Take(*model).height, 720);
-    EXPECT_EQ(model->layerCount, 20);
+    EXPECT_EQ(model->stack.layerCount, 20);
 }
 
 TEST_F(StepPicture, ReplacesTheCameraAsTheStackGrows) {
@@ -114,21 +92,23 @@ TEST_F(StepPicture, ReplacesTheCameraAsTheStackGrows) {
     EXPECT_EQ(camera_->eye[2], before + 5.0f);
 }
 
-TEST_F(StepPicture, BringsTheMeshesUpToDate) {
+TEST_F(StepPicture, BringsTheUploadsUpToDate) {
     const auto model = MakeModel(100.0f, 100.0f, 30.0f);
-    AddFilm(*model, 10.0f, {0.5f, 0.5f, 0.5f});
-    AddFilm(*model, 0.0f, {0.5f, 0.5f, 0.5f});
-    Take(*model);
-    EXPECT_FALSE(model->layers[0]->meshDirty);
-    EXPECT_EQ(model->layers[1], nullptr) << "nothing of it to show";
-    EXPECT_EQ(model->layerCount, 1);
+    Layer& film = AddFilm(*model, 10.0f, {1.0f, 0.0f, 0.0f});
+    const StepImage before = Take(*model);
+    EXPECT_NE(FindMesh(uploads_, film), nullptr);
+    std::fill(film.top.begin(), film.top.end(), 5.0f);
+    MarkChanged(film);
+    const StepImage after = Take(*model);
+    EXPECT_NE(FindMesh(uploads_, film), nullptr);
+    EXPECT_NE(before.pixels, after.pixels) << "the film is lower";
 }
 
 TEST_F(StepPicture, HasBlueFirstAndTheBottomRowFirst) {
     const auto model = MakeModel(100.0f, 100.0f, 30.0f);
     AddFilm(*model, 10.0f, {1.0f, 0.4f, 0.0f});
     AddFilm(*model, 1.0f, {0.0f, 0.0f, 1.0f});
-    model->showLegend = 1.0f;
+    model->settings.showLegend = true;
     const StepImage image = Take(*model);
     EXPECT_EQ(BgraAt(image, 0, 0), (std::array{0, 102, 255, 255}));
     EXPECT_EQ(BgraAt(image, 71, 35), (std::array{0, 102, 255, 255}));
@@ -165,8 +145,8 @@ TEST_F(StepPicture, ShowsTheStackWhereItIs) {
 TEST_F(StepPicture, LeavesNoObjectsAndNoFramebufferBehind) {
     const auto model = MakeModel(100.0f, 100.0f, 30.0f);
     AddFilm(*model, 10.0f, {0.5f, 0.5f, 0.5f});
-    model->showHeights = 1.0f;
-    model->showLegend = 1.0f;
+    model->settings.showHeights = true;
+    model->settings.showLegend = true;
     Take(*model);
     const int before = CountGlObjects();
     for (int i = 0; i < 5; ++i) {
@@ -183,8 +163,8 @@ TEST_F(StepPicture, GivesTheSamePictureTwice) {
     const auto model = MakeModel(100.0f, 70.0f, 40.0f);
     AddFilm(*model, 10.0f, {0.5f, 0.5f, 0.5f});
     AddFilm(*model, 10.0f, {0.5f, 0.9f, 0.5f}).alpha = 0.4f;
-    model->showHeights = 1.0f;
-    model->showLegend = 1.0f;
+    model->settings.showHeights = true;
+    model->settings.showLegend = true;
     EXPECT_EQ(Take(*model).pixels, Take(*model).pixels);
 }
 
@@ -192,17 +172,17 @@ TEST_F(StepPicture, TellsWhyItCannotBeDrawn) {
     GLint limit = 0;
     glGetIntegerv(GL_MAX_RENDERBUFFER_SIZE, &limit);
     const auto model = MakeModel(100.0f, 100.0f, 30.0f);
-    model->showLegend = 1.0f;
+    model->settings.showLegend = true;
     const int layers = limit / 36 + 1;
     for (int i = 0; i < layers; ++i) {
-        AppendLayer(*model, std::make_unique<Layer>());
-        model->layers.back()->meshDirty = false;
+        AppendLayer(model->stack, std::make_unique<Layer>());
+        model->stack.layers.back()->changed = false;
     }
     const StepImage image = Take(*model);
     EXPECT_EQ(image.height, layers * 36) << "a picture of that size all the same";
     EXPECT_EQ(problem_, "1920 by " + std::to_string(layers * 36) + " pixels are more than the " +
                             std::to_string(limit) + " that OpenGL can draw");
-    model->layers.resize(1);
+    model->stack.layers.resize(1);
     Take(*model);
     EXPECT_EQ(problem_, "") << "and the next one is fine";
 }
@@ -211,7 +191,7 @@ TEST_F(StepPicture, AsksForNoProblemWhereNobodyWantsToKnow) {
     const auto model = MakeModel(100.0f, 100.0f, 30.0f);
     Take(*model);          // makes the fonts, which may take away errors of OpenGL
     glEnable(0xFFFFFFFF);  // an error of OpenGL that nobody has looked at
-    TakeStepPicture(*model, step_, tools_.Tools(), 1, camera_);
+    TakeStepPicture(*model, step_, uploads_, tools_.Tools(), 1, camera_);
     EXPECT_NE(TakeGlErrors(), static_cast<GLenum>(GL_NO_ERROR));
 }
 

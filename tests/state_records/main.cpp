@@ -39,9 +39,10 @@ int main(int argc, char** argv) {
             file.open(std::filesystem::path(argv[3]), std::ios::binary);
         }
         std::ostream& out = argc == 4 ? file : std::cout;
-        zelmo::LoadColorTable();
+        zelmo::ColorTable colors;
+        zelmo::LoadColorTable(colors);
         ErrorConsole console;
-        zelmo::TellStateRecords(argv[1], argv[2], &console,
+        zelmo::TellStateRecords(argv[1], argv[2], colors, &console,
                                 [&](std::string_view line) { out << line << '\n'; });
         if (!out.flush()) {
             throw std::runtime_error("the records cannot be written");

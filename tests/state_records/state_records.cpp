@@ -4,7 +4,6 @@
 #include <charconv>
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <span>
 #include <stdexcept>
 
@@ -13,10 +12,13 @@
 #include "gds/gds_database.h"
 #include "gds/gds_reader.h"
 #include "model/execute_step.h"
+#include "model/grid/shown_window.h"
 #include "model/process_model.h"
+#include "process_run/prepare_run.h"
 #include "render/camera.h"
+#include "render/height_markers.h"
+#include "render/highest_surface.h"
 #include "render/mesh/layer_mesh.h"
-#include "render/mesh/update_meshes.h"
 #include "tests/state_records/fnv_hash.h"
 
 namespace zelmo {
@@ -38,31 +40,14 @@ std::string HashOf(const Values& values) {
     return hash.Text();
 }
 
-/// Stands in the graphics card's place and keeps the hashes of the meshes that it is given.
-class MeshRecorder : public LayerGraphics {
-public:
-    void CreateLayerObjects(Layer&) override {}
-
-    void UploadLayerMesh(const Layer& layer, std::span<const MeshVertex> vertices,
-                         std::span<const std::uint32_t> indices) override {
-        FnvHash vertexHash;
-        for (const MeshVertex& vertex : vertices) {
-            vertexHash.AddAll(vertex.position);
-            vertexHash.AddAll(vertex.normal);
-        }
-        records_[&layer] = {indices.size(), vertices.size(), vertexHash.Text(), HashOf(indices)};
+MeshRecord RecordMesh(const LayerMesh& mesh) {
+    FnvHash vertexHash;
+    for (const MeshVertex& vertex : mesh.vertices) {
+        vertexHash.AddAll(vertex.position);
+        vertexHash.AddAll(vertex.normal);
     }
-
-    void DestroyLayerObjects(Layer& layer) noexcept override { records_.erase(&layer); }
-    void CreateMarkerObjects(HeightMarkers&) override {}
-    void UploadMarkers(const HeightMarkers&) override {}
-    void DestroyMarkerObjects(HeightMarkers&) noexcept override {}
-
-    const MeshRecord& RecordOf(const Layer& layer) const { return records_.at(&layer); }
-
-private:
-    std::map<const Layer*, MeshRecord> records_;
-};
+    return {mesh.indices.size(), mesh.vertices.size(), vertexHash.Text(), HashOf(mesh.indices)};
+}
 
 /// A number with all its bits, as C's "%a" writes it.
 std::string HexFloat(double value) {
@@ -98,7 +83,7 @@ std::string NeighboursHash(const NeighbourTable& table) {
 
 std::string CoverHash(const ProcessModel& model) {
     FnvHash hash;
-    for (const CoverCell& cell : model.coverMap) {
+    for (const CoverCell& cell : model.stack.coverMap) {
         hash.Add(cell.layerId);
         hash.Add(cell.height);
     }
@@ -127,30 +112,34 @@ std::string CellsText(const Layer& layer) {
 }
 
 void TellHead(const ProcessModel& model, const RecordSink& sink) {
-    sink(fmt::format("grid {} x {} spacing {} polygons {}", model.gridColumns, model.gridRows,
-                     HexFloat(model.gridSpacing), model.polygons.size()));
+    sink(fmt::format("grid {} x {} spacing {} polygons {}", model.grid.columns, model.grid.rows,
+                     HexFloat(model.grid.spacing), model.polygons.size()));
     sink(fmt::format("polygons-hash {} (text L<layer>; then <x>,<y>; of each point, C hex floats)",
                      PolygonsHash(model)));
-    sink(fmt::format("neighbours {} hash {}", model.neighbours.count,
-                     NeighboursHash(model.neighbours)));
-    sink(fmt::format("distance-index hash {}", HashOf(model.distanceIndex)));
+    sink(fmt::format("neighbours {} hash {}", model.grid.neighbours.count,
+                     NeighboursHash(model.grid.neighbours)));
+    sink(fmt::format("distance-index hash {}", HashOf(model.grid.distanceIndex)));
 }
 
-void TellState(ProcessModel& model, const MeshRecorder& recorder, const RecordSink& sink) {
-    const float top = UpdateMeshes(model);
-    const Camera camera(model.windowWidth, model.windowHeight, top, model.cameraAngle);
-    sink(fmt::format(
-        "  top {} aspect {} picture-height {} layers {} cover {} transform {} "
-        "markers {}",
-        HexFloat(top), HexFloat(camera.aspect),
-        PictureHeight(camera, model.showLegend != 0.0f, model.layerCount), model.layerCount,
-        CoverHash(model), HashOf(camera.transform), MarkersHash(model.heightMarkers)));
-    for (std::size_t id = 0; id < model.layers.size(); ++id) {
-        if (!model.layers[id]) {
+void TellState(const ProcessModel& model, const RecordSink& sink) {
+    const float top = HighestSurface(model.stack.coverMap);
+    const ShownWindow window = FindShownWindow(model.grid);
+    const Camera camera(model.settings.windowWidth, model.settings.windowHeight, top,
+                        model.settings.cameraAngle);
+    sink(
+        fmt::format("  top {} aspect {} picture-height {} layers {} cover {} transform {} "
+                    "markers {}",
+                    HexFloat(top), HexFloat(camera.aspect),
+                    PictureHeight(camera, model.settings.showLegend, model.stack.layerCount),
+                    model.stack.layerCount, CoverHash(model), HashOf(camera.transform),
+                    MarkersHash(SampleHeightMarkers(model.grid, model.stack.coverMap))));
+    for (std::size_t id = 0; id < model.stack.layers.size(); ++id) {
+        if (!model.stack.layers[id]) {
             continue;
         }
-        const Layer& layer = *model.layers[id];
-        const MeshRecord& mesh = recorder.RecordOf(layer);
+        const Layer& layer = *model.stack.layers[id];
+        const MeshRecord mesh =
+            RecordMesh(MakeLayerMesh(layer, window.marginCols, window.marginRows));
         sink(fmt::format("  layer {} {} top {} bottom {} indices {} vertices {} mesh {} {}", id,
                          layer.label, HashOf(layer.top), HashOf(layer.bottom), mesh.indexCount,
                          mesh.vertexCount, mesh.vertexHash, mesh.indexHash));
@@ -161,19 +150,23 @@ void TellState(ProcessModel& model, const MeshRecorder& recorder, const RecordSi
 }  // namespace
 
 void TellStateRecords(const std::filesystem::path& layout, const std::filesystem::path& process,
-                      LogConsole* console, const RecordSink& sink) {
+                      const ColorTable& colors, LogConsole* console, const RecordSink& sink) {
     GdsDatabase database;
-    if (const std::int32_t code = ReadGdsFile(database, layout, console); code != 0) {
-        throw std::runtime_error(fmt::format("the layout did not load: code {}", code));
+    if (const auto error = ReadGdsFile(database, layout, console)) {
+        throw std::runtime_error(
+            fmt::format("the layout did not load: code {}", LayoutErrorCode(error->kind)));
     }
-    MeshRecorder recorder;
-    ProcessModel model(process, database, console, &recorder);
+    const PreparedRun run = PrepareRun(process, database, colors, console);
+    if (run.model == nullptr) {
+        throw std::runtime_error("the run cannot be prepared");
+    }
+    ProcessModel& model = *run.model;
     TellHead(model, sink);
     for (std::size_t i = 0; i < model.steps.size(); ++i) {
         sink("");
         sink(fmt::format("step {} {}", i + 1, model.steps[i].description));
         ExecuteStep(model, model.steps[i], console);
-        TellState(model, recorder, sink);
+        TellState(model, sink);
     }
 }
 

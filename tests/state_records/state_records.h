@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "process_file/color_table.h"
+
 namespace zelmo {
 
 class LogConsole;
@@ -18,6 +20,6 @@ using RecordSink = std::function<void(std::string_view)>;
 /// std::runtime_error if the layout does not load or the run cannot be prepared; the reasons stand
 /// on `console`.
 void TellStateRecords(const std::filesystem::path& layout, const std::filesystem::path& process,
-                      LogConsole* console, const RecordSink& sink);
+                      const ColorTable& colors, LogConsole* console, const RecordSink& sink);
 
 }  // namespace zelmo

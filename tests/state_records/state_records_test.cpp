@@ -65,7 +65,7 @@ std::vector<std::string> RecordsOfTheProcess(std::vector<std::string>& consoleLi
     RecordingConsole console;
     std::vector<std::string> records;
     TellStateRecords(folder.Write("layout.gds", MakeLayout()), folder.Write("process.txt", process),
-                     &console, [&](std::string_view line) { records.emplace_back(line); });
+                     {}, &console, [&](std::string_view line) { records.emplace_back(line); });
     consoleLines = console.lines;
     return records;
 }
@@ -96,7 +96,7 @@ TEST(StateRecords, EveryBuildGivesTheSameBits) {
 TEST(StateRecords, ALayoutThatDoesNotLoadIsRefused) {
     const TempFolder folder;
     RecordingConsole console;
-    EXPECT_THROW(TellStateRecords(folder.Path() / "none.gds", folder.Write("p.txt", process),
+    EXPECT_THROW(TellStateRecords(folder.Path() / "none.gds", folder.Write("p.txt", process), {},
                                   &console, [](std::string_view) {}),
                  std::runtime_error);
 }

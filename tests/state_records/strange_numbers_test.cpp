@@ -79,7 +79,7 @@ TEST_P(StrangeNumbers, GiveTheSameStatesEverywhere) {
     std::string records;
     try {
         TellStateRecords(folder.Write("layout.gds", MakeLayout()),
-                         folder.Write("process.txt", WithNumber(GetParam())), &console,
+                         folder.Write("process.txt", WithNumber(GetParam())), {}, &console,
                          [&](std::string_view line) { hash.Add(std::string(line) + "\n"); });
         records = hash.Text();
     } catch (const std::runtime_error&) {

@@ -6,6 +6,7 @@
 #include <thread>
 
 #include "tests/batch/batch_fixture.h"
+#include "tests/support/linux/no_fonts.h"
 
 // A system that gives the program less than it asks for.
 
@@ -38,6 +39,17 @@ TEST_F(HardTimesTest, WithoutAGlDriverNoStepIsRun) {
     EXPECT_FALSE(std::filesystem::exists(InFolder("out")));
     EXPECT_EQ(Run({"--no-pictures", "square.gds", "flow.txt"}, launch).status, 0);
     EXPECT_EQ(Run({"--check", "square.gds", "flow.txt"}, launch).status, 0);
+}
+
+TEST_F(HardTimesTest, WithoutAFontTheRunEndsAtItsFirstPicture) {
+    const Launch launch{.environment = {{"FONTCONFIG_FILE", ConfigurationWithoutFonts(folder_)}}};
+    const Ended ended = Run({"square.gds", "flow.txt", "-o", "out"}, launch);
+    EXPECT_EQ(ended.status, 4);
+    EXPECT_EQ(ended.errors,
+              "zelmo-batch: the picture \"001 Substrate\" could not be made: There is no font for "
+              "the labels of the pictures\n");
+    EXPECT_EQ(ended.output.find("Oxide"), std::string::npos) << "no second step";
+    EXPECT_TRUE(FilesIn("out").empty());
 }
 
 TEST_F(HardTimesTest, TheProgramStartsWithoutAnyGlLibrary) {

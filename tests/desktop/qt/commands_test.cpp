@@ -1,11 +1,16 @@
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QDir>
 #include <QProcess>
+#include <QScreen>
+#include <QtTest/QTest>
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <map>
 
+#include "base/version.h"
 #include "tests/desktop/qt/answer.h"
 #include "tests/desktop/qt/desktop_user.h"
 
@@ -29,12 +34,12 @@ TEST(QtCommands, FileDialogsAskForExistingFilesOfTheirKind) {
         const QFileDialog& question = AsFileDialog(dialog);
         EXPECT_EQ(question.windowTitle(), "Open GDS file");
         EXPECT_EQ(question.nameFilters(), QStringList("GDS Files (*.gds)"));
-        EXPECT_EQ(question.defaultSuffix(), "gds");
         EXPECT_EQ(question.fileMode(), QFileDialog::ExistingFile);
         EXPECT_EQ(question.acceptMode(), QFileDialog::AcceptOpen);
         EXPECT_EQ(question.directory().absolutePath(), QDir::currentPath());
         EXPECT_EQ(user.MenuStates(), "----A");
-        ChooseFile(dialog, ToQString(user.Folder().Path() / "layout"));  // takes the default suffix
+        ChooseFile(dialog,
+                   ToQString(user.Folder().Path() / "layout"));  // takes the default extension
     });
     user.Click("&Load GDSII");
     EXPECT_TRUE(first.Given());
@@ -43,7 +48,6 @@ TEST(QtCommands, FileDialogsAskForExistingFilesOfTheirKind) {
         const QFileDialog& question = AsFileDialog(dialog);
         EXPECT_EQ(question.windowTitle(), "Open process file");
         EXPECT_EQ(question.nameFilters(), QStringList("Text Files (*.txt)"));
-        EXPECT_EQ(question.defaultSuffix(), "txt");
         EXPECT_EQ(question.fileMode(), QFileDialog::ExistingFile);
         EXPECT_EQ(question.directory().absolutePath(), ToQString(user.Folder().Path()));
         EXPECT_EQ(user.MenuStates(), "----A");
@@ -54,6 +58,46 @@ TEST(QtCommands, FileDialogsAskForExistingFilesOfTheirKind) {
     EXPECT_EQ(user.ConsoleLines(),
               QStringList({"--- Handling \"Run\" command ---", "Process file selection failed"}));
     EXPECT_EQ(user.MenuStates(), "-R-LA");
+}
+
+TEST(QtCommands, FileWithoutExtensionIsTakenAsItIsTyped) {
+    DesktopUser user;
+    const std::filesystem::path plain = user.Folder().Path() / "plain";
+    std::filesystem::copy_file(user.Layout(), plain);
+    user.LoadLayout(plain);
+    EXPECT_EQ(user.StatusTexts().at(1), ToQString(plain));
+    EXPECT_EQ(user.MenuStates(), "-R-LA");
+    // Where both exist, the one that was typed; where only the other does, that one.
+    std::filesystem::copy_file(user.Process(), user.Folder().Path() / "flow.txt");
+    user.Folder().Write("process", "settings -version 3\nnonsense\n");
+    user.StartRun(user.Folder().Path() / "process");
+    EXPECT_TRUE(user.ConsoleLines().join('\n').contains("Error"));
+    user.StartRun(user.Folder().Path() / "flow");
+    user.WaitForRunEnd();
+    EXPECT_EQ(user.StatusTexts().at(3), ToQString(user.Folder().Path() / "flow.txt"));
+}
+
+TEST(QtCommands, FileDialogFitsOnTheScreen) {
+    DesktopUser user;
+    const DialogAnswer answer([&](QDialog& dialog) {
+        QTest::qWait(100);
+        const QRect screen = dialog.screen()->geometry();
+        EXPECT_TRUE(screen.contains(dialog.frameGeometry()))
+            << dialog.frameGeometry().width() << " by " << dialog.frameGeometry().height() << " on "
+            << screen.width() << " by " << screen.height();
+        for (const char* text : {"Open", "Cancel"}) {
+            const auto buttons = dialog.findChildren<QAbstractButton*>();
+            const auto button = std::find_if(buttons.begin(), buttons.end(), [&](auto* candidate) {
+                return candidate->text().remove('&') == text;
+            });
+            ASSERT_NE(button, buttons.end()) << text;
+            const QPoint corner = (*button)->mapToGlobal((*button)->rect().bottomRight());
+            EXPECT_TRUE(screen.contains(corner)) << text;
+        }
+        ClickButton(dialog, "Cancel");
+    });
+    user.Click("&Load GDSII");
+    EXPECT_TRUE(answer.Given());
 }
 
 TEST(QtCommands, CancelledLayoutDialogChangesNothing) {
@@ -95,7 +139,7 @@ TEST(QtCommands, AboutShowsVersionsInPlainText) {
     DesktopUser user;
     const DialogAnswer answer([](QDialog& dialog) {
         const QMessageBox& box = AsMessageBox(dialog);
-        EXPECT_EQ(box.windowTitle(), "Zelmo 3.2.1");
+        EXPECT_EQ(box.windowTitle(), QString("Zelmo ") + programVersion);
         EXPECT_EQ(box.text(),
                   "Zelmo: software to render semicon process cross sections \n\n"
                   "Made by the Zelmo developers\n\nFor process file version 4");
@@ -130,6 +174,34 @@ TEST(QtCommands, SavedPicturesAreThoseOfTheBatchProgram) {
         ASSERT_EQ(saved.count(name), 1u) << name;
         EXPECT_TRUE(saved.at(name) == bytes) << name;
     }
+}
+
+TEST(QtCommands, SecondSaveWithinASecondIsRefusedInABox) {
+    DesktopUser user;
+    user.LoadLayout();
+    user.StartRun(user.Folder().Write("one.txt",
+                                      "settings -version 4 -N 200 -angle 40\n"
+                                      "location -x 0 -y 0 -dx 8 -dy 8\ngds -cell TOP\n"));
+    user.WaitForRunEnd();
+    int refusals = 0;
+    QString text;
+    // Two saves may fall into two seconds; then the next two are tried.
+    for (int attempt = 0; attempt < 20 && refusals == 0; ++attempt) {
+        user.Click("&Save images");
+        ASSERT_EQ(user.ConsoleLines().constLast().toStdString(), "Saving images completed");
+        const DialogAnswer answer([&](QDialog& dialog) {
+            ++refusals;
+            text = AsMessageBox(dialog).text();
+            ClickButton(dialog, "OK");
+        });
+        user.Click("&Save images");
+        QTest::qWait(1000);
+    }
+    ASSERT_EQ(refusals, 1);
+    EXPECT_TRUE(text.startsWith("Images not saved. Failed to create output folder \"" +
+                                ToQString(user.Folder().Path() / "one") + " 20"))
+        << text.toStdString();
+    EXPECT_EQ(user.MenuStates(), "SR-LA");
 }
 
 TEST(QtCommands, FolderThatCannotBeMadeIsToldInABox) {

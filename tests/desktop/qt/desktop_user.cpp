@@ -4,6 +4,8 @@
 
 #include <QLabel>
 #include <QMenuBar>
+#include <QPixmap>
+#include <QScreen>
 #include <QStatusBar>
 #include <QWindow>
 #include <QtTest/QTest>
@@ -66,8 +68,8 @@ void DesktopUser::Click(const QString& text) {
     QTest::mouseClick(bar, Qt::LeftButton, {}, bar->actionGeometry(Entry(text)).center());
 }
 
-void DesktopUser::PressKey(Qt::Key key) {
-    QTest::keyClick(window_.windowHandle(), key);
+void DesktopUser::PressKey(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(window_.windowHandle(), key, modifiers);
 }
 
 void DesktopUser::ClickCloseButton() {
@@ -92,6 +94,12 @@ void DesktopUser::StartRun(const std::filesystem::path& process) {
     const DialogAnswer answer([&](QDialog& dialog) { ChooseFile(dialog, ToQString(process)); });
     Click("&Run Process");
     EXPECT_TRUE(answer.Given());
+}
+
+void DesktopUser::StartRunAndHold(int step) {
+    window_.HoldStep(step);
+    StartRun();
+    WaitUntil([this] { return window_.Held(); });
 }
 
 void DesktopUser::WaitForRunEnd() {
@@ -142,6 +150,14 @@ QStringList DesktopUser::StatusTexts() {
 
 QImage DesktopUser::Shown() {
     return Picture().grab().toImage().convertToFormat(QImage::Format_RGB32);
+}
+
+QImage DesktopUser::OnScreen() {
+    const QPoint corner = Picture().mapToGlobal(QPoint(0, 0));
+    const QSize size = Picture().size();
+    const QPixmap grabbed =
+        window_.screen()->grabWindow(0, corner.x(), corner.y(), size.width(), size.height());
+    return grabbed.toImage().convertToFormat(QImage::Format_RGB32);
 }
 
 void WaitUntil(const std::function<bool()>& done) {

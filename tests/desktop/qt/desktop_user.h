@@ -9,7 +9,7 @@
 #include <functional>
 #include <string>
 
-#include "desktop/qt/qt_main_window.h"
+#include "tests/desktop/qt/holdable_window.h"
 #include "tests/support/temp_folder.h"
 
 namespace zelmo {
@@ -20,7 +20,7 @@ public:
     /// Opens the window. Throws std::runtime_error if the program does not start.
     DesktopUser();
 
-    QtMainWindow& Window() { return window_; }
+    HoldableWindow& Window() { return window_; }
     const TempFolder& Folder() const { return folder_; }
     const std::filesystem::path& Layout() const { return layout_; }
     const std::filesystem::path& Process() const { return process_; }
@@ -30,7 +30,7 @@ public:
     /// else a dash. "-RS-A" does not occur, "S--LA" does.
     std::string MenuStates();
     void Click(const QString& text);
-    void PressKey(Qt::Key key);
+    void PressKey(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void ClickCloseButton();
 
     /// The commands with their dialogs.
@@ -38,6 +38,8 @@ public:
     void LoadLayout(const std::filesystem::path& path);
     void StartRun();
     void StartRun(const std::filesystem::path& process);
+    /// Starts a run whose step `step`, counted from 1, is held at its end; returns when it is.
+    void StartRunAndHold(int step);
     void WaitForRunEnd();
     void Run();
     /// Saves the pictures and returns the folder, which is the newest one beside the process file.
@@ -50,12 +52,14 @@ public:
     QStringList StatusTexts();
     /// What the picture area shows.
     QImage Shown();
+    /// What stands on the screen where the picture area is.
+    QImage OnScreen();
 
 private:
     TempFolder folder_;
     std::filesystem::path layout_;
     std::filesystem::path process_;
-    QtMainWindow window_;
+    HoldableWindow window_;
 };
 
 /// Processes events until `done` or until a minute is over, which fails the test.

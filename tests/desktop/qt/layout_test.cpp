@@ -2,19 +2,23 @@
 
 #include <QtTest/qtestspontaneevent.h>
 #include <QApplication>
+#include <QClipboard>
 #include <QElapsedTimer>
 #include <QLabel>
 #include <QMenuBar>
 #include <QScreen>
 #include <QScrollBar>
 #include <QStatusBar>
+#include <QTextCursor>
 #include <QWheelEvent>
+#include <QWindow>
 #include <QtTest/QTest>
 #include <algorithm>
 
 #include "base/log_console.h"
 #include "tests/desktop/qt/answer.h"
 #include "tests/desktop/qt/desktop_user.h"
+#include "tests/desktop/qt/x_server.h"
 
 namespace zelmo {
 
@@ -42,11 +46,45 @@ void TurnWheel(QWidget& widget, int notches) {
     qApp->notify(&widget, &event);
 }
 
-TEST(QtLayout, WindowHasItsSizeOrThatOfTheScreen) {
+/// The window with its frame is 1200 by 800 or as large as the screen, in the middle of it.
+void ExpectPlaceOnScreen(DesktopUser& user) {
+    const QRect screen = user.Window().screen()->geometry();
+    const int width = std::min(1200, screen.width());
+    const int height = std::min(800, screen.height());
+    EXPECT_EQ(user.Window().frameGeometry(),
+              QRect((screen.width() - width) / 2, (screen.height() - height) / 2, width, height));
+}
+
+TEST(QtLayout, WindowStandsInTheMiddleOfTheScreenWithItsSizeOrThatOfTheScreen) {
     DesktopUser user;
-    const QRect screen = user.Window().screen()->availableGeometry();
-    EXPECT_EQ(user.Window().width(), std::min(1200, screen.width()));
-    EXPECT_EQ(user.Window().height(), std::min(800, screen.height()));
+    ExpectPlaceOnScreen(user);
+}
+
+TEST(QtLayout, FrameOfAWindowManagerIsPartOfWhatStandsOnTheScreen) {
+    if (!OnXServer()) {
+        GTEST_SKIP() << "frames come from the window managers of X servers";
+    }
+    const FramingWindowManager manager;
+    DesktopUser user;
+    WaitUntil([&] {
+        const QWindow* window = user.Window().windowHandle();
+        return window->frameMargins() * window->devicePixelRatio() == FramingWindowManager::margins;
+    });
+    QTest::qWait(100);
+    ExpectPlaceOnScreen(user);
+    ExpectLayout(user);
+    // The user's own sizes stay.
+    user.Window().resize(700, 500);
+    QTest::qWait(100);
+    EXPECT_EQ(user.Window().size(), QSize(700, 500));
+}
+
+TEST(QtLayout, CaptionIsEmptyAtTheStart) {
+    DesktopUser user;
+    EXPECT_EQ(user.Window().windowHandle()->title().trimmed(), QString());
+    if (OnXServer()) {
+        EXPECT_EQ(CaptionOnXServer(*user.Window().windowHandle()).trimmed(), QString());
+    }
 }
 
 TEST(QtLayout, StartsWithWelcomeMenuAndStatusBar) {
@@ -64,7 +102,6 @@ TEST(QtLayout, StartsWithWelcomeMenuAndStatusBar) {
     EXPECT_EQ(user.ConsoleLines(),
               QStringList({"Select menu \"Load GDS\" to load a GDSII database and then menu \"Run "
                            "Process\" to select and run a process file"}));
-    EXPECT_EQ(user.Window().windowTitle(), QString());
     EXPECT_FALSE(user.Window().windowIcon().isNull());
     EXPECT_TRUE(user.Console().isReadOnly());
 }
@@ -161,6 +198,48 @@ TEST(QtLayout, NextLineBringsTheConsoleBackToItsEnd) {
     EXPECT_EQ(user.ConsoleLines().constLast(), QString("100 % \uFFB5m {}"));
     user.Window().Console()->Write(std::string());
     EXPECT_EQ(user.ConsoleLines().constLast(), QString());
+}
+
+TEST(QtLayout, ConsoleShowsACharacterForEveryByteAbove127) {
+    DesktopUser user;
+    user.Window().ClearConsole();
+    user.Window().Console()->Write(std::string());
+    const auto darkPixels = [&] {
+        const QImage shown = user.Console().viewport()->grab().toImage();
+        int dark = 0;
+        for (int y = 0; y < shown.height(); ++y) {
+            for (int x = 0; x < shown.width(); ++x) {
+                dark += qGray(shown.pixel(x, y)) < 200 ? 1 : 0;
+            }
+        }
+        return dark;
+    };
+    ASSERT_EQ(darkPixels(), 0);
+    for (int byte = 0x80; byte <= 0xFF; ++byte) {
+        user.Window().ClearConsole();
+        user.Window().Console()->Write(std::string(1, static_cast<char>(byte)));
+        EXPECT_GT(darkPixels(), 0) << byte;
+        EXPECT_EQ(user.ConsoleLines().constLast().size(), 1) << byte;
+    }
+}
+
+TEST(QtLayout, KeysOfTheConsolesOwnMenuSelectAndCopyItsText) {
+    DesktopUser user;
+    user.Window().Console()->Write(std::string("one"));
+    user.Window().Console()->Write(std::string("two"));
+    QGuiApplication::clipboard()->setText("before");
+    user.PressKey(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "before");  // nothing is selected
+    user.PressKey(Qt::Key_A, Qt::ControlModifier);
+    user.PressKey(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), user.Console().toPlainText());
+    EXPECT_TRUE(QGuiApplication::clipboard()->text().endsWith("\none\ntwo"));
+    QTextCursor cursor = user.Console().textCursor();
+    cursor.movePosition(QTextCursor::End);
+    cursor.movePosition(QTextCursor::StartOfLine, QTextCursor::KeepAnchor);
+    user.Console().setTextCursor(cursor);
+    user.PressKey(Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), "two");
 }
 
 TEST(QtLayout, ConsoleKeeps50000LinesAndStaysQuick) {

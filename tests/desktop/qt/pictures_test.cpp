@@ -1,11 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <QEvent>
+#include <QPalette>
 #include <QtTest/QTest>
 #include <algorithm>
 #include <vector>
 
 #include "tests/desktop/qt/desktop_user.h"
+#include "tests/desktop/qt/x_server.h"
 
 namespace zelmo {
 
@@ -138,6 +140,52 @@ TEST_F(QtPictures, OldPictureStaysUntilTheFirstNewOne) {
     user_.Click("&Stop");
     user_.WaitForRunEnd();
     ExpectShown(0);  // the first picture of both runs shows the same
+}
+
+TEST_F(QtPictures, ArrowKeysDuringAStepChangeTheCaptionButNotThePicture) {
+    user_.StartRunAndHold(3);
+    const QImage before = user_.Shown();
+    EXPECT_EQ(DifferentPixels(before, Expected(pictures_[1], user_.Picture().size())), 0);
+    ASSERT_NE(DifferentPixels(before, Expected(pictures_[0], user_.Picture().size())), 0);
+    user_.PressKey(Qt::Key_Left);
+    EXPECT_TRUE(user_.Window().windowTitle().startsWith("006 "));
+    EXPECT_EQ(DifferentPixels(user_.Shown(), before), 0);
+    user_.PressKey(Qt::Key_Right);
+    EXPECT_TRUE(user_.Window().windowTitle().startsWith("007 "));
+    user_.PressKey(Qt::Key_Right);
+    EXPECT_TRUE(user_.Window().windowTitle().startsWith("006 "));
+    EXPECT_EQ(DifferentPixels(user_.Shown(), before), 0);
+    user_.Click("&Stop");
+    user_.Window().Release();
+    user_.WaitForRunEnd();
+    EXPECT_TRUE(user_.Window().windowTitle().startsWith("008 "));
+    ExpectShown(2);  // the step's end shows the newest again
+}
+
+TEST_F(QtPictures, UncoveringDuringAStepBringsBackWhatWasShownBefore) {
+    if (!OnXServer()) {
+        GTEST_SKIP() << "windows cover each other on an X server alone";
+    }
+    user_.StartRunAndHold(3);
+    QTest::qWait(100);
+    const QImage before = user_.OnScreen();
+    EXPECT_EQ(DifferentPixels(before, Expected(pictures_[1], user_.Picture().size())), 0);
+    user_.PressKey(Qt::Key_Left);  // what the next painting would show with a context
+    QWidget cover(nullptr, Qt::Window | Qt::BypassWindowManagerHint);
+    cover.setPalette(QPalette(Qt::darkRed));
+    cover.setGeometry(user_.Window().frameGeometry());
+    cover.show();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(&cover));
+    WaitUntil([&] { return user_.OnScreen().pixelColor(100, 100) == QColor(Qt::darkRed); });
+    cover.hide();
+    WaitUntil([&] { return DifferentPixels(user_.OnScreen(), before) == 0; });
+    user_.Picture().update();
+    QTest::qWait(100);
+    EXPECT_EQ(DifferentPixels(user_.OnScreen(), before), 0);
+    user_.Click("&Stop");
+    user_.Window().Release();
+    user_.WaitForRunEnd();
+    EXPECT_EQ(DifferentPixels(user_.OnScreen(), Expected(pictures_[2], user_.Picture().size())), 0);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QRegularExpression>
 #include <QTimer>
+#include <QWindow>
 #include <QtTest/QTest>
 #include <algorithm>
 #include <functional>
@@ -11,6 +12,7 @@
 
 #include "tests/desktop/qt/answer.h"
 #include "tests/desktop/qt/desktop_user.h"
+#include "tests/desktop/qt/x_server.h"
 
 namespace zelmo {
 
@@ -69,6 +71,78 @@ TEST(QtRun, RunsToItsEndAndBrowsesRoundInBothDirections) {
     user.PressKey(Qt::Key_Up);
     user.PressKey(Qt::Key_Space);
     EXPECT_EQ(user.Window().windowTitle(), pictures[4]);
+}
+
+TEST(QtRun, ArrowKeysBrowseWithShiftOrCtrlButNotWithAlt) {
+    DesktopUser user;
+    user.LoadLayout();
+    user.Run();
+    EXPECT_EQ(LastPicture(user), 5);
+    user.PressKey(Qt::Key_Left, Qt::AltModifier);
+    user.PressKey(Qt::Key_Left, Qt::AltModifier | Qt::ShiftModifier);
+    user.PressKey(Qt::Key_Left, Qt::AltModifier | Qt::KeypadModifier);
+    EXPECT_EQ(LastPicture(user), 5);
+    user.PressKey(Qt::Key_Right, Qt::AltModifier);
+    EXPECT_EQ(LastPicture(user), 5);
+    user.PressKey(Qt::Key_Left, Qt::ShiftModifier);
+    EXPECT_EQ(LastPicture(user), 4);
+    user.PressKey(Qt::Key_Left, Qt::ControlModifier);
+    EXPECT_EQ(LastPicture(user), 3);
+    user.PressKey(Qt::Key_Right, Qt::KeypadModifier);
+    EXPECT_EQ(LastPicture(user), 4);
+}
+
+TEST(QtRun, CaptionKeepsTheToolkitsMarksInAStepsName) {
+    DesktopUser user;
+    user.LoadLayout();
+    user.StartRun(user.Folder().Write(
+        "marks.txt",
+        "settings -version 4 -N 200 -angle 40\nlocation -x 0 -y 0 -dx 8 -dy 8\ngds -cell TOP\n"
+        "deposition -name a[*]b[*][*]c -type oxide -thickness 300 -color 120 180 230 100\n"));
+    user.WaitForRunEnd();
+    const QString caption = "002 a[*]b[*][*]c deposition";
+    EXPECT_EQ(user.Window().windowHandle()->title(), caption);
+    user.PressKey(Qt::Key_Left);
+    EXPECT_EQ(user.Window().windowHandle()->title(), "001 Substrate");
+    user.PressKey(Qt::Key_Left);
+    EXPECT_EQ(user.Window().windowHandle()->title(), caption);
+    if (OnXServer()) {
+        EXPECT_EQ(CaptionOnXServer(*user.Window().windowHandle()), caption);
+    }
+}
+
+TEST(QtRun, LetterThatSaveAndStopShareChoosesTheEnabledOneAtTheFirstPress) {
+    DesktopUser user;
+    user.LoadLayout();
+    for (const bool together : {true, false}) {  // Alt with the letter, or the letter after Alt
+        const auto press = [&] {
+            if (together) {
+                user.PressKey(Qt::Key_S, Qt::AltModifier);
+            } else {
+                user.PressKey(Qt::Key_Alt);
+                user.PressKey(Qt::Key_S);
+            }
+        };
+        user.StartRunAndHold(2);
+        ASSERT_EQ(user.MenuStates(), "--S-A");
+        press();
+        EXPECT_EQ(user.MenuStates(), "----A");
+        EXPECT_EQ(user.ConsoleLines().count(StopLine()), 1);
+        press();  // both are disabled now
+        user.PressKey(Qt::Key_Escape);
+        EXPECT_EQ(user.ConsoleLines().count(StopLine()), 1);
+        user.Window().Release();
+        user.WaitForRunEnd();
+        for (int time = 0; time < 2; ++time) {
+            QTest::qSleep(1100);  // a folder of its own for each
+            user.Window().ClearConsole();
+            press();
+            EXPECT_EQ(user.ConsoleLines().constLast(), "Saving images completed");
+        }
+        const int before = LastPicture(user);
+        user.PressKey(Qt::Key_Left);  // the window has the keyboard back
+        EXPECT_EQ(LastPicture(user), before - 1);
+    }
 }
 
 TEST(QtRun, StopInTheFirstStepKeepsItsPicture) {

@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QProcess>
 #include <QTimer>
 #include <QWidget>
 #include <QWindow>
+#include <QtTest/QTest>
 #include <filesystem>
+#include <map>
 
 #include "desktop/qt/desktop.h"
 #include "tests/desktop/qt/answer.h"
@@ -79,14 +82,18 @@ TEST(QtStart, ShaderThatCannotBeReadIsLoggedAndTheProgramStarts) {
     EXPECT_TRUE(lines.constLast().startsWith("Select menu"));
 }
 
-TEST(QtStart, CloseButtonEndsTheProgramWithExitCode0) {
-    QTimer::singleShot(0, [] {
-        for (QWidget* widget : QApplication::topLevelWidgets()) {
-            if (widget->isVisible() && widget->inherits("QMainWindow")) {
-                widget->windowHandle()->close();
-            }
+/// The window of the program that runs, or null.
+QWidget* ShownMainWindow() {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        if (widget->isVisible() && widget->inherits("QMainWindow")) {
+            return widget;
         }
-    });
+    }
+    return nullptr;
+}
+
+TEST(QtStart, CloseButtonEndsTheProgramWithExitCode0) {
+    QTimer::singleShot(0, [] { ShownMainWindow()->windowHandle()->close(); });
     QTimer failSafe;
     QObject::connect(&failSafe, &QTimer::timeout, [] {
         ADD_FAILURE() << "the program did not end";
@@ -94,6 +101,52 @@ TEST(QtStart, CloseButtonEndsTheProgramWithExitCode0) {
     });
     failSafe.start(20000);
     EXPECT_EQ(RunDesktop(), 0);
+}
+
+// No test of its own gives the window the keyboard here: there is no window manager either.
+TEST(QtStart, LettersOfTheMenuAnswerFromTheStartAndAfterADialog) {
+    int boxes = 0;
+    QTimer::singleShot(0, [&] {
+        QWidget* window = ShownMainWindow();
+        ASSERT_NE(window, nullptr);
+        for (int time = 0; time < 2; ++time) {
+            QTest::qWait(300);
+            const DialogAnswer answer([&](QDialog& dialog) {
+                ++boxes;
+                ClickButton(dialog, "OK");
+            });
+            QTest::keyClick(window->windowHandle(), Qt::Key_A, Qt::AltModifier);
+        }
+        window->windowHandle()->close();
+    });
+    EXPECT_EQ(RunDesktop(), 0);
+    EXPECT_EQ(boxes, 2);
+}
+
+/// Starts the program as a user without a display would, and expects one line and a plain end.
+void ExpectEndWithOneLine(const std::map<QString, QString>& displays) {
+    QProcess program;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* name : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM", "XDG_RUNTIME_DIR"}) {
+        environment.remove(name);
+    }
+    for (const auto& [name, value] : displays) {
+        environment.insert(name, value);
+    }
+    program.setProcessEnvironment(environment);
+    program.start("./zelmo", QStringList());
+    ASSERT_TRUE(program.waitForFinished(60000)) << program.errorString().toStdString();
+    EXPECT_EQ(program.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(program.exitCode(), 1);
+    EXPECT_EQ(program.readAllStandardError(),
+              "zelmo: no window can be opened (is there a display that can be reached?)\n");
+    EXPECT_EQ(program.readAllStandardOutput(), "");
+}
+
+TEST(QtStart, WithoutDisplayTheProgramSaysSoInOneLine) {
+    ExpectEndWithOneLine({});
+    ExpectEndWithOneLine({{"DISPLAY", "nowhere.invalid:7"}});
+    ExpectEndWithOneLine({{"QT_QPA_PLATFORM", "no such platform"}});
 }
 
 TEST(QtStart, ArrowKeyWithoutPictureEndsTheProgram) {

@@ -1,4 +1,5 @@
 #include "base/text.h"
+#include "base/version.h"
 #include "examples/gds_writer.h"
 #include "tests/desktop/win32/window_fixture.h"
 
@@ -121,7 +122,7 @@ TEST_F(WindowCommandsTest, LoadingAnotherLayoutKeepsThePictures) {
 TEST_F(WindowCommandsTest, AboutTellsTheVersion) {
     Start();
     Program().Command(aboutCommand);
-    const HWND box = Program().WaitForDialog(L"Zelmo 3.2.1");
+    const HWND box = Program().WaitForDialog(L"Zelmo " + WidenBytes(programVersion));
     EXPECT_EQ(DesktopProgram::MessageText(box),
               L"Zelmo: software to render semicon process cross sections \n\n"
               L"Made by the Zelmo developers\n\nFor process file version 4");

@@ -36,7 +36,8 @@ struct ShownPicture {
 /// std::runtime_error when nothing comes.
 class DesktopProgram {
 public:
-    /// Starts it with `folder` as its current directory; nothing is waited for.
+    /// Starts it with `folder` as its current directory, on the calling thread's desktop; nothing
+    /// is waited for.
     explicit DesktopProgram(const std::filesystem::path& folder);
     ~DesktopProgram();
     DesktopProgram(const DesktopProgram&) = delete;
@@ -49,6 +50,7 @@ public:
     /// The main window in whatever state it is, or null.
     HWND FindMainWindow() const;
     HANDLE Process() const { return process_; }
+    DWORD ProcessId() const { return processId_; }
 
     /// Chooses an entry of the menu, as a click does.
     void Command(WORD id) const;

@@ -2,6 +2,7 @@
 #include <ctime>
 
 #include "base/text.h"
+#include "tests/desktop/win32/debug_output.h"
 #include "tests/desktop/win32/window_fixture.h"
 
 namespace zelmo {
@@ -111,6 +112,36 @@ TEST_F(WindowPicturesTest, SavingTellsWhatItDoes) {
     EXPECT_EQ(bytes.size(), 54 + 1920 * U32(bytes, 22) * 4);
 }
 
+TEST_F(WindowPicturesTest, TheSecondSaveWithinASecondIsRefusedInABox) {
+    WriteProcess("one.txt", "");
+    StartWithLayout();
+    Program().RunToEnd(File("one.txt"));
+    // Two saves may fall into two seconds; then the next two are tried.
+    HWND box = nullptr;
+    for (int attempt = 0; attempt < 20 && box == nullptr; ++attempt) {
+        Sleep(1000);
+        const std::size_t before = FoldersBeside("one ").size();
+        Program().Command(saveCommand);
+        Program().Command(saveCommand);
+        WaitFor("the end of both saves", [&] {
+            box = Program().FindDialog(L"Zelmo");
+            return box != nullptr || (FoldersBeside("one ").size() == before + 2 &&
+                                      Program().HasLine(L"Saving images completed"));
+        });
+    }
+    ASSERT_NE(box, nullptr);
+    const std::wstring text = DesktopProgram::MessageText(box);
+    const std::wstring last = FoldersBeside("one ").back().wstring();
+    EXPECT_EQ(Utf8FromWide(text),
+              Utf8FromWide(L"Images not saved. Failed to create output folder \"" + last + L"\"."));
+    EXPECT_EQ(Program().ConsoleLines(), (Lines{L"--- Handling \"Save images\" command ---"}));
+    EXPECT_EQ(Program().MenuStates(), "....A");
+    Program().CloseMessage(box);
+    Program().WaitForMenu("SR.LA");
+    // The first save of the two is whole.
+    EXPECT_TRUE(fs::exists(fs::path(last) / "001 001 Substrate.bmp"));
+}
+
 TEST_F(WindowPicturesTest, AFolderThatExistsAlreadyIsRefusedInABox) {
     StartWithLayout();
     Program().RunToEnd(Process());
@@ -171,6 +202,107 @@ TEST_F(WindowPicturesTest, TheWindowShowsThePictureScaledInTheMiddle) {
     EXPECT_EQ(CountDifferences(Program().Pixels(), first), 0u);
     Program().Ask(ProbeRequest::Repaint, LPARAM{2});
     EXPECT_EQ(CountDifferences(Program().Pixels(), first), 0u);
+}
+
+class StepPicturesTest : public WindowPicturesTest {
+protected:
+    /// Has a second run of the program at the end of its third step, its second picture shown, and
+    /// the pictures of the first run at hand, which are the same.
+    void HoldThirdStep() {
+        StartWithLayout();
+        Program().RunToEnd(Process());
+        const fs::path folder = Save();
+        bitmaps_ = {Bytes(folder / "001 001 Substrate.bmp"),
+                    Bytes(folder / "002 002 Oxide deposition.bmp"),
+                    Bytes(folder / "003 003 Nitride deposition.bmp")};
+        Program().RunAndHold(Process(), 6);
+    }
+
+    /// The number of the picture that the window shows, counted in the run; 0 for none of them.
+    int Shown() {
+        const ShownPicture shown = Program().Pixels();
+        for (std::size_t i = 0; i < bitmaps_.size(); ++i) {
+            if (shown.width > 0 && CountDifferences(shown, bitmaps_[i]) == 0) {
+                return static_cast<int>(i) + 1;
+            }
+        }
+        return 0;
+    }
+
+    std::vector<std::vector<std::uint8_t>> bitmaps_;
+};
+
+TEST_F(StepPicturesTest, ArrowKeysDuringAStepChangeTheCaptionButNotThePicture) {
+    HoldThirdStep();
+    EXPECT_EQ(Shown(), 2);
+    Program().KeyTo(VK_LEFT, L"004 Substrate");
+    EXPECT_EQ(Shown(), 2);
+    Program().KeyTo(VK_RIGHT, L"005 Oxide deposition");
+    Program().KeyTo(VK_RIGHT, L"004 Substrate");
+    EXPECT_EQ(Shown(), 2);
+    Program().Release();
+    Program().WaitForMenu("SR.LA");
+    EXPECT_EQ(Program().Caption(), L"006 Nitride deposition");
+    EXPECT_EQ(Shown(), 3);
+}
+
+/// Covers a window with one of another program for as long as it lives.
+class Cover {
+public:
+    explicit Cover(HWND covered) {
+        RECT place = {};
+        GetWindowRect(covered, &place);
+        window_ = CreateWindowExW(WS_EX_TOPMOST, L"Edit", L"", WS_POPUP | WS_VISIBLE, place.left,
+                                  place.top, place.right - place.left, place.bottom - place.top,
+                                  nullptr, nullptr, GetModuleHandleW(nullptr), nullptr);
+        UpdateWindow(window_);
+    }
+    ~Cover() { DestroyWindow(window_); }
+    Cover(const Cover&) = delete;
+    Cover& operator=(const Cover&) = delete;
+
+    bool Covers(POINT point) const { return WindowFromPoint(point) == window_; }
+
+private:
+    HWND window_ = nullptr;
+};
+
+TEST_F(StepPicturesTest, UncoveringDuringAStepPaintsNothingUntilItsEnd) {
+    const auto count = [](const std::vector<std::string>& texts, const std::string& text) {
+        return std::count(texts.begin(), texts.end(), text);
+    };
+    const std::string painting = "Handling RenderWindow WM_PAINT";
+    const std::string refused = "RenderWindow WM_PAINT with out GL context";
+    HoldThirdStep();
+    Program().KeyTo(VK_LEFT, L"004 Substrate");
+    DebugOutput output(Program().ProcessId());
+    RECT place = {};
+    GetWindowRect(Program().Child(renderWindowId), &place);
+    {
+        const Cover cover(Program().Window());
+        WaitFor("the cover", [&] { return cover.Covers({place.left + 50, place.top + 50}); });
+    }
+    std::vector<std::string> heard;
+    WaitFor("a paint of what was covered", [&] {
+        const auto more = output.Take();
+        heard.insert(heard.end(), more.begin(), more.end());
+        return count(heard, painting) > 0;
+    });
+    Program().Ask(ProbeRequest::Repaint, LPARAM{1});
+    EXPECT_EQ(Program().Ask(ProbeRequest::Repaint, LPARAM{1}).number, 0);  // nothing is left over
+    Sleep(200);
+    const auto more = output.Take();
+    heard.insert(heard.end(), more.begin(), more.end());
+    EXPECT_GE(count(heard, painting), 3);
+    EXPECT_EQ(count(heard, refused), count(heard, painting));
+    EXPECT_EQ(Shown(), 2);
+    Program().Release();
+    Program().WaitForMenu("SR.LA");
+    EXPECT_EQ(Shown(), 3);
+    Sleep(200);
+    heard = output.Take();
+    EXPECT_GE(count(heard, painting), 1);
+    EXPECT_EQ(count(heard, refused), 0);
 }
 
 }  // namespace zelmo

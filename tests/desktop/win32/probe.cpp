@@ -61,7 +61,33 @@ void ReadClass(HWND window, ProbeClass& facts) {
     facts.hasCursor = windowClass.hCursor != nullptr;
 }
 
-/// What was last drawn into the window with the GL context: swapping leaves it behind.
+/// A GL context of the window for as long as this lives: the program's where this thread has it,
+/// else one more, which sees the same pixels.
+class ContextOfWindow {
+public:
+    explicit ContextOfWindow(HWND window) : window_(window), canvas_(GetDC(window)) {
+        if (wglGetCurrentContext() == nullptr) {
+            own_ = wglCreateContext(canvas_);
+            wglMakeCurrent(canvas_, own_);
+        }
+    }
+    ContextOfWindow(const ContextOfWindow&) = delete;
+    ContextOfWindow& operator=(const ContextOfWindow&) = delete;
+    ~ContextOfWindow() {
+        if (own_ != nullptr) {
+            wglMakeCurrent(nullptr, nullptr);
+            wglDeleteContext(own_);
+        }
+        ReleaseDC(window_, canvas_);
+    }
+
+private:
+    HWND window_;
+    HDC canvas_;
+    HGLRC own_ = nullptr;
+};
+
+/// What was last drawn into the window with GL: swapping leaves it behind.
 void ReadPixels(HWND window, ProbeMemory& memory) {
     RECT client = {};
     GetClientRect(window, &client);
@@ -69,6 +95,7 @@ void ReadPixels(HWND window, ProbeMemory& memory) {
     memory.height = client.bottom;
     const auto bytes =
         static_cast<std::size_t>(memory.width) * static_cast<std::size_t>(memory.height) * 4;
+    const ContextOfWindow context(window);
     if (wglGetCurrentContext() == nullptr || bytes > sizeof memory.pixels) {
         memory.width = 0;
         return;

@@ -1,3 +1,5 @@
+#include "base/text.h"
+#include "base/version.h"
 #include "tests/desktop/win32/window_fixture.h"
 
 namespace zelmo {
@@ -65,7 +67,6 @@ TEST_F(WindowRunTest, MenuAndContextWhileAStepRuns) {
     Program().RunAndHold(Process(), 1);
     EXPECT_EQ(Program().MenuStates(), "..T.A");
     EXPECT_EQ(Program().Ask(ProbeRequest::HasContext).number, 0);
-    EXPECT_EQ(Program().Pixels().width, 0);
     // Painting finds no context and is over at once.
     Program().Ask(ProbeRequest::Repaint, LPARAM{3});
     EXPECT_EQ(StepLines(Program()), firstStep);
@@ -128,10 +129,10 @@ TEST_F(WindowRunTest, StopThenCloseTwiceWritesTheLinesOfEach) {
 TEST_F(WindowRunTest, ARunGoesOnBehindTheAboutBox) {
     StartWithLayout();
     Program().Command(aboutCommand);
-    const HWND box = Program().WaitForDialog(L"Zelmo 3.2.1");
+    const HWND box = Program().WaitForDialog(L"Zelmo " + WidenBytes(programVersion));
     // All of the run is served by the message loop of the box.
     Program().RunToEnd(Process());
-    EXPECT_EQ(Program().FindDialog(L"Zelmo 3.2.1"), box);
+    EXPECT_EQ(Program().FindDialog(L"Zelmo " + WidenBytes(programVersion)), box);
     EXPECT_EQ(Program().Caption(), L"003 Nitride deposition");
     Program().CloseMessage(box);
     Program().KeyTo(VK_LEFT, L"002 Oxide deposition");

@@ -43,13 +43,13 @@ void SetUpRandomGrid(ProcessModel& model, TestRandom& random) {
 /// Mostly a distance of the grid, where the cells at the disc's edge can be in or out.
 float RandomRadius(const ProcessModel& model, TestRandom& random) {
     if (random.Below(2) == 0) {
-        const std::vector<NeighbourOffset>& entries = model.neighbours.entries;
+        const std::vector<NeighbourOffset>& entries = model.grid.neighbours.entries;
         const auto count = static_cast<std::uint32_t>(entries.size());
         return entries[random.Below(random.Below(2) == 0 ? count : 1 + count / 8)].distance;
     }
     const float radii[] = {0.0f, -0.0f, infinity, nan, -1.0f};
     return random.Below(8) == 0 ? radii[random.Below(5)]
-                                : 12.0f * random.Unit() * model.gridSpacing;
+                                : 12.0f * random.Unit() * model.grid.spacing;
 }
 
 /// Calls `compare` with all widths of lanes and 1 to 3 threads.
@@ -92,18 +92,16 @@ TEST(SlidingDisc, TheCoatingFilterGivesThePlainBits) {
         ProcessModel model;
         SetUpRandomGrid(model, random);
         const float radius = RandomRadius(model, random);
-        const auto plain =
-            CreateLayer(model.gridRows, model.gridColumns, model.gridSpacing, nullptr);
-        const std::vector<float> heights = RandomHeights(model.CellCount(), random);
+        const auto plain = CreateLayer(model.grid);
+        const std::vector<float> heights = RandomHeights(model.grid.CellCount(), random);
         plain->top = heights;
-        plain->bottom = RandomHeights(model.CellCount(), random);
-        SmoothLayerTopPlain(model, *plain, radius);
+        plain->bottom = RandomHeights(model.grid.CellCount(), random);
+        SmoothLayerTopPlain(model.grid, *plain, radius);
         WithAllLanesAndThreads([&] {
-            const auto layer =
-                CreateLayer(model.gridRows, model.gridColumns, model.gridSpacing, nullptr);
+            const auto layer = CreateLayer(model.grid);
             layer->top = heights;
             layer->bottom = plain->bottom;
-            SmoothLayerTop(model, *layer, radius);
+            SmoothLayerTop(model.grid, *layer, radius);
             EXPECT_EQ(BitsOf(layer->top), BitsOf(plain->top));
         });
         ASSERT_FALSE(HasFailure()) << "seed " << seed << ", radius " << radius;
@@ -117,16 +115,16 @@ TEST(SlidingDisc, TheBlurGivesThePlainMask) {
         ProcessModel model;
         SetUpRandomGrid(model, random);
         const float radius = RandomRadius(model, random);
-        std::vector<std::uint8_t> rawMask(model.CellCount());
+        std::vector<std::uint8_t> rawMask(model.grid.CellCount());
         const std::uint32_t share = 1 + random.Below(8);
         for (std::uint8_t& cell : rawMask) {
             cell = static_cast<std::uint8_t>(random.Below(8) < share ? random.Below(256) : 0);
         }
-        std::vector<std::uint8_t> plain(model.CellCount(), 5);
-        BlurMaskPlain(model, plain, rawMask, radius);
+        std::vector<std::uint8_t> plain(model.grid.CellCount(), 5);
+        BlurMaskPlain(model.grid, plain, rawMask, radius);
         WithAllLanesAndThreads([&] {
-            std::vector<std::uint8_t> mask(model.CellCount(), 6);
-            BlurMask(model, mask, rawMask, radius);
+            std::vector<std::uint8_t> mask(model.grid.CellCount(), 6);
+            BlurMask(model.grid, mask, rawMask, radius);
             EXPECT_EQ(mask, plain);
         });
         ASSERT_FALSE(HasFailure()) << "seed " << seed << ", radius " << radius;
@@ -172,7 +170,7 @@ TEST(SlidingDisc, CountsAreThoseOfEveryStep) {
         TestRandom random(seed);
         ProcessModel model;
         SetUpRandomGrid(model, random);
-        const SlidingDisc disc = SelectSlidingDisc(model, RandomRadius(model, random));
+        const SlidingDisc disc = SelectSlidingDisc(model.grid, RandomRadius(model, random));
         std::vector<std::int32_t> counts;
         for (std::int32_t row = 0; row < disc.rows; ++row) {
             CountCells(disc, row, counts);
@@ -190,7 +188,7 @@ TEST(SlidingDisc, CountsAreThoseOfEveryStep) {
 TEST(SlidingDisc, IsCutWhereItReachesOverTheFirstOrLastRow) {
     ProcessModel model;
     SetUpGrid(model, 9, 9, 1.0f);
-    const SlidingDisc disc = SelectSlidingDisc(model, 2.0f);
+    const SlidingDisc disc = SelectSlidingDisc(model.grid, 2.0f);
     for (std::int32_t row = 0; row < 9; ++row) {
         EXPECT_EQ(IsCut(disc, row), row < 2 || row > 6) << row;
     }

@@ -11,6 +11,7 @@
 #include "base/conversions.h"
 #include "tests/model/grid_model.h"
 #include "tests/plain/neighbour_table_plain.h"
+#include "tests/support/case_count.h"
 
 namespace zelmo {
 namespace {
@@ -22,13 +23,6 @@ NeighbourTable MakeTable(std::int32_t rows, std::int32_t cols, float spacing) {
     NeighbourTable table;
     BuildNeighbourTable(table, rows, cols, spacing);
     return table;
-}
-
-/// As many cases as the environment asks for, or the usual number.
-std::uint32_t CaseCount(std::uint32_t usual) {
-    const char* const wanted = std::getenv("ZELMO_CASES");
-    return wanted == nullptr ? usual
-                             : static_cast<std::uint32_t>(std::strtoul(wanted, nullptr, 10));
 }
 
 /// Mostly ordinary ones; of the others some make many lengths round to one distance.
@@ -177,7 +171,7 @@ TEST(DistanceIndex, KnownIndexes) {
         ProcessModel model;
         SetUpGrid(model, 400, 400, spacing);
         WordHash hash;
-        for (const std::int32_t position : model.distanceIndex) {
+        for (const std::int32_t position : model.grid.distanceIndex) {
             hash.Take(position);
         }
         EXPECT_EQ(hash.Value(), expected);
@@ -187,20 +181,20 @@ TEST(DistanceIndex, KnownIndexes) {
 TEST(DistanceIndex, SlotZeroIsTheCellItself) {
     ProcessModel model;
     SetUpGrid(model, 20, 15, 0.125f);
-    ASSERT_EQ(model.distanceIndex.size(), 40U);
-    EXPECT_EQ(model.distanceIndex[0], 0);
+    ASSERT_EQ(model.grid.distanceIndex.size(), 40U);
+    EXPECT_EQ(model.grid.distanceIndex[0], 0);
 }
 
 TEST(DistanceIndex, SlotHoldsTheLastEntryOfItsDistance) {
     ProcessModel model;
     SetUpGrid(model, 20, 15, 0.125f);
     // Slot 1 takes in the four neighbours and the four diagonals, slot 2 what is nearer than 3.
-    EXPECT_EQ(model.distanceIndex[1], 8);
-    EXPECT_EQ(model.distanceIndex[2], 24);
+    EXPECT_EQ(model.grid.distanceIndex[1], 8);
+    EXPECT_EQ(model.grid.distanceIndex[2], 24);
     // The farthest offset, (19, 14), is 23.6 cells away.
-    EXPECT_EQ(model.distanceIndex[23], model.neighbours.count - 1);
+    EXPECT_EQ(model.grid.distanceIndex[23], model.grid.neighbours.count - 1);
     for (std::size_t slot = 24; slot < 40; ++slot) {
-        EXPECT_EQ(model.distanceIndex[slot], 0);
+        EXPECT_EQ(model.grid.distanceIndex[slot], 0);
     }
 }
 
@@ -209,21 +203,21 @@ TEST(DistanceIndex, TruncatesTheSinglePrecisionQuotient) {
     ProcessModel model;
     SetUpGrid(model, 60, 60, 0.1f);
     std::vector<std::int32_t> expected(120, 0);
-    for (std::int32_t i = 0; i < model.neighbours.count; ++i) {
-        const float distance = model.neighbours.entries[static_cast<std::size_t>(i)].distance;
+    for (std::int32_t i = 0; i < model.grid.neighbours.count; ++i) {
+        const float distance = model.grid.neighbours.entries[static_cast<std::size_t>(i)].distance;
         expected[static_cast<std::size_t>(distance / 0.1f)] = i;
     }
-    EXPECT_EQ(model.distanceIndex, expected);
+    EXPECT_EQ(model.grid.distanceIndex, expected);
 }
 
 TEST(DistanceIndex, SkipsQuotientsThatAreNoSlot) {
     for (const float spacing : {0.0f, 1e-45f, 3e38f, infinity, nan, -1.0f}) {
         ProcessModel model;
         SetUpGrid(model, 30, 2, spacing);
-        ASSERT_EQ(model.distanceIndex.size(), 60U);
-        for (const std::int32_t position : model.distanceIndex) {
+        ASSERT_EQ(model.grid.distanceIndex.size(), 60U);
+        for (const std::int32_t position : model.grid.distanceIndex) {
             EXPECT_GE(position, 0);
-            EXPECT_LT(position, model.neighbours.count);
+            EXPECT_LT(position, model.grid.neighbours.count);
         }
     }
 }
@@ -231,43 +225,43 @@ TEST(DistanceIndex, SkipsQuotientsThatAreNoSlot) {
 TEST(DistanceIndex, TallGridDoesNotWriteBehindTheIndex) {
     ProcessModel model;
     SetUpGrid(model, 3, 40, 1.0f);
-    EXPECT_EQ(model.distanceIndex.size(), 6U);
+    EXPECT_EQ(model.grid.distanceIndex.size(), 6U);
 }
 
 TEST(DiscOffsets, RadiusZeroIsTheCellItself) {
     ProcessModel model;
     SetUpGrid(model, 10, 10, 0.3f);
-    EXPECT_EQ(SelectDiscOffsets(model, 0.0f), (std::vector<GridOffset>{{0, 0}}));
+    EXPECT_EQ(SelectDiscOffsets(model.grid, 0.0f), (std::vector<GridOffset>{{0, 0}}));
 }
 
 TEST(DiscOffsets, TakesInWhatLiesOnTheEdge) {
     ProcessModel model;
     SetUpGrid(model, 10, 10, 0.25f);
-    EXPECT_EQ(SelectDiscOffsets(model, 0.25f),
+    EXPECT_EQ(SelectDiscOffsets(model.grid, 0.25f),
               (std::vector<GridOffset>{{0, 0}, {0, -1}, {-1, 0}, {1, 0}, {0, 1}}));
-    EXPECT_EQ(SelectDiscOffsets(model, 0.2499f).size(), 1U);
+    EXPECT_EQ(SelectDiscOffsets(model.grid, 0.2499f).size(), 1U);
 }
 
 TEST(DiscOffsets, EndAtTheFirstEntryThatIsTooFar) {
     ProcessModel model;
     SetUpGrid(model, 10, 10, 0.25f);
-    EXPECT_TRUE(SelectDiscOffsets(model, -1.0f).empty());
-    const auto all = static_cast<std::size_t>(model.neighbours.count);
-    EXPECT_EQ(SelectDiscOffsets(model, 1000.0f).size(), all);
-    EXPECT_EQ(SelectDiscOffsets(model, infinity).size(), all);
-    EXPECT_EQ(SelectDiscOffsets(model, nan).size(), all) << "no entry is farther than a NaN";
+    EXPECT_TRUE(SelectDiscOffsets(model.grid, -1.0f).empty());
+    const auto all = static_cast<std::size_t>(model.grid.neighbours.count);
+    EXPECT_EQ(SelectDiscOffsets(model.grid, 1000.0f).size(), all);
+    EXPECT_EQ(SelectDiscOffsets(model.grid, infinity).size(), all);
+    EXPECT_EQ(SelectDiscOffsets(model.grid, nan).size(), all) << "no entry is farther than a NaN";
 }
 
 TEST(LeavingOffsets, RadiusZeroIsTheCellOnTheLeft) {
     ProcessModel model;
     SetUpGrid(model, 10, 10, 0.3f);
-    EXPECT_EQ(SelectLeavingOffsets(model, 0.0f), (std::vector<GridOffset>{{-1, 0}}));
+    EXPECT_EQ(SelectLeavingOffsets(model.grid, 0.0f), (std::vector<GridOffset>{{-1, 0}}));
 }
 
 TEST(LeavingOffsets, StandInTableOrder) {
     ProcessModel model;
     SetUpGrid(model, 10, 10, 1.0f);
-    EXPECT_EQ(SelectLeavingOffsets(model, 1.0f),
+    EXPECT_EQ(SelectLeavingOffsets(model.grid, 1.0f),
               (std::vector<GridOffset>{{-1, -1}, {-1, 1}, {-2, 0}}));
 }
 
@@ -279,9 +273,9 @@ TEST(LeavingOffsets, AreTheCellsThatTheDiscLeavesAwayFromTies) {
         // Half-way between two squared lengths no cell lies on the edge.
         const float squared = static_cast<float>(random.Below(200)) + 0.5f;
         const float radius = std::sqrt(squared) * 0.37f;
-        const std::vector<GridOffset> disc = SelectDiscOffsets(model, radius);
+        const std::vector<GridOffset> disc = SelectDiscOffsets(model.grid, radius);
         std::vector<GridOffset> expected;
-        for (const NeighbourOffset& entry : model.neighbours.entries) {
+        for (const NeighbourOffset& entry : model.grid.neighbours.entries) {
             const GridOffset offset{entry.dx, entry.dy};
             const GridOffset next{entry.dx + 1, entry.dy};
             if (std::find(disc.begin(), disc.end(), offset) == disc.end() &&
@@ -289,7 +283,7 @@ TEST(LeavingOffsets, AreTheCellsThatTheDiscLeavesAwayFromTies) {
                 expected.push_back(offset);
             }
         }
-        EXPECT_EQ(SelectLeavingOffsets(model, radius), expected) << radius;
+        EXPECT_EQ(SelectLeavingOffsets(model.grid, radius), expected) << radius;
     }
 }
 
@@ -298,7 +292,7 @@ TEST(LeavingOffsets, LieOnTheLeft) {
     ProcessModel model;
     SetUpGrid(model, 60, 30, 0.0137f);
     for (int i = 0; i < 40; ++i) {
-        for (const GridOffset& offset : SelectLeavingOffsets(model, random.Unit())) {
+        for (const GridOffset& offset : SelectLeavingOffsets(model.grid, random.Unit())) {
             ASSERT_LT(offset.dx, 0);
         }
     }
@@ -312,8 +306,8 @@ TEST(LeavingOffsets, OnATieTheTwoPrecisionsCanDisagree) {
     int disagreements = 0;
     for (std::int32_t cells = 1; cells < 60; ++cells) {
         const float radius = static_cast<float>(cells) * 0.1f;
-        const auto disc = SelectDiscOffsets(model, radius);
-        const auto leaving = SelectLeavingOffsets(model, radius);
+        const auto disc = SelectDiscOffsets(model.grid, radius);
+        const auto leaving = SelectLeavingOffsets(model.grid, radius);
         const bool inDisc = std::find(disc.begin(), disc.end(), GridOffset{cells, 0}) != disc.end();
         const bool leaves =
             std::find(leaving.begin(), leaving.end(), GridOffset{-cells - 1, 0}) != leaving.end();
@@ -327,9 +321,9 @@ TEST(LeavingOffsets, OnATieTheTwoPrecisionsCanDisagree) {
 TEST(LeavingOffsets, NoneForARadiusThatEndsNowhere) {
     ProcessModel model;
     SetUpGrid(model, 10, 10, 0.3f);
-    EXPECT_TRUE(SelectLeavingOffsets(model, infinity).empty());
-    EXPECT_TRUE(SelectLeavingOffsets(model, nan).empty());
-    EXPECT_TRUE(SelectLeavingOffsets(model, -1.0f).empty());
+    EXPECT_TRUE(SelectLeavingOffsets(model.grid, infinity).empty());
+    EXPECT_TRUE(SelectLeavingOffsets(model.grid, nan).empty());
+    EXPECT_TRUE(SelectLeavingOffsets(model.grid, -1.0f).empty());
 }
 
 TEST(OffsetSelection, IsTheWalkOverTheWholeTable) {
@@ -342,15 +336,17 @@ TEST(OffsetSelection, IsTheWalkOverTheWholeTable) {
         SetUpGrid(model, cols, rows, RandomSpacing(random));
         // Many radii are a distance of the table, or next to it, so that cells lie on the edge.
         const NeighbourOffset& entry =
-            model.neighbours
-                .entries[random.Below(static_cast<std::uint32_t>(model.neighbours.count))];
+            model.grid.neighbours
+                .entries[random.Below(static_cast<std::uint32_t>(model.grid.neighbours.count))];
         const float radii[] = {entry.distance, std::nextafter(entry.distance, 0.0f),
                                std::nextafter(entry.distance, infinity),
-                               20.0f * model.gridSpacing * random.Unit()};
+                               20.0f * model.grid.spacing * random.Unit()};
         const float radius = radii[i % 4];
-        ASSERT_EQ(SelectDiscOffsets(model, radius), SelectDiscOffsetsPlain(model, radius));
-        ASSERT_EQ(SelectLeavingOffsets(model, radius), SelectLeavingOffsetsPlain(model, radius))
-            << model.gridSpacing << ", " << radius;
+        ASSERT_EQ(SelectDiscOffsets(model.grid, radius),
+                  SelectDiscOffsetsPlain(model.grid, radius));
+        ASSERT_EQ(SelectLeavingOffsets(model.grid, radius),
+                  SelectLeavingOffsetsPlain(model.grid, radius))
+            << model.grid.spacing << ", " << radius;
     }
 }
 
@@ -363,15 +359,15 @@ TEST(DistanceIndex, IsTheWalkOverTheWholeTable) {
         const std::int32_t rows = 1 + static_cast<std::int32_t>(random.Below(80));
         SetUpGrid(model, cols, rows, RandomSpacing(random));
         std::vector<std::int32_t> expected(2 * static_cast<std::size_t>(cols), 0);
-        for (std::int32_t entry = 0; entry < model.neighbours.count; ++entry) {
-            const std::int32_t slot =
-                TruncateToI32(model.neighbours.entries[static_cast<std::size_t>(entry)].distance /
-                              model.gridSpacing);
+        for (std::int32_t entry = 0; entry < model.grid.neighbours.count; ++entry) {
+            const std::int32_t slot = TruncateToI32(
+                model.grid.neighbours.entries[static_cast<std::size_t>(entry)].distance /
+                model.grid.spacing);
             if (slot >= 0 && slot < 2 * cols) {
                 expected[static_cast<std::size_t>(slot)] = entry;
             }
         }
-        ASSERT_EQ(model.distanceIndex, expected) << cols << " by " << rows;
+        ASSERT_EQ(model.grid.distanceIndex, expected) << cols << " by " << rows;
     }
 }
 

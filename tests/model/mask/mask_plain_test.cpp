@@ -49,8 +49,8 @@ MaskPolygon RandomPolygon(const ProcessModel& model, TestRandom& random) {
     polygon.layer = random.Below(3);
     const std::uint32_t count = 1 + random.Below(9);
     for (std::uint32_t i = 0; i < count; ++i) {
-        MaskPoint point{RandomCoordinate(random, model.gridColumns, model.gridSpacing),
-                        RandomCoordinate(random, model.gridRows, model.gridSpacing)};
+        MaskPoint point{RandomCoordinate(random, model.grid.columns, model.grid.spacing),
+                        RandomCoordinate(random, model.grid.rows, model.grid.spacing)};
         if (!polygon.points.empty() && random.Below(2) == 0) {
             // Upright and level edges, as layouts have them.
             (random.Below(2) == 0 ? point.x : point.y) =
@@ -70,7 +70,7 @@ MaskPolygon RandomPolygon(const ProcessModel& model, TestRandom& random) {
 }
 
 std::vector<std::uint8_t> RandomMask(const ProcessModel& model, TestRandom& random) {
-    std::vector<std::uint8_t> mask(model.CellCount(), 1);
+    std::vector<std::uint8_t> mask(model.grid.CellCount(), 1);
     const std::uint32_t rarity = 1 + random.Below(30) * random.Below(8);
     for (std::uint8_t& cell : mask) {
         if (random.Below(rarity) == 0) {
@@ -90,10 +90,11 @@ TEST(MaskRasterAgainstPlain, SetsTheSameCells) {
             model.polygons.push_back(RandomPolygon(model, random));
         }
         const bool maskDark = random.Below(2) == 0;
-        std::vector<std::uint8_t> mask(model.CellCount(), 7);
-        std::vector<std::uint8_t> plain(model.CellCount(), 9);
-        const double smallest = RasteriseMask(model, mask, 1, maskDark);
-        EXPECT_EQ(smallest, RasteriseMaskPlain(model, plain, 1, maskDark)) << "seed " << seed;
+        std::vector<std::uint8_t> mask(model.grid.CellCount(), 7);
+        std::vector<std::uint8_t> plain(model.grid.CellCount(), 9);
+        const double smallest = RasteriseMask(model.grid, model.polygons, mask, 1, maskDark);
+        EXPECT_EQ(smallest, RasteriseMaskPlain(model.grid, model.polygons, plain, 1, maskDark))
+            << "seed " << seed;
         ASSERT_EQ(mask, plain) << "seed " << seed;
     }
 }
@@ -115,10 +116,11 @@ TEST(MaskRasterAgainstPlain, SurvivesImpossiblePolygons) {
             *box[random.Below(4)] = odd[random.Below(7)];
         }
         model.polygons.push_back(polygon);
-        std::vector<std::uint8_t> mask(model.CellCount());
-        std::vector<std::uint8_t> plain(model.CellCount());
-        const double smallest = RasteriseMask(model, mask, 1, true);
-        EXPECT_EQ(smallest, RasteriseMaskPlain(model, plain, 1, true)) << "seed " << seed;
+        std::vector<std::uint8_t> mask(model.grid.CellCount());
+        std::vector<std::uint8_t> plain(model.grid.CellCount());
+        const double smallest = RasteriseMask(model.grid, model.polygons, mask, 1, true);
+        EXPECT_EQ(smallest, RasteriseMaskPlain(model.grid, model.polygons, plain, 1, true))
+            << "seed " << seed;
         ASSERT_EQ(mask, plain) << "seed " << seed;
     }
 }
@@ -128,9 +130,9 @@ TEST(PointInPolygonAgainstPlain, GivesTheSameAnswer) {
     for (std::uint32_t seed = 0; seed < 20000; ++seed) {
         TestRandom random(seed);
         ProcessModel model;
-        model.gridColumns = 8;
-        model.gridRows = 8;
-        model.gridSpacing = 0.5f;
+        model.grid.columns = 8;
+        model.grid.rows = 8;
+        model.grid.spacing = 0.5f;
         const MaskPolygon polygon = RandomPolygon(model, random);
         const double x = RandomCoordinate(random, 8, 0.5f);
         const double y = RandomCoordinate(random, 8, 0.5f);
@@ -144,26 +146,26 @@ TEST(PointInPolygonAgainstPlain, GivesTheSameAnswer) {
 /// Compares edge distances with all widths of lanes and 1 to 3 threads. Returns the number of cells
 /// whose search misses the nearest free cell.
 std::size_t CompareEdgeDistances(const ProcessModel& model, const std::vector<std::uint8_t>& mask) {
-    std::vector<float> plain(model.CellCount(), -2.0f);
-    MaskEdgeDistancePlain(model, plain, mask);
+    std::vector<float> plain(model.grid.CellCount(), -2.0f);
+    MaskEdgeDistancePlain(model.grid, plain, mask);
     for (const bool wide : {false, true}) {
         AllowWideLanes(wide);
         for (std::int32_t threads = 1; threads <= 3; ++threads) {
             SetRowThreads(threads);
-            std::vector<float> distance(model.CellCount(), -1.0f);
-            MaskEdgeDistance(model, distance, mask);
+            std::vector<float> distance(model.grid.CellCount(), -1.0f);
+            MaskEdgeDistance(model.grid, distance, mask);
             EXPECT_EQ(BitsOf(distance), BitsOf(plain)) << "wide " << wide << " threads " << threads;
         }
     }
     SetRowThreads(0);
 
-    std::vector<std::int32_t> squared(model.CellCount());
-    if (!SquaredDistanceTransform(squared, mask, model.gridColumns, model.gridRows)) {
+    std::vector<std::int32_t> squared(model.grid.CellCount());
+    if (!SquaredDistanceTransform(squared, mask, model.grid.columns, model.grid.rows)) {
         return 0;
     }
     std::size_t missed = 0;
     for (std::size_t cell = 0; cell < squared.size(); ++cell) {
-        const float nearest = std::sqrt(static_cast<float>(squared[cell])) * model.gridSpacing;
+        const float nearest = std::sqrt(static_cast<float>(squared[cell])) * model.grid.spacing;
         missed += plain[cell] > nearest ? 1 : 0;
     }
     return missed;
@@ -188,7 +190,7 @@ TEST(MaskEdgeDistanceAgainstPlain, GivesTheSameBitsAtAnyPitch) {
         const auto rows =
             static_cast<std::int32_t>(1 + random.Below(static_cast<std::uint32_t>(cols)));
         SetUpGrid(model, cols, rows, 0.001f + random.Unit() * 0.1f);
-        std::vector<std::uint8_t> mask(model.CellCount(), 1);
+        std::vector<std::uint8_t> mask(model.grid.CellCount(), 1);
         for (std::uint32_t openings = random.Below(4); openings > 0; --openings) {
             mask[random.Below(static_cast<std::uint32_t>(mask.size()))] = 0;
         }
@@ -245,7 +247,7 @@ TEST(MaskEdgeDistanceAgainstPlain, GivesTheSameBitsOnGridsThatAreSharedOut) {
         ProcessModel model;
         SetUpGrid(model, 200 + static_cast<std::int32_t>(random.Below(30)), 195,
                   0.01f + random.Unit() * 0.1f);
-        std::vector<std::uint8_t> mask(model.CellCount(), 1);
+        std::vector<std::uint8_t> mask(model.grid.CellCount(), 1);
         for (std::uint8_t& cell : mask) {
             cell = random.Below(400) != 0 ? 1 : 0;
         }
@@ -258,11 +260,11 @@ TEST(MaskEdgeDistanceAgainstPlain, GivesTheSameBitsOnGridsThatAreSharedOut) {
 TEST(MaskEdgeDistance, OfALargeMaskWithOneOpeningTakesNoLongWalks) {
     ProcessModel model;
     SetUpGrid(model, 900, 900, 0.013f);
-    std::vector<std::uint8_t> mask(model.CellCount(), 1);
+    std::vector<std::uint8_t> mask(model.grid.CellCount(), 1);
     mask[CellAt(model, 899, 400)] = 0;
-    std::vector<float> distance(model.CellCount());
+    std::vector<float> distance(model.grid.CellCount());
     const auto start = std::chrono::steady_clock::now();
-    MaskEdgeDistance(model, distance, mask);
+    MaskEdgeDistance(model.grid, distance, mask);
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(3));
     EXPECT_EQ(distance[CellAt(model, 899, 390)], 10.0f * 0.013f);
 }

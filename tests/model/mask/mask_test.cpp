@@ -39,12 +39,12 @@ MaskPolygon MakeRectangle(std::uint32_t layer, double x0, double y0, double x1, 
 
 /// The mask of layer 1 as text, one line a row, row 0 first: '#' is resist.
 std::vector<std::string> Raster(const ProcessModel& model, bool maskDark) {
-    std::vector<std::uint8_t> mask(model.CellCount(), 3);
-    RasteriseMask(model, mask, 1, maskDark);
+    std::vector<std::uint8_t> mask(model.grid.CellCount(), 3);
+    RasteriseMask(model.grid, model.polygons, mask, 1, maskDark);
     std::vector<std::string> lines;
-    for (std::int32_t row = 0; row < model.gridRows; ++row) {
+    for (std::int32_t row = 0; row < model.grid.rows; ++row) {
         std::string line;
-        for (std::int32_t col = 0; col < model.gridColumns; ++col) {
+        for (std::int32_t col = 0; col < model.grid.columns; ++col) {
             line += mask[CellAt(model, col, row)] == 1   ? '#'
                     : mask[CellAt(model, col, row)] == 0 ? '.'
                                                          : '?';
@@ -162,21 +162,22 @@ TEST_F(MaskGrid, ImpossibleBoxesReachNoCell) {
 }
 
 TEST_F(MaskGrid, SmallestSizeIsThatOfTheNarrowestBox) {
-    std::vector<std::uint8_t> mask(model.CellCount());
-    EXPECT_EQ(RasteriseMask(model, mask, 1, true), static_cast<double>(largest));
+    std::vector<std::uint8_t> mask(model.grid.CellCount());
+    EXPECT_EQ(RasteriseMask(model.grid, model.polygons, mask, 1, true),
+              static_cast<double>(largest));
     model.polygons.push_back(MakeRectangle(1, 0.0, 0.0, 3.0, 2.0));
     model.polygons.push_back(MakeRectangle(1, 0.0, 0.0, 0.3, 4.0));
     model.polygons.push_back(MakeRectangle(2, 0.0, 0.0, 0.1, 4.0));
     // Rounded to single precision on the way.
-    EXPECT_EQ(RasteriseMask(model, mask, 1, true), static_cast<double>(0.3f));
+    EXPECT_EQ(RasteriseMask(model.grid, model.polygons, mask, 1, true), static_cast<double>(0.3f));
 }
 
 TEST_F(MaskGrid, APolygonWithoutPointsIsOutOfRange) {
     MaskPolygon polygon = MakeRectangle(1, 0.0, 0.0, 8.0, 4.0);
     polygon.points.clear();
     model.polygons = {polygon};
-    std::vector<std::uint8_t> mask(model.CellCount());
-    EXPECT_THROW(RasteriseMask(model, mask, 1, true), std::out_of_range);
+    std::vector<std::uint8_t> mask(model.grid.CellCount());
+    EXPECT_THROW(RasteriseMask(model.grid, model.polygons, mask, 1, true), std::out_of_range);
 }
 
 TEST(PointInPolygon, LeftAndLowerEdgesAreInsideRightAndUpperOnesOutside) {
@@ -220,12 +221,12 @@ Lines Blur(const Lines& lines, float radius) {
     ProcessModel model;
     SetUpGrid(model, static_cast<std::int32_t>(lines[0].size()),
               static_cast<std::int32_t>(lines.size()), 1.0f);
-    std::vector<std::uint8_t> mask(model.CellCount(), 9);
-    BlurMask(model, mask, MaskOf(lines), radius);
+    std::vector<std::uint8_t> mask(model.grid.CellCount(), 9);
+    BlurMask(model.grid, mask, MaskOf(lines), radius);
     Lines blurred;
-    for (std::int32_t row = 0; row < model.gridRows; ++row) {
+    for (std::int32_t row = 0; row < model.grid.rows; ++row) {
         std::string line;
-        for (std::int32_t col = 0; col < model.gridColumns; ++col) {
+        for (std::int32_t col = 0; col < model.grid.columns; ++col) {
             const std::uint8_t cell = mask[CellAt(model, col, row)];
             line += cell == 1 ? '#' : cell == 0 ? '.' : '?';
         }
@@ -312,8 +313,8 @@ std::vector<float> Distances(const Lines& lines, float spacing) {
     ProcessModel model;
     SetUpGrid(model, static_cast<std::int32_t>(lines[0].size()),
               static_cast<std::int32_t>(lines.size()), spacing);
-    std::vector<float> distances(model.CellCount(), -1.0f);
-    MaskEdgeDistance(model, distances, MaskOf(lines));
+    std::vector<float> distances(model.grid.CellCount(), -1.0f);
+    MaskEdgeDistance(model.grid, distances, MaskOf(lines));
     return distances;
 }
 
@@ -349,7 +350,7 @@ TEST(MaskEdgeDistance, FindsTheOneFreeCellOfALargeGrid) {
         std::vector<std::uint8_t> mask(400, 1);
         mask[free] = 0;
         std::vector<float> distances(400, -1.0f);
-        MaskEdgeDistance(model, distances, mask);
+        MaskEdgeDistance(model.grid, distances, mask);
         for (std::size_t cell = 0; cell < 400; ++cell) {
             const float dx = static_cast<float>(cell % 20) - static_cast<float>(free % 20);
             const float dy = static_cast<float>(cell / 20) - static_cast<float>(free / 20);

@@ -5,7 +5,6 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
 #include <vector>
 
@@ -16,6 +15,7 @@
 #include "model/offset/surface_offset.h"
 #include "tests/model/grid_model.h"
 #include "tests/plain/surface_offset_plain.h"
+#include "tests/support/case_count.h"
 
 namespace zelmo {
 namespace {
@@ -52,8 +52,8 @@ std::vector<float> RandomSurface(const ProcessModel& model, TestRandom& random) 
     const float base = random.Below(3) == 0 ? 0.0f : random.Unit() * 2.0f - 0.5f;
     const float size = random.Below(3) == 0 ? 0.5f : random.Unit() * 4.0f;
     std::vector<float> surface;
-    for (std::int32_t row = 0; row < model.gridRows; ++row) {
-        for (std::int32_t col = 0; col < model.gridColumns; ++col) {
+    for (std::int32_t row = 0; row < model.grid.rows; ++row) {
+        for (std::int32_t col = 0; col < model.grid.columns; ++col) {
             surface.push_back(HeightOf(shape, base, size, col, row, random));
         }
     }
@@ -82,16 +82,9 @@ void SetUpRandomGrid(ProcessModel& model, TestRandom& random) {
     const bool isLarge = random.Below(16) == 0;
     const std::uint32_t mostCols = isLarge ? 90 : 20;
     const std::uint32_t mostRows = isLarge ? 40 : 14;
-    model.gridColumns = static_cast<std::int32_t>(1 + random.Below(mostCols));
-    model.gridRows = static_cast<std::int32_t>(1 + random.Below(mostRows));
-    model.gridSpacing = spacings[random.Below(random.Below(4) == 0 ? 8 : 5)];
-}
-
-/// As many cases as the environment asks for, or the usual number.
-std::uint32_t CaseCount(std::uint32_t usual) {
-    const char* const wanted = std::getenv("ZELMO_CASES");
-    return wanted == nullptr ? usual
-                             : static_cast<std::uint32_t>(std::strtoul(wanted, nullptr, 10));
+    model.grid.columns = static_cast<std::int32_t>(1 + random.Below(mostCols));
+    model.grid.rows = static_cast<std::int32_t>(1 + random.Below(mostRows));
+    model.grid.spacing = spacings[random.Below(random.Below(4) == 0 ? 8 : 5)];
 }
 
 /// Each case with other lanes and on another number of threads.
@@ -120,7 +113,7 @@ float RandomDistance(const ProcessModel& model, TestRandom& random) {
         case 3:
             return -0.5f;
         default:
-            return (random.Unit() - 0.5f) * 8.0f * model.gridSpacing;
+            return (random.Unit() - 0.5f) * 8.0f * model.grid.spacing;
     }
 }
 
@@ -137,7 +130,8 @@ TEST_F(SurfaceOffsetAgainstPlain, GivesTheSameBits) {
         ChooseMachine(seed);
         ProcessModel model;
         SetUpRandomGrid(model, random);
-        BuildNeighbourTable(model.neighbours, model.gridRows, model.gridColumns, model.gridSpacing);
+        BuildNeighbourTable(model.grid.neighbours, model.grid.rows, model.grid.columns,
+                            model.grid.spacing);
         std::vector<float> heights = RandomSurface(model, random);
         if (random.Below(4) == 0) {
             Spoil(heights, random);
@@ -146,12 +140,12 @@ TEST_F(SurfaceOffsetAgainstPlain, GivesTheSameBits) {
         const float lateral = RandomLateral(random);
 
         // What `out` held before does not show.
-        std::vector<float> out(model.CellCount(), 77.0f);
-        std::vector<float> plain(model.CellCount(), -1.0f);
-        OffsetSurface(model, out, heights, distance, lateral);
-        OffsetSurfacePlain(model, plain, heights, distance, lateral);
+        std::vector<float> out(model.grid.CellCount(), 77.0f);
+        std::vector<float> plain(model.grid.CellCount(), -1.0f);
+        OffsetSurface(model.grid, out, heights, distance, lateral);
+        OffsetSurfacePlain(model.grid, plain, heights, distance, lateral);
         ASSERT_EQ(BitsOf(out), BitsOf(plain))
-            << "seed " << seed << ": " << model.gridColumns << " by " << model.gridRows
+            << "seed " << seed << ": " << model.grid.columns << " by " << model.grid.rows
             << ", distance " << distance << ", lateral " << lateral;
     }
 }
@@ -165,21 +159,21 @@ TEST_F(SurfaceOffsetAgainstPlain, GivesTheSameBitsAtTheLimitsOfItsShortCuts) {
         TestRandom random(seed);
         ChooseMachine(seed);
         ProcessModel model;
-        model.gridColumns = sizes[seed % 4][0];
-        model.gridRows = sizes[seed % 4][1];
-        model.gridSpacing = 0.0005f + 0.1f * random.Unit();
-        const float base = model.gridSpacing * 8180.0f * (random.Unit() - 0.5f) * 2.0f;
-        const float steepest = model.gridSpacing * slopes[seed / 4 % 4];
+        model.grid.columns = sizes[seed % 4][0];
+        model.grid.rows = sizes[seed % 4][1];
+        model.grid.spacing = 0.0005f + 0.1f * random.Unit();
+        const float base = model.grid.spacing * 8180.0f * (random.Unit() - 0.5f) * 2.0f;
+        const float steepest = model.grid.spacing * slopes[seed / 4 % 4];
         std::vector<float> heights;
-        for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+        for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
             heights.push_back(base + steepest * random.Unit());
         }
-        const float distance = (random.Unit() - 0.5f) * model.gridSpacing;
+        const float distance = (random.Unit() - 0.5f) * model.grid.spacing;
         const float lateral = seed % 2 == 0 ? 0.0f : random.Unit() * 0.3f;
-        std::vector<float> out(model.CellCount());
-        std::vector<float> plain(model.CellCount());
-        OffsetSurface(model, out, heights, distance, lateral);
-        OffsetSurfacePlain(model, plain, heights, distance, lateral);
+        std::vector<float> out(model.grid.CellCount());
+        std::vector<float> plain(model.grid.CellCount());
+        OffsetSurface(model.grid, out, heights, distance, lateral);
+        OffsetSurfacePlain(model.grid, plain, heights, distance, lateral);
         ASSERT_EQ(BitsOf(out), BitsOf(plain)) << "seed " << seed;
     }
 }
@@ -201,10 +195,10 @@ TEST_F(SurfaceOffsetAgainstPlain, SurvivesExtremeArguments) {
             for (int repeat = 0; repeat < 6; ++repeat) {
                 ChooseMachine(round++);
                 const std::vector<float> heights = RandomSurface(model, random);
-                std::vector<float> out(model.CellCount());
-                std::vector<float> plain(model.CellCount());
-                OffsetSurface(model, out, heights, distance, lateral);
-                OffsetSurfacePlain(model, plain, heights, distance, lateral);
+                std::vector<float> out(model.grid.CellCount());
+                std::vector<float> plain(model.grid.CellCount());
+                OffsetSurface(model.grid, out, heights, distance, lateral);
+                OffsetSurfacePlain(model.grid, plain, heights, distance, lateral);
                 ASSERT_EQ(BitsOf(out), BitsOf(plain)) << distance << ", " << lateral;
             }
         }
@@ -224,9 +218,9 @@ TEST_F(VertexNormalsAgainstPlain, GiveTheSameBits) {
         }
         std::vector<float> normals(3 * heights.size(), 5.0f);
         std::vector<float> plain(3 * heights.size(), 6.0f);
-        ComputeVertexNormals(model.gridColumns, model.gridRows, model.gridSpacing, normals,
+        ComputeVertexNormals(model.grid.columns, model.grid.rows, model.grid.spacing, normals,
                              heights);
-        ComputeVertexNormalsPlain(model.gridColumns, model.gridRows, model.gridSpacing, plain,
+        ComputeVertexNormalsPlain(model.grid.columns, model.grid.rows, model.grid.spacing, plain,
                                   heights);
         ASSERT_EQ(BitsOf(normals), BitsOf(plain)) << "seed " << seed;
     }
@@ -238,8 +232,9 @@ TEST(MissingCellsAgainstPlain, AreFilledWithTheSameBits) {
         TestRandom random(seed);
         ProcessModel model;
         SetUpRandomGrid(model, random);
-        BuildNeighbourTable(model.neighbours, model.gridRows, model.gridColumns, model.gridSpacing);
-        std::vector<float> raster(model.CellCount(), 0.0f);
+        BuildNeighbourTable(model.grid.neighbours, model.grid.rows, model.grid.columns,
+                            model.grid.spacing);
+        std::vector<float> raster(model.grid.CellCount(), 0.0f);
         const std::uint32_t rarity = 1 + random.Below(12) * random.Below(12);
         for (float& value : raster) {
             if (random.Below(rarity) == 0) {
@@ -254,10 +249,10 @@ TEST(MissingCellsAgainstPlain, AreFilledWithTheSameBits) {
         std::vector<float> out(raster);
         std::vector<float> plain(raster.size(), 6.0f);
         const std::int32_t filled =
-            FillMissingCells(model.gridColumns, model.gridRows, model.gridSpacing, out);
+            FillMissingCells(model.grid.columns, model.grid.rows, model.grid.spacing, out);
         EXPECT_EQ(filled,
-                  FillMissingCellsPlain(model.gridColumns, model.gridRows, model.gridSpacing,
-                                        model.neighbours, plain, raster));
+                  FillMissingCellsPlain(model.grid.columns, model.grid.rows, model.grid.spacing,
+                                        model.grid.neighbours, plain, raster));
         ASSERT_EQ(BitsOf(out), BitsOf(plain)) << "seed " << seed;
     }
 }
@@ -265,10 +260,10 @@ TEST(MissingCellsAgainstPlain, AreFilledWithTheSameBits) {
 /// The first cell with a value on a walk through the neighbour table, or -1.
 std::int64_t FirstInTable(const ProcessModel& model, const std::vector<float>& raster,
                           std::int32_t col, std::int32_t row) {
-    for (const NeighbourOffset& entry : model.neighbours.entries) {
+    for (const NeighbourOffset& entry : model.grid.neighbours.entries) {
         const std::int32_t x = col + entry.dx;
         const std::int32_t y = row + entry.dy;
-        if (x >= 0 && x < model.gridColumns && y >= 0 && y < model.gridRows &&
+        if (x >= 0 && x < model.grid.columns && y >= 0 && y < model.grid.rows &&
             raster[CellAt(model, x, y)] != 0.0f) {
             return static_cast<std::int64_t>(CellAt(model, x, y));
         }
@@ -281,16 +276,17 @@ TEST(NearestValue, IsTheFirstOneInTheNeighbourTable) {
         TestRandom random(seed);
         ProcessModel model;
         SetUpRandomGrid(model, random);
-        BuildNeighbourTable(model.neighbours, model.gridRows, model.gridColumns, model.gridSpacing);
-        std::vector<float> raster(model.CellCount(), 0.0f);
+        BuildNeighbourTable(model.grid.neighbours, model.grid.rows, model.grid.columns,
+                            model.grid.spacing);
+        std::vector<float> raster(model.grid.CellCount(), 0.0f);
         const std::uint32_t rarity = 1 + random.Below(12) * random.Below(20);
         for (float& value : raster) {
             value = random.Below(rarity) == 0 ? 1.0f : 0.0f;
         }
-        const ValuedCells valued = FindValuedCells(model.gridColumns, model.gridRows, raster);
-        for (std::int32_t row = 0; row < model.gridRows; ++row) {
-            for (std::int32_t col = 0; col < model.gridColumns; ++col) {
-                ASSERT_EQ(FindNearestValue(valued, model.gridSpacing, col, row),
+        const ValuedCells valued = FindValuedCells(model.grid.columns, model.grid.rows, raster);
+        for (std::int32_t row = 0; row < model.grid.rows; ++row) {
+            for (std::int32_t col = 0; col < model.grid.columns; ++col) {
+                ASSERT_EQ(FindNearestValue(valued, model.grid.spacing, col, row),
                           FirstInTable(model, raster, col, row))
                     << "seed " << seed << ", cell " << col << ", " << row;
             }
@@ -303,7 +299,7 @@ TEST(NearestValue, IsTheLeftOneWhereLengthsRoundToTheSame) {
     constexpr float pitch = std::numeric_limits<float>::denorm_min();
     ProcessModel model;
     SetUpGrid(model, 6, 90, pitch);
-    std::vector<float> raster(model.CellCount(), 0.0f);
+    std::vector<float> raster(model.grid.CellCount(), 0.0f);
     for (const std::int32_t col : {0, 2, 3, 5}) {
         raster[CellAt(model, col, 80)] = 1.0f;
         raster[CellAt(model, col, 81)] = 1.0f;

@@ -18,8 +18,8 @@ constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 
 std::vector<float> Offset(const ProcessModel& model, const std::vector<float>& heights,
                           float distance, float lateral) {
-    std::vector<float> out(model.CellCount(), 99.0f);
-    OffsetSurface(model, out, heights, distance, lateral);
+    std::vector<float> out(model.grid.CellCount(), 99.0f);
+    OffsetSurface(model.grid, out, heights, distance, lateral);
     return out;
 }
 
@@ -29,7 +29,7 @@ std::vector<float> Fill(std::int32_t cols, const std::vector<float>& raster,
     ProcessModel model;
     SetUpGrid(model, cols, static_cast<std::int32_t>(raster.size()) / cols, 1.0f);
     std::vector<float> out(raster);
-    const std::int32_t count = FillMissingCells(cols, model.gridRows, 1.0f, out);
+    const std::int32_t count = FillMissingCells(cols, model.grid.rows, 1.0f, out);
     if (filled != nullptr) {
         *filled = count;
     }
@@ -39,7 +39,7 @@ std::vector<float> Fill(std::int32_t cols, const std::vector<float>& raster,
 /// Heights by column, the same in every row.
 std::vector<float> Profile(const ProcessModel& model, const std::vector<float>& columns) {
     std::vector<float> heights;
-    for (std::int32_t row = 0; row < model.gridRows; ++row) {
+    for (std::int32_t row = 0; row < model.grid.rows; ++row) {
         heights.insert(heights.end(), columns.begin(), columns.end());
     }
     return heights;
@@ -106,7 +106,7 @@ TEST(SurfaceOffset, RaisesAFlatSurfaceByTheDistance) {
     ProcessModel model;
     SetUpGrid(model, 12, 9, 0.37f);
     for (const float lateral : {0.0f, 0.1f, 1.0f, 5.0f}) {
-        const std::vector<float> heights(model.CellCount(), 1.3f);
+        const std::vector<float> heights(model.grid.CellCount(), 1.3f);
         for (const float height : Offset(model, heights, 0.45f, lateral)) {
             EXPECT_NEAR(height, 1.75f, 1e-6f);
         }
@@ -213,9 +213,9 @@ TEST(SurfaceOffset, TakesAHeightOfExactlyZeroForAGap) {
 TEST(SurfaceOffset, IsZeroWhereNothingHasAValue) {
     ProcessModel model;
     SetUpGrid(model, 6, 5, 1.0f);
-    const std::vector<float> zero(model.CellCount(), 0.0f);
-    EXPECT_EQ(Offset(model, std::vector<float>(model.CellCount(), 0.5f), -0.5f, 0.3f), zero);
-    EXPECT_EQ(Offset(model, std::vector<float>(model.CellCount(), nan), 0.5f, 0.3f), zero);
+    const std::vector<float> zero(model.grid.CellCount(), 0.0f);
+    EXPECT_EQ(Offset(model, std::vector<float>(model.grid.CellCount(), 0.5f), -0.5f, 0.3f), zero);
+    EXPECT_EQ(Offset(model, std::vector<float>(model.grid.CellCount(), nan), 0.5f, 0.3f), zero);
 }
 
 TEST(SurfaceOffset, OfASingleRowOrColumnIsZero) {
@@ -233,7 +233,7 @@ TEST(SurfaceOffset, OfASingleRowOrColumnIsZero) {
 TEST(SurfaceOffset, LeavesANaNToItsSurroundings) {
     ProcessModel model;
     SetUpGrid(model, 9, 7, 1.0f);
-    std::vector<float> heights(model.CellCount(), 1.0f);
+    std::vector<float> heights(model.grid.CellCount(), 1.0f);
     heights[CellAt(model, 4, 3)] = nan;
     for (const float height : Offset(model, heights, 1.0f, 0.2f)) {
         EXPECT_NEAR(height, 2.0f, 1e-6f);

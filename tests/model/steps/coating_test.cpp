@@ -17,11 +17,11 @@ constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 constexpr float infinity = std::numeric_limits<float>::infinity();
 
 std::unique_ptr<Layer> NewLayer(const ProcessModel& model) {
-    return CreateLayer(model.gridRows, model.gridColumns, model.gridSpacing, nullptr);
+    return CreateLayer(model.grid);
 }
 
 void RandomCover(ProcessModel& model, TestRandom& random) {
-    for (CoverCell& cover : model.coverMap) {
+    for (CoverCell& cover : model.stack.coverMap) {
         cover.height = random.Below(3) == 0 ? 1.0f : 1.0f + 2.0f * random.Unit();
     }
 }
@@ -32,34 +32,35 @@ TEST(CoatLayer, WithoutPlanarisationIsTheSurfaceAndTheThickness) {
     TestRandom random(8);
     RandomCover(model, random);
     const auto layer = NewLayer(model);
-    CoatLayer(model, *layer, 0.37f, 0.0f);
-    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
-        EXPECT_EQ(layer->bottom[cell], model.coverMap[cell].height);
-        EXPECT_NEAR(layer->top[cell], 0.37f + model.coverMap[cell].height, 1e-6f);
+    CoatLayer(model.grid, model.stack.coverMap, *layer, 0.37f, 0.0f);
+    for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
+        EXPECT_EQ(layer->bottom[cell], model.stack.coverMap[cell].height);
+        EXPECT_NEAR(layer->top[cell], 0.37f + model.stack.coverMap[cell].height, 1e-6f);
     }
 }
 
 TEST(CoatLayer, WithoutPlanarisationAFlatFilmIsExact) {
     ProcessModel model;
     SetUpGrid(model, 17, 11, 0.13f);
-    for (CoverCell& cover : model.coverMap) {
+    for (CoverCell& cover : model.stack.coverMap) {
         cover.height = 4.3f;
     }
     const auto layer = NewLayer(model);
-    CoatLayer(model, *layer, 0.1f, 0.0f);
-    EXPECT_EQ(layer->top, std::vector<float>(model.CellCount(), 0.1f + 4.3f));
+    CoatLayer(model.grid, model.stack.coverMap, *layer, 0.1f, 0.0f);
+    EXPECT_EQ(layer->top, std::vector<float>(model.grid.CellCount(), 0.1f + 4.3f));
 }
 
 TEST(CoatLayer, FlatSurfaceStaysFlatWhateverTheRadius) {
     ProcessModel model;
     SetUpGrid(model, 40, 30, 0.1f);
-    for (CoverCell& cover : model.coverMap) {
+    for (CoverCell& cover : model.stack.coverMap) {
         cover.height = 0x1.133334p+2f;
     }
     for (const float thickness : {0.01f, 0.1f, 0.3f, 1.0f, 3.3f}) {
         const auto layer = NewLayer(model);
-        CoatLayer(model, *layer, thickness, 1.0f);
-        EXPECT_EQ(layer->top, std::vector<float>(model.CellCount(), thickness + 0x1.133334p+2f));
+        CoatLayer(model.grid, model.stack.coverMap, *layer, thickness, 1.0f);
+        EXPECT_EQ(layer->top,
+                  std::vector<float>(model.grid.CellCount(), thickness + 0x1.133334p+2f));
     }
 }
 
@@ -79,9 +80,9 @@ TEST(CoatLayer, RadiusIsRoundedAfterEachProductFromTheLeft) {
           Case{3.92f, 0.87f, 0x1.e02f34p+2f, false}}) {
         ProcessModel model;
         SetUpGrid(model, 3, 3, c.pitch);
-        model.coverMap[4].height = 1.0f;
+        model.stack.coverMap[4].height = 1.0f;
         const auto layer = NewLayer(model);
-        CoatLayer(model, *layer, c.thickness, c.dop);
+        CoatLayer(model.grid, model.stack.coverMap, *layer, c.thickness, c.dop);
         EXPECT_EQ(layer->top[1] > c.thickness, c.takesNeighboursIn) << c.pitch;
     }
 }
@@ -93,11 +94,13 @@ TEST(CoatLayer, FillsATrenchAndThinsOverARidge) {
         for (std::int32_t col = 0; col < 60; ++col) {
             const bool trench = col >= 18 && col < 22;
             const bool ridge = col >= 38 && col < 42;
-            model.coverMap[CellAt(model, col, row)].height = trench ? 0.5f : ridge ? 1.5f : 1.0f;
+            model.stack.coverMap[CellAt(model, col, row)].height = trench  ? 0.5f
+                                                                   : ridge ? 1.5f
+                                                                           : 1.0f;
         }
     }
     const auto layer = NewLayer(model);
-    CoatLayer(model, *layer, 0.6f, 1.0f);
+    CoatLayer(model.grid, model.stack.coverMap, *layer, 0.6f, 1.0f);
     EXPECT_GT(layer->top[CellAt(model, 20, 1)], 0.5f + 0.6f + 0.1f);
     EXPECT_LT(layer->top[CellAt(model, 40, 1)], 1.5f + 0.6f - 0.1f);
     EXPECT_GE(layer->top[CellAt(model, 40, 1)], 1.5f);
@@ -106,11 +109,11 @@ TEST(CoatLayer, FillsATrenchAndThinsOverARidge) {
 TEST(CoatLayer, NeverDipsUnderTheSurface) {
     ProcessModel model;
     SetUpGrid(model, 25, 25, 0.1f);
-    model.coverMap[CellAt(model, 12, 12)].height = 10.0f;
+    model.stack.coverMap[CellAt(model, 12, 12)].height = 10.0f;
     const auto layer = NewLayer(model);
-    CoatLayer(model, *layer, 0.5f, 1.0f);
+    CoatLayer(model.grid, model.stack.coverMap, *layer, 0.5f, 1.0f);
     EXPECT_EQ(layer->top[CellAt(model, 12, 12)], 10.0f);
-    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+    for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         EXPECT_GE(layer->top[cell], layer->bottom[cell]);
     }
 }
@@ -120,7 +123,7 @@ TEST(SmoothLayerTop, AtTheEdgeTheMeanIsOverTheCellsThatRemain) {
     SetUpGrid(model, 4, 1, 1.0f);
     const auto layer = NewLayer(model);
     layer->top = {2.0f, 4.0f, 9.0f, 11.0f};
-    SmoothLayerTop(model, *layer, 1.0f);
+    SmoothLayerTop(model.grid, *layer, 1.0f);
     EXPECT_EQ(layer->top, (std::vector<float>{3.0f, 5.0f, 8.0f, 10.0f}));
 }
 
@@ -129,7 +132,7 @@ TEST(SmoothLayerTop, TakesTheWholeDiscIn) {
     SetUpGrid(model, 3, 3, 1.0f);
     const auto layer = NewLayer(model);
     layer->top = {1.0f, 2.0f, 4.0f, 8.0f, 16.0f, 32.0f, 64.0f, 128.0f, 256.0f};
-    SmoothLayerTop(model, *layer, 1.0f);
+    SmoothLayerTop(model.grid, *layer, 1.0f);
     EXPECT_EQ(layer->top[4], (2.0f + 8.0f + 16.0f + 32.0f + 128.0f) / 5.0f);
     EXPECT_EQ(layer->top[0], static_cast<float>((1.0 + 2.0 + 8.0) / 3.0));
     EXPECT_EQ(layer->top[5], (4.0f + 16.0f + 32.0f + 256.0f) / 4.0f);
@@ -141,7 +144,7 @@ TEST(SmoothLayerTop, MeansBelowTheBottomAreRaisedToIt) {
     const auto layer = NewLayer(model);
     layer->top = {0.0f, 6.0f, 0.0f};
     layer->bottom = {0.0f, 5.0f, 0.0f};
-    SmoothLayerTop(model, *layer, 1.0f);
+    SmoothLayerTop(model.grid, *layer, 1.0f);
     EXPECT_EQ(layer->top, (std::vector<float>{3.0f, 5.0f, 3.0f}));
 }
 
@@ -151,7 +154,7 @@ TEST(SmoothLayerTop, ANaNReachesTheRestOfItsRows) {
     SetUpGrid(model, 12, 5, 1.0f);
     const auto layer = NewLayer(model);
     layer->top[CellAt(model, 4, 2)] = nan;
-    SmoothLayerTop(model, *layer, 1.0f);
+    SmoothLayerTop(model.grid, *layer, 1.0f);
     const auto isNaN = [&](std::int32_t col, std::int32_t row) {
         return std::isnan(layer->top[CellAt(model, col, row)]);
     };
@@ -171,7 +174,7 @@ TEST(SmoothLayerTop, TheCarriedSumKeepsItsRoundings) {
     const auto layer = NewLayer(model);
     layer->top.assign(40, 0.1f);
     layer->top[5] = 1e18f;
-    SmoothLayerTop(model, *layer, 2.0f);
+    SmoothLayerTop(model.grid, *layer, 2.0f);
     double sum = 0.0;
     for (int i = 0; i < 5; ++i) {
         sum += 0.1f;
@@ -188,12 +191,12 @@ TEST(SmoothLayerTop, IsNearTheMeanSummedAnew) {
         const float radius = std::sqrt(static_cast<float>(random.Below(100)) + 0.5f) * 0.25f;
         const auto sliding = NewLayer(model);
         const auto direct = NewLayer(model);
-        for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
-            sliding->top[cell] = direct->top[cell] = model.coverMap[cell].height;
+        for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
+            sliding->top[cell] = direct->top[cell] = model.stack.coverMap[cell].height;
         }
-        SmoothLayerTop(model, *sliding, radius);
-        SmoothLayerTopDirect(model, *direct, radius);
-        for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+        SmoothLayerTop(model.grid, *sliding, radius);
+        SmoothLayerTopDirect(model.grid, *direct, radius);
+        for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
             ASSERT_NEAR(sliding->top[cell], direct->top[cell], 1e-6f);
         }
     }
@@ -225,12 +228,12 @@ TEST(SmoothLayerTop, IsTheSameAsWithEveryBoundTested) {
         plain->bottom = layer->bottom;
 
         const NeighbourOffset& entry =
-            model.neighbours
-                .entries[random.Below(static_cast<std::uint32_t>(model.neighbours.count))];
+            model.grid.neighbours
+                .entries[random.Below(static_cast<std::uint32_t>(model.grid.neighbours.count))];
         const float radii[] = {0.0f, entry.distance, 8.0f * random.Unit(), infinity, nan, -1.0f};
         const float radius = radii[i % 10 < 5 ? 1 : random.Below(6)];
-        SmoothLayerTop(model, *layer, radius);
-        SmoothLayerTopPlain(model, *plain, radius);
+        SmoothLayerTop(model.grid, *layer, radius);
+        SmoothLayerTopPlain(model.grid, *plain, radius);
         ASSERT_EQ(BitsOf(layer->top), BitsOf(plain->top))
             << cols << " x " << rows << ", " << radius;
     }

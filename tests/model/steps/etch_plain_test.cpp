@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
 #include <string>
 #include <vector>
@@ -15,6 +14,7 @@
 #include "model/offset/surface_offset.h"
 #include "model/steps/steps.h"
 #include "tests/model/grid_model.h"
+#include "tests/support/case_count.h"
 
 namespace zelmo {
 namespace {
@@ -24,8 +24,8 @@ constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 /// From the top of the stack down to the first material that stands.
 void EtchColumnPlain(ProcessModel& model, const std::string& target, std::size_t cell,
                      float front) {
-    for (std::size_t id = model.layers.size() - 1; id > 0; --id) {
-        Layer* layer = model.layers[id].get();
+    for (std::size_t id = model.stack.layers.size() - 1; id > 0; --id) {
+        Layer* layer = model.stack.layers[id].get();
         if (layer == nullptr || layer->top[cell] == layer->bottom[cell]) {
             continue;
         }
@@ -61,22 +61,22 @@ void SetUpRandomStack(ProcessModel& model, TestRandom& random) {
         Layer& layer = AppendFlatLayer(model, 0.0f, 0.0f, materials[random.Below(2)]);
         layer.isPhotoresist = random.Below(5) == 0;
         const std::uint32_t rarity = 1 + random.Below(4);
-        for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+        for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
             layer.bottom[cell] = RandomHeight(random);
             layer.top[cell] = random.Below(rarity) == 0 ? RandomHeight(random) : layer.bottom[cell];
         }
         if (random.Below(8) == 0) {
-            DestroyLayer(model.layers.back());
+            model.stack.layers.back().reset();
         }
     }
-    for (CoverCell& cell : model.coverMap) {
+    for (CoverCell& cell : model.stack.coverMap) {
         cell.height = RandomHeight(random);
     }
 }
 
 std::vector<std::vector<std::uint32_t>> TopsOf(const ProcessModel& model) {
     std::vector<std::vector<std::uint32_t>> tops;
-    for (const auto& layer : model.layers) {
+    for (const auto& layer : model.stack.layers) {
         tops.push_back(layer == nullptr ? std::vector<std::uint32_t>{} : BitsOf(layer->top));
     }
     return tops;
@@ -91,9 +91,7 @@ protected:
 };
 
 TEST_F(EtchAgainstPlain, LowersTheSameCellsToTheSameBits) {
-    const char* const wanted = std::getenv("ZELMO_CASES");
-    const std::uint32_t cases =
-        wanted == nullptr ? 400 : static_cast<std::uint32_t>(std::strtoul(wanted, nullptr, 10));
+    const std::uint32_t cases = CaseCount(400);
     for (std::uint32_t seed = 0; seed < cases; ++seed) {
         AllowWideLanes(seed % 2 == 0);
         SetRowThreads(static_cast<std::int32_t>(1 + seed % 3));
@@ -105,17 +103,17 @@ TEST_F(EtchAgainstPlain, LowersTheSameCellsToTheSameBits) {
         SetUpRandomStack(plain, again);
 
         ProcessStep step;
-        step.kind = StepEtch;
+        step.kind = StepKind::Etch;
         step.targets = {"ox"};
         step.depth = static_cast<float>(random.Below(5)) * 0.25f;
-        ExecuteEtch(model, step);
+        ExecuteEtch(model.stack, model.grid, step);
 
         std::vector<float> surface;
-        for (const CoverCell& cell : plain.coverMap) {
+        for (const CoverCell& cell : plain.stack.coverMap) {
             surface.push_back(cell.height);
         }
         std::vector<float> front(surface.size());
-        OffsetSurface(plain, front, surface, -step.depth, step.iso);
+        OffsetSurface(plain.grid, front, surface, -step.depth, step.iso);
         for (std::size_t cell = 0; cell < front.size(); ++cell) {
             EtchColumnPlain(plain, "ox", cell, front[cell]);
         }

@@ -17,7 +17,7 @@ namespace {
 
 ProcessStep EtchStep(std::vector<std::string> targets, float depth, float iso = 0.0f) {
     ProcessStep step;
-    step.kind = StepEtch;
+    step.kind = StepKind::Etch;
     step.targets = std::move(targets);
     step.depth = depth;
     step.iso = iso;
@@ -35,7 +35,7 @@ protected:
     Layer& Append(float thickness, const std::string& material) {
         Layer& layer = AppendFlatLayer(model, surface, thickness, material);
         surface += thickness;
-        UpdateCoverMap(model);
+        UpdateCoverMap(model.stack, model.grid);
         return layer;
     }
 
@@ -45,11 +45,11 @@ protected:
         return layer;
     }
 
-    void Run(const ProcessStep& step) { ExecuteEtch(model, step); }
+    void Run(const ProcessStep& step) { ExecuteEtch(model.stack, model.grid, step); }
 
     /// The layer's top, expected to be the same everywhere.
     float TopOf(std::size_t id) const {
-        const Layer& layer = *model.layers[id];
+        const Layer& layer = *model.stack.layers[id];
         for (const float top : layer.top) {
             EXPECT_EQ(top, layer.top[0]);
         }
@@ -64,19 +64,19 @@ TEST_F(Etch, LowersTheTargetByTheDepth) {
     Append(4.0f, "ox");
     Run(EtchStep({"ox"}, 1.5f));
     EXPECT_EQ(TopOf(1), 12.5f);
-    EXPECT_EQ(model.coverMap[7].layerId, 1);
-    EXPECT_EQ(model.coverMap[7].height, 12.5f);
+    EXPECT_EQ(model.stack.coverMap[7].layerId, 1);
+    EXPECT_EQ(model.stack.coverMap[7].height, 12.5f);
 }
 
 TEST_F(Etch, OnOpenGroundSetsTheTopToTheFront) {
     Layer& oxide = Append(4.0f, "ox");
-    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+    for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         oxide.top[cell] += static_cast<float>(cell % 7) * 0.1f;
     }
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     const std::vector<float> before = oxide.top;
-    std::vector<float> front(model.CellCount());
-    OffsetSurface(model, front, before, -1.0f, 0.0f);
+    std::vector<float> front(model.grid.CellCount());
+    OffsetSurface(model.grid, front, before, -1.0f, 0.0f);
     Run(EtchStep({"ox"}, 1.0f));
     EXPECT_EQ(BitsOf(oxide.top), BitsOf(front));
     for (std::size_t cell = 0; cell < before.size(); ++cell) {
@@ -89,12 +89,12 @@ TEST_F(Etch, EatsIntoAWallByTheIsotropy) {
     SetUpGrid(fine, 60, 7, 0.1f);
     AppendFlatLayer(fine, 0.0f, 5.0f, "_SUB_");
     Layer& oxide = AppendFlatLayer(fine, 5.0f, 1.0f, "ox");
-    for (std::size_t cell = 0; cell < fine.CellCount(); ++cell) {
+    for (std::size_t cell = 0; cell < fine.grid.CellCount(); ++cell) {
         if (cell % 60 < 30) {
             oxide.top[cell] = 25.0f;
         }
     }
-    UpdateCoverMap(fine);
+    UpdateCoverMap(fine.stack, fine.grid);
     const auto cellsAbove = [&] {
         int count = 0;
         for (std::int32_t col = 0; col < 60; ++col) {
@@ -103,7 +103,7 @@ TEST_F(Etch, EatsIntoAWallByTheIsotropy) {
         return count;
     };
     ASSERT_EQ(cellsAbove(), 30);
-    ExecuteEtch(fine, EtchStep({"ox"}, 1.0f, 0.8f));
+    ExecuteEtch(fine.stack, fine.grid, EtchStep({"ox"}, 1.0f, 0.8f));
     EXPECT_NEAR(cellsAbove(), 22, 1);
 }
 
@@ -115,7 +115,7 @@ TEST_F(Etch, GoesOnIntoTheNextEtchableLayer) {
     EXPECT_EQ(TopOf(3), 13.0f);
     EXPECT_EQ(TopOf(2), 12.0f);
     EXPECT_EQ(TopOf(1), 11.5f);
-    EXPECT_EQ(model.coverMap[0].layerId, 1);
+    EXPECT_EQ(model.stack.coverMap[0].layerId, 1);
 }
 
 TEST_F(Etch, StopsAtTheFirstLayerThatStands) {
@@ -126,7 +126,7 @@ TEST_F(Etch, StopsAtTheFirstLayerThatStands) {
     EXPECT_EQ(TopOf(3), 13.0f);
     EXPECT_EQ(TopOf(2), 13.0f);
     EXPECT_EQ(TopOf(1), 12.0f);
-    EXPECT_EQ(model.coverMap[0].layerId, 2);
+    EXPECT_EQ(model.stack.coverMap[0].layerId, 2);
 }
 
 TEST_F(Etch, DoesNotReachATargetUnderAnotherMaterial) {
@@ -134,11 +134,11 @@ TEST_F(Etch, DoesNotReachATargetUnderAnotherMaterial) {
     Layer& nitride = Append(1.0f, "nit");
     // Open in one cell.
     nitride.top[8] = nitride.bottom[8];
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     Run(EtchStep({"ox"}, 1.0f));
-    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+    for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         EXPECT_EQ(nitride.top[cell], cell == 8 ? 12.0f : 13.0f);
-        EXPECT_EQ(model.layers[1]->top[cell], cell == 8 ? 11.0f : 12.0f);
+        EXPECT_EQ(model.stack.layers[1]->top[cell], cell == 8 ? 11.0f : 12.0f);
     }
 }
 
@@ -147,7 +147,7 @@ TEST_F(Etch, NeverReachesTheSubstrate) {
     Run(EtchStep({"ox", "_SUB_"}, 5.0f));
     EXPECT_EQ(TopOf(1), 10.0f);
     EXPECT_EQ(TopOf(0), 10.0f);
-    EXPECT_EQ(model.coverMap[0].layerId, 0);
+    EXPECT_EQ(model.stack.coverMap[0].layerId, 0);
     // A column in which only the substrate remains is left as it is.
     Run(EtchStep({"ox", "_SUB_"}, 5.0f));
     EXPECT_EQ(TopOf(1), 10.0f);
@@ -159,8 +159,8 @@ TEST_F(Etch, NeverLowersATopUnderItsBottom) {
     Append(1.0f, "nit");
     for (const float depth : {0.5f, 1.0f, 3.0f, 1000.0f}) {
         Run(EtchStep({"ox", "nit"}, depth));
-        for (const auto& layer : model.layers) {
-            for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+        for (const auto& layer : model.stack.layers) {
+            for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
                 EXPECT_GE(layer->top[cell], layer->bottom[cell]);
             }
         }
@@ -173,15 +173,15 @@ TEST_F(Etch, ThatEndsExactlyAtABottomDoesNotGoOn) {
     Run(EtchStep({"ox", "nit"}, 1.0f));
     EXPECT_EQ(TopOf(2), 12.0f);
     EXPECT_EQ(TopOf(1), 12.0f);
-    EXPECT_EQ(model.coverMap[0].layerId, 1);
+    EXPECT_EQ(model.stack.coverMap[0].layerId, 1);
 }
 
 TEST_F(Etch, ThatEndsExactlyAtABottomIsFinishedThere) {
     // What lies under the film reaches above the front, but the front ended inside the film.
     Append(5.0f, "ox");
     Layer& film = Append(1.0f, "ox");
-    film.bottom.assign(model.CellCount(), 13.0f);
-    UpdateCoverMap(model);
+    film.bottom.assign(model.grid.CellCount(), 13.0f);
+    UpdateCoverMap(model.stack, model.grid);
     Run(EtchStep({"ox"}, 3.0f));
     EXPECT_EQ(TopOf(2), 13.0f);
     EXPECT_EQ(TopOf(1), 15.0f);
@@ -221,10 +221,10 @@ TEST_F(Etch, OfATargetThatIsNotThereStillLowersResist) {
 TEST_F(Etch, WithoutTargetsLeavesResist) {
     Append(2.0f, "ox");
     Layer& resist = AppendResist(3.0f);
-    resist.meshDirty = false;
+    resist.changed = false;
     Run(EtchStep({}, 1.0f));
     EXPECT_EQ(TopOf(2), 15.0f);
-    EXPECT_FALSE(resist.meshDirty);
+    EXPECT_FALSE(resist.changed);
 }
 
 TEST_F(Etch, ComparesWholeNames) {
@@ -240,9 +240,9 @@ TEST_F(Etch, SkipsEmptySlotsAndEmptyLayers) {
     Append(2.0f, "ox");
     Append(1.0f, "nit");
     Append(0.0f, "metal");
-    model.layers.push_back(nullptr);
-    DestroyLayer(model.layers[2]);
-    UpdateCoverMap(model);
+    model.stack.layers.push_back(nullptr);
+    model.stack.layers[2].reset();
+    UpdateCoverMap(model.stack, model.grid);
     // Under the empty metal and the empty slot the oxide is open.
     Run(EtchStep({"ox"}, 0.5f));
     EXPECT_EQ(TopOf(1), 11.5f);
@@ -251,7 +251,7 @@ TEST_F(Etch, SkipsEmptySlotsAndEmptyLayers) {
 TEST_F(Etch, LeavesALayerWhoseTopLiesUnderTheFront) {
     // The cover map tells of a surface far above.
     Append(2.0f, "ox");
-    for (CoverCell& cell : model.coverMap) {
+    for (CoverCell& cell : model.stack.coverMap) {
         cell.height = 20.0f;
     }
     Run(EtchStep({"ox"}, 1.0f));
@@ -262,9 +262,9 @@ TEST_F(Etch, PassesALayerUnderTheFrontByOnItsWayDown) {
     // A layer hangs below the front while the one under it, at this cell, reaches above.
     Append(5.0f, "ox");
     Layer& film = Append(1.0f, "ox");
-    film.bottom.assign(model.CellCount(), 11.0f);
-    film.top.assign(model.CellCount(), 12.0f);
-    for (CoverCell& cell : model.coverMap) {
+    film.bottom.assign(model.grid.CellCount(), 11.0f);
+    film.top.assign(model.grid.CellCount(), 12.0f);
+    for (CoverCell& cell : model.stack.coverMap) {
         cell.height = 15.0f;
     }
     Run(EtchStep({"ox"}, 1.0f));
@@ -277,12 +277,12 @@ TEST_F(Etch, TreatsATopThatIsNoNumberAsOneUnderTheFront) {
     Append(2.0f, "ox");
     Layer& film = Append(1.0f, "ox");
     film.top[14] = nan;
-    for (CoverCell& cell : model.coverMap) {
+    for (CoverCell& cell : model.stack.coverMap) {
         cell.height = 13.0f;
     }
     Run(EtchStep({"ox"}, 1.5f));
     EXPECT_TRUE(film.top[14] != film.top[14]);
-    EXPECT_EQ(model.layers[1]->top[14], 11.5f);
+    EXPECT_EQ(model.stack.layers[1]->top[14], 11.5f);
     EXPECT_EQ(film.top[13], 12.0f);
 }
 
@@ -290,23 +290,23 @@ TEST_F(Etch, MarksTargetsAndResistForANewMesh) {
     Append(2.0f, "ox");
     Append(1.0f, "nit");
     AppendResist(1.0f);
-    for (const auto& layer : model.layers) {
-        layer->meshDirty = false;
+    for (const auto& layer : model.stack.layers) {
+        layer->changed = false;
     }
     // Nothing of the oxide changes under the nitride; its mesh is made again all the same.
     Run(EtchStep({"ox"}, 0.25f));
-    EXPECT_FALSE(model.layers[0]->meshDirty);
-    EXPECT_TRUE(model.layers[1]->meshDirty);
-    EXPECT_FALSE(model.layers[2]->meshDirty);
-    EXPECT_TRUE(model.layers[3]->meshDirty);
+    EXPECT_FALSE(model.stack.layers[0]->changed);
+    EXPECT_TRUE(model.stack.layers[1]->changed);
+    EXPECT_FALSE(model.stack.layers[2]->changed);
+    EXPECT_TRUE(model.stack.layers[3]->changed);
 }
 
 TEST_F(Etch, KeepsTheSlotOfALayerThatItHasEmptied) {
     Append(2.0f, "ox");
     Run(EtchStep({"ox"}, 3.0f));
-    ASSERT_EQ(model.layers.size(), 2U);
-    ASSERT_NE(model.layers[1], nullptr);
-    EXPECT_EQ(model.layers[1]->top, model.layers[1]->bottom);
+    ASSERT_EQ(model.stack.layers.size(), 2U);
+    ASSERT_NE(model.stack.layers[1], nullptr);
+    EXPECT_EQ(model.stack.layers[1]->top, model.stack.layers[1]->bottom);
 }
 
 TEST_F(Etch, OfDepthZeroChangesNothing) {
@@ -319,7 +319,7 @@ class Release : public Etch {
 protected:
     static ProcessStep ReleaseStep(std::vector<std::string> targets) {
         ProcessStep step;
-        step.kind = StepRelease;
+        step.kind = StepKind::Release;
         step.targets = std::move(targets);
         return step;
     }
@@ -329,25 +329,25 @@ TEST_F(Release, EmptiesAllLayersOfAMaterial) {
     Append(2.0f, "sac");
     Append(1.0f, "poly");
     Append(2.0f, "sac");
-    for (const auto& layer : model.layers) {
-        layer->meshDirty = false;
+    for (const auto& layer : model.stack.layers) {
+        layer->changed = false;
     }
-    ExecuteRelease(model, ReleaseStep({"sac"}));
+    ExecuteRelease(model.stack, model.grid, ReleaseStep({"sac"}));
     EXPECT_EQ(TopOf(1), 10.0f);
     EXPECT_EQ(TopOf(2), 13.0f);
     EXPECT_EQ(TopOf(3), 13.0f);
-    EXPECT_TRUE(model.layers[1]->meshDirty);
-    EXPECT_FALSE(model.layers[2]->meshDirty);
-    EXPECT_TRUE(model.layers[3]->meshDirty);
+    EXPECT_TRUE(model.stack.layers[1]->changed);
+    EXPECT_FALSE(model.stack.layers[2]->changed);
+    EXPECT_TRUE(model.stack.layers[3]->changed);
 }
 
 TEST_F(Release, LeavesWhatLaysOnItHanging) {
     Append(2.0f, "sac");
     Append(1.0f, "poly");
-    ExecuteRelease(model, ReleaseStep({"sac"}));
-    EXPECT_EQ(model.layers[2]->bottom, std::vector<float>(model.CellCount(), 12.0f));
+    ExecuteRelease(model.stack, model.grid, ReleaseStep({"sac"}));
+    EXPECT_EQ(model.stack.layers[2]->bottom, std::vector<float>(model.grid.CellCount(), 12.0f));
     EXPECT_EQ(TopOf(2), 13.0f);
-    for (const CoverCell& cell : model.coverMap) {
+    for (const CoverCell& cell : model.stack.coverMap) {
         EXPECT_EQ(cell.layerId, 2);
         EXPECT_EQ(cell.height, 13.0f);
     }
@@ -356,8 +356,8 @@ TEST_F(Release, LeavesWhatLaysOnItHanging) {
 TEST_F(Release, OfTheTopmostLayerBaresTheNext) {
     Append(2.0f, "poly");
     Append(1.0f, "sac");
-    ExecuteRelease(model, ReleaseStep({"sac"}));
-    for (const CoverCell& cell : model.coverMap) {
+    ExecuteRelease(model.stack, model.grid, ReleaseStep({"sac"}));
+    for (const CoverCell& cell : model.stack.coverMap) {
         EXPECT_EQ(cell.layerId, 1);
         EXPECT_EQ(cell.height, 12.0f);
     }
@@ -367,30 +367,30 @@ TEST_F(Release, TakesSeveralMaterialsAndIgnoresAbsentOnes) {
     Append(2.0f, "a");
     Append(2.0f, "b");
     Append(2.0f, "c");
-    DestroyLayer(model.layers[2]);
-    ExecuteRelease(model, ReleaseStep({"c", "absent", "a", "b"}));
+    model.stack.layers[2].reset();
+    ExecuteRelease(model.stack, model.grid, ReleaseStep({"c", "absent", "a", "b"}));
     EXPECT_EQ(TopOf(1), 10.0f);
     EXPECT_EQ(TopOf(3), 14.0f);
-    EXPECT_EQ(model.coverMap[0].layerId, 0);
+    EXPECT_EQ(model.stack.coverMap[0].layerId, 0);
 }
 
 TEST_F(Release, DoesNotTakeResistUnlessItIsNamed) {
     AppendResist(1.0f);
-    ExecuteRelease(model, ReleaseStep({"ox"}));
+    ExecuteRelease(model.stack, model.grid, ReleaseStep({"ox"}));
     EXPECT_EQ(TopOf(1), 11.0f);
-    ExecuteRelease(model, ReleaseStep({"PR"}));
+    ExecuteRelease(model.stack, model.grid, ReleaseStep({"PR"}));
     EXPECT_EQ(TopOf(1), 10.0f);
 }
 
 TEST_F(Release, WithoutTargetsUpdatesTheCoverMapAlone) {
     Append(2.0f, "ox");
-    model.layers[1]->meshDirty = false;
-    model.coverMap.assign(model.CellCount(), CoverCell{});
-    ExecuteRelease(model, ReleaseStep({}));
+    model.stack.layers[1]->changed = false;
+    model.stack.coverMap.assign(model.grid.CellCount(), CoverCell{});
+    ExecuteRelease(model.stack, model.grid, ReleaseStep({}));
     EXPECT_EQ(TopOf(1), 12.0f);
-    EXPECT_FALSE(model.layers[1]->meshDirty);
-    EXPECT_EQ(model.coverMap[3].layerId, 1);
-    EXPECT_EQ(model.coverMap[3].height, 12.0f);
+    EXPECT_FALSE(model.stack.layers[1]->changed);
+    EXPECT_EQ(model.stack.coverMap[3].layerId, 1);
+    EXPECT_EQ(model.stack.coverMap[3].height, 12.0f);
 }
 
 }  // namespace

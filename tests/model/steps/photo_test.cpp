@@ -15,7 +15,7 @@ namespace {
 
 ProcessStep PhotoStep(float thickness, float taper, bool maskDark = true, float res = 0.0f) {
     ProcessStep step;
-    step.kind = StepPhoto;
+    step.kind = StepKind::Photo;
     step.thickness = thickness;
     step.taper = taper;
     step.maskDark = maskDark;
@@ -33,7 +33,7 @@ void SetUpMask(ProcessModel& model, std::int32_t cols, std::int32_t rows, float 
                std::int32_t firstCol) {
     SetUpGrid(model, cols, rows, spacing);
     AppendFlatLayer(model, 0.0f, 1.0f, "_SUB_");
-    UpdateCoverMap(model);
+    UpdateCoverMap(model.stack, model.grid);
     MaskPolygon polygon;
     polygon.layer = 5;
     polygon.minX = (static_cast<double>(firstCol) - 0.5) * static_cast<double>(spacing);
@@ -48,9 +48,9 @@ void SetUpMask(ProcessModel& model, std::int32_t cols, std::int32_t rows, float 
 }
 
 std::vector<float> ThicknessInRow(const ProcessModel& model, std::int32_t row) {
-    const Layer& layer = *model.layers.back();
+    const Layer& layer = *model.stack.layers.back();
     std::vector<float> thickness;
-    for (std::int32_t col = 0; col < model.gridColumns; ++col) {
+    for (std::int32_t col = 0; col < model.grid.columns; ++col) {
         const std::size_t cell = CellAt(model, col, row);
         thickness.push_back(layer.top[cell] - layer.bottom[cell]);
     }
@@ -60,40 +60,40 @@ std::vector<float> ThicknessInRow(const ProcessModel& model, std::int32_t row) {
 TEST(Photo, AddsAResistLayerWithTheStepsProperties) {
     ProcessModel model;
     SetUpMask(model, 8, 6, 1.0f, 4);
-    ExecutePhoto(model, PhotoStep(2.0f, 90.0f));
-    ASSERT_EQ(model.layers.size(), 2U);
-    const Layer& resist = *model.layers[1];
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.0f, 90.0f));
+    ASSERT_EQ(model.stack.layers.size(), 2U);
+    const Layer& resist = *model.stack.layers[1];
     EXPECT_TRUE(resist.isPhotoresist);
     EXPECT_EQ(resist.material, "PR");
     EXPECT_EQ(resist.label, "RESIST");
     EXPECT_EQ(resist.color, (std::array<float, 3>{0.9f, 0.1f, 0.2f}));
     EXPECT_EQ(resist.alpha, 0.4f);
-    EXPECT_TRUE(resist.meshDirty);
+    EXPECT_TRUE(resist.changed);
 }
 
 TEST(Photo, DarkMaskKeepsResistInsideThePolygons) {
     ProcessModel model;
     SetUpMask(model, 8, 6, 1.0f, 4);
-    ExecutePhoto(model, PhotoStep(2.0f, 90.0f, true));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.0f, 90.0f, true));
     EXPECT_EQ(ThicknessInRow(model, 3), (std::vector<float>{0, 0, 0, 0, 2, 2, 2, 2}));
     // The resist covers its cells and the one beside them, at the foot of its wall.
-    EXPECT_EQ(model.coverMap[CellAt(model, 2, 3)].layerId, 0);
-    EXPECT_EQ(model.coverMap[CellAt(model, 3, 3)].layerId, 1);
-    EXPECT_EQ(model.coverMap[CellAt(model, 3, 3)].height, 1.0f);
-    EXPECT_EQ(model.coverMap[CellAt(model, 4, 3)].height, 3.0f);
+    EXPECT_EQ(model.stack.coverMap[CellAt(model, 2, 3)].layerId, 0);
+    EXPECT_EQ(model.stack.coverMap[CellAt(model, 3, 3)].layerId, 1);
+    EXPECT_EQ(model.stack.coverMap[CellAt(model, 3, 3)].height, 1.0f);
+    EXPECT_EQ(model.stack.coverMap[CellAt(model, 4, 3)].height, 3.0f);
 }
 
 TEST(Photo, ClearMaskKeepsResistOutsideThePolygons) {
     ProcessModel model;
     SetUpMask(model, 8, 6, 1.0f, 4);
-    ExecutePhoto(model, PhotoStep(2.0f, 90.0f, false));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.0f, 90.0f, false));
     EXPECT_EQ(ThicknessInRow(model, 3), (std::vector<float>{2, 2, 2, 2, 0, 0, 0, 0}));
 }
 
 TEST(Photo, SlopesTheEdgeByTheTaper) {
     ProcessModel model;
     SetUpMask(model, 12, 6, 0.5f, 4);
-    ExecutePhoto(model, PhotoStep(2.25f, 45.0f));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.25f, 45.0f));
     const std::vector<float> thickness = ThicknessInRow(model, 3);
     // One micrometre up for each micrometre inward, up to the full thickness.
     const std::vector<float> expected{0, 0, 0, 0, 0.5f, 1, 1.5f, 2, 2.25f, 2.25f, 2.25f, 2.25f};
@@ -105,11 +105,11 @@ TEST(Photo, SlopesTheEdgeByTheTaper) {
 TEST(Photo, CutsTheFirstCellByThicknessLessPitchTimesTangent) {
     ProcessModel model;
     SetUpMask(model, 12, 6, 0.5f, 4);
-    ExecutePhoto(model, PhotoStep(2.0f, 60.0f));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.0f, 60.0f));
     const float tangent =
         static_cast<float>(std::tan(static_cast<double>(60.0f * 3.1415927f / 180.0f)));
     const std::size_t cell = CellAt(model, 4, 3);
-    EXPECT_EQ(model.layers[1]->top[cell], 3.0f - (2.0f - 0.5f * tangent));
+    EXPECT_EQ(model.stack.layers[1]->top[cell], 3.0f - (2.0f - 0.5f * tangent));
 }
 
 TEST(Photo, HasTheSameSlopeToTheLastDigitEverywhere) {
@@ -126,9 +126,10 @@ TEST(Photo, HasTheSameSlopeToTheLastDigitEverywhere) {
         ProcessModel model;
         SetUpMask(model, 8, 6, 1.0f, 4);
         // On height 0, and cut by less than half: what remains of the first cell is the tangent.
-        model.coverMap.assign(model.CellCount(), CoverCell{});
-        ExecutePhoto(model, PhotoStep(1.25f * slope.tangent, slope.taper));
-        EXPECT_EQ(model.layers[1]->top[CellAt(model, 4, 3)], slope.tangent) << slope.taper;
+        model.stack.coverMap.assign(model.grid.CellCount(), CoverCell{});
+        ExecutePhoto(model.stack, model.grid, model.polygons,
+                     PhotoStep(1.25f * slope.tangent, slope.taper));
+        EXPECT_EQ(model.stack.layers[1]->top[CellAt(model, 4, 3)], slope.tangent) << slope.taper;
     }
 }
 
@@ -136,7 +137,7 @@ TEST(Photo, WithASteepTaperHasASingleStep) {
     // The thickness is less than a pitch times the tangent: no cell is cut.
     ProcessModel model;
     SetUpMask(model, 8, 6, 1.0f, 4);
-    ExecutePhoto(model, PhotoStep(1.5f, 60.0f));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(1.5f, 60.0f));
     EXPECT_EQ(ThicknessInRow(model, 2), (std::vector<float>{0, 0, 0, 0, 1.5f, 1.5f, 1.5f, 1.5f}));
 }
 
@@ -144,8 +145,8 @@ TEST(Photo, TakesATaperAbove89DegreesFor89) {
     const auto topsWith = [](float taper) {
         ProcessModel model;
         SetUpMask(model, 10, 6, 0.01f, 4);
-        ExecutePhoto(model, PhotoStep(2.0f, taper));
-        return model.layers[1]->top;
+        ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.0f, taper));
+        return model.stack.layers[1]->top;
     };
     EXPECT_EQ(BitsOf(topsWith(90.0f)), BitsOf(topsWith(89.0f)));
     EXPECT_EQ(BitsOf(topsWith(170.0f)), BitsOf(topsWith(89.0f)));
@@ -157,7 +158,7 @@ TEST(Photo, TakesATaperAbove89DegreesFor89) {
 TEST(Photo, UnderAMaskThatCoversEverythingIsNotCut) {
     ProcessModel model;
     SetUpMask(model, 8, 6, 1.0f, 0);
-    ExecutePhoto(model, PhotoStep(2.0f, 45.0f, true));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.0f, 45.0f, true));
     EXPECT_EQ(ThicknessInRow(model, 3), std::vector<float>(8, 2.0f));
     EXPECT_EQ(ThicknessInRow(model, 5), std::vector<float>(8, 2.0f));
 }
@@ -165,14 +166,14 @@ TEST(Photo, UnderAMaskThatCoversEverythingIsNotCut) {
 TEST(Photo, InAnOpeningThatCoversEverythingHasNoResist) {
     ProcessModel model;
     SetUpMask(model, 8, 6, 1.0f, 0);
-    ExecutePhoto(model, PhotoStep(2.0f, 45.0f, false));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.0f, 45.0f, false));
     EXPECT_EQ(ThicknessInRow(model, 3), std::vector<float>(8, 0.0f));
 }
 
 TEST(Photo, OfTaperZeroUnderAMaskThatCoversEverythingIsCutAway) {
     ProcessModel model;
     SetUpMask(model, 8, 6, 1.0f, 0);
-    ExecutePhoto(model, PhotoStep(2.0f, 0.0f, true));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.0f, 0.0f, true));
     EXPECT_EQ(ThicknessInRow(model, 3), std::vector<float>(8, 0.0f));
 }
 
@@ -181,31 +182,31 @@ TEST(Photo, WithoutAPolygonIsEmptyOrWhole) {
     SetUpMask(model, 8, 6, 1.0f, 4);
     ProcessStep step = PhotoStep(2.0f, 90.0f, true);
     step.maskId = 6;
-    ExecutePhoto(model, step);
-    ASSERT_EQ(model.layers.size(), 2U);
+    ExecutePhoto(model.stack, model.grid, model.polygons, step);
+    ASSERT_EQ(model.stack.layers.size(), 2U);
     EXPECT_EQ(ThicknessInRow(model, 3), std::vector<float>(8, 0.0f));
-    EXPECT_EQ(model.coverMap[0].layerId, 0);
+    EXPECT_EQ(model.stack.coverMap[0].layerId, 0);
 
     step.maskDark = false;
-    ExecutePhoto(model, step);
+    ExecutePhoto(model.stack, model.grid, model.polygons, step);
     EXPECT_EQ(ThicknessInRow(model, 3), std::vector<float>(8, 2.0f));
-    EXPECT_EQ(model.coverMap[0].layerId, 2);
+    EXPECT_EQ(model.stack.coverMap[0].layerId, 2);
 }
 
 TEST(Photo, CoatsWithFullPlanarisation) {
     ProcessModel model;
     SetUpGrid(model, 16, 9, 0.5f);
     Layer& ground = AppendFlatLayer(model, 0.0f, 1.0f, "_SUB_");
-    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+    for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         ground.top[cell] = cell % 16 < 8 ? 2.0f : 1.0f;
     }
-    UpdateCoverMap(model);
-    const auto coated = CreateLayer(9, 16, 0.5f, nullptr);
-    CoatLayer(model, *coated, 1.0f, 1.0f);
-    ExecutePhoto(model, PhotoStep(1.0f, 90.0f, false));
-    EXPECT_EQ(BitsOf(model.layers[1]->top), BitsOf(coated->top));
-    EXPECT_EQ(BitsOf(model.layers[1]->bottom), BitsOf(coated->bottom));
-    EXPECT_NE(model.layers[1]->top[CellAt(model, 8, 4)], 2.0f);
+    UpdateCoverMap(model.stack, model.grid);
+    const auto coated = CreateLayer(model.grid);
+    CoatLayer(model.grid, model.stack.coverMap, *coated, 1.0f, 1.0f);
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(1.0f, 90.0f, false));
+    EXPECT_EQ(BitsOf(model.stack.layers[1]->top), BitsOf(coated->top));
+    EXPECT_EQ(BitsOf(model.stack.layers[1]->bottom), BitsOf(coated->bottom));
+    EXPECT_NE(model.stack.layers[1]->top[CellAt(model, 8, 4)], 2.0f);
 }
 
 TEST(Photo, RoundsThePatternByHalfTheResolution) {
@@ -214,7 +215,7 @@ TEST(Photo, RoundsThePatternByHalfTheResolution) {
         ProcessModel model;
         SetUpGrid(model, 9, 9, 1.0f);
         AppendFlatLayer(model, 0.0f, 1.0f, "_SUB_");
-        UpdateCoverMap(model);
+        UpdateCoverMap(model.stack, model.grid);
         MaskPolygon line;
         line.layer = 5;
         line.minX = 3.5;
@@ -222,7 +223,7 @@ TEST(Photo, RoundsThePatternByHalfTheResolution) {
         line.maxY = 20.0;
         line.points = {{3.5, 0.0}, {5.0, 0.0}, {5.0, 20.0}, {3.5, 20.0}};
         model.polygons.push_back(line);
-        ExecutePhoto(model, PhotoStep(0.5f, 90.0f, true, res));
+        ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(0.5f, 90.0f, true, res));
         return ThicknessInRow(model, 4);
     };
     EXPECT_EQ(thicknessWith(0.0f), (std::vector<float>{0, 0, 0, 0, 0.5f, 0, 0, 0, 0}));
@@ -236,15 +237,15 @@ TEST(Photo, NeverCutsUnderItsBottom) {
     ProcessModel model;
     SetUpMask(model, 12, 6, 0.1f, 4);
     // Planarised resist over a ridge is thinner than the thickness that is cut.
-    Layer& ground = *model.layers[0];
-    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+    Layer& ground = *model.stack.layers[0];
+    for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         ground.top[cell] = cell % 12 == 4 || cell % 12 == 5 ? 1.8f : 1.0f;
     }
-    UpdateCoverMap(model);
-    ExecutePhoto(model, PhotoStep(1.0f, 20.0f));
-    const Layer& resist = *model.layers[1];
+    UpdateCoverMap(model.stack, model.grid);
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(1.0f, 20.0f));
+    const Layer& resist = *model.stack.layers[1];
     int empty = 0;
-    for (std::size_t cell = 0; cell < model.CellCount(); ++cell) {
+    for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
         EXPECT_GE(resist.top[cell], resist.bottom[cell]);
         empty += cell % 12 >= 4 && resist.top[cell] == resist.bottom[cell] ? 1 : 0;
     }
@@ -254,12 +255,12 @@ TEST(Photo, NeverCutsUnderItsBottom) {
 TEST(Photo, LeavesThePolygonsForAnotherOneWithTheSameMask) {
     ProcessModel model;
     SetUpMask(model, 8, 6, 1.0f, 4);
-    ExecutePhoto(model, PhotoStep(2.0f, 90.0f));
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.0f, 90.0f));
     const std::vector<float> first = ThicknessInRow(model, 3);
-    ExecuteStrip(model, {});
-    EXPECT_EQ(model.layers[1], nullptr);
-    ExecutePhoto(model, PhotoStep(2.0f, 90.0f));
-    ASSERT_EQ(model.layers.size(), 3U);
+    ExecuteStrip(model.stack, model.grid, {});
+    EXPECT_EQ(model.stack.layers[1], nullptr);
+    ExecutePhoto(model.stack, model.grid, model.polygons, PhotoStep(2.0f, 90.0f));
+    ASSERT_EQ(model.stack.layers.size(), 3U);
     EXPECT_EQ(ThicknessInRow(model, 3), first);
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "base/text.h"
 #include "tests/render/gl_test.h"
 #include "tests/support/temp_folder.h"
 
@@ -20,9 +21,8 @@ bool StartsWith(const std::string& text, const std::string& start) {
 /// Reads a shader file of this text, which must open.
 ShaderSources Load(const std::string& text) {
     const TempFolder folder;
-    RecordingConsole console;
-    ShaderSources sources = LoadShaderFile(folder.Write("test.shader", text), &console);
-    EXPECT_TRUE(console.lines.empty());
+    ShaderSources sources = LoadShaderFile(folder.Write("test.shader", text));
+    EXPECT_TRUE(sources.opened);
     return sources;
 }
 
@@ -127,12 +127,12 @@ TEST(LoadShaderFile, TellsOfAFileThatCannotBeOpened) {
     for (const std::filesystem::path& path :
          {std::filesystem::path("no such.shader"),
           folder.Path() / PathFromText(L"gr\u00fcn.shader"), folder.Path()}) {
-        RecordingConsole console;
-        const ShaderSources sources = LoadShaderFile(path, &console);
+        const ShaderSources sources = LoadShaderFile(path);
+        EXPECT_FALSE(sources.opened);
         EXPECT_EQ(sources.vertexSource, "");
         EXPECT_EQ(sources.fragmentSource, "");
-        EXPECT_EQ(console.lines, std::vector<std::string>{"Failed to open shader file: " +
-                                                          Utf8FromWide(PathText(path))});
+        EXPECT_EQ(ShaderProgram(path).Errors().front(),
+                  L"Failed to open shader file: " + PathText(path));
     }
 }
 
@@ -140,48 +140,65 @@ TEST(LoadShaderFile, OpensAFileWithAWideName) {
     const TempFolder folder;
     const std::filesystem::path path = folder.Path() / PathFromText(L"gr\u00fcn \u2192.shader");
     std::filesystem::rename(folder.Write("plain.shader", "v\n"), path);
-    RecordingConsole console;
-    EXPECT_EQ(LoadShaderFile(path, &console).vertexSource, "v\n");
-    EXPECT_TRUE(console.lines.empty());
+    EXPECT_EQ(LoadShaderFile(path).vertexSource, "v\n");
+}
+
+TEST(LoadShaderFile, FindsThePromiseInAnyLine) {
+    EXPECT_FALSE(Load("#shader vertex\nv\n").hiddenPartsMayBeLeftOut);
+    EXPECT_TRUE(Load("// zelmo: hidden parts may be left out\nv\n").hiddenPartsMayBeLeftOut);
+    const ShaderSources sources =
+        Load("#shader fragment\nf /* zelmo: hidden parts may be left out, as said below */\n");
+    EXPECT_TRUE(sources.hiddenPartsMayBeLeftOut);
+    EXPECT_EQ(sources.fragmentSource,
+              "f /* zelmo: hidden parts may be left out, as said below */\n")
+        << "the line stays where it is";
+    EXPECT_FALSE(Load("// zelmo: hidden parts\n// may be left out\n").hiddenPartsMayBeLeftOut);
 }
 
 TEST(CompileShader, ReturnsTheNameOfAStageOfItsType) {
-    RecordingConsole console;
-    const GLuint shader = CompileShader(GL_FRAGMENT_SHADER, goodFragment, &console);
+    std::string error;
+    const GLuint shader = CompileShader(GL_FRAGMENT_SHADER, goodFragment, error);
     EXPECT_TRUE(glIsShader(shader));
     GLint type = 0;
     glGetShaderiv(shader, GL_SHADER_TYPE, &type);
     EXPECT_EQ(type, GL_FRAGMENT_SHADER);
-    EXPECT_TRUE(console.lines.empty());
+    EXPECT_EQ(error, "");
     glDeleteShader(shader);
 }
 
 TEST(CompileShader, TellsTheDriversLogAndReturnsZero) {
-    RecordingConsole console;
-    EXPECT_EQ(CompileShader(GL_VERTEX_SHADER, "void main() { oops; }", &console), 0u);
-    EXPECT_EQ(CompileShader(GL_FRAGMENT_SHADER, "void main() { oops; }", &console), 0u);
-    ASSERT_EQ(console.lines.size(), 2u);
-    const std::string vertexStart = "Failed to compile vertex shader with error ";
-    const std::string fragmentStart = "Failed to compile fragment shader with error ";
-    EXPECT_TRUE(StartsWith(console.lines[0], vertexStart)) << console.lines[0];
-    EXPECT_TRUE(StartsWith(console.lines[1], fragmentStart)) << console.lines[1];
-    EXPECT_NE(console.lines[0].find("oops"), std::string::npos) << "the log names the culprit";
-    EXPECT_EQ(console.lines[0].find('\0'), std::string::npos);
+    std::string vertexError;
+    std::string fragmentError;
+    EXPECT_EQ(CompileShader(GL_VERTEX_SHADER, "void main() { oops; }", vertexError), 0u);
+    EXPECT_EQ(CompileShader(GL_FRAGMENT_SHADER, "void main() { oops; }", fragmentError), 0u);
+    EXPECT_TRUE(StartsWith(vertexError, "Failed to compile vertex shader with error "))
+        << vertexError;
+    EXPECT_TRUE(StartsWith(fragmentError, "Failed to compile fragment shader with error "))
+        << fragmentError;
+    EXPECT_NE(vertexError.find("oops"), std::string::npos) << "the log names the culprit";
+    EXPECT_EQ(vertexError.find('\0'), std::string::npos);
+}
+
+/// The errors of a program, as the console has them.
+std::vector<std::string> ErrorsOf(const ShaderProgram& shader) {
+    std::vector<std::string> lines;
+    for (const std::wstring& line : shader.Errors()) {
+        lines.push_back(Utf8FromWide(line));
+    }
+    return lines;
 }
 
 TEST(ShaderProgram, LinksAGoodFileWithoutAWord) {
     const TempFolder folder;
-    RecordingConsole console;
     GLuint name = 0;
     {
-        const ShaderProgram shader(
-            folder.Write("good.shader", std::string("#shader vertex\n") + goodVertex +
-                                            "#shader fragment\n" + goodFragment),
-            &console);
+        const ShaderProgram shader(folder.Write(
+            "good.shader",
+            std::string("#shader vertex\n") + goodVertex + "#shader fragment\n" + goodFragment));
         name = shader.Program();
         EXPECT_TRUE(glIsProgram(name));
         EXPECT_TRUE(shader.IsUsable());
-        EXPECT_TRUE(console.lines.empty());
+        EXPECT_TRUE(shader.Errors().empty());
         GLint attached = 0;
         glGetProgramiv(name, GL_ATTACHED_SHADERS, &attached);
         EXPECT_EQ(attached, 2);
@@ -197,38 +214,37 @@ TEST(ShaderProgram, LinksAGoodFileWithoutAWord) {
 }
 
 TEST(ShaderProgram, TellsOfAFileThatDoesNotOpenAndThenOfTheLink) {
-    RecordingConsole console;
-    const ShaderProgram shader("no such.shader", &console);
+    const ShaderProgram shader("no such.shader");
     EXPECT_NE(shader.Program(), 0u);
     EXPECT_FALSE(shader.IsUsable());
-    ASSERT_GE(console.lines.size(), 2u);
-    EXPECT_EQ(console.lines.front(), "Failed to open shader file: no such.shader");
-    EXPECT_TRUE(StartsWith(console.lines.back(), "Failed to link program with error "))
-        << console.lines.back();
+    const std::vector<std::string> errors = ErrorsOf(shader);
+    ASSERT_GE(errors.size(), 2u);
+    EXPECT_EQ(errors.front(), "Failed to open shader file: no such.shader");
+    EXPECT_TRUE(StartsWith(errors.back(), "Failed to link program with error ")) << errors.back();
     TakeGlErrors();
 }
 
 TEST(ShaderProgram, FailsToLinkAFileWithoutDirectives) {
     const TempFolder folder;
-    RecordingConsole console;
-    const ShaderProgram shader(folder.Write("all.shader", "nothing of a shader\n"), &console);
+    const ShaderProgram shader(folder.Write("all.shader", "nothing of a shader\n"));
     EXPECT_FALSE(shader.IsUsable());
-    ASSERT_GE(console.lines.size(), 2u);
-    EXPECT_TRUE(StartsWith(console.lines[0], "Failed to compile vertex shader with error "));
-    EXPECT_TRUE(StartsWith(console.lines.back(), "Failed to link program with error "));
+    const std::vector<std::string> errors = ErrorsOf(shader);
+    ASSERT_GE(errors.size(), 2u);
+    EXPECT_TRUE(StartsWith(errors[0], "Failed to compile vertex shader with error "));
+    EXPECT_TRUE(StartsWith(errors.back(), "Failed to link program with error "));
     TakeGlErrors();
 }
 
 TEST(ShaderProgram, TellsOfBothStagesInOrderAndThenOfTheLink) {
     const TempFolder folder;
-    RecordingConsole console;
     const ShaderProgram shader(
-        folder.Write("bad.shader", "#shader fragment\nbad\n#shader vertex\nworse\n"), &console);
+        folder.Write("bad.shader", "#shader fragment\nbad\n#shader vertex\nworse\n"));
     EXPECT_FALSE(shader.IsUsable());
-    ASSERT_EQ(console.lines.size(), 3u);
-    EXPECT_TRUE(StartsWith(console.lines[0], "Failed to compile vertex shader with error "));
-    EXPECT_TRUE(StartsWith(console.lines[1], "Failed to compile fragment shader with error "));
-    EXPECT_TRUE(StartsWith(console.lines[2], "Failed to link program with error "));
+    const std::vector<std::string> errors = ErrorsOf(shader);
+    ASSERT_EQ(errors.size(), 3u);
+    EXPECT_TRUE(StartsWith(errors[0], "Failed to compile vertex shader with error "));
+    EXPECT_TRUE(StartsWith(errors[1], "Failed to compile fragment shader with error "));
+    EXPECT_TRUE(StartsWith(errors[2], "Failed to link program with error "));
     TakeGlErrors();
 }
 
@@ -244,14 +260,13 @@ TEST(ShaderProgram, CutsALongLogOfTheLink) {
     }
     vertex += "void main() { " + calls + "gl_Position = vec4(0.0); }\n";
     const TempFolder folder;
-    RecordingConsole console;
-    const ShaderProgram shader(folder.Write("long.shader", "#shader vertex\n" + vertex +
-                                                               "#shader fragment\n" + goodFragment),
-                               &console);
-    ASSERT_EQ(console.lines.size(), 1u);
+    const ShaderProgram shader(folder.Write(
+        "long.shader", "#shader vertex\n" + vertex + "#shader fragment\n" + goodFragment));
+    const std::vector<std::string> errors = ErrorsOf(shader);
+    ASSERT_EQ(errors.size(), 1u);
     const std::string start = "Failed to link program with error ";
-    EXPECT_TRUE(StartsWith(console.lines[0], start));
-    EXPECT_LE(console.lines[0].size(), start.size() + 1023);
+    EXPECT_TRUE(StartsWith(errors[0], start));
+    EXPECT_LE(errors[0].size(), start.size() + 1023);
     TakeGlErrors();
 }
 
@@ -262,7 +277,7 @@ GLint AttributeLocation(const ShaderProgram& shader, const char* name) {
 
 TEST(Shaders, OfTheProjectLinkAndTakeWhatTheyAreGiven) {
     TestTools tools;
-    EXPECT_TRUE(tools.console.lines.empty());
+    EXPECT_TRUE(tools.surfaceShader.HiddenPartsMayBeLeftOut());
     ASSERT_TRUE(tools.surfaceShader.IsUsable());
     ASSERT_TRUE(tools.pointShader.IsUsable());
     EXPECT_EQ(AttributeLocation(tools.surfaceShader, "position"), 0);

@@ -8,7 +8,6 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <cstdlib>
 #include <limits>
 #include <memory>
 #include <random>
@@ -16,8 +15,10 @@
 
 #include "base/lanes.h"
 #include "base/row_bands.h"
+#include "model/grid/grid.h"
+#include "model/stack.h"
 #include "tests/plain/mesh_plain.h"
-#include "tests/support/recording_graphics.h"
+#include "tests/support/case_count.h"
 
 namespace zelmo {
 namespace {
@@ -27,7 +28,11 @@ constexpr float infinity = std::numeric_limits<float>::infinity();
 
 std::unique_ptr<Layer> MakeLayer(std::int32_t rows, std::int32_t cols, float spacing,
                                  float height) {
-    auto layer = CreateLayer(rows, cols, spacing, nullptr);
+    Grid grid;
+    grid.columns = cols;
+    grid.rows = rows;
+    grid.spacing = spacing;
+    auto layer = CreateLayer(grid);
     layer->top.assign(layer->top.size(), height);
     layer->bottom.assign(layer->bottom.size(), height);
     return layer;
@@ -71,8 +76,6 @@ TEST(LayerMesh, MaterialInTheMarginAloneGivesNoTriangle) {
     const LayerMesh mesh = MakeLayerMesh(*layer, 2, 1);
     EXPECT_TRUE(mesh.indices.empty());
     EXPECT_TRUE(mesh.vertices.empty());
-    BuildLayerMesh(*layer, 2, 1);
-    EXPECT_EQ(layer->indexCount, 0);
     EXPECT_FALSE(MakeLayerMesh(*layer, 1, 1).indices.empty());
 }
 
@@ -310,8 +313,7 @@ std::unique_ptr<Layer> MakeRandomLayer(std::mt19937& random, RandomLayerMix mix)
 
 void CompareRandomLayers(RandomLayerMix mix) {
     std::mt19937 random(20240611);
-    const char* wanted = std::getenv("ZELMO_CASES");  // more of them, where there is time
-    const int runs = wanted != nullptr ? std::max(1, std::atoi(wanted)) : 150;
+    const auto runs = static_cast<int>(CaseCount(150));
     for (int run = 0; run < runs && !::testing::Test::HasFailure(); ++run) {
         AllowWideLanes(run % 2 == 0);
         SetRowThreads(1 + run % 3);
@@ -342,30 +344,6 @@ TEST(LayerMeshAgainstPlain, LayersWithFewIslands) {
 
 TEST(LayerMeshAgainstPlain, HeightsThatAreNoNumbers) {
     CompareRandomLayers({0.3, 0.1});
-}
-
-// Building
-
-TEST(BuildLayerMesh, UploadsTheMeshAndStoresItsLength) {
-    RecordingGraphics graphics;
-    auto layer = CreateLayer(7, 7, 1.0f, &graphics);
-    layer->top[24] = 1.0f;
-    BuildLayerMesh(*layer, 1, 1);
-    EXPECT_EQ(layer->indexCount, 36);
-    const RecordingGraphics::Mesh& mesh = graphics.meshes.at(layer.get());
-    EXPECT_EQ(mesh.uploads, 1);
-    EXPECT_TRUE(std::ranges::equal(mesh.indices, MakeLayerMesh(*layer, 1, 1).indices));
-    EXPECT_EQ(mesh.vertices.size(), 14u);
-}
-
-TEST(BuildLayerMesh, WithoutGraphicsTheLengthIsTheSame) {
-    std::mt19937 random(7);
-    for (int run = 0; run < 20; ++run) {
-        const auto layer = MakeRandomLayer(random, {0.5, 0.05});
-        BuildLayerMesh(*layer, 0, 0);
-        EXPECT_EQ(static_cast<std::size_t>(layer->indexCount),
-                  MakeLayerMesh(*layer, 0, 0).indices.size());
-    }
 }
 
 }  // namespace

@@ -1,0 +1,7 @@
+#include "base/version.h"
+
+namespace zelmo {
+
+const char* const programVersion = ZELMO_VERSION;
+
+}  // namespace zelmo

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace zelmo {
+
+struct MaskPoint {
+    double x = 0.0;
+    double y = 0.0;
+};
+
+/// A polygon of a mask in micrometres from the grid's corner, with its bounding box.
+struct MaskPolygon {
+    std::vector<MaskPoint> points;
+    std::uint32_t layer = 0;  ///< GDS layer number
+    double minX = 0.0;
+    double minY = 0.0;
+    double maxX = 0.0;
+    double maxY = 0.0;
+};
+
+}  // namespace zelmo

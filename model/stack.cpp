@@ -1,0 +1,45 @@
+#include "model/stack.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+
+#include "model/grid/grid.h"
+#include "model/process.h"
+
+namespace zelmo {
+
+std::unique_ptr<Layer> CreateLayer(const Grid& grid) {
+    auto layer = std::make_unique<Layer>();
+    layer->cols = grid.columns;
+    layer->rows = grid.rows;
+    layer->spacing = grid.spacing;
+    layer->top.assign(grid.CellCount(), 0.0f);
+    layer->bottom.assign(grid.CellCount(), 0.0f);
+    MarkChanged(*layer);
+    return layer;
+}
+
+std::unique_ptr<Layer> CreateLayer(const Grid& grid, const ProcessStep& step) {
+    std::unique_ptr<Layer> layer = CreateLayer(grid);
+    layer->material = step.material;
+    layer->label = step.label;
+    layer->color = step.color;
+    layer->alpha = step.alpha;
+    return layer;
+}
+
+void AppendLayer(Stack& stack, std::unique_ptr<Layer> layer) {
+    auto& layers = stack.layers;
+    if (layers.size() == layers.capacity()) {
+        layers.reserve(std::max(layers.capacity() + layers.capacity() / 2, layers.size() + 1));
+    }
+    layers.push_back(std::move(layer));
+}
+
+void MarkChanged(Layer& layer) {
+    layer.changed = true;
+    layer.version = std::make_shared<const SurfaceVersion>();
+}
+
+}  // namespace zelmo

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "model/mask/mask_polygon.h"
+
+namespace zelmo {
+
+class LogConsole;
+struct GdsDatabase;
+struct Grid;
+
+/// The polygons of all masks.
+struct MaskExtraction {
+    std::vector<MaskPolygon> polygons;
+    std::string failure;  ///< why there are none, as the console tells; empty if all went well
+};
+
+/// The polygons of a cell and of all below it that meet the grid and are no smaller than its pitch,
+/// depth first, in micrometres from the grid's corner. Reports on the console. Throws
+/// std::out_of_range("invalid vector subscript") if an array has no points.
+MaskExtraction ExtractMaskPolygons(const GdsDatabase& database, const std::string& cellName,
+                                   const Grid& grid, LogConsole* console);
+
+}  // namespace zelmo

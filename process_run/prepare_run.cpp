@@ -1,0 +1,112 @@
+#include "process_run/prepare_run.h"
+
+#include <fmt/format.h>
+
+#include <cmath>
+#include <string>
+#include <utility>
+
+#include "base/log_console.h"
+#include "base/text.h"
+#include "model/grid/grid.h"
+#include "model/grid/neighbour_table.h"
+#include "model/process_model.h"
+#include "process_file/reader.h"
+#include "process_run/mask_polygons.h"
+
+namespace zelmo {
+
+namespace {
+
+/// Reports an error and keeps its line.
+void Refuse(PreparedRun& run, const std::string& line, LogConsole* console) {
+    console->Write(line);
+    run.errors.push_back(Utf8FromWide(WidenBytes(line)));
+}
+
+/// Takes settings and steps from a process file. False if it was refused.
+bool TakeProcessFile(PreparedRun& run, const std::filesystem::path& path, const ColorTable& colors,
+                     LogConsole* console) {
+    ProcessFile file = ReadProcessFile(path, colors);
+    run.fileOpened = file.opened;
+    if (!file.opened) {
+        const std::wstring line = L"Failed to open process file: " + PathText(path);
+        console->Write(line);
+        run.errors.push_back(Utf8FromWide(line));
+    }
+    for (const ProcessFileError& error : file.errors) {
+        Refuse(run, ErrorLine(error), console);
+    }
+    if (!run.errors.empty()) {
+        console->Write(L"Opening process file " + PathText(path) +
+                       L" failed with error(s) given above");
+        return false;
+    }
+    console->Write(L"Successfully read process file \"" + PathText(path) + L"\"");
+    run.model->settings = std::move(file.settings);
+    run.model->steps = std::move(file.steps);
+    return true;
+}
+
+/// Windows at the ends of single precision can leave a grid that no array can be made for.
+bool IsUsableGrid(const Grid& grid) {
+    return std::isfinite(grid.spacing) && grid.spacing > 0.0f && grid.rows >= 1 &&
+           grid.rows <= grid.columns;
+}
+
+bool TakeGrid(PreparedRun& run, LogConsole* console) {
+    const ProcessSettings& settings = run.model->settings;
+    SizeGrid(run.model->grid, settings);
+    if (IsUsableGrid(run.model->grid)) {
+        return true;
+    }
+    Refuse(run,
+           fmt::format("ERROR: The location window gives no usable grid: {} um x {} um at "
+                       "({} um, {} um) with {} columns",
+                       settings.windowWidth, settings.windowHeight, settings.windowX,
+                       settings.windowY, settings.gridColumns),
+           console);
+    return false;
+}
+
+bool TakePolygons(PreparedRun& run, const GdsDatabase& gds, LogConsole* console) {
+    ProcessModel& model = *run.model;
+    MaskExtraction masks = ExtractMaskPolygons(gds, model.settings.cellName, model.grid, console);
+    if (!masks.failure.empty()) {
+        run.errors.push_back(Utf8FromWide(WidenBytes(masks.failure)));
+        return false;
+    }
+    model.polygons = std::move(masks.polygons);
+    return true;
+}
+
+void WriteGridReport(const ProcessModel& model, LogConsole* console) {
+    const ProcessSettings& settings = model.settings;
+    console->Write(std::string());
+    console->Write(fmt::format("GDS cell {} at ({:.3f} um, {:.3f} um)", settings.cellName,
+                               settings.windowX, settings.windowY));
+    console->Write(fmt::format("Grid size: {} x {}", model.grid.columns, model.grid.rows));
+    console->Write(fmt::format("Grid spacing: {:.3f} um", model.grid.spacing));
+    console->Write(fmt::format("GDS cell: {}", settings.cellName));
+}
+
+}  // namespace
+
+PreparedRun PrepareRun(const std::filesystem::path& path, const GdsDatabase& gds,
+                       const ColorTable& colors, LogConsole* console) {
+    PreparedRun run;
+    run.model = std::make_unique<ProcessModel>();
+    if (!TakeProcessFile(run, path, colors, console) || !TakeGrid(run, console) ||
+        !TakePolygons(run, gds, console)) {
+        run.model.reset();
+        return run;
+    }
+    WriteGridReport(*run.model, console);
+    Grid& grid = run.model->grid;
+    BuildNeighbourTable(grid.neighbours, grid.rows, grid.columns, grid.spacing);
+    BuildDistanceIndex(grid);
+    run.model->stack.coverMap.assign(grid.CellCount(), CoverCell{});
+    return run;
+}
+
+}  // namespace zelmo

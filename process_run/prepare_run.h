@@ -1,0 +1,28 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "process_file/color_table.h"
+
+namespace zelmo {
+
+class LogConsole;
+struct GdsDatabase;
+struct ProcessModel;
+
+/// A model that is ready to run, or why there is none.
+struct PreparedRun {
+    std::unique_ptr<ProcessModel> model;
+    bool fileOpened = true;           ///< whether there was a process file to read
+    std::vector<std::string> errors;  ///< as the console has them, in UTF-8; empty with a model
+};
+
+/// Prepares a run: reads the process file, sizes the grid, takes the cell's polygons and builds the
+/// tables, with a report on the console. The layout is not needed any more afterwards.
+PreparedRun PrepareRun(const std::filesystem::path& path, const GdsDatabase& gds,
+                       const ColorTable& colors, LogConsole* console);
+
+}  // namespace zelmo

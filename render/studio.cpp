@@ -1,0 +1,25 @@
+#include "render/studio.h"
+
+#include "render/frame_renderer.h"
+#include "render/step_picture.h"
+
+namespace zelmo {
+
+Studio::Studio(const std::filesystem::path& surfaceShader, const std::filesystem::path& pointShader,
+               std::optional<HidingRules> hidingRules)
+    : surfaceShader_(surfaceShader), pointShader_(pointShader), hidingRules_(hidingRules) {
+    if (!surfaceShader_.IsUsable()) {
+        faultyShaders_.push_back({surfaceShader, surfaceShader_.Errors()});
+    }
+    if (!pointShader_.IsUsable()) {
+        faultyShaders_.push_back({pointShader, pointShader_.Errors()});
+    }
+}
+
+StepImage Studio::TakePicture(const ProcessModel& model, const ProcessStep& step,
+                              std::int32_t imageNumber, std::string* problem) {
+    const PictureTools tools{surfaceShader_, pointShader_, textFont_, hidingRules_};
+    return TakeStepPicture(model, step, uploads_, tools, imageNumber, camera_, problem);
+}
+
+}  // namespace zelmo

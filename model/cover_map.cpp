@@ -63,9 +63,9 @@ private:
         bool isOpen = false;
         for (std::int32_t row = 0; row < rows_; ++row) {
             for (std::int32_t word = 0; word < words_; ++word) {
-                const std::uint64_t covered =
-                    open_[row][word] &
-                    (dilated_[row][word] | dilated_[row + 1][word] | dilated_[row + 2][word]);
+                const std::uint64_t around =
+                    layer.coversAround ? dilated_[row][word] | dilated_[row + 2][word] : 0;
+                const std::uint64_t covered = open_[row][word] & (dilated_[row + 1][word] | around);
                 if (covered != 0) {
                     SetCover(id, layer, row, word, covered);
                     Close(row, word, covered);
@@ -84,7 +84,7 @@ private:
     }
 
     /// Finds where the layer has thickness in a row of the tile or next to it, dilated by one
-    /// column to either side.
+    /// column to either side if the layer covers around.
     void DilateThickness(const Layer& layer, std::int32_t row) {
         std::uint64_t* const dilated = dilated_[row + 1];
         const std::uint32_t wanted = WordsNearOpenCells(row);
@@ -108,6 +108,10 @@ private:
         thick[words_] = endsGrid ? 0 : isThick(cols_);
         for (std::int32_t word = 0; word < words_; ++word) {
             const std::uint64_t here = thick[word];
+            if (!layer.coversAround) {
+                dilated[word] = here;
+                continue;
+            }
             dilated[word] = here | here << 1 | here >> 1 | thick[word - 1] >> (wordBits - 1) |
                             thick[word + 1] << (wordBits - 1);
         }

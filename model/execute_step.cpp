@@ -2,6 +2,8 @@
 
 #include <fmt/format.h>
 
+#include <string>
+
 #include "base/log_console.h"
 #include "model/process_model.h"
 #include "model/steps/steps.h"
@@ -10,7 +12,21 @@ namespace zelmo {
 
 namespace {
 
-void Execute(ProcessModel& model, const ProcessStep& step) {
+void Say(LogConsole* console, const std::string& text) {
+    if (console != nullptr) {
+        console->Write(text);
+    }
+}
+
+void Polish(Stack& stack, const Grid& grid, const ProcessStep& step, LogConsole* console) {
+    if (!ExecutePolish(stack, grid, step)) {
+        Say(console,
+            fmt::format("Note: {} changed nothing: its stop holds no square of 3 by 3 grid cells.",
+                        step.description));
+    }
+}
+
+void Execute(ProcessModel& model, const ProcessStep& step, LogConsole* console) {
     Stack& stack = model.stack;
     const Grid& grid = model.grid;
     switch (step.kind) {
@@ -30,16 +46,20 @@ void Execute(ProcessModel& model, const ProcessStep& step) {
             return ExecuteStrip(stack, grid, step);
         case StepKind::Release:
             return ExecuteRelease(stack, grid, step);
+        case StepKind::Polish:
+            return Polish(stack, grid, step, console);
+        case StepKind::Implant:
+            return ExecuteImplant(stack, grid, step);
     }
 }
 
 }  // namespace
 
 void ExecuteStep(ProcessModel& model, const ProcessStep& step, LogConsole* console) {
-    if (!step.description.empty() && console != nullptr) {
-        console->Write(fmt::format("Executing {} ...", step.description));
+    if (!step.description.empty()) {
+        Say(console, fmt::format("Executing {} ...", step.description));
     }
-    Execute(model, step);
+    Execute(model, step, console);
     SettleStack(model.stack, model.grid);
 }
 

@@ -32,6 +32,8 @@ enum class StepKind : std::int32_t {
     Etch = 8,
     Strip = 9,
     Release = 10,
+    Polish = 11,
+    Implant = 12,
 };
 
 /// One step of a run.
@@ -40,22 +42,27 @@ struct ProcessStep {
     StepKind kind = StepKind::Coating;  ///< what the number 0 stands for
     float alpha = 0.0f;                 ///< opacity of the new layer, 0 to 1
     std::array<float, 3> color{};       ///< red, green, blue, 0 to 1
-    float depth = 0.0f;                 ///< etch
+    float depth = 0.0f;                 ///< etch, implant
     float dop = 0.0f;                   ///< coating: degree of planarisation, 0 to 1
     float iso = 0.0f;                   ///< etch: isotropy, the sideways share of the depth
     float res = 0.0f;                   ///< photo: diameter of the disc that rounds the pattern
     float stepCoverage = 0.0f;          ///< deposition: sideways share of the thickness, 0.1 to 1
     float taper = 0.0f;                 ///< photo: slope of the resist's edge in degrees
     float thickness = 0.0f;
+    /// polish: of the plane, from the level of the stop (`polishesToStop`) or from the substrate's
+    /// upper side
+    float level = 0.0f;
+    bool polishesToStop = false;
     std::uint32_t maskId = 0;  ///< photo: GDS layer number
     std::string label;         ///< text in the legend
     std::string photoName;
-    std::string material;              ///< what etch and release targets are matched with
-    std::string materialType;          ///< what `-targets` selects by
-    std::string description;           ///< text for the console and the picture
-    std::string processName;           ///< name of an etch, release or strip
-    std::string result;                ///< dump: what is written
-    std::vector<std::string> targets;  ///< etch, release: names of the materials to remove
+    std::string material;      ///< what etch and release targets are matched with
+    std::string materialType;  ///< what `-targets` selects by
+    std::string description;   ///< text for the console and the picture
+    std::string processName;   ///< name of an etch, release, strip or polish
+    std::string result;        ///< dump: what is written
+    /// Names of materials: what etch and release remove, what implant converts, what stops a polish
+    std::vector<std::string> targets;
 };
 
 }  // namespace zelmo

@@ -32,6 +32,7 @@ struct Layer {
     std::string material;
     std::string label;
     bool isPhotoresist = false;
+    bool coversAround = true;  ///< also the cells around its own (UpdateCoverMap)
     std::array<float, 3> color{};
     float alpha = 1.0f;
     bool changed = true;  ///< since SettleStack last looked

@@ -181,16 +181,17 @@ std::string ReadWord(ReaderState& state, std::string_view line, std::string_view
     return std::string(word);
 }
 
-void ReadTargets(ReaderState& state, std::string_view line, std::vector<std::string>& targets) {
-    std::optional<std::string_view> rest = RequireArgument(state, line, "-targets");
+void ReadTargets(ReaderState& state, std::string_view line, std::string_view argument,
+                 std::vector<std::string>& targets) {
+    std::optional<std::string_view> rest = RequireArgument(state, line, argument);
     if (!rest) {
         return;
     }
     TakeBlankSeparated(*rest);
     std::string_view word = TakeBlankSeparated(*rest);
     if (word.empty()) {
-        ReportError(state,
-                    "No targets found reading -targets argument: provide at least one target");
+        ReportError(state, "No targets found reading %s argument: provide at least one target",
+                    argument);
         return;
     }
     for (; !word.empty() && word[0] != '-'; word = TakeBlankSeparated(*rest)) {

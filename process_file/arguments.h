@@ -44,8 +44,9 @@ float ReadLayoutLength(ReaderState& state, std::string_view line, std::string_vi
 /// The word behind `argument`, or an empty text if there is none.
 std::string ReadWord(ReaderState& state, std::string_view line, std::string_view argument);
 
-/// Appends to `targets` the names of all materials so far of the types behind `-targets`.
-void ReadTargets(ReaderState& state, std::string_view line, std::vector<std::string>& targets);
+/// Appends to `targets` the names of all materials so far of the types behind `argument`.
+void ReadTargets(ReaderState& state, std::string_view line, std::string_view argument,
+                 std::vector<std::string>& targets);
 
 /// Sets the step's colour from `-color` or `-scolor`. `unknownNameText` is the error for a name
 /// that the colour table does not hold.

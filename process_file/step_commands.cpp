@@ -23,7 +23,7 @@ bool IsOutsideUnitRange(float value) {
     return value < 0.0f || value > 1.0f;
 }
 
-/// -name, -type and -thickness of a new material; the thickness stays in nanometres.
+/// -name and -type of a new material.
 void ReadMaterial(ReaderState& state, std::string_view line, ProcessStep& step) {
     step.material = ReadWord(state, line, "-name");
     const auto hasThisName = [&](const MaterialEntry& entry) {
@@ -34,9 +34,28 @@ void ReadMaterial(ReaderState& state, std::string_view line, ProcessStep& step) 
                     step.material);
     }
     step.materialType = ReadWord(state, line, "-type");
+}
+
+/// -name, -type and -thickness of a new film; the thickness stays in nanometres.
+void ReadFilm(ReaderState& state, std::string_view line, ProcessStep& step) {
+    ReadMaterial(state, line, step);
     step.thickness = ReadDecimal(state, line, "-thickness");
     if (!(step.thickness > 0.0f)) {
         ReportError(state, thicknessNotPositive);
+    }
+}
+
+/// A material can be a target from the next line on, however wrong its own is.
+void AddMaterial(ReaderState& state, ProcessStep& step) {
+    state.materials.push_back({step.material, step.materialType});
+    step.label = step.material;
+}
+
+/// A depth below the surface, in micrometres.
+void ReadDepth(ReaderState& state, std::string_view line, ProcessStep& step) {
+    step.depth = ReadDecimal(state, line, "-depth") / nanometresPerMicrometre;
+    if (step.depth < 0.0f) {
+        ReportError(state, "Invalid -depth argument: Depth cannot be negative.");
     }
 }
 
@@ -85,13 +104,12 @@ void ReadDeposition(ReaderState& state, std::string_view line, ArgumentList allo
                     ProcessFile& file) {
     ProcessStep& step = file.steps.back();
     CheckArguments(state, line, allowed);
-    ReadMaterial(state, line, step);
+    ReadFilm(state, line, step);
     ReadStepCoverage(state, line, step);
     ReadColor(state, line, step, "Color name is not a recognized X11 color");
     ReadAlpha(state, line, step);
     step.thickness /= nanometresPerMicrometre;
-    state.materials.push_back({step.material, step.materialType});
-    step.label = step.material;
+    AddMaterial(state, step);
     step.description = fmt::format("{} deposition", step.material);
 }
 
@@ -102,7 +120,7 @@ void ReadCoating(ReaderState& state, std::string_view line, ArgumentList allowed
                  ProcessFile& file) {
     ProcessStep& step = file.steps.back();
     CheckArguments(state, line, allowed);
-    ReadMaterial(state, line, step);
+    ReadFilm(state, line, step);
     ReadPlanarisation(state, line, step);
     ReadColor(state, line, step, "Color name is unrecognized");
     ReadAlpha(state, line, step);
@@ -110,8 +128,7 @@ void ReadCoating(ReaderState& state, std::string_view line, ArgumentList allowed
     if (step.thickness < 0.0f) {
         ReportError(state, "Invalid -thickness argument: Thickness cannot be negative.");
     }
-    state.materials.push_back({step.material, step.materialType});
-    step.label = step.material;
+    AddMaterial(state, step);
     step.description = fmt::format("{} coating", step.material);
 }
 
@@ -163,12 +180,9 @@ void ReadEtch(ReaderState& state, std::string_view line, ArgumentList allowed, P
     ProcessStep& step = file.steps.back();
     CheckArguments(state, line, allowed);
     step.processName = ReadWord(state, line, "-name");
-    step.depth = ReadDecimal(state, line, "-depth") / nanometresPerMicrometre;
-    if (step.depth < 0.0f) {
-        ReportError(state, "Invalid -depth argument: Depth cannot be negative.");
-    }
+    ReadDepth(state, line, step);
     CheckStepName(state, step, "etch");
-    ReadTargets(state, line, step.targets);
+    ReadTargets(state, line, "-targets", step.targets);
     step.iso = ReadDecimal(state, line, "-iso");
     // The limit is 5.0 though the text names 1.0: faster sideways than down is welcome.
     if (step.iso < 0.0f || step.iso > 5.0f) {
@@ -187,7 +201,7 @@ void ReadRelease(ReaderState& state, std::string_view line, ArgumentList allowed
     CheckArguments(state, line, allowed);
     step.processName = ReadWord(state, line, "-name");
     CheckStepName(state, step, "release");
-    ReadTargets(state, line, step.targets);
+    ReadTargets(state, line, "-targets", step.targets);
     step.description = fmt::format("{} release etch", step.processName);
 }
 
@@ -205,6 +219,66 @@ void ReadStrip(ReaderState& state, std::string_view line, ArgumentList allowed, 
     step.description = fmt::format("{} photoresist strip", step.processName);
 }
 
+constexpr std::array polishArguments = {"-name"sv, "-stop"sv, "-over"sv, "-above"sv, "-level"sv};
+
+/// The plane is given in one of three ways, and none goes with the arguments of another.
+ArgumentList PolishArgumentsOf(std::string_view line) {
+    static constexpr std::array overStop = {"-name"sv, "-stop"sv, "-over"sv};
+    static constexpr std::array aboveStop = {"-name"sv, "-stop"sv, "-above"sv};
+    static constexpr std::array level = {"-name"sv, "-level"sv};
+    if (HasArgument(line, "-stop")) {
+        return HasArgument(line, "-over") ? ArgumentList(overStop) : aboveStop;
+    }
+    return level;
+}
+
+/// A height of the plane in micrometres. `quantity` is what it is called in the error.
+float ReadPlane(ReaderState& state, std::string_view line, std::string_view argument,
+                std::string_view quantity) {
+    const float height = ReadDecimal(state, line, argument) / nanometresPerMicrometre;
+    if (height < 0.0f) {
+        ReportError(state, "Invalid %s argument: %s cannot be negative.", argument, quantity);
+    }
+    return height;
+}
+
+void ReadPolish(ReaderState& state, std::string_view line, ArgumentList, ProcessFile& file) {
+    ProcessStep& step = file.steps.back();
+    CheckArguments(state, line, PolishArgumentsOf(line));
+    step.processName = ReadWord(state, line, "-name");
+    CheckStepName(state, step, "polish");
+    step.polishesToStop = HasArgument(line, "-stop");
+    if (step.polishesToStop) {
+        ReadTargets(state, line, "-stop", step.targets);
+        if (HasArgument(line, "-over")) {
+            step.level = -ReadPlane(state, line, "-over", "Depth");
+        } else if (HasArgument(line, "-above")) {
+            step.level = ReadPlane(state, line, "-above", "Height");
+        }
+    } else if (HasArgument(line, "-level")) {
+        step.level = ReadPlane(state, line, "-level", "Height");
+    } else {
+        ReportError(state, "Missing -stop or -level argument");
+    }
+    step.description = fmt::format("{} polishing", step.processName);
+}
+
+constexpr std::array implantArguments = {"-name"sv,  "-type"sv,   "-targets"sv, "-depth"sv,
+                                         "-color"sv, "-scolor"sv, "-alpha"sv};
+
+void ReadImplant(ReaderState& state, std::string_view line, ArgumentList allowed,
+                 ProcessFile& file) {
+    ProcessStep& step = file.steps.back();
+    CheckArguments(state, line, allowed);
+    ReadMaterial(state, line, step);
+    ReadTargets(state, line, "-targets", step.targets);
+    ReadDepth(state, line, step);
+    ReadColor(state, line, step, "Color name is unrecognized");
+    ReadAlpha(state, line, step);
+    AddMaterial(state, step);
+    step.description = fmt::format("{} implant", step.material);
+}
+
 void ReadDump(ReaderState&, std::string_view, ArgumentList, ProcessFile& file) {
     file.steps.back().result = "stack data";
     file.steps.back().description = "dumping of stack data";
@@ -217,6 +291,8 @@ constexpr Command commands[] = {
     {"etch", StepKind::Etch, etchArguments, ReadEtch},
     {"release", StepKind::Release, releaseArguments, ReadRelease},
     {"strip", StepKind::Strip, stripArguments, ReadStrip},
+    {"polish", StepKind::Polish, polishArguments, ReadPolish},
+    {"implant", StepKind::Implant, implantArguments, ReadImplant},
     {"dump", StepKind::Dump, {}, ReadDump},
 };
 

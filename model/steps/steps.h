@@ -28,5 +28,10 @@ void ExecuteEtch(Stack& stack, const Grid& grid, const ProcessStep& step);
 void ExecuteStrip(Stack& stack, const Grid& grid, const ProcessStep& step);
 /// Removes whole materials, wherever they lie.
 void ExecuteRelease(Stack& stack, const Grid& grid, const ProcessStep& step);
+/// Levels everything on the substrate to a plane. False if the plane was to be measured from a stop
+/// that holds no square of 3 by 3 cells: then nothing has changed.
+bool ExecutePolish(Stack& stack, const Grid& grid, const ProcessStep& step);
+/// Turns exposed material into doped material, down to a depth.
+void ExecuteImplant(Stack& stack, const Grid& grid, const ProcessStep& step);
 
 }  // namespace zelmo

@@ -43,8 +43,21 @@ std::string TakePhoto(FuzzedDataProvider& bytes) {
                        type, resolution, thickness, bytes.ConsumeIntegralInRange<int>(0, 100));
 }
 
+std::string TakePolish(FuzzedDataProvider& bytes, int number) {
+    const char* const type = TakeType(bytes);
+    const std::string height = TakeNumber(bytes, 0.0f, 2000.0f);
+    switch (bytes.ConsumeIntegral<std::uint8_t>() % 3) {
+        case 0:
+            return fmt::format("polish -name C{} -stop {} -over {}\n", number, type, height);
+        case 1:
+            return fmt::format("polish -name C{} -stop {} -above {}\n", number, type, height);
+        default:
+            return fmt::format("polish -name C{} -level {}\n", number, height);
+    }
+}
+
 std::string TakeStep(FuzzedDataProvider& bytes, int number, bool& resistIsOpen) {
-    switch (bytes.ConsumeIntegral<std::uint8_t>() % 6) {
+    switch (bytes.ConsumeIntegral<std::uint8_t>() % 8) {
         case 0: {
             const char* const type = TakeType(bytes);
             const std::string thickness = TakeNumber(bytes, 1.0f, 3000.0f);
@@ -68,7 +81,16 @@ std::string TakeStep(FuzzedDataProvider& bytes, int number, bool& resistIsOpen) 
             return fmt::format("etch -name E{} -targets {} -depth {} -iso {}\n", number, type,
                                depth, TakeShare(bytes, 5.0f));
         }
-        case 4:
+        case 4: {
+            const char* const type = TakeType(bytes);
+            const char* const target = TakeType(bytes);
+            const std::string depth = TakeNumber(bytes, 0.0f, 3000.0f);
+            return fmt::format("implant -name M{} -type {} -targets {} -depth {} {}\n", number,
+                               type, target, depth, TakeColor(bytes));
+        }
+        case 5:
+            return TakePolish(bytes, number);
+        case 6:
             return fmt::format("release -name R{} -targets {}\n", number, TakeType(bytes));
         default:
             return {};

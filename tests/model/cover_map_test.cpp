@@ -84,6 +84,23 @@ TEST(CoverMap, ALayerCoversTheCellsAroundItsThicknessAtTheirOwnHeight) {
     }
 }
 
+TEST(CoverMap, ALayerThatCoversNothingAroundShowsAtItsOwnCellsOnly) {
+    ProcessModel model;
+    SetUpGrid(model, 70, 7, 1.0f);
+    AppendFlatLayer(model, 0.0f, 1.0f);
+    Layer& bump = AppendBump(model, 64, 3);
+    bump.coversAround = false;
+    UpdateCoverMap(model.stack, model.grid);
+    for (std::int32_t row = 0; row < 7; ++row) {
+        for (std::int32_t col = 0; col < 70; ++col) {
+            const bool own = col == 64 && row == 3;
+            const CoverCell& cover = model.stack.coverMap[CellAt(model, col, row)];
+            EXPECT_EQ(cover.layerId, own ? 1 : 0) << col << ", " << row;
+            EXPECT_EQ(cover.height, own ? 3.0f : 1.0f) << col << ", " << row;
+        }
+    }
+}
+
 TEST(CoverMap, TheEdgeOfTheGridDoesNotWrapAround) {
     ProcessModel model;
     SetUpGrid(model, 4, 4, 1.0f);
@@ -162,6 +179,7 @@ void AppendRandomLayers(ProcessModel& model, TestRandom& random) {
                 layer.bottom[cell] = strangers[random.Below(5)];
             }
         }
+        layer.coversAround = random.Below(3) != 0;
         if (random.Below(4) == 0) {
             model.stack.layers.back().reset();
         }

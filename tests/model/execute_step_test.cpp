@@ -64,7 +64,7 @@ TEST(ExecuteStep, WithoutADescriptionSaysNothing) {
 }
 
 TEST(ExecuteStep, OtherKindsDoNothing) {
-    for (const std::int32_t kind : {1, 5, 6, 11, -1, 2147483647}) {
+    for (const std::int32_t kind : {1, 5, 6, 13, -1, 2147483647}) {
         ProcessModel model;
         SetUpSubstrate(model, 3, 3);
         const auto before = BitsOf(model.stack.coverMap);
@@ -89,6 +89,8 @@ TEST(ExecuteStep, TracesEveryKindButSubstrateAndDump) {
         {StepKind::Etch, {"Executing etch"}},
         {StepKind::Strip, {"Executing strip"}},
         {StepKind::Release, {"Executing release"}},
+        {StepKind::Polish, {"Executing polish"}},
+        {StepKind::Implant, {"Executing implant"}},
     };
     for (const auto& [kind, lines] : kinds) {
         ProcessModel model;

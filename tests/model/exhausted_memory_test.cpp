@@ -50,6 +50,8 @@ ProcessStep StepOf(StepKind kind) {
     step.maskId = 1;
     step.maskDark = true;
     step.targets = {"OX"};
+    step.polishesToStop = true;
+    step.level = -0.05f;
     return step;
 }
 
@@ -83,8 +85,8 @@ std::vector<std::vector<std::uint32_t>> ArraysOf(const ProcessModel& model) {
 
 /// How many layers a step of this kind leaves of the three.
 std::size_t SlotsAfter(StepKind kind) {
-    const bool adds =
-        kind == StepKind::Coating || kind == StepKind::Deposition || kind == StepKind::Photo;
+    const bool adds = kind == StepKind::Coating || kind == StepKind::Deposition ||
+                      kind == StepKind::Photo || kind == StepKind::Implant;
     return adds ? 4 : 3;
 }
 
@@ -122,7 +124,8 @@ TEST_P(ExhaustedMemory, LeavesTheStackAsItWas) {
 
 INSTANTIATE_TEST_SUITE_P(Steps, ExhaustedMemory,
                          testing::Values(StepKind::Coating, StepKind::Deposition, StepKind::Photo,
-                                         StepKind::Etch, StepKind::Strip, StepKind::Release));
+                                         StepKind::Etch, StepKind::Strip, StepKind::Release,
+                                         StepKind::Polish, StepKind::Implant));
 
 TEST(ExhaustedMemoryMarks, AreMadeBeforeAnyLayerIsReleased) {
     for (std::int64_t allocations = 0; allocations < 2; ++allocations) {

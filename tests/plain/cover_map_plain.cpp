@@ -21,6 +21,9 @@ bool FindCover(const Stack& stack, const Grid& grid, std::int32_t col, std::int3
             continue;
         }
         for (const auto& offset : offsets) {
+            if (!layer->coversAround && (offset[0] != 0 || offset[1] != 0)) {
+                continue;
+            }
             const std::int32_t x = col + offset[0];
             const std::int32_t y = row + offset[1];
             if (x < 0 || y < 0 || x >= grid.columns || y >= grid.rows) {

@@ -179,7 +179,7 @@ TEST_F(ArgumentsTest, AWordThatBeginsWithADashIsReportedAndReturned) {
 TEST_F(ArgumentsTest, TargetsAreTheNamesOfAllMaterialsOfTheTypes) {
     state.materials = {{"Ox1", "oxide"}, {"M1", "metal"}, {"Ox2", "oxide"}, {"Ox1", "oxide"}};
     Lines targets{"before"};
-    ReadTargets(state, "etch -targets oxide metal oxide -iso metal", targets);
+    ReadTargets(state, "etch -targets oxide metal oxide -iso metal", "-targets", targets);
     EXPECT_EQ(targets, (Lines{"before", "Ox1", "Ox2", "Ox1", "M1", "Ox1", "Ox2", "Ox1"}));
     EXPECT_EQ(Errors(), Lines{});
 }
@@ -187,7 +187,7 @@ TEST_F(ArgumentsTest, TargetsAreTheNamesOfAllMaterialsOfTheTypes) {
 TEST_F(ArgumentsTest, UnknownTargetTypesAreReportedWordByWord) {
     state.materials = {{"Ox1", "oxide"}};
     Lines targets;
-    ReadTargets(state, "etch -targets Oxide oxide Ox1 oxide\t -depth", targets);
+    ReadTargets(state, "etch -targets Oxide oxide Ox1 oxide\t -depth", "-targets", targets);
     EXPECT_EQ(targets, Lines{"Ox1"});
     EXPECT_EQ(Errors(),
               (Lines{"Target etch type Oxide is undefined", "Target etch type Ox1 is undefined",
@@ -196,15 +196,20 @@ TEST_F(ArgumentsTest, UnknownTargetTypesAreReportedWordByWord) {
 
 TEST_F(ArgumentsTest, MissingTargetsAreReported) {
     Lines targets;
-    ReadTargets(state, "etch", targets);
+    ReadTargets(state, "etch", "-targets", targets);
     EXPECT_EQ(Errors(), Lines{"Argument -targets not found"});
-    ReadTargets(state, "etch -targets ", targets);
+    ReadTargets(state, "etch -targets ", "-targets", targets);
     EXPECT_EQ(Errors(),
               Lines{"No targets found reading -targets argument: provide at least one target"});
-    ReadTargets(state, "etch -targets -depth 5", targets);
-    ReadTargets(state, "etch -targets - x", targets);
+    ReadTargets(state, "etch -targets -depth 5", "-targets", targets);
+    ReadTargets(state, "etch -targets - x", "-targets", targets);
     EXPECT_EQ(Errors(), Lines{});
     EXPECT_TRUE(targets.empty());
+    ReadTargets(state, "polish -stop", "-stop", targets);
+    EXPECT_EQ(Errors(),
+              Lines{"No targets found reading -stop argument: provide at least one target"});
+    ReadTargets(state, "polish -name P", "-stop", targets);
+    EXPECT_EQ(Errors(), Lines{"Argument -stop not found"});
 }
 
 class ColorTest : public ArgumentsTest {

@@ -53,6 +53,11 @@ protected:
                                                         ".",
                                                         "inf",
                                                         "release",
+                                                        "polish ",
+                                                        "implant ",
+                                                        "-stop",
+                                                        "-level",
+                                                        "-above",
                                                         "\v",
                                                         std::string(1, '\0'),
                                                         std::string(1100, 'z'),
@@ -96,6 +101,8 @@ const std::string goodFile =
     "etch -name Cut -targets oxide glass -depth 500 -iso 0.1\n"
     "strip -name Cut\n"
     "dump\n"
+    "polish -name Flat -stop glass -over 20\n"
+    "implant -name Well -type well -targets oxide -depth 200 -scolor navy\n"
     "release -name Free -targets oxide\n"
     "stop\n";
 

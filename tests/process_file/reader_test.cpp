@@ -280,15 +280,17 @@ TEST_F(ReaderTest, TheFirstCommandMessageComesOnce) {
 }
 
 TEST_F(ReaderTest, AStepIsAppendedWhateverItsErrors) {
-    ReadSteps("deposition\ncoating\nphoto\netch\nrelease\nstrip\n");
+    ReadSteps("deposition\ncoating\nphoto\netch\nrelease\nstrip\npolish\nimplant\n");
     EXPECT_FALSE(Accepted());
-    ASSERT_EQ(file.steps.size(), 7u);
+    ASSERT_EQ(file.steps.size(), 9u);
     EXPECT_EQ(Step(1).kind, StepKind::Deposition);
     EXPECT_EQ(Step(2).kind, StepKind::Coating);
     EXPECT_EQ(Step(3).kind, StepKind::Photo);
     EXPECT_EQ(Step(4).kind, StepKind::Etch);
     EXPECT_EQ(Step(5).kind, StepKind::Release);
     EXPECT_EQ(Step(6).kind, StepKind::Strip);
+    EXPECT_EQ(Step(7).kind, StepKind::Polish);
+    EXPECT_EQ(Step(8).kind, StepKind::Implant);
 }
 
 TEST_F(ReaderTest, NothingOfOneReadReachesTheNext) {

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <limits>
 #include <string>
 #include <vector>
@@ -14,12 +15,11 @@
 #include "model/offset/surface_offset.h"
 #include "model/steps/steps.h"
 #include "tests/model/grid_model.h"
+#include "tests/model/steps/random_stack.h"
 #include "tests/support/case_count.h"
 
 namespace zelmo {
 namespace {
-
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 
 /// From the top of the stack down to the first material that stands.
 void EtchColumnPlain(ProcessModel& model, const std::string& target, std::size_t cell,
@@ -40,37 +40,6 @@ void EtchColumnPlain(ProcessModel& model, const std::string& target, std::size_t
             return;
         }
         layer->top[cell] = layer->bottom[cell];
-    }
-}
-
-float RandomHeight(TestRandom& random) {
-    constexpr float odd[] = {nan, std::numeric_limits<float>::infinity(), -0.0f, 0.0f, -1e30f};
-    return random.Below(60) == 0 ? odd[random.Below(5)]
-                                 : static_cast<float>(random.Below(9)) * 0.25f;
-}
-
-/// Layers that can stand apart and lie the wrong way round.
-void SetUpRandomStack(ProcessModel& model, TestRandom& random) {
-    const char* const materials[] = {"ox", "metal"};
-    const bool isLong = random.Below(50) == 0;  // more cells than go down the stack together
-    SetUpGrid(model, isLong ? 1700 : static_cast<std::int32_t>(1 + random.Below(20)),
-              static_cast<std::int32_t>(2 + random.Below(isLong ? 2 : 6)), 0.5f);
-    AppendFlatLayer(model, -5.0f, 5.0f, "_SUB_");
-    const std::uint32_t films = random.Below(6);
-    for (std::uint32_t film = 0; film < films; ++film) {
-        Layer& layer = AppendFlatLayer(model, 0.0f, 0.0f, materials[random.Below(2)]);
-        layer.isPhotoresist = random.Below(5) == 0;
-        const std::uint32_t rarity = 1 + random.Below(4);
-        for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
-            layer.bottom[cell] = RandomHeight(random);
-            layer.top[cell] = random.Below(rarity) == 0 ? RandomHeight(random) : layer.bottom[cell];
-        }
-        if (random.Below(8) == 0) {
-            model.stack.layers.back().reset();
-        }
-    }
-    for (CoverCell& cell : model.stack.coverMap) {
-        cell.height = RandomHeight(random);
     }
 }
 

@@ -77,7 +77,8 @@ void Polish(benchmark::State& state) {
     step.polishesToStop = true;
     step.targets = {state.range(0) == 0 ? "Metal2" : "Poly"};
     Repeat(
-        state, [&](ProcessModel& model) { Execute(model.stack, model.grid, step); }, state.range(1));
+        state, [&](ProcessModel& model) { Execute(model.stack, model.grid, step); },
+        state.range(1));
 }
 BENCHMARK(Polish<ExecutePolish>)
     ->ArgNames({"gates", "threads"})
@@ -103,7 +104,8 @@ void Implant(benchmark::State& state) {
         }
     }
     Repeat(
-        state, [&](ProcessModel& model) { Execute(model.stack, model.grid, step); }, state.range(1));
+        state, [&](ProcessModel& model) { Execute(model.stack, model.grid, step); },
+        state.range(1));
 }
 BENCHMARK(Implant<ExecuteImplant>)
     ->ArgNames({"deep", "threads"})

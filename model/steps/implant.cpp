@@ -121,7 +121,7 @@ private:
 
     void GoDown(const Stretch& some) {
         StartAtCover(some);
-        std::array<std::int32_t, stretch> state;
+        std::array<std::int32_t, stretch> state;  // NOLINT(*-member-init): filled before it is read
         state.fill(columnOpen);
         const DopedColumns columns = ColumnsOf(some, state.data());
         bool goesOn = true;
@@ -154,7 +154,7 @@ private:
     /// Beside a converted layer, in columns where no target has thickness, the new layer's edge
     /// lies on that of the converted one.
     void PlaceRim(const Stretch& some) {
-        std::array<std::int32_t, stretch> rim;
+        std::array<std::int32_t, stretch> rim;  // NOLINT(*-member-init): filled before it is read
         const std::int32_t* const first = FirstOf(some);
         if (!ZELMO_PICK_LANES(FindRim)(first - firstColumns_, first, first + firstColumns_,
                                        rim.data(), some.count)) {

@@ -46,6 +46,7 @@ IntLanes LargestOfThree(const std::int32_t* row, const NextCells& next) {
         FloatLanes newTop = Load<FloatLanes>(columns.top, next);
         FloatLanes newBottom = Load<FloatLanes>(columns.bottom, next);
         const IntLanes isThick = top != bottom;
+        // NOLINTNEXTLINE(misc-redundant-expression): a number equals itself, NaN does not
         const IntLanes isTarget = (top > bottom) & (top - top == 0.0f);
         const IntLanes starts = (state == columnOpen) & isTarget;
         const IntLanes follows = (state == columnConverting) & isTarget & (top >= newBottom);
@@ -104,7 +105,7 @@ IntLanes LargestOfThree(const std::int32_t* row, const NextCells& next) {
             const FloatLanes bottom = Load<FloatLanes>(layer.bottom, next);
             const FloatLanes newBottom = Load<FloatLanes>(columns.bottom, next);
             const FloatLanes lowered = last == id ? newBottom : bottom;
-            Store(tops, isInside & (top != bottom) ? lowered : top, next);
+            Store(tops, (isInside & (top != bottom)) ? lowered : top, next);
         }
     }
 }

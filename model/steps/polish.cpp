@@ -77,7 +77,7 @@ private:
     std::int32_t gridColumns_;
     std::int32_t firstCol_;
     std::int32_t squares_;  ///< in a row
-    std::array<StopRow, 3> rows_;
+    std::array<StopRow, 3> rows_{};
     StopRow* front_ = &rows_[0];
     StopRow* middle_ = &rows_[1];
     StopRow* back_ = &rows_[2];

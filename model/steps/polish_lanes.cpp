@@ -26,7 +26,7 @@ bool AnyCell(const float* heights, std::int32_t count, const Condition& holds) {
     for (; i + together * cellLanes <= count; i += together * cellLanes) {
         IntLanes any{};
         for (std::int32_t part = 0; part < together; ++part) {
-            any |= holds(LoadLanes(heights + i + part * cellLanes));
+            any |= holds(LoadLanes(heights + (i + part * cellLanes)));
         }
         if (AnyLane(any)) {
             return true;
@@ -51,6 +51,7 @@ static_assert(cellLanes <= spareStops);
         const FloatLanes tops = Load<FloatLanes>(top, next);
         const FloatLanes bottoms = Load<FloatLanes>(bottom, next);
         const FloatLanes stops = Load<FloatLanes>(stop, next);
+        // NOLINTNEXTLINE(misc-redundant-expression): a number equals itself, NaN does not
         const IntLanes isHigher = (tops > stops) & (tops != bottoms) & (bottoms == bottoms);
         Store(stop, isHigher ? tops : stops, next);
     }

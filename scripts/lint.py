@@ -8,8 +8,13 @@ with the checks of .clang-tidy for the sources of the rooms (not for tests, benc
 What clang-tidy looks at is what the presets `release` and `windows` compile, so both are to be
 configured first. A source that passed is not looked at again until it, a header of the project that
 it includes, its compiler's command line or the checks change; build/lint keeps the record.
+
+Sources of a folder are looked at as one: most of the time goes into the headers of the library, and
+those are the same for all of them. A source is looked at alone where something was found in it, or
+where it does not go together with the others (two of them may use a name for two things).
 """
 import argparse
+import collections
 import concurrent.futures
 import hashlib
 import json
@@ -24,6 +29,9 @@ ROOT = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
 FORMAT = "clang-format-14"
 TIDY = "clang-tidy-14"
 PRESETS = ["release", "windows"]
+# As many sources are looked at as one, at most: enough to share the headers, few enough for the
+# processors to be busy until the end.
+TOGETHER = 8
 # A finding, with its file and its check.
 FINDING = re.compile(r"^(/[^:]+):\d+:\d+: (?:warning|error): .*\[([^\]]+)\]$")
 
@@ -85,61 +93,102 @@ def digest(path, entry, setting):
     return total.hexdigest()
 
 
-def findings(path, preset, extra):
-    """The findings in the project's own files, as clang-tidy prints them; or why it ended."""
-    output, status = output_of(TIDY, "--quiet", "-p", os.path.join(ROOT, "build/lint", preset),
-                               *extra, os.path.join(ROOT, path))
+def findings(source, folder, extra):
+    """The findings of clang-tidy in the project's own files: a list of (file, text)."""
+    output, status = output_of(TIDY, "--quiet", "-p", folder, *extra, source)
     blocks = []
     for line in output.splitlines():
         match = FINDING.match(line)
         if match:
-            own = os.path.normpath(match.group(1)).startswith(ROOT + os.sep)
-            blocks.append((own or match.group(2).startswith("clang-diagnostic-error"), []))
+            file = os.path.normpath(match.group(1))
+            own = file.startswith(ROOT + os.sep) or match.group(2) == "clang-diagnostic-error"
+            blocks.append((own, os.path.relpath(file, ROOT), []))
         if blocks:
-            blocks[-1][1].append(line)
-    own = ["\n".join(lines) for wanted, lines in blocks if wanted]
+            blocks[-1][2].append(line)
+    found = [(file, "\n".join(lines)) for own, file, lines in blocks if own]
     if status != 0 and not blocks:
-        own.append(f"{path}: {TIDY} ended with status {status}\n{output}")
-    return own
+        found.append((source, f"{source}: {TIDY} ended with status {status}\n{output}"))
+    return found
 
 
-def write_commands(sources):
-    """One command for each source, where a build has two."""
-    for preset in PRESETS:
-        folder = os.path.join(ROOT, "build/lint", preset)
+class Batch:
+    """Sources of one folder and one command line, looked at as one by a source that includes them."""
+
+    def __init__(self, preset, entry, extra):
+        self.preset, self.entry, self.extra = preset, entry, extra
+        self.paths = []
+
+    def findings(self, paths):
+        """The findings in these of its sources together, as a list of (file, text)."""
+        name = hashlib.sha256(repr((self.preset, paths)).encode()).hexdigest()[:16]
+        folder = os.path.join(ROOT, "build/lint", self.preset, name)
         os.makedirs(folder, exist_ok=True)
+        joined = os.path.join(folder, "together.cpp")
+        with open(joined, "w", encoding="utf-8") as file:
+            file.writelines(f'#include "{os.path.join(ROOT, path)}"\n' for path in paths)
+        command = without_files(self.entry) + f" -c {joined}"
         with open(os.path.join(folder, "compile_commands.json"), "w", encoding="utf-8") as file:
-            json.dump([entry for used, entry in sources.values() if used == preset], file)
+            json.dump([{"directory": self.entry["directory"], "file": joined, "command": command}],
+                      file)
+        return findings(joined, folder, ["--config-file=" + os.path.join(ROOT, ".clang-tidy"),
+                                         *self.extra])
+
+    def check(self):
+        """The findings in each of its sources: {path: [text]}."""
+        if len(self.paths) == 1:
+            return {self.paths[0]: [text for _, text in self.findings(self.paths)]}
+        found = {file for file, _ in self.findings(self.paths)}
+        # What was found in a header may come from any of them.
+        alone = [path for path in self.paths if path in found] if found <= set(self.paths) \
+            else self.paths
+        results = {path: [text for _, text in self.findings([path])] for path in alone}
+        rest = [path for path in self.paths if path not in results]
+        if rest and alone:
+            part = Batch(self.preset, self.entry, self.extra)
+            part.paths = rest
+            return results | part.check()
+        return results | {path: [] for path in rest}
+
+
+def without_files(entry):
+    """A source's compiler command without the source and what comes of it."""
+    return re.sub(r" -o \S+", "", entry["command"]).replace(f" -c {entry['file']}", "")
+
+
+def batches(sources, paths):
+    """The sources of these paths in batches that clang-tidy looks at as one."""
+    extra = {"release": [], "windows": windows_headers()}
+    alike = collections.defaultdict(list)
+    for path in paths:
+        preset, entry = sources[path]
+        together = alike[preset, os.path.dirname(path), without_files(entry)]
+        if not together or len(together[-1].paths) == TOGETHER:
+            together.append(Batch(preset, entry, extra[preset]))
+        together[-1].paths.append(path)
+    return [batch for together in alike.values() for batch in together]
 
 
 def check_lint(wanted):
     """Prints the findings of clang-tidy, each once; returns whether there are none."""
     sources = room_sources()
-    write_commands(sources)
-    extra = {"release": [], "windows": windows_headers()}
     with open(os.path.join(ROOT, ".clang-tidy"), encoding="utf-8") as file:
         setting = file.read() + output_of(TIDY, "--version")[0]
-    stamps = os.path.join(ROOT, "build/lint/passed")
-    os.makedirs(stamps, exist_ok=True)
-
-    def check_source(path):
-        preset, entry = sources[path]
-        stamp = os.path.join(stamps, digest(path, entry, setting))
-        if os.path.exists(stamp):
-            return []
-        found = findings(path, preset, extra[preset])
-        if not found:
-            open(stamp, "w", encoding="utf-8").close()
-        return found
-
+    folder = os.path.join(ROOT, "build/lint/passed")
+    os.makedirs(folder, exist_ok=True)
     paths = sorted(path for path in sources if not wanted or path in wanted)
+    stamps = {path: os.path.join(folder, digest(path, sources[path][1], setting))
+              for path in paths}
+    stale = [path for path in paths if not os.path.exists(stamps[path])]
     seen = set()
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        for found in pool.map(check_source, paths):
-            for finding in found:
-                if finding not in seen:
-                    print(finding, flush=True)
-                seen.add(finding)
+        for results in pool.map(Batch.check, batches(sources, stale)):
+            for path, found in results.items():
+                if not found:
+                    open(stamps[path], "w", encoding="utf-8").close()
+                for finding in found:
+                    if finding not in seen:
+                        print(finding, flush=True)
+                    seen.add(finding)
     print(f"lint: {len(paths)} sources, {len(seen)} findings")
     return not seen
 

@@ -138,28 +138,28 @@ void GdsWriter::EndCell() {
     Record(kEndStr);
 }
 
-void GdsWriter::Boundary(std::uint16_t layer, std::vector<GdsPoint> points) {
+void GdsWriter::Boundary(Layer layer, std::vector<GdsPoint> points) {
     if (!points.empty()) {
         const GdsPoint first = points.front();
         points.push_back(first);
     }
     Record(kBoundary);
-    RecordU16(kLayer, {layer});
-    RecordU16(kDataType, {0});
+    RecordU16(kLayer, {layer.layer});
+    RecordU16(kDataType, {layer.datatype});
     RecordI32(kXy, Coordinates(points));
     Record(kEndEl);
 }
 
-void GdsWriter::Rectangle(std::uint16_t layer, std::int32_t x0, std::int32_t y0, std::int32_t x1,
+void GdsWriter::Rectangle(Layer layer, std::int32_t x0, std::int32_t y0, std::int32_t x1,
                           std::int32_t y1) {
     Boundary(layer, {{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}});
 }
 
-void GdsWriter::Path(std::uint16_t layer, const std::vector<GdsPoint>& points, std::int32_t width,
+void GdsWriter::Path(Layer layer, const std::vector<GdsPoint>& points, std::int32_t width,
                      std::uint16_t pathType) {
     Record(kPath);
-    RecordU16(kLayer, {layer});
-    RecordU16(kDataType, {0});
+    RecordU16(kLayer, {layer.layer});
+    RecordU16(kDataType, {layer.datatype});
     RecordU16(kPathType, {pathType});
     RecordI32(kWidth, {width});
     RecordI32(kXy, Coordinates(points));

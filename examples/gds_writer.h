@@ -17,6 +17,16 @@ struct GdsWriterPlacement {
     double degrees = 0.0;
 };
 
+/// The layer of an element, and its datatype: `66` or `{66, 20}`.
+struct GdsWriterLayer {
+    // NOLINTNEXTLINE(google-explicit-constructor): a layer's number stands for it
+    constexpr GdsWriterLayer(std::uint16_t number, std::uint16_t type = 0)
+        : layer(number), datatype(type) {}
+
+    std::uint16_t layer;
+    std::uint16_t datatype;
+};
+
 /// Writes GDSII streams, record by record: the examples' layouts and the tests' good and bad files.
 class GdsWriter {
 public:
@@ -34,12 +44,12 @@ public:
     void BeginCell(std::string_view name);
     void EndCell();
 
+    using Layer = GdsWriterLayer;
     /// Points that do not fit 32 bits throw std::out_of_range, here and below.
     /// Closes the polygon by repeating its first point.
-    void Boundary(std::uint16_t layer, std::vector<GdsPoint> points);
-    void Rectangle(std::uint16_t layer, std::int32_t x0, std::int32_t y0, std::int32_t x1,
-                   std::int32_t y1);
-    void Path(std::uint16_t layer, const std::vector<GdsPoint>& points, std::int32_t width,
+    void Boundary(Layer layer, std::vector<GdsPoint> points);
+    void Rectangle(Layer layer, std::int32_t x0, std::int32_t y0, std::int32_t x1, std::int32_t y1);
+    void Path(Layer layer, const std::vector<GdsPoint>& points, std::int32_t width,
               std::uint16_t pathType = 0);
 
     using Placement = GdsWriterPlacement;

@@ -19,6 +19,17 @@ Refusal ReadLayer(LibraryState& state, const StreamRecord& record) {
     return accepted;
 }
 
+/// Where it stands makes no fault, and one that is too short is 0, as one that is not there.
+Refusal ReadDatatype(LibraryState& state, const StreamRecord& record) {
+    const std::uint16_t datatype = record.data.size() < 2 ? std::uint16_t{0} : record.U16At(0);
+    if (state.open.kind == Element::Boundary) {
+        state.open.boundary.datatype = datatype;
+    } else if (state.open.kind == Element::Path) {
+        state.open.path.datatype = datatype;
+    }
+    return accepted;
+}
+
 /// The width of a text stays behind for the next path.
 Refusal ReadWidth(LibraryState& state, const StreamRecord& record) {
     state.open.path.width = record.U32At(0);

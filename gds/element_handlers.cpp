@@ -58,9 +58,11 @@ Refusal EndPath(LibraryState& state) {
     if (!ExpandPath(path.outline, path.points, path.width, path.pathType)) {
         return LayoutErrorKind::PathNotExpandable;
     }
-    AddBoundary(state, {path.layer, KeepOutline(path.outline, state.store), GdsRect()});
+    AddBoundary(state,
+                {path.layer, path.datatype, KeepOutline(path.outline, state.store), GdsRect()});
     path.points.clear();  // and keeps their room for the next path
     path.layer = 0;
+    path.datatype = 0;
     path.pathType = 0;
     path.width = 0;
     return accepted;

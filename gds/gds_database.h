@@ -32,6 +32,7 @@ struct GdsRect {
 /// One polygon of a cell; a path stands here too, already expanded.
 struct GdsBoundary {
     std::uint16_t layer = 0;
+    std::uint16_t datatype = 0;
     PointRun points;
     GdsRect bounds;
 };

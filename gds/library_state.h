@@ -21,6 +21,7 @@ enum class Element { None, Boundary, Path, Sref, Aref, Text, Node, Box };
 /// A path before it is expanded.
 struct CentreLine {
     std::uint16_t layer = 0;
+    std::uint16_t datatype = 0;
     std::uint16_t pathType = 0;
     std::uint32_t width = 0;
     std::vector<GdsPoint> points;

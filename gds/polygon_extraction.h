@@ -20,6 +20,7 @@ struct GdsDatabase;
 struct RawPolygon {
     std::vector<GdsPoint> points;
     std::uint16_t layer = 0;
+    std::uint16_t datatype = 0;
 };
 
 /// What an extraction selects: polygons whose boxes, placed in the cell, overlap the rectangle and

@@ -70,6 +70,7 @@ RawPolygon PlacePolygon(const ExtractionWindow& window, const GdsBoundary& bound
                         const GdsTransform& transform, const LinearPart& linear) {
     RawPolygon polygon;
     polygon.layer = boundary.layer;
+    polygon.datatype = boundary.datatype;
     polygon.points.reserve(boundary.points.size());
     for (const GdsPoint point : boundary.points) {
         const GdsPoint placed = PlacePoint(point, transform, linear);

@@ -18,6 +18,7 @@ constexpr std::uint16_t sref = 0x0A00;
 constexpr std::uint16_t aref = 0x0B00;
 constexpr std::uint16_t text = 0x0C00;
 constexpr std::uint16_t layer = 0x0D02;
+constexpr std::uint16_t datatype = 0x0E02;
 constexpr std::uint16_t width = 0x0F03;
 constexpr std::uint16_t xy = 0x1003;
 constexpr std::uint16_t endel = 0x1100;

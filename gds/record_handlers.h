@@ -39,6 +39,7 @@ Refusal EndElement(LibraryState& state, const StreamRecord& record);
 
 // attribute_handlers.cpp: what an element says of itself
 Refusal ReadLayer(LibraryState& state, const StreamRecord& record);
+Refusal ReadDatatype(LibraryState& state, const StreamRecord& record);
 Refusal ReadWidth(LibraryState& state, const StreamRecord& record);
 Refusal ReadPathType(LibraryState& state, const StreamRecord& record);
 Refusal ReadReferenceName(LibraryState& state, const StreamRecord& record);

@@ -56,6 +56,7 @@ constexpr std::array recordRules = {
     RecordRule{record::node, none, Side::Inside, StrayNode, BeginElement<Element::Node>},
     RecordRule{record::box, none, Side::Inside, StrayBox, BeginElement<Element::Box>},
     RecordRule{record::layer, open & ~references, Side::Either, StrayLayer, ReadLayer},
+    RecordRule{record::datatype, any, Side::Either, accepted, ReadDatatype},
     RecordRule{record::width, Set(Element::Path) | text, Side::Either, StrayWidth, ReadWidth},
     RecordRule{record::pathtype, Set(Element::Path), Side::Either, StrayPathType, ReadPathType},
     RecordRule{record::xy, open, Side::Either, BadPoints, ReadPoints},

@@ -43,6 +43,7 @@ std::string FailureLine(ExtractionRefusal refusal, const std::string& cellName) 
 MaskPolygon ToMicrons(const RawPolygon& raw, float micronsPerUnit) {
     MaskPolygon polygon;
     polygon.layer = raw.layer;
+    polygon.datatype = raw.datatype;
     polygon.minX = polygon.minY = std::numeric_limits<double>::max();
     // The smallest positive number, not the most negative one: a box ends no further left or down
     // than the grid begins. This shows where all points of a polygon lie beyond these edges, and

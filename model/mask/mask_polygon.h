@@ -13,7 +13,8 @@ struct MaskPoint {
 /// A polygon of a mask in micrometres from the grid's corner, with its bounding box.
 struct MaskPolygon {
     std::vector<MaskPoint> points;
-    std::uint32_t layer = 0;  ///< GDS layer number
+    std::uint32_t layer = 0;     ///< GDS layer number
+    std::uint32_t datatype = 0;  ///< of that layer
     double minX = 0.0;
     double minY = 0.0;
     double maxX = 0.0;

@@ -61,8 +61,9 @@ GdsWriterPlacement TakePlacement(FuzzedDataProvider& bytes, Manner manner) {
     return placement;
 }
 
-std::uint16_t TakeLayer(FuzzedDataProvider& bytes) {
-    return bytes.ConsumeIntegralInRange<std::uint16_t>(0, 3);
+GdsWriterLayer TakeLayer(FuzzedDataProvider& bytes) {
+    const auto layer = bytes.ConsumeIntegralInRange<std::uint16_t>(0, 3);
+    return {layer, bytes.ConsumeIntegralInRange<std::uint16_t>(0, 2)};
 }
 
 std::string CellName(std::size_t number) {
@@ -141,7 +142,7 @@ private:
     /// Paths that the reader refuses would end the run before it begins: two points that differ,
     /// and flush ends.
     void AddPath() {
-        const std::uint16_t layer = TakeLayer(bytes_);
+        const GdsWriterLayer layer = TakeLayer(bytes_);
         const GdsPoint from = TakePoint(bytes_, manner_);
         const GdsPoint to = TakePoint(bytes_, manner_);
         const std::int32_t width = manner_ == Manner::Wild ? bytes_.ConsumeIntegral<std::int32_t>()

@@ -51,7 +51,7 @@ std::string TextOf(const GdsDatabase& database) {
         text.AddBox(cell.bounds);
         text.Add("\n");
         for (const GdsBoundary& boundary : cell.boundaries) {
-            text.Add("boundary {}", boundary.layer);
+            text.Add("boundary {}/{}", boundary.layer, boundary.datatype);
             text.AddBox(boundary.bounds);
             text.AddPoints(boundary.points);
         }

@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <functional>
+#include <span>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "gds/gds_database.h"
@@ -166,6 +169,98 @@ TEST(GdsReader, KeepsPolygonsAsTheFileGivesThem) {
     EXPECT_EQ(boundaries[1].layer, 7);
     EXPECT_EQ(PointsOf(boundaries[1]),
               (Points{{-2147483648LL, 0}, {2147483647, 1}, {-2147483648LL, 0}}));
+}
+
+TEST(GdsReader, KeepsTheDatatypeOfEveryPolygonAndPath) {
+    const LoadedLayout loaded = LoadCell([](GdsWriter& writer) {
+        writer.Rectangle({66, 20}, 0, 0, 10, 10);
+        writer.Path({66, 44}, {{0, 0}, {50, 0}}, 10);
+        writer.Path(66, {{0, 0}, {50, 0}}, 10);
+        writer.Boundary({65535, 65535}, {{0, 0}, {10, 0}, {0, 10}});
+        writer.Rectangle(66, 0, 0, 10, 10);
+    });
+    ASSERT_EQ(loaded.result, 0);
+    std::vector<std::uint16_t> datatypes;
+    for (const GdsBoundary& boundary : CellAt(loaded.database, 0).boundaries) {
+        datatypes.push_back(boundary.datatype);
+    }
+    EXPECT_EQ(datatypes, (std::vector<std::uint16_t>{20, 44, 0, 65535, 0}));
+}
+
+/// The datatype of a polygon that has these records before its points, and of a path.
+std::pair<std::uint16_t, std::uint16_t> DatatypesBehind(
+    const std::function<void(GdsWriter& writer)>& write) {
+    const LoadedLayout loaded = LoadCell([&](GdsWriter& writer) {
+        writer.Rectangle({1, 7}, 0, 0, 10, 10);
+        for (const std::uint16_t element : {record::boundary, record::path}) {
+            writer.Record(element);
+            write(writer);
+            if (element == record::path) {
+                writer.RecordI32(record::width, {10});
+            }
+            writer.RecordI32(record::xy, {0, 0, 10, 0});
+            writer.Record(record::endel);
+        }
+    });
+    EXPECT_EQ(loaded.result, 0);
+    const std::span<GdsBoundary> boundaries = CellAt(loaded.database, 0).boundaries;
+    return {At(boundaries, 1).datatype, At(boundaries, 2).datatype};
+}
+
+TEST(GdsReader, TakesAMissingOrShortDatatypeForNull) {
+    using Datatypes = std::pair<std::uint16_t, std::uint16_t>;
+    const auto layer = [](GdsWriter& writer) { writer.RecordU16(record::layer, {1}); };
+    EXPECT_EQ(DatatypesBehind(layer), (Datatypes{0, 0}));
+    EXPECT_EQ(DatatypesBehind([&](GdsWriter& writer) {
+                  layer(writer);
+                  writer.Record(record::datatype);
+              }),
+              (Datatypes{0, 0}));
+    EXPECT_EQ(DatatypesBehind([&](GdsWriter& writer) {
+                  layer(writer);
+                  writer.Record(record::datatype, {5});
+              }),
+              (Datatypes{0, 0}));
+    EXPECT_EQ(DatatypesBehind([&](GdsWriter& writer) {
+                  layer(writer);
+                  writer.RecordU16(0x0E03, {5});  // another data type: another record
+              }),
+              (Datatypes{0, 0}));
+}
+
+TEST(GdsReader, TakesADatatypeWhereverItStandsInAnElement) {
+    using Datatypes = std::pair<std::uint16_t, std::uint16_t>;
+    EXPECT_EQ(DatatypesBehind([](GdsWriter& writer) {
+                  writer.RecordU16(record::datatype, {300, 9});  // more than there is to read
+                  writer.RecordU16(record::layer, {1});
+              }),
+              (Datatypes{300, 300}));
+    EXPECT_EQ(DatatypesBehind([](GdsWriter& writer) {
+                  writer.RecordU16(record::datatype, {3});
+                  writer.RecordU16(record::layer, {1});
+                  writer.RecordU16(record::datatype, {4});
+              }),
+              (Datatypes{4, 4}));
+}
+
+TEST(GdsReader, PassesByDatatypesOutsidePolygonsAndPaths) {
+    const LoadedLayout loaded = LoadCell([](GdsWriter& writer) {
+        writer.RecordU16(record::datatype, {5});
+        writer.Record(record::box);
+        writer.RecordU16(record::datatype, {6});
+        writer.RecordI32(record::xy, {0, 0});
+        writer.Record(record::endel);
+        writer.Record(record::text);
+        writer.RecordU16(record::datatype, {7});
+        writer.RecordI32(record::xy, {0, 0});
+        writer.Record(record::endel);
+        writer.Record(record::boundary);
+        writer.RecordU16(record::layer, {1});
+        writer.RecordI32(record::xy, {0, 0, 10, 0, 10, 10, 0, 0});
+        writer.Record(record::endel);
+    });
+    ASSERT_EQ(loaded.result, 0);
+    EXPECT_EQ(At(CellAt(loaded.database, 0).boundaries, 0).datatype, 0);
 }
 
 TEST(GdsReader, ReadsReferences) {

@@ -20,7 +20,6 @@ namespace zelmo {
 
 /// Records of the stream format that the reader skips.
 namespace record {
-constexpr std::uint16_t datatype = 0x0E02;
 constexpr std::uint16_t texttype = 0x1602;
 constexpr std::uint16_t presentation = 0x1701;
 constexpr std::uint16_t string = 0x1906;

@@ -102,10 +102,13 @@ void WriteRandomElement(GdsWriter& writer, std::mt19937& random) {
     switch (random() % 8) {
         case 0:
         case 1:
-            writer.Rectangle(static_cast<std::uint16_t>(random() % 70), x, y, x + 100, y + 200);
+            writer.Rectangle(
+                {static_cast<std::uint16_t>(random() % 70), static_cast<std::uint16_t>(x & 63)}, x,
+                y, x + 100, y + 200);
             break;
         case 2:
-            writer.Path(7, {{x, y}, {x + 500, y}, {x + 500, y + 300}}, 50,
+            writer.Path({7, static_cast<std::uint16_t>(x & 3)},
+                        {{x, y}, {x + 500, y}, {x + 500, y + 300}}, 50,
                         static_cast<std::uint16_t>(random() % 5));
             break;
         case 3:

@@ -46,6 +46,24 @@ std::vector<std::uint16_t> LayersOf(const ExtractionScope& scope) {
 
 using Layers = std::vector<std::uint16_t>;
 
+TEST(CollectCellPolygons, TellsLayerAndDatatypeOfEveryPolygon) {
+    GdsCell leaf;
+    for (const std::uint16_t datatype : {44, 0, 65535}) {
+        Add(leaf.boundaries, Rectangle(65, 0, 0, 5, 5));
+        leaf.boundaries.back().datatype = datatype;
+    }
+    GdsCell top;
+    Add(top.srefs, Reference(leaf, {20, 20}));
+    ExtractionScope scope = ScopeOf(0, 0, 100, 100);
+    ComputeCellBounds(leaf, GdsTransform());
+    EXPECT_EQ(Collect(scope, top), std::nullopt);
+    ASSERT_EQ(scope.output.size(), 3u);
+    EXPECT_EQ(LayersOf(scope), (Layers{65, 65, 65}));
+    EXPECT_EQ(scope.output[0].datatype, 44);
+    EXPECT_EQ(scope.output[1].datatype, 0);
+    EXPECT_EQ(scope.output[2].datatype, 65535);
+}
+
 TEST(CollectCellPolygons, KeepsPolygonsWholeAndShiftsThemToTheCorner) {
     GdsCell cell;
     Add(cell.boundaries, Rectangle(7, -1000, -1000, 15, 25));
@@ -357,6 +375,7 @@ void ExpectSamePolygons(const ExtractionScope& found, const ExtractionScope& exp
     ASSERT_EQ(found.skipped, expected.skipped);
     for (std::size_t i = 0; i < found.output.size(); ++i) {
         ASSERT_EQ(found.output[i].layer, expected.output[i].layer);
+        ASSERT_EQ(found.output[i].datatype, expected.output[i].datatype);
         ASSERT_EQ(found.output[i].points, expected.output[i].points);
     }
 }

@@ -23,6 +23,7 @@ GdsPoint RandomPoint(std::mt19937& random, std::int64_t reach) {
 GdsBoundary RandomBoundary(std::mt19937& random, std::int64_t reach) {
     GdsBoundary boundary;
     boundary.layer = static_cast<std::uint16_t>(RandomInteger(random, 0, 65535));
+    boundary.datatype = static_cast<std::uint16_t>(boundary.layer * 40503u);
     const GdsPoint corner = RandomPoint(random, reach);
     const std::int64_t count = RandomInteger(random, 1, 5);
     std::vector<GdsPoint> points;

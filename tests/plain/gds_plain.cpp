@@ -263,6 +263,7 @@ std::optional<ExtractionRefusal> CollectCellPolygonsPlain(ExtractionScope& scope
         }
         RawPolygon polygon;
         polygon.layer = boundary.layer;
+        polygon.datatype = boundary.datatype;
         for (const GdsPoint point : boundary.points) {
             const GdsPoint p = TransformPointPlain(point, t, false);
             polygon.points.push_back(

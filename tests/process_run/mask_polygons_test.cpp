@@ -116,6 +116,26 @@ TEST_F(ExtractMaskPolygonsTest, MovesCoordinatesToTheGridsCorner) {
     EXPECT_EQ(polygon.points[1].y, static_cast<double>(750.0f * unit));
 }
 
+TEST_F(ExtractMaskPolygonsTest, CountsAllLayersAndDatatypesAndTellsThemApart) {
+    Extract([](GdsWriter& writer) {
+        writer.Rectangle({66, 20}, 1000, 1000, 3000, 2000);
+        writer.Rectangle({66, 44}, 2000, 500, 2340, 4500);
+        writer.Rectangle({65535, 65535}, 2000, 500, 3000, 4500);
+        writer.Rectangle({67, 20}, 0, 0, 10, 10);
+    });
+    EXPECT_EQ(console.lines,
+              (Lines{"", "Extracting polygons", "Extracted 3 polygons with smallest size 0.34 um",
+                     "WARNING: skipped 1 polygons smaller than the resolution of "
+                     "0.1 um"}));
+    ASSERT_EQ(masks.polygons.size(), 3u);
+    EXPECT_EQ(masks.polygons[0].layer, 66u);
+    EXPECT_EQ(masks.polygons[0].datatype, 20u);
+    EXPECT_EQ(masks.polygons[1].layer, 66u);
+    EXPECT_EQ(masks.polygons[1].datatype, 44u);
+    EXPECT_EQ(masks.polygons[2].layer, 65535u);
+    EXPECT_EQ(masks.polygons[2].datatype, 65535u);
+}
+
 TEST_F(ExtractMaskPolygonsTest, SumsTheFarCornerInSinglePrecision) {
     // 1 + 16777216 is 16777216 in single precision: the polygon touches the rectangle only.
     grid.originX = 1.0f;

@@ -4,6 +4,7 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -69,7 +70,8 @@ BENCHMARK(CoatingFilter<SmoothLayerTopPlain>)
 /// The mask that the example's photo steps use most often.
 std::vector<std::uint8_t> RawMask() {
     std::vector<std::uint8_t> rawMask(Example().grid.CellCount());
-    RasteriseMask(Example().grid, Example().polygons, rawMask, 2, true);
+    constexpr std::array drawn{MaskLayer{2, std::nullopt}};
+    RasteriseMask(Example().grid, Example().polygons, rawMask, drawn, true);
     return rawMask;
 }
 

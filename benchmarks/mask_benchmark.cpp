@@ -4,6 +4,7 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -24,7 +25,7 @@ namespace {
 
 constexpr std::int32_t gridSize = 1000;
 constexpr float pitch = 0.012f;
-constexpr std::uint32_t maskId = 1;
+constexpr std::array drawn{MaskLayer{1, std::nullopt}};
 
 /// A grid with its tables, which take a while to build: once for all benchmarks.
 const Grid& SquareGrid(std::int32_t size) {
@@ -50,7 +51,7 @@ double RandomUpTo(std::mt19937& random, double limit) {
 /// A star of `points` points around (x, y).
 MaskPolygon Star(std::mt19937& random, double x, double y, double size, std::int32_t points) {
     MaskPolygon polygon;
-    polygon.layer = maskId;
+    polygon.layer = drawn[0].layer;
     polygon.minX = polygon.minY = 1.0e30;
     polygon.maxX = polygon.maxY = 0.0;
     for (std::int32_t i = 0; i < points; ++i) {
@@ -86,7 +87,7 @@ void Raster(benchmark::State& state) {
                                                     static_cast<std::int32_t>(state.range(2)));
     std::vector<std::uint8_t> mask(grid.CellCount());
     for (auto _ : state) {
-        benchmark::DoNotOptimize(Rasterise(grid, polygons, mask, maskId, true));
+        benchmark::DoNotOptimize(Rasterise(grid, polygons, mask, drawn, true));
     }
 }
 
@@ -113,7 +114,7 @@ struct ExampleMasks {
         std::vector<std::uint8_t> rawMask(model->grid.CellCount());
         for (const ProcessStep& step : model->steps) {
             if (step.kind == StepKind::Photo) {
-                RasteriseMask(model->grid, model->polygons, rawMask, step.maskId, step.maskDark);
+                RasteriseMask(model->grid, model->polygons, rawMask, step.mask, step.maskDark);
                 masks.emplace_back(model->grid.CellCount());
                 BlurMask(model->grid, masks.back(), rawMask, step.res * 0.5f);
             }

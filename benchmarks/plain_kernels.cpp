@@ -46,8 +46,9 @@ void SmoothLayerTop(const Grid& grid, Layer& layer, float radius) {
 }
 
 double RasteriseMask(const Grid& grid, std::span<const MaskPolygon> polygons,
-                     std::span<std::uint8_t> rawMask, std::uint32_t maskId, bool maskDark) {
-    return RasteriseMaskPlain(grid, polygons, rawMask, maskId, maskDark);
+                     std::span<std::uint8_t> rawMask, std::span<const MaskLayer> mask,
+                     bool maskDark) {
+    return RasteriseMaskPlain(grid, polygons, rawMask, mask, maskDark);
 }
 
 void BlurMask(const Grid& grid, std::span<std::uint8_t> mask, std::span<const std::uint8_t> rawMask,

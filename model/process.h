@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "model/mask/mask_layer.h"
+
 // What a process file asks for, as plain records. Lengths are micrometres in single precision.
 
 namespace zelmo {
@@ -53,8 +55,8 @@ struct ProcessStep {
     /// upper side
     float level = 0.0f;
     bool polishesToStop = false;
-    std::uint32_t maskId = 0;  ///< photo: GDS layer number
-    std::string label;         ///< text in the legend
+    std::vector<MaskLayer> mask;  ///< photo: its polygons are those of all of these
+    std::string label;            ///< text in the legend
     std::string photoName;
     std::string material;      ///< what etch and release targets are matched with
     std::string materialType;  ///< what `-targets` selects by

@@ -2,11 +2,8 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstddef>
-#include <limits>
 #include <optional>
-#include <system_error>
 
 #include "model/process.h"
 #include "process_file/color_table.h"
@@ -39,13 +36,6 @@ std::optional<std::string_view> RequireArgument(ReaderState& state, std::string_
 
 bool LooksLikeArgument(std::string_view word) {
     return word.size() >= 2 && word[0] == '-' && IsAsciiLetter(word[1]);
-}
-
-std::int32_t SaturatingInteger(std::string_view digits) {
-    std::int32_t value = 0;
-    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-    return result.ec == std::errc::result_out_of_range ? std::numeric_limits<std::int32_t>::max()
-                                                       : value;
 }
 
 void CheckChannels(ReaderState& state, const std::array<std::int32_t, 4>& values) {
@@ -134,7 +124,7 @@ void ReadIntegers(ReaderState& state, std::string_view line, std::string_view ar
             ReportError(state, "Non integer value or values found reading argument %s", argument);
             return;
         }
-        values[count] = SaturatingInteger(word);
+        values[count] = WholeNumber(word);
     }
     if (count < values.size()) {
         ReportError(state, "Argument %s should be followed by %d integer(s)", argument,
@@ -179,6 +169,12 @@ std::string ReadWord(ReaderState& state, std::string_view line, std::string_view
         ReportError(state, "Invalid character '-' in argument");
     }
     return std::string(word);
+}
+
+std::string_view BlankSeparatedValue(std::string_view line, std::string_view argument) {
+    std::string_view rest = FindArgument(line, argument).value_or(std::string_view());
+    TakeBlankSeparated(rest);
+    return TakeBlankSeparated(rest);
 }
 
 void ReadTargets(ReaderState& state, std::string_view line, std::string_view argument,

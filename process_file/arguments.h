@@ -44,6 +44,9 @@ float ReadLayoutLength(ReaderState& state, std::string_view line, std::string_vi
 /// The word behind `argument`, or an empty text if there is none.
 std::string ReadWord(ReaderState& state, std::string_view line, std::string_view argument);
 
+/// The text up to the next blank behind `argument`, empty where there is none. Reports nothing.
+std::string_view BlankSeparatedValue(std::string_view line, std::string_view argument);
+
 /// Appends to `targets` the names of all materials so far of the types behind `argument`.
 void ReadTargets(ReaderState& state, std::string_view line, std::string_view argument,
                  std::vector<std::string>& targets);

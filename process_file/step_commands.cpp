@@ -7,6 +7,7 @@
 
 #include "process_file/arguments.h"
 #include "process_file/commands.h"
+#include "process_file/mask_argument.h"
 #include "process_file/reader.h"
 #include "process_file/reader_state.h"
 
@@ -144,11 +145,7 @@ void ReadPhoto(ReaderState& state, std::string_view line, ArgumentList allowed, 
     state.resistFree = false;
     step.material = "PR";
     step.photoName = ReadWord(state, line, "-name");
-    const std::int32_t maskId = ReadInteger(state, line, "-mask_id");
-    step.maskId = static_cast<std::uint32_t>(maskId);
-    if (maskId > 65535) {
-        ReportError(state, "Invalid -mask_id value");
-    }
+    step.mask = ReadMask(state, line, "-mask_id");
     const std::int32_t maskType = ReadInteger(state, line, "-type");
     if (maskType > 1) {
         ReportError(state,

@@ -1,7 +1,10 @@
 #include "process_file/words.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cstddef>
+#include <limits>
+#include <system_error>
 
 namespace zelmo {
 
@@ -30,6 +33,13 @@ std::string_view TakeWord(std::string_view& rest) {
 std::string_view SkipWhiteSpace(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(whiteSpace), text.size()));
     return text;
+}
+
+std::int32_t WholeNumber(std::string_view digits) {
+    std::int32_t value = 0;
+    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    return result.ec == std::errc::result_out_of_range ? std::numeric_limits<std::int32_t>::max()
+                                                       : value;
 }
 
 bool IsAsciiDigit(char c) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 // Two kinds of word occur in a command line. Which of the two a reader splits by decides what a tab
@@ -16,6 +17,9 @@ std::string_view TakeWord(std::string_view& rest);
 
 /// `text` from its first character that is no white space.
 std::string_view SkipWhiteSpace(std::string_view text);
+
+/// The value of decimal digits; above the largest i32 it gives the largest.
+std::int32_t WholeNumber(std::string_view digits);
 
 bool IsAsciiDigit(char c);
 bool IsAsciiLetter(char c);

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <span>
 
+#include "model/mask/mask_layer.h"
 #include "model/mask/mask_polygon.h"
 
 // From the polygons of a mask to the pattern of the resist. Arrays hold one value per cell of the
@@ -12,11 +13,12 @@ namespace zelmo {
 
 struct Grid;
 
-/// Draws the polygons of GDS layer `maskId` into `rawMask`: with `maskDark` resist remains inside
+/// Draws the polygons of all layers of `mask` into `rawMask`: with `maskDark` resist remains inside
 /// them, otherwise outside. Returns the smallest width or height of their boxes in micrometres,
 /// the largest float without any polygon.
 double RasteriseMask(const Grid& grid, std::span<const MaskPolygon> polygons,
-                     std::span<std::uint8_t> rawMask, std::uint32_t maskId, bool maskDark);
+                     std::span<std::uint8_t> rawMask, std::span<const MaskLayer> mask,
+                     bool maskDark);
 
 /// Even-odd test. A point on a left or lower edge lies inside, on a right or upper edge outside.
 /// Throws std::out_of_range for a polygon without points.

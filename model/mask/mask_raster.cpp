@@ -186,17 +186,25 @@ private:
     std::vector<std::uint64_t> crossings_;  ///< zero between polygons
 };
 
+bool BelongsTo(std::span<const MaskLayer> mask, const MaskPolygon& polygon) {
+    return std::any_of(mask.begin(), mask.end(), [&](const MaskLayer& drawn) {
+        return polygon.layer == drawn.layer &&
+               (!drawn.datatype || polygon.datatype == *drawn.datatype);
+    });
+}
+
 }  // namespace
 
 double RasteriseMask(const Grid& grid, std::span<const MaskPolygon> polygons,
-                     std::span<std::uint8_t> rawMask, std::uint32_t maskId, bool maskDark) {
+                     std::span<std::uint8_t> rawMask, std::span<const MaskLayer> mask,
+                     bool maskDark) {
     const std::uint8_t inside = maskDark ? 1 : 0;
     std::fill(rawMask.begin(), rawMask.end(), static_cast<std::uint8_t>(1 - inside));
     const GridLines lines(std::max(grid.columns, grid.rows), grid.spacing);
     ForRowBands(grid.rows, narrowestBand, [&](std::int32_t firstRow, std::int32_t endRow) {
         PolygonFiller filler(lines, rawMask, grid.columns, inside);
         for (const MaskPolygon& polygon : polygons) {
-            if (polygon.layer == maskId) {
+            if (BelongsTo(mask, polygon)) {
                 CellRange range = CellsOfBox(grid, polygon);
                 range.firstRow = std::max(range.firstRow, firstRow);
                 range.endRow = std::min(range.endRow, endRow);
@@ -209,7 +217,7 @@ double RasteriseMask(const Grid& grid, std::span<const MaskPolygon> polygons,
     float smallest = std::numeric_limits<float>::max();
     for (const MaskPolygon& polygon : polygons) {
         const double size = std::min(polygon.maxY - polygon.minY, polygon.maxX - polygon.minX);
-        if (polygon.layer == maskId && size < smallest) {
+        if (size < smallest && BelongsTo(mask, polygon)) {
             smallest = static_cast<float>(size);
         }
     }

@@ -55,7 +55,7 @@ void ExecutePhoto(Stack& stack, const Grid& grid, std::span<const MaskPolygon> p
     CoatLayer(grid, stack.coverMap, *layer, step.thickness, 1.0f);
 
     std::vector<std::uint8_t> rawMask(grid.CellCount());
-    RasteriseMask(grid, polygons, rawMask, step.maskId, step.maskDark);
+    RasteriseMask(grid, polygons, rawMask, step.mask, step.maskDark);
     std::vector<std::uint8_t> mask(grid.CellCount());
     BlurMask(grid, mask, rawMask, step.res * 0.5f);
     std::vector<float> edgeDistance(grid.CellCount());

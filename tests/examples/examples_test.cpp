@@ -76,7 +76,9 @@ TEST_P(Example, HasPolygonsInReachForEveryMaskThatItsProcessUses) {
     }
     for (const ProcessStep& step : model->steps) {
         if (step.kind == StepKind::Photo) {
-            EXPECT_EQ(drawn.count(step.maskId), 1u) << step.description;
+            for (const MaskLayer& layer : step.mask) {
+                EXPECT_EQ(drawn.count(layer.layer), 1u) << step.description;
+            }
         }
     }
 }

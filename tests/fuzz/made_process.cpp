@@ -34,8 +34,20 @@ std::string TakeColor(FuzzedDataProvider& bytes) {
                        TakeShare(bytes, 1.0f));
 }
 
+/// Layers with and without a datatype.
+std::string TakeMask(FuzzedDataProvider& bytes) {
+    std::string mask = fmt::format("{}", bytes.ConsumeIntegralInRange<int>(0, 3));
+    if (bytes.ConsumeBool()) {
+        mask += fmt::format("/{}", bytes.ConsumeIntegralInRange<int>(0, 2));
+    }
+    if (bytes.ConsumeIntegral<std::uint8_t>() % 4 == 0) {
+        mask += fmt::format(",{}", bytes.ConsumeIntegralInRange<int>(0, 3));
+    }
+    return mask;
+}
+
 std::string TakePhoto(FuzzedDataProvider& bytes) {
-    const int mask = bytes.ConsumeIntegralInRange<int>(0, 3);
+    const std::string mask = TakeMask(bytes);
     const int type = bytes.ConsumeBool() ? 1 : 0;
     const std::string resolution = TakeNumber(bytes, 0.0f, 2.0f);
     const std::string thickness = TakeNumber(bytes, 1.0f, 3000.0f);

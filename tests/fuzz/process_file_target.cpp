@@ -20,7 +20,11 @@ void CheckStep(const ProcessStep& step) {
     Require(IsShare(step.dop) && IsShare(step.stepCoverage), "shares are shares");
     Require(step.thickness >= 0.0f && step.depth >= 0.0f && step.res >= 0.0f,
             "lengths are not negative");
-    Require(step.maskId <= 65535, "a mask is a layer of a layout");
+    Require(step.mask.empty() == (step.kind != StepKind::Photo), "a photo step has a mask");
+    for (const MaskLayer& layer : step.mask) {
+        Require(layer.layer <= 65535 && layer.datatype.value_or(0) <= 65535,
+                "a mask is of layers of a layout");
+    }
     for (const float channel : step.color) {
         Require(channel >= 0.0f && std::isfinite(channel), "colours are colours");
     }

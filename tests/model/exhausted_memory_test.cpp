@@ -47,7 +47,7 @@ ProcessStep StepOf(StepKind kind) {
     step.iso = 0.2f;
     step.res = 0.5f;
     step.taper = 80.0f;
-    step.maskId = 1;
+    step.mask = {{1, std::nullopt}};
     step.maskDark = true;
     step.targets = {"OX"};
     step.polishesToStop = true;

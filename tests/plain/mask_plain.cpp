@@ -44,13 +44,21 @@ bool PointInPolygonPlain(const MaskPolygon& polygon, double x, double y) {
 }
 
 double RasteriseMaskPlain(const Grid& grid, std::span<const MaskPolygon> polygons,
-                          std::span<std::uint8_t> rawMask, std::uint32_t maskId, bool maskDark) {
+                          std::span<std::uint8_t> rawMask, std::span<const MaskLayer> mask,
+                          bool maskDark) {
     for (std::uint8_t& cell : rawMask) {
         cell = maskDark ? 0 : 1;
     }
     float smallest = 3.4028235e38f;
     for (const MaskPolygon& polygon : polygons) {
-        if (polygon.layer != maskId) {
+        bool drawn = false;
+        for (const MaskLayer& layer : mask) {
+            if (polygon.layer == layer.layer &&
+                (!layer.datatype || *layer.datatype == polygon.datatype)) {
+                drawn = true;
+            }
+        }
+        if (!drawn) {
             continue;
         }
         const double s = grid.spacing;

@@ -238,7 +238,7 @@ TEST_F(StepCommandsTest, APhotoIsRead) {
     EXPECT_EQ(step.materialType, "");
     EXPECT_EQ(step.photoName, "Gate");
     EXPECT_EQ(step.processName, "");
-    EXPECT_EQ(step.maskId, 12u);
+    EXPECT_EQ(step.mask, (std::vector<MaskLayer>{{12, std::nullopt}}));
     EXPECT_TRUE(step.maskDark);
     EXPECT_EQ(step.res, 0.5f);
     EXPECT_EQ(step.thickness, 1.0f);
@@ -277,7 +277,7 @@ TEST_F(StepCommandsTest, MessagesOfAFaultyPhotoComeInTheirOrder) {
                      "Error in line 5: Non integer value or values found reading argument "
                      "-taper"}));
     EXPECT_TRUE(Step(2).maskDark);
-    EXPECT_EQ(Step(2).maskId, 65536u);
+    EXPECT_EQ(Step(2).mask, (std::vector<MaskLayer>{{65536, std::nullopt}}));
     EXPECT_EQ(Step(2).taper, 0.0f);
 }
 
@@ -286,12 +286,12 @@ TEST_F(StepCommandsTest, MaskNumbersGoUpTo65535) {
         return "photo -name p -mask_id " + id + " -type 0 -res 0 -thickness 1\n";
     };
     EXPECT_EQ(ReadSteps(withMask("65535")), Lines{});
-    EXPECT_EQ(Step(1).maskId, 65535u);
+    EXPECT_EQ(Step(1).mask, (std::vector<MaskLayer>{{65535, std::nullopt}}));
     EXPECT_EQ(ReadSteps(withMask("0")), Lines{});
     EXPECT_EQ(ReadSteps(withMask("65536")), InLine4({"Invalid -mask_id value"}));
     EXPECT_EQ(ReadSteps(withMask("-1")),
               InLine4({"Not enough integer values found reading argument -mask_id"}));
-    EXPECT_EQ(Step(1).maskId, 0u);
+    EXPECT_TRUE(Step(1).mask.empty());
 }
 
 TEST_F(StepCommandsTest, ATaperOf120PassesTheReader) {

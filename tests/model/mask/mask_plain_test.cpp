@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cmath>
 #include <cstddef>
@@ -20,6 +21,8 @@
 
 namespace zelmo {
 namespace {
+
+constexpr std::array maskOne{MaskLayer{1, std::nullopt}};
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinity = std::numeric_limits<double>::infinity();
@@ -47,6 +50,7 @@ double RandomCoordinate(TestRandom& random, std::int32_t cells, float spacing) {
 MaskPolygon RandomPolygon(const ProcessModel& model, TestRandom& random) {
     MaskPolygon polygon;
     polygon.layer = random.Below(3);
+    polygon.datatype = random.Below(3);
     const std::uint32_t count = 1 + random.Below(9);
     for (std::uint32_t i = 0; i < count; ++i) {
         MaskPoint point{RandomCoordinate(random, model.grid.columns, model.grid.spacing),
@@ -69,6 +73,18 @@ MaskPolygon RandomPolygon(const ProcessModel& model, TestRandom& random) {
     return polygon;
 }
 
+/// No layer up to three, with and without a datatype, at times the same one again.
+std::vector<MaskLayer> RandomLayers(TestRandom& random) {
+    std::vector<MaskLayer> layers(random.Below(4));
+    for (MaskLayer& layer : layers) {
+        layer.layer = random.Below(3);
+        if (random.Below(2) == 0) {
+            layer.datatype = random.Below(3);
+        }
+    }
+    return layers;
+}
+
 std::vector<std::uint8_t> RandomMask(const ProcessModel& model, TestRandom& random) {
     std::vector<std::uint8_t> mask(model.grid.CellCount(), 1);
     const std::uint32_t rarity = 1 + random.Below(30) * random.Below(8);
@@ -89,11 +105,12 @@ TEST(MaskRasterAgainstPlain, SetsTheSameCells) {
         for (std::uint32_t i = 0; i < count; ++i) {
             model.polygons.push_back(RandomPolygon(model, random));
         }
+        const std::vector<MaskLayer> layers = RandomLayers(random);
         const bool maskDark = random.Below(2) == 0;
         std::vector<std::uint8_t> mask(model.grid.CellCount(), 7);
         std::vector<std::uint8_t> plain(model.grid.CellCount(), 9);
-        const double smallest = RasteriseMask(model.grid, model.polygons, mask, 1, maskDark);
-        EXPECT_EQ(smallest, RasteriseMaskPlain(model.grid, model.polygons, plain, 1, maskDark))
+        const double smallest = RasteriseMask(model.grid, model.polygons, mask, layers, maskDark);
+        EXPECT_EQ(smallest, RasteriseMaskPlain(model.grid, model.polygons, plain, layers, maskDark))
             << "seed " << seed;
         ASSERT_EQ(mask, plain) << "seed " << seed;
     }
@@ -118,8 +135,8 @@ TEST(MaskRasterAgainstPlain, SurvivesImpossiblePolygons) {
         model.polygons.push_back(polygon);
         std::vector<std::uint8_t> mask(model.grid.CellCount());
         std::vector<std::uint8_t> plain(model.grid.CellCount());
-        const double smallest = RasteriseMask(model.grid, model.polygons, mask, 1, true);
-        EXPECT_EQ(smallest, RasteriseMaskPlain(model.grid, model.polygons, plain, 1, true))
+        const double smallest = RasteriseMask(model.grid, model.polygons, mask, maskOne, true);
+        EXPECT_EQ(smallest, RasteriseMaskPlain(model.grid, model.polygons, plain, maskOne, true))
             << "seed " << seed;
         ASSERT_EQ(mask, plain) << "seed " << seed;
     }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -15,6 +16,8 @@
 
 namespace zelmo {
 namespace {
+
+constexpr std::array maskOne{MaskLayer{1, std::nullopt}};
 
 constexpr float largest = std::numeric_limits<float>::max();
 
@@ -40,7 +43,7 @@ MaskPolygon MakeRectangle(std::uint32_t layer, double x0, double y0, double x1, 
 /// The mask of layer 1 as text, one line a row, row 0 first: '#' is resist.
 std::vector<std::string> Raster(const ProcessModel& model, bool maskDark) {
     std::vector<std::uint8_t> mask(model.grid.CellCount(), 3);
-    RasteriseMask(model.grid, model.polygons, mask, 1, maskDark);
+    RasteriseMask(model.grid, model.polygons, mask, maskOne, maskDark);
     std::vector<std::string> lines;
     for (std::int32_t row = 0; row < model.grid.rows; ++row) {
         std::string line;
@@ -163,13 +166,14 @@ TEST_F(MaskGrid, ImpossibleBoxesReachNoCell) {
 
 TEST_F(MaskGrid, SmallestSizeIsThatOfTheNarrowestBox) {
     std::vector<std::uint8_t> mask(model.grid.CellCount());
-    EXPECT_EQ(RasteriseMask(model.grid, model.polygons, mask, 1, true),
+    EXPECT_EQ(RasteriseMask(model.grid, model.polygons, mask, maskOne, true),
               static_cast<double>(largest));
     model.polygons.push_back(MakeRectangle(1, 0.0, 0.0, 3.0, 2.0));
     model.polygons.push_back(MakeRectangle(1, 0.0, 0.0, 0.3, 4.0));
     model.polygons.push_back(MakeRectangle(2, 0.0, 0.0, 0.1, 4.0));
     // Rounded to single precision on the way.
-    EXPECT_EQ(RasteriseMask(model.grid, model.polygons, mask, 1, true), static_cast<double>(0.3f));
+    EXPECT_EQ(RasteriseMask(model.grid, model.polygons, mask, maskOne, true),
+              static_cast<double>(0.3f));
 }
 
 TEST_F(MaskGrid, APolygonWithoutPointsIsOutOfRange) {
@@ -177,7 +181,66 @@ TEST_F(MaskGrid, APolygonWithoutPointsIsOutOfRange) {
     polygon.points.clear();
     model.polygons = {polygon};
     std::vector<std::uint8_t> mask(model.grid.CellCount());
-    EXPECT_THROW(RasteriseMask(model.grid, model.polygons, mask, 1, true), std::out_of_range);
+    EXPECT_THROW(RasteriseMask(model.grid, model.polygons, mask, maskOne, true), std::out_of_range);
+}
+
+/// A square of 2 by 2 cells in each quarter of a grid of 8 by 8, on layer 1 with datatypes 0 and 5
+/// in the lower half, on layer 2 with the same in the upper half.
+ProcessModel FourSquares() {
+    ProcessModel model;
+    SetUpGrid(model, 8, 8, 1.0f);
+    for (const std::uint32_t quarter : {0u, 1u, 2u, 3u}) {
+        const double x = quarter % 2 == 0 ? 0.5 : 4.5;
+        const double y = quarter / 2 == 0 ? 0.5 : 4.5;
+        model.polygons.push_back(MakeRectangle(1 + quarter / 2, x, y, x + 2.0, y + 2.0));
+        model.polygons.back().datatype = quarter % 2 * 5;
+    }
+    return model;
+}
+
+/// A digit for each quarter that the mask draws in.
+std::string Quarters(const std::vector<MaskLayer>& mask) {
+    const ProcessModel model = FourSquares();
+    std::vector<std::uint8_t> cells(model.grid.CellCount());
+    RasteriseMask(model.grid, model.polygons, cells, mask, true);
+    std::string quarters;
+    for (const std::int32_t quarter : {0, 1, 2, 3}) {
+        const std::size_t cell = CellAt(model, 1 + quarter % 2 * 4, 1 + quarter / 2 * 4);
+        quarters += cells[cell] == 1 ? std::to_string(quarter) : "";
+    }
+    return quarters;
+}
+
+TEST(RasteriseMask, DrawsAllDatatypesOfALayerOrOne) {
+    EXPECT_EQ(Quarters({{1, std::nullopt}}), "01");
+    EXPECT_EQ(Quarters({{2, std::nullopt}}), "23");
+    EXPECT_EQ(Quarters({{1, 0}}), "0");
+    EXPECT_EQ(Quarters({{1, 5}}), "1");
+    EXPECT_EQ(Quarters({{2, 5}}), "3");
+    EXPECT_EQ(Quarters({{1, 1}}), "");
+    EXPECT_EQ(Quarters({{5, 1}}), "");
+}
+
+TEST(RasteriseMask, DrawsSeveralLayersTogether) {
+    EXPECT_EQ(Quarters({{1, 5}, {2, 0}}), "12");
+    EXPECT_EQ(Quarters({{2, 0}, {1, std::nullopt}, {2, 0}, {1, 5}}), "012");
+    EXPECT_EQ(Quarters({{3, std::nullopt}, {2, 5}}), "3");
+    EXPECT_EQ(Quarters({}), "");
+}
+
+TEST(RasteriseMask, JoinsDatatypesWithoutASeam) {
+    ProcessModel model;
+    SetUpGrid(model, 8, 4, 1.0f);
+    model.polygons = {MakeRectangle(1, 0.5, 0.5, 3.0, 2.5), MakeRectangle(1, 3.0, 0.5, 6.5, 2.5)};
+    model.polygons[1].datatype = 7;
+    std::vector<std::uint8_t> cells(model.grid.CellCount());
+    const std::vector<MaskLayer> mask{{1, 0}, {1, 7}};
+    EXPECT_EQ(RasteriseMask(model.grid, model.polygons, cells, mask, false), 2.0);
+    std::size_t open = 0;
+    for (const std::uint8_t cell : cells) {
+        open += cell == 0 ? 1 : 0;
+    }
+    EXPECT_EQ(open, 5u);
 }
 
 TEST(PointInPolygon, LeftAndLowerEdgesAreInsideRightAndUpperOnesOutside) {

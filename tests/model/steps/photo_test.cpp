@@ -19,7 +19,7 @@ ProcessStep PhotoStep(float thickness, float taper, bool maskDark = true, float 
     step.thickness = thickness;
     step.taper = taper;
     step.maskDark = maskDark;
-    step.maskId = 5;
+    step.mask = {{5, std::nullopt}};
     step.res = res;
     step.material = "PR";
     step.label = "RESIST";
@@ -181,7 +181,7 @@ TEST(Photo, WithoutAPolygonIsEmptyOrWhole) {
     ProcessModel model;
     SetUpMask(model, 8, 6, 1.0f, 4);
     ProcessStep step = PhotoStep(2.0f, 90.0f, true);
-    step.maskId = 6;
+    step.mask = {{6, std::nullopt}};
     ExecutePhoto(model.stack, model.grid, model.polygons, step);
     ASSERT_EQ(model.stack.layers.size(), 2U);
     EXPECT_EQ(ThicknessInRow(model, 3), std::vector<float>(8, 0.0f));

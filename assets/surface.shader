@@ -7,9 +7,7 @@
 //   - a triangle lies where the transform takes it, so gl_Position is made of the position alone,
 //     in the same way for all layers;
 //   - a fragment keeps its depth and is never discarded;
-//   - the opacity of every fragment is alpha;
-//   - all upward places (normal 0, 0, z) of a layer have the same colour, whatever the length of
-//     their normals.
+//   - the opacity of every fragment is alpha.
 // Without this line all triangles of all layers are drawn, with blending.
 
 layout(location = 0) in vec3 position; // micrometres
@@ -32,8 +30,7 @@ void main() {
     // above, but a little weaker.
     float under = n.z < 0.0 ? 1.0 : 0.0;
     n = under > 0.0 ? -n : n;
-    // The lamp is far away: all places see it as the middle of the front edge does, and a level
-    // surface has one colour.
+    // The lamp is far away: all places see it as the middle of the front edge does.
     vec3 toLight = normalize(vec3(0.0, lightPos.yz));
 
     // Light from the sky, from the lamp, and from the left, so that sides that face left and right

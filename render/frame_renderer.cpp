@@ -75,23 +75,6 @@ void DrawTriangles(std::span<const std::uint32_t> indices) {
     }
 }
 
-/// Draws the triangles with these corners, from the program's memory.
-void DrawCorners(std::span<const MeshVertex> corners) {
-    if (corners.empty()) {
-        return;
-    }
-    constexpr auto stride = static_cast<GLsizei>(sizeof(MeshVertex));
-    glBindVertexArray(0);
-    glBindBuffer(GL_ARRAY_BUFFER, 0);
-    glVertexAttribPointer(0, 3, GL_FLOAT, GL_FALSE, stride, corners[0].position);
-    glVertexAttribPointer(1, 3, GL_FLOAT, GL_FALSE, stride, corners[0].normal);
-    glEnableVertexAttribArray(0);
-    glEnableVertexAttribArray(1);
-    glDrawArrays(GL_TRIANGLES, 0, static_cast<GLsizei>(corners.size()));
-    glDisableVertexAttribArray(1);
-    glDisableVertexAttribArray(0);
-}
-
 /// Whether OpenGL runs on the processor. A graphics card draws hidden triangles in less time than
 /// it takes to find them.
 bool DrawsInSoftware() {
@@ -112,11 +95,9 @@ void DrawLayers(const ProcessModel& model, const StackUploads& uploads, const Pi
     const bool drawsAll = !tools.hidingRules || !shader.HiddenPartsMayBeLeftOut();
     std::optional<ChosenTriangles> chosen;
     if (!drawsAll && DrawsInSoftware()) {
-        HidingRules rules = *tools.hidingRules;
-        rules.levelParts &= !model.settings.showHeights;  // markers have depths of their own
-        chosen = ChooseTriangles(model.stack, model.grid, view, rules);
+        chosen = ChooseTriangles(model.stack, model.grid, view, *tools.hidingRules);
     }
-    DrawnTriangles drawn;
+    BareVector<std::uint32_t> drawn;
     for (std::size_t slot = 0; slot < model.stack.layers.size(); ++slot) {
         const Layer* layer = model.stack.layers[slot].get();
         const UploadedMesh* mesh = layer != nullptr ? FindMesh(uploads, *layer) : nullptr;
@@ -128,13 +109,11 @@ void DrawLayers(const ProcessModel& model, const StackUploads& uploads, const Pi
         (blends ? glEnable : glDisable)(GL_BLEND);
         glUniform3fv(UniformLocation(shader, "color"), 1, layer->color.data());
         glUniform1f(UniformLocation(shader, "alpha"), layer->alpha);
+        glBindVertexArray(mesh->VertexArray());
         if (chosen) {
             FindDrawnTriangles(*chosen, slot, drawn);
-            DrawCorners(drawn.levelCorners);
-            glBindVertexArray(mesh->VertexArray());
-            DrawTriangles(drawn.indices);
+            DrawTriangles(drawn);
         } else {
-            glBindVertexArray(mesh->VertexArray());
             DrawMesh(*mesh);
         }
         glBindVertexArray(0);

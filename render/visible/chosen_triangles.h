@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "render/visible/layer_stack.h"
-#include "render/visible/level_parts.h"
 
 namespace zelmo {
 
@@ -42,8 +41,7 @@ private:
 /// The triangles of a stack that a picture needs.
 struct ChosenTriangles {
     LayerStack stack;
-    std::vector<SquareBytes> layers;    ///< of `stack`: what the squares have and what is drawn
-    std::vector<LevelPart> levelParts;  ///< for which two triangles stand that no mesh has
+    std::vector<SquareBytes> layers;  ///< of `stack`: what the squares have and what is drawn
 };
 
 }  // namespace zelmo

@@ -2,7 +2,6 @@
 
 #include "base/row_bands.h"
 #include "render/mesh/mesh_numbers.h"
-#include "render/visible/level_parts.h"
 #include "render/visible/visible_triangles.h"
 
 namespace zelmo {
@@ -120,24 +119,14 @@ void WriteIndices(const ChosenTriangles& chosen, std::size_t layer,
     indices.resize(count);
 }
 
-void WriteLevelCorners(const ChosenTriangles& chosen, std::size_t layer,
-                       std::vector<MeshVertex>& corners) {
-    corners.clear();
-    for (const LevelPart& part : chosen.levelParts) {
-        if (part.layer == layer) {
-            AppendCorners(part, chosen.stack.spacing, corners);
-        }
-    }
-}
-
 }  // namespace
 
-void FindDrawnTriangles(const ChosenTriangles& chosen, std::size_t slot, DrawnTriangles& drawn) {
+void FindDrawnTriangles(const ChosenTriangles& chosen, std::size_t slot,
+                        BareVector<std::uint32_t>& indices) {
     const std::vector<std::size_t>& slots = chosen.stack.slots;
     const auto layer = static_cast<std::size_t>(std::lower_bound(slots.begin(), slots.end(), slot) -
                                                 slots.begin());
-    WriteLevelCorners(chosen, layer, drawn.levelCorners);
-    WriteIndices(chosen, layer, drawn.indices);
+    WriteIndices(chosen, layer, indices);
 }
 
 }  // namespace zelmo

@@ -16,9 +16,6 @@ struct HidingRules {
     bool shadowed = true;
     /// It covers the centre of no pixel.
     bool betweenPixels = true;
-    /// It is of a level part of an opaque layer, for which two large triangles stand. Only together
-    /// with `standing`, and not where something is drawn that has depths of its own.
-    bool levelParts = true;
 };
 
 }  // namespace zelmo

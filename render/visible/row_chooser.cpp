@@ -8,7 +8,6 @@
 
 #include "base/padded_rows.h"
 #include "render/visible/chosen_triangles.h"
-#include "render/visible/level_lanes.h"
 #include "render/visible/picture_view.h"
 #include "render/visible/shadows.h"
 #include "render/visible/sight.h"
@@ -25,8 +24,7 @@ class RowChooser {
 public:
     RowChooser(const LayerStack& stack, const Choice& choice);
 
-    void Choose(std::int32_t firstSquareRow, std::int32_t endSquareRow, ChosenTriangles& chosen,
-                SquareBytes& level);
+    void Choose(std::int32_t firstSquareRow, std::int32_t endSquareRow, ChosenTriangles& chosen);
 
     const HeightRange& Heights() const { return range_; }
 
@@ -69,12 +67,6 @@ private:
     void RemoveShadowedOnes(Sheet sheet, std::size_t layer, std::int32_t squareRow,
                             const TriangleMasks& triangles);
 
-    LevelRow LevelPlaces(std::int32_t row) {
-        return {levelCodes_.At(RowSlot(0, row)), levelHeights_.At(RowSlot(0, row))};
-    }
-
-    void MarkLevelSquares(std::int32_t squareRow, std::uint8_t* marks);
-
     /// Where a row of a sheet is on the picture.
     PixelRow PixelsOf(Sheet sheet, std::size_t layer, std::int32_t row);
 
@@ -92,9 +84,6 @@ private:
     PaddedRows<std::int32_t> buried_;
     std::vector<std::int32_t> buriedSquareRows_;  ///< which rows of squares these are
     PaddedRows<std::int32_t> masks_;
-    PaddedRows<std::int32_t> levelCodes_;
-    PaddedRows<float> levelHeights_;
-    PaddedRows<std::int32_t> uneven_;
     PaddedRows<float> pixels_;             ///< x and y of two rows of both sheets of every layer
     std::vector<std::int32_t> pixelRows_;  ///< which rows these are
     PaddedRows<float> hidingDepths_;
@@ -138,9 +127,6 @@ RowChooser::RowChooser(const LayerStack& stack, const Choice& choice)
       buried_(Slots(4), stack.cols),
       buriedSquareRows_(Slots(4), -1),
       masks_(6, stack.cols),
-      levelCodes_(4, stack.cols),
-      levelHeights_(4, stack.cols),
-      uneven_(1, stack.cols),
       pixels_(Slots(8), stack.cols),
       pixelRows_(Slots(4), -1),
       hidingDepths_(2, stack.cols) {
@@ -152,18 +138,14 @@ RowChooser::RowChooser(const LayerStack& stack, const Choice& choice)
 }
 
 void RowChooser::Choose(std::int32_t firstSquareRow, std::int32_t endSquareRow,
-                        ChosenTriangles& chosen, SquareBytes& level) {
+                        ChosenTriangles& chosen) {
     for (std::int32_t row = std::max(firstSquareRow - 1, 0); row <= firstSquareRow; ++row) {
         ReadRow(row);
     }
     for (std::int32_t squareRow = firstSquareRow; squareRow < endSquareRow; ++squareRow) {
         ReadRow(squareRow + 1);
-        uneven_.Fill(0, 0);
         for (std::size_t layer = 0; layer < stack_.layers.size(); ++layer) {
             ChooseOfLayer(layer, squareRow, chosen.layers[layer].Row(squareRow));
-        }
-        if (rules_.levelParts) {
-            MarkLevelSquares(squareRow, level.Row(squareRow));
         }
     }
 }
@@ -185,10 +167,6 @@ void RowChooser::ReadRow(std::int32_t row) {
     const bool isBackEdge = row == stack_.rows - 1;
     ZELMO_PICK_LANES(FindNeighbourLayers)
     (sheets.data(), stack_.LayerCount(), hidingDepths_.At(isBackEdge ? 1 : 0), stack_.cols, range_);
-    if (rules_.levelParts) {
-        ZELMO_PICK_LANES(FindLevelPlaces)
-        (sheets.data(), stack_.LayerCount(), sight_.level, stack_.cols, LevelPlaces(row));
-    }
 }
 
 const std::int32_t* RowChooser::BuriedSquares(Sheet sheet, std::size_t layer,
@@ -219,8 +197,7 @@ void RowChooser::ChooseOfLayer(std::size_t layer, std::int32_t squareRow, std::u
     const std::array<TriangleMasks, 3> three{TriangleMasks{masks[0], masks[1]},
                                              TriangleMasks{masks[2], masks[4]},
                                              TriangleMasks{masks[3], masks[5]}};
-    if (!ZELMO_PICK_LANES(FindTriangles)(Places(thick_, layer, squareRow), squares, three.data(),
-                                         uneven_.At(0))) {
+    if (!ZELMO_PICK_LANES(FindTriangles)(Places(thick_, layer, squareRow), squares, three.data())) {
         std::fill_n(bytes, squares, std::uint8_t{0});
         return;
     }
@@ -268,11 +245,6 @@ void RowChooser::RemoveShadowedOnes(Sheet sheet, std::size_t layer, std::int32_t
     }
 }
 
-void RowChooser::MarkLevelSquares(std::int32_t squareRow, std::uint8_t* marks) {
-    ZELMO_PICK_LANES(FindLevelSquares)
-    (LevelPlaces(squareRow), LevelPlaces(squareRow + 1), uneven_.At(0), stack_.cols - 1, marks);
-}
-
 PixelRow RowChooser::PixelsOf(Sheet sheet, std::size_t layer, std::int32_t row) {
     const std::size_t slot = SheetSlot(sheet, layer) * 2 + static_cast<std::size_t>(row & 1);
     const PixelRow pixels{pixels_.At(2 * slot), pixels_.At(2 * slot + 1)};
@@ -289,9 +261,9 @@ PixelRow RowChooser::PixelsOf(Sheet sheet, std::size_t layer, std::int32_t row) 
 }  // namespace
 
 HeightRange ChooseRows(const Choice& choice, std::int32_t firstRow, std::int32_t endRow,
-                       ChosenTriangles& chosen, SquareBytes& level) {
+                       ChosenTriangles& chosen) {
     RowChooser chooser(chosen.stack, choice);
-    chooser.Choose(firstRow, endRow, chosen, level);
+    chooser.Choose(firstRow, endRow, chosen);
     return chooser.Heights();
 }
 

@@ -9,7 +9,6 @@
 
 namespace zelmo {
 
-class SquareBytes;
 struct ChosenTriangles;
 struct PictureView;
 struct Shadow;
@@ -26,10 +25,9 @@ struct Choice {
 constexpr HeightRange noHeights{std::numeric_limits<float>::max(),
                                 std::numeric_limits<float>::lowest(), 0.0f};
 
-/// Writes the bytes of some rows of squares of all layers, and where the rule of level parts holds
-/// marks with 1 in `level` those at which the uppermost opaque layer is level. Returns the range of
-/// the heights there. May be called for several ranges of rows at once.
+/// Writes the bytes of some rows of squares of all layers. Returns the range of the heights there.
+/// May be called for several ranges of rows at once.
 HeightRange ChooseRows(const Choice& choice, std::int32_t firstRow, std::int32_t endRow,
-                       ChosenTriangles& chosen, SquareBytes& level);
+                       ChosenTriangles& chosen);
 
 }  // namespace zelmo

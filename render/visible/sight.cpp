@@ -3,14 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <limits>
 
 namespace zelmo {
 
 namespace {
-
-/// Of a square at the back edge that is part of something level, in pixels.
-constexpr double leastLevelHeight = 0.125;
 
 /// The four numbers of a transform that make one clip coordinate.
 struct ClipRow {
@@ -87,12 +83,6 @@ std::optional<Sight> FindSight(const LayerStack& stack, const PictureView& view)
     sight.eye.spacing = stack.spacing;
     sight.hidingDepth = static_cast<float>(std::max(pixel / 4.0, 1024.0 * depthStep));
     sight.edgeHidingDepth = static_cast<float>(std::max(4.0 * pixel, 1024.0 * depthStep));
-    const bool isCloseWithinASquare = 2.0f * sight.hidingDepth <= stack.spacing;
-    const double leastAbove = 2.0 * leastLevelHeight * pixel *
-                              static_cast<double>(sight.eye.farthest) /
-                              static_cast<double>(stack.spacing);
-    sight.level = {sight.hidingDepth, isCloseWithinASquare ? static_cast<float>(eye[2] - leastAbove)
-                                                           : std::numeric_limits<float>::lowest()};
     sight.margin = std::ldexp(1.0f, -std::clamp(view.subpixelBits, 0, 8));
     return sight.hidingDepth > 0.0f && std::isfinite(sight.edgeHidingDepth) ? std::optional(sight)
                                                                             : std::nullopt;

@@ -4,7 +4,6 @@
 #include <optional>
 
 #include "render/visible/layer_stack.h"
-#include "render/visible/level_lanes.h"
 #include "render/visible/picture_view.h"
 #include "render/visible/visible_lanes.h"
 
@@ -18,9 +17,6 @@ struct Sight {
     float hidingDepth = 0.0f;      ///< below the top of the layer that hides it
     float edgeHidingDepth = 0.0f;  ///< the same at the window's open edges
     float margin = 0.0f;           ///< pixels by which GL may place a triangle's corner elsewhere
-    /// How near to a level part other things may come, and how high it may lie to be seen so
-    /// steeply that the height of each square is much more than GL's subpixel step.
-    LevelLimits level;
 };
 
 /// Empty where the eye does not stand in front of the window.

@@ -209,8 +209,7 @@ void PackMasks(const std::int32_t* const* masks, std::int32_t squares, std::uint
     }
 }
 
-bool FindTriangles(const PlaceRows& thick, std::int32_t squares, const TriangleMasks* three,
-                   std::int32_t* uneven) {
+bool FindTriangles(const PlaceRows& thick, std::int32_t squares, const TriangleMasks* three) {
     IntLanes any{};
     for (std::int32_t col = 0; col < squares; col += lanes) {
         const IntLanes frontLeft = LoadLanes(thick.front + col);
@@ -223,10 +222,7 @@ bool FindTriangles(const PlaceRows& thick, std::int32_t squares, const TriangleM
             StoreLanes(three[i].front + col, fronts);
             StoreLanes(three[i].back + col, backs);
         }
-        const IntLanes some = fronts | backs;
-        const IntLanes all = frontLeft & frontRight & backLeft & backRight;
-        StoreLanes(uneven + col, LoadLanes(uneven + col) | (some & ~all));
-        any |= some;
+        any |= fronts | backs;
     }
     return AnyLane(any);
 }

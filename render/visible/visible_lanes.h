@@ -68,9 +68,9 @@ struct TriangleMasks {
 };
 
 /// Writes to each of the three which triangles are there: one of their corners is thick. True if
-/// any are. Adds to `uneven` the squares with some thick corners and some others.
+/// any are.
 ZELMO_DECLARE_LANE_KERNEL(bool FindTriangles(const PlaceRows& thick, std::int32_t squares,
-                                             const TriangleMasks* three, std::int32_t* uneven))
+                                             const TriangleMasks* three))
 
 /// Takes the triangles out of the masks whose corners all stand on the same layer. True if any are
 /// left.

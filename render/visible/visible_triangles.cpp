@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "base/row_bands.h"
-#include "render/visible/level_parts.h"
 #include "render/visible/row_chooser.h"
 #include "render/visible/shadows.h"
 #include "render/visible/sight.h"
@@ -27,13 +26,12 @@ bool HasNoHoles(const LayerStack& stack, const HeightRange& heights, const Pictu
            ShowsWholeBox(view.transform, size, static_cast<double>(heights.lowest));
 }
 
-/// Chooses on all cores; `level` receives where the uppermost opaque layer is level. Returns the
-/// range of the heights.
-HeightRange ChooseAllRows(const Choice& choice, ChosenTriangles& chosen, SquareBytes& level) {
+/// Chooses on all cores. Returns the range of the heights.
+HeightRange ChooseAllRows(const Choice& choice, ChosenTriangles& chosen) {
     std::mutex mutex;
     HeightRange heights = noHeights;
     ForRowBands(chosen.stack.rows - 1, fewestRows, [&](std::int32_t first, std::int32_t end) {
-        const HeightRange range = ChooseRows(choice, first, end, chosen, level);
+        const HeightRange range = ChooseRows(choice, first, end, chosen);
         const std::lock_guard lock(mutex);
         heights.lowest = std::min(heights.lowest, range.lowest);
         heights.highest = std::max(heights.highest, range.highest);
@@ -51,18 +49,14 @@ std::optional<ChosenTriangles> ChooseTriangles(const Stack& stack, const Grid& g
     if (!sight) {
         return std::nullopt;
     }
-    ChosenTriangles chosen{std::move(*layers), {}, {}};
+    ChosenTriangles chosen{std::move(*layers), {}};
     for (std::size_t i = 0; i < chosen.stack.layers.size(); ++i) {
         chosen.layers.emplace_back(chosen.stack);
     }
-    SquareBytes level(chosen.stack);
     const auto shadows = rules.shadowed ? FindShadows(chosen.stack, *sight) : std::vector<Shadow>();
-    const HeightRange heights = ChooseAllRows({*sight, shadows, view, rules}, chosen, level);
+    const HeightRange heights = ChooseAllRows({*sight, shadows, view, rules}, chosen);
     if (!HasNoHoles(chosen.stack, heights, view)) {
         return std::nullopt;
-    }
-    if (rules.levelParts) {
-        MergeLevelParts(chosen, level);
     }
     return chosen;
 }

@@ -3,10 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
-#include <vector>
 
 #include "render/mesh/mesh_vector.h"
-#include "render/mesh/mesh_vertex.h"
 #include "render/visible/chosen_triangles.h"
 #include "render/visible/hiding_rules.h"
 #include "render/visible/picture_view.h"
@@ -27,15 +25,10 @@ std::optional<ChosenTriangles> ChooseTriangles(const Stack& stack, const Grid& g
                                                const PictureView& view,
                                                const HidingRules& rules = {});
 
-/// What is drawn of a layer.
-struct DrawnTriangles {
-    /// Corners of the triangles that stand for level parts, three each; to be drawn first.
-    std::vector<MeshVertex> levelCorners;
-    /// Indices into the vertices of the layer's mesh, three a triangle, in the order of the mesh.
-    BareVector<std::uint32_t> indices;
-};
-
-/// Replaces `drawn` by what was chosen of the layer in this slot of the stack.
-void FindDrawnTriangles(const ChosenTriangles& chosen, std::size_t slot, DrawnTriangles& drawn);
+/// Replaces `indices` by those of the triangles that were chosen of the layer in this slot of the
+/// stack: indices into the vertices of the layer's mesh, three a triangle, in the order of the
+/// mesh.
+void FindDrawnTriangles(const ChosenTriangles& chosen, std::size_t slot,
+                        BareVector<std::uint32_t>& indices);
 
 }  // namespace zelmo

@@ -15,25 +15,27 @@ namespace zelmo {
 namespace {
 
 /// What a shader has of its own: the vertex stage places `gl_Position` and passes `place` on, the
-/// fragment stage sets `pixel`.
+/// fragment stage sets `pixel`. Whether that keeps what a shader promises for less to be drawn.
 struct OwnShader {
     const char* name;
+    bool keepsThePromise;
     const char* vertex;
     const char* fragment;
 };
 
 constexpr OwnShader ownShaders[] = {
-    {"ColoursByPlace", "", "pixel = vec4(fract(place * 3.0), alpha);"},
-    {"ColoursByDepth", "", "pixel = vec4(fract(gl_FragCoord.zzz * 100000.0), alpha);"},
-    {"DiscardsStripes", "", "if (fract(place.x) < 0.5) discard; pixel = vec4(color, alpha);"},
-    {"IsTranslucentInStripes", "",
+    {"ColoursByPlace", true, "", "pixel = vec4(fract(place * 3.0), alpha);"},
+    {"ColoursByDepth", true, "", "pixel = vec4(fract(gl_FragCoord.zzz * 100000.0), alpha);"},
+    {"DiscardsStripes", false, "",
+     "if (fract(place.x) < 0.5) discard; pixel = vec4(color, alpha);"},
+    {"IsTranslucentInStripes", false, "",
      "pixel = vec4(color, fract(place.x) < 0.5 ? alpha : alpha * 0.3);"},
-    {"WritesItsOwnDepth", "",
+    {"WritesItsOwnDepth", false, "",
      "pixel = vec4(color, alpha); gl_FragDepth = fract(place.x) < 0.5 ? gl_FragCoord.z : 0.9;"},
-    {"LiftsTheLowerPlaces",
+    {"LiftsTheLowerPlaces", false,
      "if (position.z < 1.2) gl_Position = transform * vec4(position.xy, position.z + 2.0, 1.0);",
      "pixel = vec4(color, alpha);"},
-    {"SetsUpperSheetsBack", "gl_Position.z += normal.z > 0.0 ? 0.01 : 0.0;",
+    {"SetsUpperSheetsBack", false, "gl_Position.z += normal.z > 0.0 ? 0.01 : 0.0;",
      "pixel = vec4(color, alpha);"},
 };
 
@@ -116,10 +118,10 @@ TEST_P(OwnShaderTest, DrawsWholeMeshesWithBlending) {
     EXPECT_EQ(Draw(shader, false), Draw(shader, true));
 }
 
-TEST_P(OwnShaderTest, WouldHaveAnotherPictureIfItPromisedWhatItDoesNotKeep) {
+TEST_P(OwnShaderTest, HasAnotherPictureIfItPromisesWhatItDoesNotKeep) {
     const ShaderProgram shader = Load(promise + TextOf(GetParam()));
     ASSERT_TRUE(shader.IsUsable());
-    EXPECT_FALSE(Draw(shader, false) == Draw(shader, true));
+    EXPECT_EQ(Draw(shader, false) == Draw(shader, true), GetParam().keepsThePromise);
 }
 
 INSTANTIATE_TEST_SUITE_P(Shaders, OwnShaderTest, testing::ValuesIn(ownShaders),

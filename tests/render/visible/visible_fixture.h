@@ -10,7 +10,7 @@
 
 namespace zelmo {
 
-constexpr HidingRules noRule{false, false, false, false, false};
+constexpr HidingRules noRule{false, false, false, false};
 
 /// Draws stacks with and without what the rules leave out: the bytes are to be the same.
 class VisibleTest : public ::testing::Test {

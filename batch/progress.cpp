@@ -115,9 +115,8 @@ void Progress::Tick() {
 
 void Progress::Draw() {
     if (columns_ > 0 && step_ > 0) {
-        const std::string line =
-            ProgressLine(step_, count_, description_, ElapsedMilliseconds() - start_, columns_);
-        Show(fmt::format("\r{}", line));
+        const std::int32_t elapsed = ElapsedMilliseconds() - start_;
+        Show(fmt::format("\r{}", ProgressLine(step_, count_, description_, elapsed, columns_)));
     }
 }
 

@@ -8,6 +8,14 @@
 
 namespace zelmo {
 
+namespace {
+
+constexpr wchar_t firstLine[] =
+    L"Select menu \"Load GDS\" to load a GDSII database and then menu \"Run Process\" to "
+    L"select and run a process file";
+
+}  // namespace
+
 MainWindowLogic::MainWindowLogic(Platform& platform) : platform_(platform) {}
 
 MainWindowLogic::~MainWindowLogic() = default;
@@ -19,9 +27,7 @@ bool MainWindowLogic::LoadColors(const std::filesystem::path& path) {
 void MainWindowLogic::FinishCreation(std::unique_ptr<PictureMaker> pictureMaker) {
     pictureMaker_ = std::move(pictureMaker);
     UpdateMenus();
-    platform_.Console()->Write(std::wstring(
-        L"Select menu \"Load GDS\" to load a GDSII database and then menu \"Run Process\" to "
-        L"select and run a process file"));
+    platform_.Console()->Write(std::wstring(firstLine));
 }
 
 void MainWindowLogic::HandleClose() {

@@ -19,11 +19,8 @@ const StepImage& PictureList::Current() const {
 }
 
 void PictureList::GoLeft() {
-    std::int32_t position = currentImage;
-    if (position < 1) {
-        position = static_cast<std::int32_t>(images.size());
-    }
-    currentImage = position - 1;
+    const auto count = static_cast<std::int32_t>(images.size());
+    currentImage = (currentImage < 1 ? count : currentImage) - 1;
 }
 
 void PictureList::GoRight() {

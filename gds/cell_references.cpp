@@ -125,11 +125,10 @@ struct ReferenceRange {
 };
 
 std::size_t ReferenceCount(const GdsDatabase& database) {
-    std::size_t count = 0;
-    for (const GdsCell& cell : database.cells) {
-        count += cell.srefs.size() + cell.arefs.size();
-    }
-    return count;
+    const auto add = [](std::size_t count, const GdsCell& cell) {
+        return count + cell.srefs.size() + cell.arefs.size();
+    };
+    return std::accumulate(database.cells.begin(), database.cells.end(), std::size_t{0}, add);
 }
 
 /// Calls `take` for every reference of the range, until it returns false. Returns the number of the

@@ -1,6 +1,7 @@
 #include "gds/polygon_extraction.h"
 
 #include <algorithm>
+#include <numeric>
 #include <utility>
 
 #include "gds/gds_database.h"
@@ -18,11 +19,10 @@ const GdsCell* FindCell(const GdsDatabase& database, std::string_view name) {
 }
 
 std::uint64_t ElementCount(const GdsDatabase& database) {
-    std::uint64_t count = 0;
-    for (const GdsCell& cell : database.cells) {
-        count += cell.boundaries.size() + cell.srefs.size() + cell.arefs.size();
-    }
-    return count;
+    const auto add = [](std::uint64_t count, const GdsCell& cell) {
+        return count + cell.boundaries.size() + cell.srefs.size() + cell.arefs.size();
+    };
+    return std::accumulate(database.cells.begin(), database.cells.end(), std::uint64_t{0}, add);
 }
 
 }  // namespace

@@ -41,9 +41,8 @@ std::uint32_t StreamRecord::U32At(std::size_t offset) const {
 
 double StreamRecord::RealAt(std::size_t offset) const {
     std::uint8_t bytes[8] = {};
-    for (std::size_t i = 0; i < sizeof bytes && offset + i < data.size(); ++i) {
-        bytes[i] = data[offset + i];
-    }
+    const auto rest = data.subspan(std::min(offset, data.size()));
+    std::copy_n(rest.begin(), std::min(rest.size(), sizeof bytes), bytes);
     return GdsReal8ToDouble(bytes);
 }
 

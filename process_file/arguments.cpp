@@ -18,10 +18,7 @@ namespace {
 /// The line from the first occurrence of the argument's text, or nothing.
 std::optional<std::string_view> FindArgument(std::string_view line, std::string_view argument) {
     const std::size_t position = line.find(argument);
-    if (position == std::string_view::npos) {
-        return std::nullopt;
-    }
-    return line.substr(position);
+    return position == std::string_view::npos ? std::nullopt : std::optional(line.substr(position));
 }
 
 /// The same, for an argument that has to be there.

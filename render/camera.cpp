@@ -29,10 +29,7 @@ Vector3 Cross(const Vector3& a, const Vector3& b) {
 
 Vector3 Normalise(const Vector3& v) {
     const float length = Length(v);
-    if (length > 0.0f) {
-        return {v[0] / length, v[1] / length, v[2] / length};
-    }
-    return {0.0f, 0.0f, 0.0f};
+    return length > 0.0f ? Vector3{v[0] / length, v[1] / length, v[2] / length} : Vector3{};
 }
 
 // The C libraries' single-precision functions differ in the last digit; the double-precision ones,

@@ -80,9 +80,8 @@ void DrawTriangles(std::span<const std::uint32_t> indices) {
 bool DrawsInSoftware() {
     const GLubyte* text = glGetString(GL_RENDERER);
     const std::string_view renderer = text != nullptr ? reinterpret_cast<const char*>(text) : "";
-    return renderer.find("llvmpipe") != std::string_view::npos ||
-           renderer.find("softpipe") != std::string_view::npos ||
-           renderer.find("Software") != std::string_view::npos;
+    const auto has = [&](const char* word) { return renderer.find(word) != renderer.npos; };
+    return has("llvmpipe") || has("softpipe") || has("Software");
 }
 
 /// Draws nothing with a shader that failed: fixed functions would take its place.

@@ -75,9 +75,7 @@ void NullPlatform::MakeContextCurrent() {
 
 void NullPlatform::GiveUpContext() {
     const std::lock_guard lock(mutex_);
-    if (contextOwner_ != std::this_thread::get_id()) {
-        ++contextConflicts_;
-    }
+    contextConflicts_ += contextOwner_ != std::this_thread::get_id() ? 1 : 0;
     contextOwner_ = std::thread::id();
 }
 

@@ -21,11 +21,8 @@ constexpr int renderWindowId = 3;
 constexpr UINT stepDoneMessage = WM_USER + 2;
 
 std::wstring FilterText(const FileQuestion& question) {
-    std::wstring filter = question.filterName;
-    filter.push_back(L'\0');
-    filter += question.pattern;
-    filter.push_back(L'\0');
-    return filter;  // the text's own end is the list's second NUL
+    // The text's own end is the list's second NUL.
+    return question.filterName + L'\0' + question.pattern + L'\0';
 }
 
 }  // namespace

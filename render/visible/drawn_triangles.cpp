@@ -124,9 +124,8 @@ void WriteIndices(const ChosenTriangles& chosen, std::size_t layer,
 void FindDrawnTriangles(const ChosenTriangles& chosen, std::size_t slot,
                         BareVector<std::uint32_t>& indices) {
     const std::vector<std::size_t>& slots = chosen.stack.slots;
-    const auto layer = static_cast<std::size_t>(std::lower_bound(slots.begin(), slots.end(), slot) -
-                                                slots.begin());
-    WriteIndices(chosen, layer, indices);
+    const auto layer = std::ranges::lower_bound(slots, slot) - slots.begin();
+    WriteIndices(chosen, static_cast<std::size_t>(layer), indices);
 }
 
 }  // namespace zelmo

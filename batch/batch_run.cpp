@@ -112,7 +112,7 @@ Outcome Prepare(const BatchOptions& options, const std::vector<std::filesystem::
         outcome = LoadLayoutFile(options.layout, console, database);
     }
     if (!outcome.Failed()) {
-        outcome = PrepareProcess(options.process, *database, colors, console, model);
+        outcome = PrepareProcess(options.process, *database, colors, options.view, console, model);
     }
     return outcome;
 }

@@ -82,12 +82,12 @@ Outcome LoadLayoutFile(const std::filesystem::path& path, LogConsole* console,
 }
 
 Outcome PrepareProcess(const std::filesystem::path& path, const GdsDatabase& database,
-                       const ColorTable& colors, LogConsole* console,
+                       const ColorTable& colors, const ViewChoice& view, LogConsole* console,
                        std::unique_ptr<ProcessModel>& model) {
     console->Write(std::string("--- Handling \"Run\" command ---"));
     PreparedRun run;
     try {
-        run = PrepareRun(path, database, colors, console);
+        run = PrepareRun(path, database, colors, console, view);
     } catch (const std::bad_alloc&) {
         return ProcessFailure(path, outOfMemory);
     } catch (const std::exception& error) {

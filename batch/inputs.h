@@ -5,6 +5,7 @@
 
 #include "batch/exit_status.h"
 #include "process_file/color_table.h"
+#include "process_run/view_choice.h"
 
 namespace zelmo {
 
@@ -21,9 +22,10 @@ Outcome LoadColors(const std::filesystem::path& path, ColorTable& colors);
 Outcome LoadLayoutFile(const std::filesystem::path& path, LogConsole* console,
                        std::unique_ptr<GdsDatabase>& database);
 
-/// Reads a process file and prepares its run, with the lines of the Run command on the console.
+/// Reads a process file and prepares its run, at what `view` chooses, with the lines of the Run
+/// command on the console.
 Outcome PrepareProcess(const std::filesystem::path& path, const GdsDatabase& database,
-                       const ColorTable& colors, LogConsole* console,
+                       const ColorTable& colors, const ViewChoice& view, LogConsole* console,
                        std::unique_ptr<ProcessModel>& model);
 
 }  // namespace zelmo

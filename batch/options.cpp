@@ -12,6 +12,7 @@
 
 #include "base/text.h"
 #include "base/version.h"
+#include "batch/window_argument.h"
 
 namespace zelmo {
 
@@ -32,6 +33,8 @@ struct Texts {
     std::string process;
     std::string output;
     std::string assets;
+    std::string cell;
+    std::string window;
     std::string format{pictureFormats[0].name};
     bool noPictures = false;
 };
@@ -84,6 +87,12 @@ void AddOptions(CLI::App& app, Texts& texts, BatchOptions& options) {
                    "Folder for the pictures (default: a new one beside the process file, named "
                    "after it and the time)")
         ->type_name("DIR");
+    app.add_option("--cell", texts.cell, "The cell to look at, in place of the process file's")
+        ->type_name("NAME");
+    app.add_option("--window", texts.window,
+                   "The window, in place of the process file's, in um: its lower left corner and "
+                   "its size, or what fits around the cell's masks, with a margin")
+        ->type_name("X,Y,DX,DY|fit[:MARGIN]");
     app.add_option("--format", texts.format, FormatHelp())
         ->type_name(fmt::format("{}", fmt::join(FormatNames(), "|")));
     app.add_flag("--check", options.checkOnly, "Read and check both files, run nothing");
@@ -107,7 +116,23 @@ std::string CheckTexts(const CLI::App& app, const Texts& texts) {
             return std::string(name) + ": the folder has no name";
         }
     }
+    if (app.count("--cell") > 0 && texts.cell.empty()) {
+        return "--cell: the cell has no name";
+    }
     return {};
+}
+
+/// Sets what is to be looked at; the reason why not, or nothing if all is well.
+std::string TakeView(const CLI::App& app, const Texts& texts, ViewChoice& view) {
+    if (app.count("--cell") > 0) {
+        view.cell = texts.cell;
+    }
+    if (app.count("--window") == 0) {
+        return {};
+    }
+    WindowArgument argument = ParseWindowArgument(texts.window);
+    view.window = argument.window;
+    return argument.failure;
 }
 
 CommandLine UsageError(const std::string& reason) {
@@ -132,6 +157,9 @@ CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
         return UsageError(error.what());
     }
     if (const std::string reason = CheckTexts(app, texts); !reason.empty()) {
+        return UsageError(reason);
+    }
+    if (const std::string reason = TakeView(app, texts, options.view); !reason.empty()) {
         return UsageError(reason);
     }
     options.layout = PathFromArgument(texts.layout);

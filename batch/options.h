@@ -7,6 +7,7 @@
 
 #include "batch/exit_status.h"
 #include "pictures/picture_files.h"
+#include "process_run/view_choice.h"
 
 namespace zelmo {
 
@@ -15,6 +16,7 @@ struct BatchOptions {
     std::filesystem::path layout;
     std::filesystem::path process;
     std::optional<std::filesystem::path> output;  ///< none: a new folder beside the process file
+    ViewChoice view;                              ///< in place of what the process file says
     PictureFormat format = pictureFormats[0];
     bool checkOnly = false;
     bool pictures = true;

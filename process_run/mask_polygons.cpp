@@ -25,20 +25,6 @@ ExtractionWindow WindowOf(const Grid& grid, double micronsPerUnit) {
             toUnits(grid.originY + grid.height), toUnits(grid.spacing)};
 }
 
-std::string FailureLine(ExtractionRefusal refusal, const std::string& cellName) {
-    switch (refusal) {
-        case ExtractionRefusal::UnknownCell:
-            return fmt::format("ERROR: Cell name {} was not found in the GDS database",
-                               NameText(cellName));
-        case ExtractionRefusal::TooManyPolygons:
-        case ExtractionRefusal::TooManyPoints:
-            return "ERROR: Reached the maximum number of polygons";
-        case ExtractionRefusal::FruitlessSearch:
-            return "ERROR: The references of the cell are too many to be searched";
-    }
-    return {};
-}
-
 /// The polygon in micrometres, with the values of single precision.
 MaskPolygon ToMicrons(const RawPolygon& raw, float micronsPerUnit) {
     MaskPolygon polygon;
@@ -69,6 +55,20 @@ double SmallerSide(const MaskPolygon& polygon) {
 
 }  // namespace
 
+std::string ExtractionFailureLine(ExtractionRefusal refusal, const std::string& cellName) {
+    switch (refusal) {
+        case ExtractionRefusal::UnknownCell:
+            return fmt::format("ERROR: Cell name {} was not found in the GDS database",
+                               NameText(cellName));
+        case ExtractionRefusal::TooManyPolygons:
+        case ExtractionRefusal::TooManyPoints:
+            return "ERROR: Reached the maximum number of polygons";
+        case ExtractionRefusal::FruitlessSearch:
+            return "ERROR: The references of the cell are too many to be searched";
+    }
+    return {};
+}
+
 MaskExtraction ExtractMaskPolygons(const GdsDatabase& database, const std::string& cellName,
                                    const Grid& grid, LogConsole* console) {
     console->Write(L"");
@@ -77,7 +77,7 @@ MaskExtraction ExtractMaskPolygons(const GdsDatabase& database, const std::strin
         ExtractPolygons(database, cellName, WindowOf(grid, database.micronsPerUnit));
     MaskExtraction masks;
     if (raw.refusal) {
-        masks.failure = FailureLine(*raw.refusal, cellName);
+        masks.failure = ExtractionFailureLine(*raw.refusal, cellName);
         console->Write(masks.failure);
         return masks;
     }

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "gds/polygon_extraction.h"
 #include "model/mask/mask_polygon.h"
 
 namespace zelmo {
@@ -16,6 +17,9 @@ struct MaskExtraction {
     std::vector<MaskPolygon> polygons;
     std::string failure;  ///< why there are none, as the console tells; empty if all went well
 };
+
+/// Why there are no polygons of a cell, as the console tells.
+std::string ExtractionFailureLine(ExtractionRefusal refusal, const std::string& cellName);
 
 /// The polygons of a cell and of all below it that meet the grid and are no smaller than its pitch,
 /// depth first, in micrometres from the grid's corner. Reports on the console. Throws

@@ -2,9 +2,11 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <utility>
+#include <variant>
 
 #include "base/log_console.h"
 #include "base/text.h"
@@ -12,6 +14,7 @@
 #include "model/grid/neighbour_table.h"
 #include "model/process_model.h"
 #include "process_file/reader.h"
+#include "process_run/fitted_window.h"
 #include "process_run/mask_polygons.h"
 
 namespace zelmo {
@@ -45,6 +48,35 @@ bool TakeProcessFile(PreparedRun& run, const std::filesystem::path& path, const 
     console->Write(L"Successfully read process file \"" + PathText(path) + L"\"");
     run.model->settings = std::move(file.settings);
     run.model->steps = std::move(file.steps);
+    return true;
+}
+
+void SetWindow(ProcessSettings& settings, const GivenWindow& window) {
+    settings.windowX = window.x;
+    settings.windowY = window.y;
+    settings.windowWidth = window.width;
+    // The model relies on a window that is never higher than wide.
+    settings.windowHeight = std::min(window.height, window.width);
+}
+
+/// Puts what is chosen in place of what the process file says. False if no window fits.
+bool TakeView(PreparedRun& run, const ViewChoice& view, const GdsDatabase& gds,
+              LogConsole* console) {
+    ProcessSettings& settings = run.model->settings;
+    settings.cellName = view.cell.value_or(settings.cellName);
+    if (const auto* const given = std::get_if<GivenWindow>(&view.window)) {
+        SetWindow(settings, *given);
+    }
+    if (const auto* const fitted = std::get_if<FittedWindow>(&view.window)) {
+        const WindowFit fit = FitWindow(gds, settings.cellName, run.model->steps, *fitted);
+        if (!fit.failure.empty()) {
+            Refuse(run, fit.failure, console);
+            return false;
+        }
+        SetWindow(settings, fit.window);
+        console->Write(fmt::format("Fitted location -x {} -y {} -dx {} -dy {}", settings.windowX,
+                                   settings.windowY, settings.windowWidth, settings.windowHeight));
+    }
     return true;
 }
 
@@ -93,11 +125,11 @@ void WriteGridReport(const ProcessModel& model, LogConsole* console) {
 }  // namespace
 
 PreparedRun PrepareRun(const std::filesystem::path& path, const GdsDatabase& gds,
-                       const ColorTable& colors, LogConsole* console) {
+                       const ColorTable& colors, LogConsole* console, const ViewChoice& view) {
     PreparedRun run;
     run.model = std::make_unique<ProcessModel>();
-    if (!TakeProcessFile(run, path, colors, console) || !TakeGrid(run, console) ||
-        !TakePolygons(run, gds, console)) {
+    if (!TakeProcessFile(run, path, colors, console) || !TakeView(run, view, gds, console) ||
+        !TakeGrid(run, console) || !TakePolygons(run, gds, console)) {
         run.model.reset();
         return run;
     }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "process_file/color_table.h"
+#include "process_run/view_choice.h"
 
 namespace zelmo {
 
@@ -21,8 +22,9 @@ struct PreparedRun {
 };
 
 /// Prepares a run: reads the process file, sizes the grid, takes the cell's polygons and builds the
-/// tables, with a report on the console. The layout is not needed any more afterwards.
+/// tables, with a report on the console. The layout is not needed any more afterwards. What `view`
+/// chooses stands in place of what the process file says, which is read and refused as ever.
 PreparedRun PrepareRun(const std::filesystem::path& path, const GdsDatabase& gds,
-                       const ColorTable& colors, LogConsole* console);
+                       const ColorTable& colors, LogConsole* console, const ViewChoice& view = {});
 
 }  // namespace zelmo

@@ -71,6 +71,21 @@ TEST(ParseCommandLine, WrongUsageNamesWhatIsWrong) {
     ExpectUsageError({"a.gds", "b.txt", "--quiet=maybe"}, "maybe");
 }
 
+TEST(ParseCommandLine, CellAndWindowTakeThePlaceOfTheProcessFiles) {
+    const BatchOptions usual = Parse({"a.gds", "b.txt"});
+    EXPECT_FALSE(usual.view.cell);
+    EXPECT_EQ(usual.view.window, WindowChoice{});
+    const BatchOptions options =
+        Parse({"a.gds", "--cell", "NAND2", "--window", "-1.5,2,3,4", "b.txt"});
+    EXPECT_EQ(options.view.cell, "NAND2");
+    EXPECT_EQ(options.view.window, WindowChoice(GivenWindow{-1.5f, 2, 3, 4}));
+    EXPECT_EQ(Parse({"a.gds", "b.txt", "--window=fit:0.5"}).view.window,
+              WindowChoice(FittedWindow{0.5f}));
+    ExpectUsageError({"a.gds", "b.txt", "--cell", ""}, "--cell: the cell has no name");
+    ExpectUsageError({"a.gds", "b.txt", "--window", "1,2"}, "--window: \"1,2\" is neither");
+    ExpectUsageError({"a.gds", "b.txt", "--window"}, "--window");
+}
+
 TEST(ParseCommandLine, TheHelpNamesThePictureFormats) {
     EXPECT_NE(ParseCommandLine({"--help"})
                   .text.find("  --format bmp|png            Picture files: png (default) or bmp\n"),

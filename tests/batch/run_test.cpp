@@ -70,6 +70,19 @@ TEST_F(RunTest, AProcessWithoutStepsStillHasTheSubstrate) {
     EXPECT_EQ(FilesIn("out"), (std::vector<std::string>{"001 001 Substrate.png"}));
 }
 
+TEST_F(RunTest, LooksAtTheWindowAndTheCellOfTheCommandLine) {
+    WriteProcess("photo -name Hole -mask_id 1 -type 0 -res 0.2 -thickness 800\n");
+    const Ended fitted = Run({"--check", "--window", "fit:1", "square.gds", "flow.txt"});
+    EXPECT_EQ(fitted.status, 0) << fitted.errors;
+    EXPECT_NE(fitted.output.find("\nFitted location -x 2 -y 2 -dx 6 -dy 6\n"), std::string::npos);
+    EXPECT_NE(fitted.output.find("\nGDS cell TOP at (2.000 um, 2.000 um)\n"), std::string::npos);
+    const Ended given = Run({"--check", "--window", "-4,1,8,2", "square.gds", "flow.txt"});
+    EXPECT_NE(given.output.find("\nGDS cell TOP at (-4.000 um, 1.000 um)\n"), std::string::npos);
+    EXPECT_NE(given.output.find("\nGrid size: 200 x 51\n"), std::string::npos);
+    ExpectRefusal(Run({"--check", "--cell", "OTHER", "square.gds", "flow.txt"}), 3,
+                  {"flow.txt", "Cell name OTHER was not found in the GDS database"});
+}
+
 TEST_F(RunTest, CheckPreparesAndRunsNothing) {
     const Ended ended = Run({"--check", "square.gds", "flow.txt", "-o", "out"});
     EXPECT_EQ(ended.status, 0) << ended.errors;

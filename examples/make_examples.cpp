@@ -5,6 +5,7 @@
 #include <filesystem>
 
 #include "examples/layouts.h"
+#include "examples/processes/layouts.h"
 
 int main(int argc, char** argv) {
     if (argc != 2) {
@@ -17,6 +18,13 @@ int main(int argc, char** argv) {
         zelmo::CmosInverterLayout().Save(folder / "cmos_inverter.gds");
         zelmo::MicromotorLayout().Save(folder / "mems_release.gds");
         zelmo::CrossbarLayout().Save(folder / "array.gds");
+        const std::filesystem::path processes = folder / "processes";
+        std::filesystem::create_directories(processes);
+        zelmo::Sky130Layout().Save(processes / "sky130.gds");
+        zelmo::Gf180mcuLayout().Save(processes / "gf180mcu.gds");
+        zelmo::Sg13g2Layout().Save(processes / "sg13g2.gds");
+        zelmo::Soi220Layout().Save(processes / "soi220.gds");
+        zelmo::MemsThreePolyLayout().Save(processes / "mems_three_poly.gds");
     } catch (const std::exception& error) {
         std::fprintf(stderr, "zelmo-make-examples: %s\n", error.what());
         return 1;

@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <set>
 
 #include "gds/gds_database.h"
 #include "gds/layer_box.h"
@@ -28,18 +27,21 @@ GivenWindow WindowAround(const GdsRect& box, double micronsPerUnit, double margi
             static_cast<float>(height)};
 }
 
+bool BelongsTo(std::span<const MaskLayer> mask, const RawPolygon& polygon) {
+    return std::any_of(mask.begin(), mask.end(), [&](const MaskLayer& drawn) {
+        return polygon.layer == drawn.layer &&
+               (!drawn.datatype || polygon.datatype == *drawn.datatype);
+    });
+}
+
 }  // namespace
 
 WindowFit FitWindow(const GdsDatabase& database, const std::string& cellName,
                     std::span<const ProcessStep> steps, FittedWindow choice) {
-    std::set<std::uint32_t> masks;
-    for (const ProcessStep& step : steps) {
-        if (step.kind == StepKind::Photo) {
-            masks.insert(step.maskId);
-        }
-    }
     const LayerBox drawn = FindLayerBox(database, cellName, [&](const RawPolygon& polygon) {
-        return masks.count(polygon.layer) != 0;
+        return std::any_of(steps.begin(), steps.end(), [&](const ProcessStep& step) {
+            return step.kind == StepKind::Photo && BelongsTo(step.mask, polygon);
+        });
     });
     if (drawn.refusal) {
         return {{}, ExtractionFailureLine(*drawn.refusal, cellName)};

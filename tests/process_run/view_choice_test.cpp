@@ -92,6 +92,18 @@ TEST_F(ViewChoiceTest, AFittedWindowGoesAroundTheMasksThatTheProcessUses) {
     EXPECT_EQ(console.lines.at(1), "Fitted location -x 0.5 -y 0.5 -dx 5 -dy 2.5");
 }
 
+TEST_F(ViewChoiceTest, AFittedWindowGoesAroundTheDatatypesThatTheProcessUses) {
+    layout = LoadCell([](GdsWriter& writer) {
+        writer.Rectangle({66, 20}, 0, 0, 4000, 3000);
+        writer.Rectangle({66, 44}, 1000, 500, 2000, 1000);
+        writer.Rectangle({65, 44}, 0, 0, 2500, 900);
+    });
+    const std::string text = firstLines +
+                             "gds -cell TOP\n"
+                             "photo -name P -mask_id 66/44,65/44 -type 0 -res 0 -thickness 100\n";
+    ExpectWindow(SettingsWith({{}, FittedWindow{}}, text), {0, 0, 2.5f, 1});
+}
+
 TEST_F(ViewChoiceTest, AFittedWindowIsAtLeastAsWideAsHighWithTheDrawingInItsMiddle) {
     const ViewChoice view{"NARROW", FittedWindow{0.25f}};
     const ProcessSettings settings = SettingsWith(view);

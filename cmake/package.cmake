@@ -17,10 +17,12 @@ install(FILES assets/colors.txt assets/surface.shader assets/point.shader assets
         DESTINATION ${DATA_FOLDER})
 configure_file(docs/guide.txt ${CMAKE_BINARY_DIR}/docs/guide.txt @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/docs/guide.txt docs/process-file.md DESTINATION ${DOCUMENT_FOLDER})
-foreach(example cmos_inverter mems_release array)
+foreach(example cmos_inverter mems_release array processes/gf180mcu processes/mems_three_poly
+                processes/sg13g2 processes/sky130 processes/soi220)
+    get_filename_component(folder examples/${example} DIRECTORY)
     install(FILES ${CMAKE_BINARY_DIR}/examples/${example}.gds
                   ${CMAKE_BINARY_DIR}/examples/${example}.txt
-            DESTINATION ${DOCUMENT_FOLDER}/examples)
+            DESTINATION ${DOCUMENT_FOLDER}/${folder})
 endforeach()
 
 set(CPACK_PACKAGE_NAME zelmo)

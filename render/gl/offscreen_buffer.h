@@ -14,9 +14,6 @@ public:
     OffscreenBuffer(const OffscreenBuffer&) = delete;
     OffscreenBuffer& operator=(const OffscreenBuffer&) = delete;
 
-    std::int32_t Width() const { return width_; }
-    std::int32_t Height() const { return height_; }
-
     /// Why nothing can be drawn into the buffer, which must be bound; empty if it can.
     std::string Problem() const;
 

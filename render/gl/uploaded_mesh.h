@@ -23,7 +23,6 @@ public:
     /// Replaces the contents.
     void Upload(std::span<const std::byte> vertices);
 
-    std::uint32_t Buffer() const { return buffer_; }
     std::uint32_t Array() const { return array_; }
 
 private:
@@ -40,7 +39,6 @@ public:
     UploadedMesh(UploadedMesh&& other) noexcept;
     UploadedMesh& operator=(UploadedMesh&& other) noexcept;
 
-    std::uint32_t VertexBuffer() const { return vertices_.Buffer(); }
     std::uint32_t VertexArray() const { return vertices_.Array(); }
     std::uint32_t IndexBuffer() const { return indexBuffer_; }
     std::int32_t IndexCount() const { return indexCount_; }

@@ -103,7 +103,7 @@ private:
 };
 
 /// How many vertices and indices a mesh has before one of its rows of squares.
-struct MeshPlace {
+struct RowStart {
     std::uint32_t vertices = 0;
     std::uint32_t indices = 0;
 };
@@ -117,7 +117,7 @@ public:
           squaresPerRow_(static_cast<std::size_t>(std::max(window.cols - 1, 0))),
           squareRows_(squaresPerRow_ > 0 ? std::max(window.rows - 1, 0) : 0),
           squares_(squaresPerRow_ * static_cast<std::size_t>(squareRows_)),
-          places_(static_cast<std::size_t>(squareRows_) + 1) {
+          starts_(static_cast<std::size_t>(squareRows_) + 1) {
         ForRowBands(squareRows_, fewestSquareRows,
                     [this](std::int32_t first, std::int32_t end) { FindSquares(first, end); });
         ForRowBands(squareRows_, fewestSquareRows, [this](std::int32_t first, std::int32_t end) {
@@ -125,9 +125,9 @@ public:
                 CountSquareRow(squareRow);
             }
         });
-        for (std::size_t i = 1; i < places_.size(); ++i) {
-            places_[i].vertices += places_[i - 1].vertices;
-            places_[i].indices += places_[i - 1].indices;
+        for (std::size_t i = 1; i < starts_.size(); ++i) {
+            starts_[i].vertices += starts_[i - 1].vertices;
+            starts_[i].indices += starts_[i - 1].indices;
         }
         for (std::int32_t col = 0; window.rows > 0 && col + 1 < window.cols; ++col) {
             wallIndices_ += HasWall(window, col) ? 6 : 0;
@@ -140,10 +140,10 @@ public:
         return squares_.data() + static_cast<std::size_t>(squareRow) * squaresPerRow_;
     }
     /// Where a row of squares begins; that after the last one is the wall.
-    const MeshPlace& PlaceOf(std::int32_t squareRow) const {
-        return places_[static_cast<std::size_t>(squareRow)];
+    const RowStart& StartOf(std::int32_t squareRow) const {
+        return starts_[static_cast<std::size_t>(squareRow)];
     }
-    std::size_t IndexCount() const { return places_.back().indices + wallIndices_; }
+    std::size_t IndexCount() const { return starts_.back().indices + wallIndices_; }
 
 private:
     void FindSquares(std::int32_t first, std::int32_t end) {
@@ -175,7 +175,7 @@ private:
         }
     }
 
-    /// Each row's own counts stand behind its place until they are summed up.
+    /// Each row's own counts stand behind its start until they are summed up.
     void CountSquareRow(std::int32_t squareRow) {
         const std::uint8_t* squares = SquareRow(squareRow);
         std::uint32_t triangles = 0;
@@ -183,7 +183,7 @@ private:
             const unsigned bits = squares[i];
             triangles += (bits & 1) + (bits >> 1);
         }
-        places_[static_cast<std::size_t>(squareRow) + 1] = {
+        starts_[static_cast<std::size_t>(squareRow) + 1] = {
             CountNewVertices(squareRow > 0 ? SquareRow(squareRow - 1) : nullptr, squares,
                              squaresPerRow_),
             6 * triangles};
@@ -193,7 +193,7 @@ private:
     std::size_t squaresPerRow_;
     std::int32_t squareRows_;
     std::vector<std::uint8_t> squares_;
-    std::vector<MeshPlace> places_;
+    std::vector<RowStart> starts_;
     std::size_t wallIndices_ = 0;
 };
 
@@ -235,11 +235,11 @@ private:
         }
         MarkBackRow(squareRow > 1 ? plan_.SquareRow(squareRow - 2) : nullptr, count, front_);
         NumberSquareRow(plan_.SquareRow(squareRow - 1), count, front_, back_,
-                        plan_.PlaceOf(squareRow - 1).vertices);
+                        plan_.StartOf(squareRow - 1).vertices);
     }
 
     void WriteSquareRow(std::int32_t squareRow) {
-        const std::uint32_t next = plan_.PlaceOf(squareRow).vertices;
+        const std::uint32_t next = plan_.StartOf(squareRow).vertices;
         NumberSquareRow(plan_.SquareRow(squareRow), plan_.SquaresPerRow(), front_, back_, next);
         WriteVertices(squareRow, front_, frontNormals_, next);
         WriteVertices(squareRow + 1, back_, backNormals_, next);
@@ -267,7 +267,7 @@ private:
 
     void WriteIndices(std::int32_t squareRow) {
         const std::uint8_t* squares = plan_.SquareRow(squareRow);
-        std::uint32_t* out = mesh_.indices.data() + plan_.PlaceOf(squareRow).indices;
+        std::uint32_t* out = mesh_.indices.data() + plan_.StartOf(squareRow).indices;
         const auto write = [&out](const VertexNumbers& a, const VertexNumbers& b,
                                   const VertexNumbers& c) {
             out[0] = a.lower;
@@ -316,7 +316,7 @@ void AppendWall(const MeshWindow& window, LayerMesh& mesh) {
 LayerMesh MakeLayerMesh(const Layer& layer, std::int32_t marginCols, std::int32_t marginRows) {
     const MeshWindow window(layer, marginCols, marginRows);
     const MeshPlan plan(window);
-    const MeshPlace& sheets = plan.PlaceOf(plan.SquareRows());
+    const RowStart& sheets = plan.StartOf(plan.SquareRows());
     LayerMesh mesh;
     mesh.indices.reserve(plan.IndexCount());
     // The wall has no more vertices than indices, and no more than two a column.

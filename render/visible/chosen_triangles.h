@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
-#include <span>
 #include <vector>
 
 #include "render/visible/layer_stack.h"
@@ -23,18 +22,15 @@ class SquareBytes {
 public:
     explicit SquareBytes(const LayerStack& stack)
         : squares_(stack.Squares()),
-          count_(squares_ * static_cast<std::size_t>(stack.rows - 1)),
-          bytes_(std::make_unique_for_overwrite<std::uint8_t[]>(count_)) {}
+          bytes_(std::make_unique_for_overwrite<std::uint8_t[]>(Start(stack.rows - 1))) {}
 
     std::uint8_t* Row(std::int32_t row) { return bytes_.get() + Start(row); }
     const std::uint8_t* Row(std::int32_t row) const { return bytes_.get() + Start(row); }
-    std::span<const std::uint8_t> All() const { return {bytes_.get(), count_}; }
 
 private:
     std::size_t Start(std::int32_t row) const { return static_cast<std::size_t>(row) * squares_; }
 
     std::size_t squares_;
-    std::size_t count_;
     std::unique_ptr<std::uint8_t[]> bytes_;
 };
 

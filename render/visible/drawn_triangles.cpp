@@ -28,7 +28,7 @@ std::uint32_t CountDrawn(const std::uint8_t* squares, std::size_t count) {
 /// What all rows before each one add, and in the end all rows.
 std::vector<RowCounts> CountBefore(const SquareBytes& squares, std::int32_t rows,
                                    std::size_t count) {
-    // Each row's own counts stand behind its place until they are summed up.
+    // Each row's own counts stand behind its start until they are summed up.
     std::vector<RowCounts> before(static_cast<std::size_t>(rows) + 1);
     ForRowBands(rows, fewestRows, [&](std::int32_t first, std::int32_t end) {
         for (std::int32_t row = first; row < end; ++row) {

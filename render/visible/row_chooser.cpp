@@ -44,7 +44,7 @@ private:
         return std::pair{rows.At(RowSlot(layer, squareRow)),
                          rows.At(RowSlot(layer, squareRow + 1))};
     }
-    PlaceRows Places(PaddedRows<std::int32_t>& rows, std::size_t layer, std::int32_t squareRow) {
+    IndexRows Indices(PaddedRows<std::int32_t>& rows, std::size_t layer, std::int32_t squareRow) {
         const auto [front, back] = Pair(rows, layer, squareRow);
         return {front, back};
     }
@@ -177,7 +177,7 @@ const std::int32_t* RowChooser::BuriedSquares(Sheet sheet, std::size_t layer,
         const bool isUpper = sheet == Sheet::Upper;
         const std::int32_t squares = stack_.cols - 1;
         ZELMO_PICK_LANES(FindBuriedSquares)
-        (Places(isUpper ? aboveUpper_ : aboveLower_, layer, squareRow),
+        (Indices(isUpper ? aboveUpper_ : aboveLower_, layer, squareRow),
          Heights(isUpper ? tops_ : bottoms_, layer, squareRow), sight_.eye, squares, buried);
         // What lies outside the window hides nothing and is no way out.
         buried[-1] = -1;
@@ -197,7 +197,8 @@ void RowChooser::ChooseOfLayer(std::size_t layer, std::int32_t squareRow, std::u
     const std::array<TriangleMasks, 3> three{TriangleMasks{masks[0], masks[1]},
                                              TriangleMasks{masks[2], masks[4]},
                                              TriangleMasks{masks[3], masks[5]}};
-    if (!ZELMO_PICK_LANES(FindTriangles)(Places(thick_, layer, squareRow), squares, three.data())) {
+    if (!ZELMO_PICK_LANES(FindTriangles)(Indices(thick_, layer, squareRow), squares,
+                                         three.data())) {
         std::fill_n(bytes, squares, std::uint8_t{0});
         return;
     }
@@ -210,7 +211,7 @@ void RowChooser::ChooseOfSheet(Sheet sheet, std::size_t layer, std::int32_t squa
                                const TriangleMasks& triangles) {
     const std::int32_t squares = stack_.cols - 1;
     if (rules_.standing && sheet == Sheet::Lower &&
-        !ZELMO_PICK_LANES(RemoveStanding)(Places(standsOn_, layer, squareRow), squares,
+        !ZELMO_PICK_LANES(RemoveStanding)(Indices(standsOn_, layer, squareRow), squares,
                                           triangles)) {
         return;
     }

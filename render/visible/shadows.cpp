@@ -208,7 +208,7 @@ float MostAbove(const MeshWindow& window, float height) {
                      [height](float top, float bottom) { return top - std::max(bottom, height); });
 }
 
-Shadow CastShadow(const LayerStack& stack, const EyeStrips& strips, float depth, std::size_t place,
+Shadow CastShadow(const LayerStack& stack, const EyeStrips& strips, float depth, std::size_t layer,
                   float above) {
     Shadow shadow;
     const std::size_t squares = stack.Squares() * static_cast<std::size_t>(stack.rows - 1);
@@ -216,7 +216,7 @@ Shadow CastShadow(const LayerStack& stack, const EyeStrips& strips, float depth,
     shadow.highest = std::make_unique_for_overwrite<float[]>(squares);
     ForRowBands(stack.cols - 1, fewestColumns, [&](std::int32_t first, std::int32_t end) {
         const Reach reach = FindReach(strips, stack.rows - 1, first, end);
-        Inside inside(stack.layers[place], above, depth, reach.firstCol, reach.endCol);
+        Inside inside(stack.layers[layer], above, depth, reach.firstCol, reach.endCol);
         Sweep sweep(strips, reach);
         for (std::int32_t row = 0; row + 1 < stack.rows; ++row) {
             sweep.Advance(row, inside.At(row));
@@ -230,7 +230,7 @@ Shadow CastShadow(const LayerStack& stack, const EyeStrips& strips, float depth,
 /// Of opaque layers that follow each other in the stack, the one that is thickest above what shows
 /// through: the others' shadows are hardly larger.
 struct Screen {
-    std::size_t place = 0;
+    std::size_t layer = 0;
     float thickness = 0.0f;
 };
 
@@ -246,18 +246,18 @@ std::vector<Shadow> FindShadows(const LayerStack& stack, const Sight& sight) {
     Screen screen;
     const auto cast = [&] {
         if (screen.thickness > sight.hidingDepth) {
-            shadows.push_back(CastShadow(stack, strips, sight.hidingDepth, screen.place, above));
+            shadows.push_back(CastShadow(stack, strips, sight.hidingDepth, screen.layer, above));
         }
         screen = {};
     };
-    for (std::size_t place = 0; place < stack.layers.size(); ++place) {
-        const MeshWindow& window = stack.layers[place];
+    for (std::size_t layer = 0; layer < stack.layers.size(); ++layer) {
+        const MeshWindow& window = stack.layers[layer];
         if (!IsOpaque(window.layer)) {
             cast();
             above = std::max(above, HighestTop(window));
         } else if (above > -farAway) {
             const float thickness = MostAbove(window, above);
-            screen = thickness > screen.thickness ? Screen{place, thickness} : screen;
+            screen = thickness > screen.thickness ? Screen{layer, thickness} : screen;
         }
     }
     cast();

@@ -30,9 +30,9 @@ FloatLanes Floor(const FloatLanes& a) {
     return truncated > a ? truncated - 1.0f : truncated;
 }
 
-/// The heights of one place in the stack while it is walked through.
+/// The opaque layer next above while a stack is walked through: its index, or -1, and its heights.
 struct Above {
-    IntLanes place;
+    IntLanes layer;
     FloatLanes bottom;
     FloatLanes top;
 };
@@ -46,19 +46,19 @@ void FindLayerAbove(const SheetRow* layers, std::int32_t layerCount, const Float
                     std::int32_t col) {
     const IntLanes none = IntLanes{} - 1;
     Above above = Nothing();
-    for (std::int32_t place = layerCount; place-- > 0;) {
-        const SheetRow& layer = layers[place];
+    for (std::int32_t index = layerCount; index-- > 0;) {
+        const SheetRow& layer = layers[index];
         const FloatLanes top = LoadLanes(layer.top + col);
         const FloatLanes bottom = LoadLanes(layer.bottom + col);
         const IntLanes thick = ~(top - bottom == 0.0f);
         const IntLanes isCovered =
-            (above.place >= 0) & (above.bottom <= top) & (top + depth <= above.top);
+            (above.layer >= 0) & (above.bottom <= top) & (top + depth <= above.top);
         StoreLanes(layer.thick + col, thick);
-        StoreLanes(layer.aboveUpper + col, isCovered ? above.place : none);
+        StoreLanes(layer.aboveUpper + col, isCovered ? above.layer : none);
         if (layer.isOpaque) {
-            const IntLanes self = none + (place + 1);
+            const IntLanes self = none + (index + 1);
             StoreLanes(layer.aboveLower + col, bottom + depth <= top ? self : none);
-            above.place = thick ? self : above.place;
+            above.layer = thick ? self : above.layer;
             above.bottom = thick ? bottom : above.bottom;
             above.top = thick ? top : above.top;
         } else {
@@ -74,13 +74,13 @@ void FindLayerBelow(const SheetRow* layers, std::int32_t layerCount, std::int32_
     const IntLanes none = IntLanes{} - 1;
     IntLanes below = none;
     FloatLanes belowTop{};
-    for (std::int32_t place = 0; place < layerCount; ++place) {
-        const SheetRow& layer = layers[place];
+    for (std::int32_t index = 0; index < layerCount; ++index) {
+        const SheetRow& layer = layers[index];
         const FloatLanes top = LoadLanes(layer.top + col);
         const FloatLanes bottom = LoadLanes(layer.bottom + col);
         const IntLanes thick = LoadLanes(layer.thick + col);
         StoreLanes(layer.standsOn + col, belowTop == bottom ? below : none);
-        below = thick ? none + (place + 1) : below;
+        below = thick ? none + (index + 1) : below;
         belowTop = thick ? top : belowTop;
         lowest = SmallerLanes(lowest, SmallerLanes(top, bottom));
         highest = Larger(highest, Larger(top, bottom));
@@ -88,7 +88,7 @@ void FindLayerBelow(const SheetRow* layers, std::int32_t layerCount, std::int32_
     }
 }
 
-IntLanes EqualPlaces(const IntLanes& a, const IntLanes& b, const IntLanes& c) {
+IntLanes EqualLayers(const IntLanes& a, const IntLanes& b, const IntLanes& c) {
     return (a >= 0) & (a == b) & (a == c);
 }
 
@@ -168,15 +168,15 @@ void FindNeighbourLayers(const SheetRow* layers, std::int32_t layerCount, const 
     }
 }
 
-void FindBuriedSquares(const PlaceRows& places, const HeightRows& heights, const EyeRange& eye,
+void FindBuriedSquares(const IndexRows& inside, const HeightRows& heights, const EyeRange& eye,
                        std::int32_t squares, std::int32_t* buried) {
     constexpr float leastTilt = 0.05f;  // of a square, as the eye sees it from the farthest place
     const float lift = eye.height - leastTilt * (eye.height + eye.farthest);
     for (std::int32_t col = 0; col < squares; col += lanes) {
-        const IntLanes place = LoadLanes(places.front + col);
+        const IntLanes layer = LoadLanes(inside.front + col);
         const IntLanes same =
-            EqualPlaces(place, LoadLanes(places.front + col + 1), LoadLanes(places.back + col)) &
-            (place == LoadLanes(places.back + col + 1));
+            EqualLayers(layer, LoadLanes(inside.front + col + 1), LoadLanes(inside.back + col)) &
+            (layer == LoadLanes(inside.back + col + 1));
         const FloatLanes z00 = LoadLanes(heights.front + col);
         const FloatLanes z10 = LoadLanes(heights.front + col + 1);
         const FloatLanes z01 = LoadLanes(heights.back + col);
@@ -209,7 +209,7 @@ void PackMasks(const std::int32_t* const* masks, std::int32_t squares, std::uint
     }
 }
 
-bool FindTriangles(const PlaceRows& thick, std::int32_t squares, const TriangleMasks* three) {
+bool FindTriangles(const IndexRows& thick, std::int32_t squares, const TriangleMasks* three) {
     IntLanes any{};
     for (std::int32_t col = 0; col < squares; col += lanes) {
         const IntLanes frontLeft = LoadLanes(thick.front + col);
@@ -227,14 +227,14 @@ bool FindTriangles(const PlaceRows& thick, std::int32_t squares, const TriangleM
     return AnyLane(any);
 }
 
-bool RemoveStanding(const PlaceRows& standsOn, std::int32_t squares,
+bool RemoveStanding(const IndexRows& standsOn, std::int32_t squares,
                     const TriangleMasks& triangles) {
     IntLanes any{};
     for (std::int32_t col = 0; col < squares; col += lanes) {
         const IntLanes right = LoadLanes(standsOn.front + col + 1);
         const IntLanes back = LoadLanes(standsOn.back + col);
-        const IntLanes front = EqualPlaces(right, back, LoadLanes(standsOn.front + col));
-        const IntLanes last = EqualPlaces(right, back, LoadLanes(standsOn.back + col + 1));
+        const IntLanes front = EqualLayers(right, back, LoadLanes(standsOn.front + col));
+        const IntLanes last = EqualLayers(right, back, LoadLanes(standsOn.back + col + 1));
         const IntLanes fronts = LoadLanes(triangles.front + col) & ~front;
         const IntLanes backs = LoadLanes(triangles.back + col) & ~last;
         StoreLanes(triangles.front + col, fronts);

@@ -15,9 +15,9 @@ struct SheetRow {
     const float* bottom = nullptr;
     bool isOpaque = false;
     std::int32_t* thick = nullptr;       ///< mask: the layer exists
-    std::int32_t* aboveUpper = nullptr;  ///< place of the opaque layer in which the top lies
+    std::int32_t* aboveUpper = nullptr;  ///< index of the opaque layer in which the top lies
     std::int32_t* aboveLower = nullptr;  ///< the same for the bottom
-    std::int32_t* standsOn = nullptr;  ///< place of the layer on whose top the bottom lies exactly
+    std::int32_t* standsOn = nullptr;  ///< index of the layer on whose top the bottom lies exactly
 };
 
 /// The lowest and the highest height; `sum` is no number where one of the heights is none.
@@ -29,17 +29,17 @@ struct HeightRange {
 
 /// For each of the layers of a stack, lowest first: where it is thick, and what lies in the inside
 /// of an opaque layer, at least `depth` (a row) below its top, with no translucent layer between
-/// the two in the stack. No place is -1.
+/// the two in the stack. The index of no layer is -1.
 ZELMO_DECLARE_LANE_KERNEL(void FindNeighbourLayers(const SheetRow* layers, std::int32_t layerCount,
                                                    const float* depth, std::int32_t cols,
                                                    HeightRange& range))
 
-/// Two neighbouring rows of heights or places.
+/// Two neighbouring rows of heights, or of layers' indices or masks.
 struct HeightRows {
     const float* front = nullptr;
     const float* back = nullptr;
 };
-struct PlaceRows {
+struct IndexRows {
     const std::int32_t* front = nullptr;
     const std::int32_t* back = nullptr;
 };
@@ -53,7 +53,7 @@ struct EyeRange {
 };
 
 /// Mask of the squares whose four corners lie inside the same layer, on a slope that faces the eye.
-ZELMO_DECLARE_LANE_KERNEL(void FindBuriedSquares(const PlaceRows& places, const HeightRows& heights,
+ZELMO_DECLARE_LANE_KERNEL(void FindBuriedSquares(const IndexRows& inside, const HeightRows& heights,
                                                  const EyeRange& eye, std::int32_t squares,
                                                  std::int32_t* buried))
 
@@ -69,12 +69,12 @@ struct TriangleMasks {
 
 /// Writes to each of the three which triangles are there: one of their corners is thick. True if
 /// any are.
-ZELMO_DECLARE_LANE_KERNEL(bool FindTriangles(const PlaceRows& thick, std::int32_t squares,
+ZELMO_DECLARE_LANE_KERNEL(bool FindTriangles(const IndexRows& thick, std::int32_t squares,
                                              const TriangleMasks* three))
 
 /// Takes the triangles out of the masks whose corners all stand on the same layer. True if any are
 /// left.
-ZELMO_DECLARE_LANE_KERNEL(bool RemoveStanding(const PlaceRows& standsOn, std::int32_t squares,
+ZELMO_DECLARE_LANE_KERNEL(bool RemoveStanding(const IndexRows& standsOn, std::int32_t squares,
                                               const TriangleMasks& triangles))
 
 /// Takes the triangles of squares out that are buried together with those to their sides and the

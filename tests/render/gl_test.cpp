@@ -72,7 +72,15 @@ int Pixels::Count(const Pixel& pixel) const {
     return static_cast<int>(std::count(pixels.begin(), pixels.end(), pixel));
 }
 
-Canvas::Canvas(int width, int height) : buffer_(width, height) {
+std::uint32_t VertexBufferOf(std::uint32_t vertexArray) {
+    glBindVertexArray(vertexArray);
+    GLint buffer = 0;
+    glGetVertexAttribiv(0, GL_VERTEX_ATTRIB_ARRAY_BUFFER_BINDING, &buffer);
+    glBindVertexArray(0);
+    return static_cast<std::uint32_t>(buffer);
+}
+
+Canvas::Canvas(int width, int height) : width_(width), height_(height), buffer_(width, height) {
     GLint framebuffer = 0;
     glGetIntegerv(GL_FRAMEBUFFER_BINDING, &framebuffer);
     framebuffer_ = static_cast<GLuint>(framebuffer);
@@ -82,7 +90,7 @@ Canvas::Canvas(int width, int height) : buffer_(width, height) {
 }
 
 Pixels Canvas::Read() const {
-    Pixels result{buffer_.Width(), buffer_.Height(), {}};
+    Pixels result{width_, height_, {}};
     result.pixels.resize(static_cast<std::size_t>(result.width) *
                          static_cast<std::size_t>(result.height));
     glBindFramebuffer(GL_FRAMEBUFFER, framebuffer_);

@@ -69,6 +69,9 @@ struct Pixels {
 
 std::ostream& operator<<(std::ostream& out, const Pixels& picture);
 
+/// The buffer that a vertex array takes its first attribute from.
+std::uint32_t VertexBufferOf(std::uint32_t vertexArray);
+
 /// A framebuffer to draw into, white and bound, with the viewport over all of it.
 class Canvas {
 public:
@@ -77,6 +80,8 @@ public:
     Pixels Read() const;
 
 private:
+    int width_;
+    int height_;
     OffscreenBuffer buffer_;
     std::uint32_t framebuffer_ = 0;
 };

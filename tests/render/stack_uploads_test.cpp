@@ -39,7 +39,7 @@ std::vector<float> FloatsOf(GLuint buffer) {
 
 /// The names of a mesh's objects.
 std::vector<GLuint> NamesOf(const UploadedMesh& mesh) {
-    return {mesh.VertexBuffer(), mesh.IndexBuffer(), mesh.VertexArray()};
+    return {VertexBufferOf(mesh.VertexArray()), mesh.IndexBuffer(), mesh.VertexArray()};
 }
 
 bool Live(const std::vector<GLuint>& names) {
@@ -51,7 +51,7 @@ bool Live(const std::vector<GLuint>& names) {
 
 /// Overwrites what GL holds of a mesh, so that an upload can be told.
 void Deface(const UploadedMesh& mesh) {
-    glBindBuffer(GL_ARRAY_BUFFER, mesh.VertexBuffer());
+    glBindBuffer(GL_ARRAY_BUFFER, VertexBufferOf(mesh.VertexArray()));
     glBufferData(GL_ARRAY_BUFFER, 0, nullptr, GL_STATIC_DRAW);
 }
 
@@ -75,7 +75,8 @@ TEST(StackUploads, HoldTheMeshWithoutTheMargin) {
     const UploadedMesh* mesh = FindMesh(uploads, layer);
     ASSERT_NE(mesh, nullptr);
     EXPECT_EQ(mesh->IndexCount(), 2 * 6 * 10 * 10 + 6 * 10);
-    EXPECT_EQ(FloatsOf(mesh->VertexBuffer()).size(), 6u * (2u * 11u * 11u + 2u * 11u));
+    EXPECT_EQ(FloatsOf(VertexBufferOf(mesh->VertexArray())).size(),
+              6u * (2u * 11u * 11u + 2u * 11u));
 }
 
 TEST(StackUploads, TakeUpChangedLayersOnly) {
@@ -90,8 +91,9 @@ TEST(StackUploads, TakeUpChangedLayersOnly) {
     MarkChanged(second);
     UpdateUploads(uploads, *model);
     EXPECT_EQ(NamesOf(*FindMesh(uploads, first)), firstNames);
-    EXPECT_TRUE(FloatsOf(FindMesh(uploads, first)->VertexBuffer()).empty()) << "left as it was";
-    EXPECT_FALSE(FloatsOf(FindMesh(uploads, second)->VertexBuffer()).empty());
+    EXPECT_TRUE(FloatsOf(VertexBufferOf(FindMesh(uploads, first)->VertexArray())).empty())
+        << "left as it was";
+    EXPECT_FALSE(FloatsOf(VertexBufferOf(FindMesh(uploads, second)->VertexArray())).empty());
 }
 
 TEST(StackUploads, HaveNoMeshOfSurfacesThatHaveChangedSince) {
@@ -164,7 +166,7 @@ TEST(StackUploads, MirrorTheHeightMarkers) {
     const auto model = MakeModel(2.5f);
     StackUploads uploads;
     UpdateUploads(uploads, *model);
-    const std::vector<float> contents = FloatsOf(uploads.markerVertices.Buffer());
+    const std::vector<float> contents = FloatsOf(VertexBufferOf(uploads.markerVertices.Array()));
     ASSERT_EQ(contents.size(), 700u);
     EXPECT_EQ(contents[2], 2.5f);
     EXPECT_EQ(contents[6], 0.95f);
@@ -180,12 +182,12 @@ TEST(StackUploads, RefreshTheMarkersWithoutAChangedLayer) {
     AddLayer(*model, 0.0f, 1.0f);
     StackUploads uploads;
     UpdateUploads(uploads, *model);
-    const GLuint buffer = uploads.markerVertices.Buffer();
+    const GLuint buffer = VertexBufferOf(uploads.markerVertices.Array());
     for (CoverCell& cell : model->stack.coverMap) {
         cell.height = 7.0f;
     }
     UpdateUploads(uploads, *model);
-    EXPECT_EQ(uploads.markerVertices.Buffer(), buffer) << "made once";
+    EXPECT_EQ(VertexBufferOf(uploads.markerVertices.Array()), buffer) << "made once";
     ASSERT_FALSE(uploads.markers.vertices.empty());
     for (const MarkerVertex& marker : uploads.markers.vertices) {
         EXPECT_EQ(marker.position[2], 7.0f);

@@ -59,15 +59,15 @@ std::vector<T> BufferContents(GLuint buffer) {
 
 TEST(UploadedVertices, AreEmptyAtFirst) {
     const UploadedVertices vertices{3, 3, 1};
-    EXPECT_TRUE(glIsBuffer(vertices.Buffer()));
+    EXPECT_TRUE(glIsBuffer(VertexBufferOf(vertices.Array())));
     EXPECT_TRUE(glIsVertexArray(vertices.Array()));
-    EXPECT_EQ(BufferParameter(vertices.Buffer(), GL_BUFFER_SIZE), 0);
-    EXPECT_EQ(BufferParameter(vertices.Buffer(), GL_BUFFER_USAGE), GL_STATIC_DRAW);
+    EXPECT_EQ(BufferParameter(VertexBufferOf(vertices.Array()), GL_BUFFER_SIZE), 0);
+    EXPECT_EQ(BufferParameter(VertexBufferOf(vertices.Array()), GL_BUFFER_USAGE), GL_STATIC_DRAW);
 }
 
 TEST(UploadedVertices, TellTheirAttributesToTheVertexArray) {
     const UploadedVertices vertices{3, 3, 1};
-    const auto buffer = static_cast<GLint>(vertices.Buffer());
+    const auto buffer = static_cast<GLint>(VertexBufferOf(vertices.Array()));
     EXPECT_EQ(ReadAttribute(vertices.Array(), 0),
               (Attribute{1, 3, GL_FLOAT, GL_FALSE, 28, buffer, 0}));
     EXPECT_EQ(ReadAttribute(vertices.Array(), 1),
@@ -81,28 +81,28 @@ TEST(UploadedVertices, ReplaceTheirContents) {
     UploadedVertices vertices{3};
     const std::vector<float> many{1.0f, 2.0f, 3.0f, 4.0f, 5.0f, 6.0f};
     vertices.Upload(std::as_bytes(std::span(many)));
-    EXPECT_EQ(BufferContents<float>(vertices.Buffer()), many);
+    EXPECT_EQ(BufferContents<float>(VertexBufferOf(vertices.Array())), many);
     const std::vector<float> few{7.0f, 8.0f, 9.0f};
     vertices.Upload(std::as_bytes(std::span(few)));
-    EXPECT_EQ(BufferContents<float>(vertices.Buffer()), few);
-    EXPECT_EQ(BufferParameter(vertices.Buffer(), GL_BUFFER_USAGE), GL_STATIC_DRAW);
+    EXPECT_EQ(BufferContents<float>(VertexBufferOf(vertices.Array())), few);
+    EXPECT_EQ(BufferParameter(VertexBufferOf(vertices.Array()), GL_BUFFER_USAGE), GL_STATIC_DRAW);
     vertices.Upload({});
-    EXPECT_EQ(BufferParameter(vertices.Buffer(), GL_BUFFER_SIZE), 0);
+    EXPECT_EQ(BufferParameter(VertexBufferOf(vertices.Array()), GL_BUFFER_SIZE), 0);
 }
 
 TEST(UploadedVertices, HaveOneOwnerThroughMoves) {
     const int before = CountGlObjects();
     {
         UploadedVertices first{3};
-        const GLuint buffer = first.Buffer();
+        const GLuint buffer = VertexBufferOf(first.Array());
         const int made = CountGlObjects();
         EXPECT_GT(made, before);
         UploadedVertices second(std::move(first));
-        EXPECT_EQ(second.Buffer(), buffer);
+        EXPECT_EQ(VertexBufferOf(second.Array()), buffer);
         EXPECT_EQ(CountGlObjects(), made);
         UploadedVertices third{3};
         third = std::move(second);
-        EXPECT_EQ(third.Buffer(), buffer);
+        EXPECT_EQ(VertexBufferOf(third.Array()), buffer);
         EXPECT_TRUE(glIsBuffer(buffer));
     }
     EXPECT_EQ(CountGlObjects(), before);
@@ -115,18 +115,18 @@ TEST(UploadedMesh, HoldsItsVerticesAndIndices) {
     const std::span oneVertex = std::span(fiveVertices).first(1);
     const UploadedMesh mesh(oneVertex, indices);
     EXPECT_TRUE(glIsVertexArray(mesh.VertexArray()));
-    EXPECT_EQ(BufferContents<float>(mesh.VertexBuffer()),
+    EXPECT_EQ(BufferContents<float>(VertexBufferOf(mesh.VertexArray())),
               (std::vector<float>{1.0f, 2.0f, 3.0f, 4.0f, 5.0f, 6.0f}));
     EXPECT_EQ(BufferContents<std::uint32_t>(mesh.IndexBuffer()), indices);
     EXPECT_EQ(mesh.IndexCount(), 3);
-    for (const GLuint buffer : {mesh.VertexBuffer(), mesh.IndexBuffer()}) {
+    for (const GLuint buffer : {VertexBufferOf(mesh.VertexArray()), mesh.IndexBuffer()}) {
         EXPECT_EQ(BufferParameter(buffer, GL_BUFFER_USAGE), GL_STATIC_DRAW);
     }
 }
 
 TEST(UploadedMesh, TellsItsVertexFormatAndLeavesNoArrayBound) {
     const UploadedMesh mesh(fiveVertices, {});
-    const auto buffer = static_cast<GLint>(mesh.VertexBuffer());
+    const auto buffer = static_cast<GLint>(VertexBufferOf(mesh.VertexArray()));
     EXPECT_EQ(ReadAttribute(mesh.VertexArray(), 0),
               (Attribute{1, 3, GL_FLOAT, GL_FALSE, 24, buffer, 0}));
     EXPECT_EQ(ReadAttribute(mesh.VertexArray(), 1),
@@ -140,7 +140,7 @@ TEST(UploadedMesh, TellsItsVertexFormatAndLeavesNoArrayBound) {
 
 TEST(UploadedMesh, OfNothingHasEmptyBuffers) {
     const UploadedMesh mesh({}, {});
-    EXPECT_EQ(BufferParameter(mesh.VertexBuffer(), GL_BUFFER_SIZE), 0);
+    EXPECT_EQ(BufferParameter(VertexBufferOf(mesh.VertexArray()), GL_BUFFER_SIZE), 0);
     EXPECT_EQ(BufferParameter(mesh.IndexBuffer(), GL_BUFFER_SIZE), 0);
     EXPECT_EQ(mesh.IndexCount(), 0);
 }
@@ -150,12 +150,12 @@ TEST(UploadedMesh, TakesItsObjectsWithIt) {
     GLuint names[3] = {};
     {
         UploadedMesh first(fiveVertices, {});
-        names[0] = first.VertexBuffer();
+        names[0] = VertexBufferOf(first.VertexArray());
         names[1] = first.IndexBuffer();
         names[2] = first.VertexArray();
         UploadedMesh second({}, {});
         second = std::move(first);
-        EXPECT_EQ(second.VertexBuffer(), names[0]);
+        EXPECT_EQ(VertexBufferOf(second.VertexArray()), names[0]);
         EXPECT_TRUE(glIsBuffer(names[0]));
     }
     EXPECT_FALSE(glIsBuffer(names[0]));

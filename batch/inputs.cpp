@@ -12,6 +12,7 @@
 #include "base/text.h"
 #include "batch/consoles.h"
 #include "gds/gds_database.h"
+#include "gds/gzip_fault.h"
 #include "gds/layout_error.h"
 #include "model/process_model.h"
 #include "process_run/load_layout.h"
@@ -46,10 +47,16 @@ Outcome ProcessFailure(const std::filesystem::path& path, const std::string& rea
                                              Utf8FromWide(PathText(path)), reason)};
 }
 
-std::string LayoutReason(const std::filesystem::path& path, LayoutErrorKind kind) {
-    const std::string reason =
-        kind == LayoutErrorKind::FileUnreadable ? WhyNotOpened(path) : LayoutErrorReason(kind);
-    return fmt::format("{} (error {})", reason, LayoutErrorCode(kind));
+std::string LayoutReason(const std::filesystem::path& path, const LayoutError& error) {
+    const std::int32_t code = LayoutErrorCode(error.kind);
+    if (error.unpacking) {
+        return fmt::format("{} at byte {} (error {}): {}", GzipFaultReason(*error.unpacking),
+                           error.byte, code, GzipFaultWayOut(*error.unpacking));
+    }
+    const std::string reason = error.kind == LayoutErrorKind::FileUnreadable
+                                   ? WhyNotOpened(path)
+                                   : LayoutErrorReason(error.kind);
+    return fmt::format("{} (error {})", reason, code);
 }
 
 }  // namespace
@@ -75,7 +82,7 @@ Outcome LoadLayoutFile(const std::filesystem::path& path, LogConsole* console,
         return LayoutFailure(path, error.what());
     }
     if (load.error) {
-        return LayoutFailure(path, LayoutReason(path, load.error->kind));
+        return LayoutFailure(path, LayoutReason(path, *load.error));
     }
     database = std::move(load.database);
     return {};

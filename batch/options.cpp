@@ -79,7 +79,8 @@ void AddOptions(CLI::App& app, Texts& texts, BatchOptions& options) {
     app.allow_windows_style_options(false);
     app.set_version_flag("--version", std::string("zelmo-batch ") + programVersion);
     app.footer(exitStatuses);
-    app.add_option("LAYOUT.gds", texts.layout, "The layout, a GDSII stream file")
+    app.add_option("LAYOUT.gds", texts.layout,
+                   "The layout, a GDSII stream file, plain or gzip-compressed")
         ->required()
         ->type_name("");
     app.add_option("PROCESS.txt", texts.process, "The process file")->required()->type_name("");

@@ -28,9 +28,18 @@ else()
     target_compile_definitions(zelmo_glew PUBLIC GLEW_EGL)
 endif()
 
-# libpng and zlib
+# zlib
+add_library(zelmo_zlib INTERFACE)
 if(WIN32)
     find_library(MINGW_ZLIB NAMES libz.a PATHS /usr/x86_64-w64-mingw32/lib REQUIRED)
+    target_link_libraries(zelmo_zlib INTERFACE ${MINGW_ZLIB})
+else()
+    find_package(ZLIB REQUIRED)
+    target_link_libraries(zelmo_zlib INTERFACE ZLIB::ZLIB)
+endif()
+
+# libpng
+if(WIN32)
     set(PNG_DIR ${THIRD_PARTY}/libpng1.6)
     configure_file(${PNG_DIR}/scripts/pnglibconf.h.prebuilt
                    ${CMAKE_BINARY_DIR}/third_party/png/pnglibconf.h COPYONLY)
@@ -42,7 +51,7 @@ if(WIN32)
                                ${CMAKE_BINARY_DIR}/third_party/png)
     target_compile_definitions(zelmo_png PRIVATE PNG_INTEL_SSE_OPT=0)
     target_compile_options(zelmo_png PRIVATE -w)
-    target_link_libraries(zelmo_png PUBLIC ${MINGW_ZLIB})
+    target_link_libraries(zelmo_png PUBLIC zelmo_zlib)
 else()
     find_package(PNG REQUIRED)
     add_library(zelmo_png INTERFACE)

@@ -32,9 +32,10 @@ void ListCells(GdsDatabase& database, LogConsole* console) {
 }
 
 LayoutError ReferenceError(LayoutErrorKind kind, const GdsDatabase& database,
-                           const ReferencePosition& position, const std::filesystem::path& path) {
+                           const ReferencePosition& position, const std::filesystem::path& path,
+                           const LayoutOptions& options) {
     LayoutError error{kind, 0, {}, std::string(NameText(database.cells[position.cell].name))};
-    if (const std::optional<RecordLocation> record = LocateReference(path, position)) {
+    if (const std::optional<RecordLocation> record = LocateReference(path, position, options)) {
         error.byte = record->byte;
         error.record = record->code;
     }
@@ -44,8 +45,8 @@ LayoutError ReferenceError(LayoutErrorKind kind, const GdsDatabase& database,
 }  // namespace
 
 std::optional<LayoutError> ReadGdsFile(GdsDatabase& database, const std::filesystem::path& path,
-                                       LogConsole* console) {
-    LibraryReading reading = ReadLibrary(database, path, console);
+                                       LogConsole* console, const LayoutOptions& options) {
+    LibraryReading reading = ReadLibrary(database, path, console, {}, options);
     if (reading.error) {
         return std::move(reading.error);
     }
@@ -53,10 +54,10 @@ std::optional<LayoutError> ReadGdsFile(GdsDatabase& database, const std::filesys
         ComputeBoundaryBounds(database, console);
     }
     if (const auto missing = BindReferences(database)) {
-        return ReferenceError(LayoutErrorKind::CellMissing, database, *missing, path);
+        return ReferenceError(LayoutErrorKind::CellMissing, database, *missing, path, options);
     }
     if (const auto closing = FindReferenceCircle(database)) {
-        return ReferenceError(LayoutErrorKind::CellInItself, database, *closing, path);
+        return ReferenceError(LayoutErrorKind::CellInItself, database, *closing, path, options);
     }
     ListCells(database, console);
     return std::nullopt;

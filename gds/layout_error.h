@@ -4,6 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "gds/gzip_fault.h"
+
 namespace zelmo {
 
 /// Why a layout is refused. The numbers are the codes that users see, and stay. "Stray" is what
@@ -41,9 +43,12 @@ enum class LayoutErrorKind : std::int32_t {
 /// What is wrong with a layout, and where.
 struct LayoutError {
     LayoutErrorKind kind = LayoutErrorKind::FileUnreadable;
-    std::uint64_t byte = 0;               ///< of the file, where the record begins
+    /// Where the record begins: of the file, or of what a compressed one unpacks to. Where that is
+    /// what fails, of the compressed file.
+    std::uint64_t byte = 0;
     std::optional<std::uint16_t> record;  ///< its code; none where the file cannot be read further
     std::string cell;                     ///< the structure that it stands in; empty outside
+    std::optional<GzipFault> unpacking = std::nullopt;  ///< why a compressed file is unreadable
 
     bool operator==(const LayoutError&) const = default;
 };

@@ -44,8 +44,8 @@ std::optional<LayoutError> ErrorOf(RecordStatus status, std::uint64_t byte, std:
 
 /// Reads all records, one after the other. Returns the error that ends the reading, without the
 /// cell's name, as all functions here do.
-std::optional<LayoutError> ReadFile(LibraryState& state, const std::filesystem::path& path) {
-    StreamRecords records(path);
+std::optional<LayoutError> ReadFile(LibraryState& state, LayoutBytes& bytes) {
+    StreamRecords records(bytes);
     StreamRecord record;
     while (!state.endSeen) {
         const RecordStatus status = records.Next(record);
@@ -216,9 +216,8 @@ std::optional<LayoutError> AddBlock(LibraryState& whole, BlockReading& reading) 
 /// Reads all records: while one block is being fetched, the pieces of the one before are read and
 /// those of the one before that are added to the whole.
 std::optional<LayoutError> ReadFileInPieces(LibraryState& whole, std::deque<ElementStore>& stores,
-                                            const std::filesystem::path& path,
-                                            const PieceSizes& sizes) {
-    StreamBlocks blocks(path, sizes);
+                                            LayoutBytes& bytes, const PieceSizes& sizes) {
+    StreamBlocks blocks(bytes, sizes);
     BlockReading fetched;
     BlockReading read;
     BlockReading added;
@@ -244,11 +243,23 @@ std::optional<LayoutError> ReadFileInPieces(LibraryState& whole, std::deque<Elem
     return error;
 }
 
-/// A file of a single block is read before other threads have begun.
-bool IsWorthThreads(const std::filesystem::path& path, const PieceSizes& sizes) {
+/// A file of a single block is read before other threads have begun. Of a compressed one nothing
+/// tells beforehand how many it has.
+bool IsWorthThreads(const std::filesystem::path& path, const LayoutBytes& bytes,
+                    const PieceSizes& sizes) {
     std::error_code unknown;
     const std::uintmax_t size = std::filesystem::file_size(path, unknown);
-    return RowThreads() > 1 && (unknown || size > sizes.block);
+    return RowThreads() > 1 && (bytes.IsPacked() || unknown || size > sizes.block);
+}
+
+/// Whatever came of the records of a compressed file that is damaged says nothing: the check sums
+/// stand behind them. What follows the end of the library is unpacked for them, too.
+std::optional<LayoutError> CheckPacking(LayoutBytes& bytes) {
+    bytes.PassRest();
+    const auto why = bytes.WhyNotUnpacked();
+    return why ? std::optional(
+                     LayoutError{LayoutErrorKind::FileUnreadable, why->byte, {}, {}, why->fault})
+               : std::nullopt;
 }
 
 void KeepHead(GdsDatabase& database, const LibraryHead& head) {
@@ -263,20 +274,25 @@ void KeepHead(GdsDatabase& database, const LibraryHead& head) {
 }  // namespace
 
 LibraryReading ReadLibrary(GdsDatabase& database, const std::filesystem::path& path,
-                           LogConsole* console, const PieceSizes& sizes) {
+                           LogConsole* console, const PieceSizes& sizes,
+                           const LayoutOptions& options) {
+    LayoutBytes bytes(path, options.unpackedLimit);
     HeldLines held;  // the console is written to by the caller's thread alone
     LibraryState state(database.store, &held);
     std::optional<LayoutError> error;
     std::exception_ptr problem;
     try {
-        error = IsWorthThreads(path, sizes)
-                    ? ReadFileInPieces(state, database.moreStores, path, sizes)
-                    : ReadFile(state, path);
+        error = IsWorthThreads(path, bytes, sizes)
+                    ? ReadFileInPieces(state, database.moreStores, bytes, sizes)
+                    : ReadFile(state, bytes);
     } catch (...) {
         problem = std::current_exception();
     }
     for (std::wstring& line : held.lines) {
         console->Write(std::move(line));
+    }
+    if (auto packingError = CheckPacking(bytes)) {
+        return {std::move(packingError), false};
     }
     if (problem) {
         std::rethrow_exception(problem);

@@ -38,8 +38,10 @@ private:
 }  // namespace
 
 std::optional<RecordLocation> LocateReference(const std::filesystem::path& path,
-                                              const ReferencePosition& position) {
-    StreamRecords records(path);
+                                              const ReferencePosition& position,
+                                              const LayoutOptions& options) {
+    LayoutBytes bytes(path, options.unpackedLimit);
+    StreamRecords records(bytes);
     StreamRecord record;
     ReferenceCounter counter;
     while (records.Next(record) == RecordStatus::Read && record.code != record::endlib) {

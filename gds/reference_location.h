@@ -5,10 +5,11 @@
 #include <optional>
 
 #include "gds/cell_references.h"
+#include "gds/layout_options.h"
 
 namespace zelmo {
 
-/// Where a record stands in a file.
+/// Where a record stands in a file, unpacked.
 struct RecordLocation {
     std::uint64_t byte = 0;
     std::uint16_t code = 0;
@@ -18,6 +19,7 @@ struct RecordLocation {
 /// file once more: no database keeps for its references where they came from. None if the file is
 /// another one by now.
 std::optional<RecordLocation> LocateReference(const std::filesystem::path& path,
-                                              const ReferencePosition& position);
+                                              const ReferencePosition& position,
+                                              const LayoutOptions& options = {});
 
 }  // namespace zelmo

@@ -1,7 +1,6 @@
 #include "gds/stream_blocks.h"
 
 #include <algorithm>
-#include <cstdio>
 
 #include "gds/record_codes.h"
 
@@ -113,29 +112,24 @@ private:
 
 }  // namespace
 
-StreamBlocks::StreamBlocks(const std::filesystem::path& path, const PieceSizes& sizes)
-    : file_(OpenFile(path, "rb")), sizes_(sizes) {}
+StreamBlocks::StreamBlocks(LayoutBytes& bytes, const PieceSizes& sizes)
+    : file_(bytes), sizes_(sizes) {}
 
 void StreamBlocks::Read(StreamBlock& block) {
     block.pieces.clear();
-    if (!file_) {
-        block.next = RecordStatus::Unreadable;
-        return;
-    }
     if (!block.bytes) {
         // A rest is at most a longest record and a part of one, which may have to be completed.
         block.bytes =
             std::make_unique_for_overwrite<std::uint8_t[]>(sizes_.block + 3 * longestRecord);
     }
     std::copy(rest_.begin(), rest_.end(), block.bytes.get());
-    const std::size_t read =
-        std::fread(block.bytes.get() + rest_.size(), 1, sizes_.block, file_.get());
+    const std::size_t read = file_.Read(block.bytes.get() + rest_.size(), sizes_.block);
     block.next = CutIntoPieces(block, rest_.size() + read, read < sizes_.block);
 }
 
 RecordStatus StreamBlocks::CutIntoPieces(StreamBlock& block, std::size_t end, bool fileEnds) {
     PieceCutter cutter(block, end, restOffset_, sizes_.piece, start_);
-    const bool unreadable = std::ferror(file_.get()) != 0;
+    const bool unreadable = file_.Failed();
     RecordStatus next = cutter.PassRecords();
     if (next == RecordStatus::Read && fileEnds) {
         if (!unreadable) {

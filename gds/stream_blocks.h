@@ -2,12 +2,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <memory>
 #include <span>
 #include <vector>
 
-#include "base/file.h"
+#include "gds/layout_bytes.h"
 #include "gds/stream_records.h"
 
 // A stream file in large blocks, each cut into pieces that can be read at the same time.
@@ -28,7 +27,7 @@ struct PieceStart {
 /// there is one to be found.
 struct StreamPiece {
     std::span<const std::uint8_t> bytes;
-    std::uint64_t offset = 0;  ///< of the first of them in the file
+    std::uint64_t offset = 0;  ///< of the first of them in the file, unpacked
     PieceStart start;
 };
 
@@ -50,8 +49,8 @@ struct PieceSizes {
 /// Reads the blocks of a file, one after the other.
 class StreamBlocks {
 public:
-    /// A file that cannot be opened shows as an unreadable first record.
-    StreamBlocks(const std::filesystem::path& path, const PieceSizes& sizes);
+    /// A file that cannot be opened shows as an unreadable first record. The bytes live longer.
+    StreamBlocks(LayoutBytes& bytes, const PieceSizes& sizes);
 
     /// Reads the next block, into any but the one that was read last: that one's end may be the
     /// beginning of this. Nothing follows a record that ends the library.
@@ -60,7 +59,7 @@ public:
 private:
     RecordStatus CutIntoPieces(StreamBlock& block, std::size_t end, bool fileEnds);
 
-    FilePointer file_;
+    LayoutBytes& file_;
     PieceSizes sizes_;
     std::span<const std::uint8_t> rest_;  ///< behind the pieces of the last block
     std::uint64_t restOffset_ = 0;        ///< in the file

@@ -50,25 +50,22 @@ std::string_view StreamRecord::Text() const {
     return {reinterpret_cast<const char*>(data.data()), data.size()};
 }
 
-StreamRecords::StreamRecords(const std::filesystem::path& path)
-    : file_(OpenFile(path, "rb")), buffer_(blockSize + longestRecord) {}
+StreamRecords::StreamRecords(LayoutBytes& bytes)
+    : file_(bytes), buffer_(blockSize + longestRecord) {}
 
 bool StreamRecords::Fill(std::size_t needed) {
-    if (!file_) {
-        return false;
-    }
     std::copy(buffer_.begin() + static_cast<std::ptrdiff_t>(begin_),
               buffer_.begin() + static_cast<std::ptrdiff_t>(end_), buffer_.begin());
     end_ -= begin_;
     bufferOffset_ += begin_;
     begin_ = 0;
-    end_ += std::fread(buffer_.data() + end_, 1, blockSize, file_.get());
+    end_ += file_.Read(buffer_.data() + end_, blockSize);
     if (end_ >= needed) {
         return true;
     }
     std::fill(buffer_.begin() + static_cast<std::ptrdiff_t>(end_),
               buffer_.begin() + static_cast<std::ptrdiff_t>(needed), std::uint8_t{0});
-    return std::ferror(file_.get()) == 0;
+    return !file_.Failed();
 }
 
 }  // namespace zelmo

@@ -3,12 +3,11 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <span>
 #include <string_view>
 #include <vector>
 
-#include "base/file.h"
+#include "gds/layout_bytes.h"
 
 namespace zelmo {
 
@@ -53,8 +52,8 @@ enum class RecordStatus { Read, EndOfFile, BadLength, Unreadable };
 /// one piece of the file after the other and is small enough for the processor's own memory.
 class StreamRecords {
 public:
-    /// A file that cannot be opened shows as an unreadable first record.
-    explicit StreamRecords(const std::filesystem::path& path);
+    /// A file that cannot be opened shows as an unreadable first record. The bytes live longer.
+    explicit StreamRecords(LayoutBytes& bytes);
 
     /// Reads the next record. Fewer than four bytes are the end of the file; a record whose data
     /// the file cuts short is filled up with zeros. Of a record of bad length it gives the code.
@@ -78,11 +77,11 @@ public:
         return RecordStatus::Read;
     }
 
-    /// Where in the file the record that was read last begins.
+    /// Where in the file, unpacked, the record that was read last begins.
     std::uint64_t OffsetOf(const StreamRecord& record) const {
         return OffsetOf(record.data.data() - recordHeadSize);
     }
-    /// Where in the file the records end that were read.
+    /// Where in the file, unpacked, the records end that were read.
     std::uint64_t Offset() const { return OffsetOf(buffer_.data() + begin_); }
 
 private:
@@ -95,7 +94,7 @@ private:
     bool Holds(std::size_t needed) { return end_ - begin_ >= needed || Fill(needed); }
     bool Fill(std::size_t needed);
 
-    FilePointer file_;
+    LayoutBytes& file_;
     std::vector<std::uint8_t> buffer_;
     std::uint64_t bufferOffset_ = 0;  ///< of its first byte in the file
     std::size_t begin_ = 0;           ///< first byte not yet handed out

@@ -72,6 +72,7 @@ LIBRARIES = [
     ("fmt/*", ["*"]),
     ("CLI/*", ["batch"]),
     ("png.h", ["pictures"]),
+    ("zlib.h", ["gds"]),
     ("Q[A-Z]*", ["desktop/qt"]),
     ("GL/*", ["render", "render/gl"]),
     ("EGL/*", ["render/gl"]),

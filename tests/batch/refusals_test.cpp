@@ -1,5 +1,6 @@
 #include "examples/gds_writer.h"
 #include "tests/batch/batch_fixture.h"
+#include "tests/support/gzip_writer.h"
 
 namespace zelmo {
 namespace {
@@ -52,6 +53,42 @@ TEST_F(RefusalsTest, ATextInPlaceOfTheLayout) {
     const Ended ended = RunFiles();
     ExpectRefusal(ended, 2, {"square.gds", "shorter than its own header", "5"});
     EXPECT_TRUE(ended.output.ends_with("Loading GDS database failed with error 5\n"));
+}
+
+TEST_F(RefusalsTest, ADamagedCompressedLayoutIsToldWithTheByteAndAWayOut) {
+    const std::vector<std::uint8_t> whole = Gzipped(SquareLayout());
+    std::vector<std::uint8_t> damaged = whole;
+    damaged.back() ^= 1;
+    WriteLayout(damaged);
+    const Ended ended = RunFiles();
+    ExpectRefusal(ended, 2, {});
+    EXPECT_EQ(ended.errors,
+              "zelmo-batch: the layout square.gds did not load: the gzip-compressed file does not "
+              "match its check sum at byte " +
+                  std::to_string(whole.size()) +
+                  " (error 2): fetch it once more from where it came from\n");
+    EXPECT_TRUE(ended.output.ends_with("Loading GDS database failed with error 2\n"));
+}
+
+TEST_F(RefusalsTest, ACompressedLayoutCutAnywhereIsToldAsSuch) {
+    const std::vector<std::uint8_t> whole = Gzipped(SquareLayout());
+    for (std::size_t length = 3; length < whole.size(); length += 7) {
+        WriteLayout({whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(length)});
+        ExpectRefusal(RunFiles(), 2,
+                      {"square.gds", "ends too early at byte " + std::to_string(length) + " "});
+    }
+}
+
+TEST_F(RefusalsTest, WhatElseCanBeWrongWithACompressedLayout) {
+    std::vector<std::uint8_t> bytes = Gzipped(SquareLayout());
+    WriteLayout(Gzipped(bytes));
+    ExpectRefusal(RunFiles(), 2, {"square.gds", "holds another", "unpack it once"});
+    bytes.push_back('x');
+    WriteLayout(bytes);
+    ExpectRefusal(RunFiles(), 2, {"goes on with something else at byte", "unpack it"});
+    bytes[3] = 0xFF;
+    WriteLayout(bytes);
+    ExpectRefusal(RunFiles(), 2, {"is damaged at byte 4 ", "fetch it once more"});
 }
 
 TEST_F(RefusalsTest, ACellThatRefersToItself) {

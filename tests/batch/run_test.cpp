@@ -1,6 +1,7 @@
 #include "base/text.h"
 #include "base/version.h"
 #include "tests/batch/batch_fixture.h"
+#include "tests/support/gzip_writer.h"
 
 namespace zelmo {
 namespace {
@@ -53,6 +54,20 @@ TEST_F(RunTest, WritesTheLinesOfTheLoadAndTheRunToStandardOutput) {
     EXPECT_EQ(ended.errors, "");
     EXPECT_EQ(MaskTimes(ended.output), RunLines({"Substrate", "Oxide deposition", "Hole photo",
                                                  "Hole etching", "Hole photoresist strip"}));
+}
+
+TEST_F(RunTest, ACompressedLayoutRunsLikeThePlainOne) {
+    WriteProcess("photo -name Hole -mask_id 1 -type 0 -res 0.2 -thickness 800\n");
+    const Ended plain = Run({"square.gds", "flow.txt", "-o", "plain"});
+    WriteLayout(Gzipped(SquareLayout()));
+    const Ended packed = Run({"square.gds", "flow.txt", "-o", "packed"});
+    EXPECT_EQ(packed.status, 0) << packed.errors;
+    EXPECT_EQ(packed.errors, "");
+    EXPECT_EQ(MaskTimes(packed.output), MaskTimes(plain.output));
+    ASSERT_EQ(FilesIn("packed"), FilesIn("plain"));
+    for (const std::string& name : FilesIn("plain")) {
+        EXPECT_EQ(FileText("packed/" + name), FileText("plain/" + name)) << name;
+    }
 }
 
 TEST_F(RunTest, SavesOnePictureAStepUnderTheNamesOfSaveImages) {

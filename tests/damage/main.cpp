@@ -16,14 +16,15 @@
 #include "gds/polygon_extraction.h"
 #include "tests/batch/program.h"
 #include "tests/damage/checked_files.h"
+#include "tests/support/gzip_writer.h"
 #include "tests/support/temp_folder.h"
 
-// zelmo-damage [COUNT [FIRST]]: cuts every example's layout and process file at every byte, damages
-// it COUNT times (1000) from the FIRST damage on (0), and checks each. Every check has to end with
-// 0, or with the one line of a refusal that names the file, within bounds of time and memory that
-// follow from the file's size. Now and then the real program is run in the check's place. The
-// examples lie in examples/ of the current directory. With a single argument of 0, cuts are
-// made at a few hundred bytes only.
+// zelmo-damage [COUNT [FIRST]]: cuts every example's layout, plain and compressed, and process file
+// at every byte, damages it COUNT times (1000) from the FIRST damage on (0), and checks each. Every
+// check has to end with 0, or with the one line of a refusal that names the file, within bounds of
+// time and memory that follow from the file's size. Now and then the real program is run in the
+// check's place. The examples lie in examples/ of the current directory. With a single argument of
+// 0, cuts are made at a few hundred bytes only.
 
 namespace {
 
@@ -176,6 +177,9 @@ void ExamineExample(const std::string& name, std::uint32_t count, std::uint32_t 
     const std::string process = BytesOf(fs::path("examples") / (name + ".txt"));
     const fs::path flat = folder.Write("flat.txt", WithFlatWindow(process));
     Examine({name + ".gds", BytesOf(layout), flat, true}, count, first);
+    const std::string bytes = BytesOf(layout);
+    const auto packed = Gzipped({bytes.begin(), bytes.end()});
+    Examine({name + ".gds.gz", {packed.begin(), packed.end()}, flat, true}, count, first);
     Examine({name + ".txt", WithSmallGrid(process), layout, false}, count, first);
 }
 

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <string>
@@ -8,7 +10,9 @@
 
 #include "base/text.h"
 #include "base/version.h"
+#include "examples/gds_writer.h"
 #include "tests/desktop/desktop.h"
+#include "tests/support/gzip_writer.h"
 
 namespace zelmo {
 namespace {
@@ -112,6 +116,32 @@ TEST(Commands, FailedLoadKeepsTheGoodDatabase) {
     desktop.StartRun(desktop.ProcessFile(1));
     desktop.FinishRun();
     EXPECT_EQ(desktop.window.Pictures().images.size(), 2u);
+}
+
+TEST(Commands, ACompressedLayoutLoadsWhateverItsName) {
+    Desktop desktop;
+    const std::filesystem::path path = desktop.Folder() / "packed.gds";
+    const auto write = [&](const std::vector<std::uint8_t>& bytes) {
+        std::ofstream stream(path, std::ios::binary);
+        stream.write(reinterpret_cast<const char*>(bytes.data()),
+                     static_cast<std::streamsize>(bytes.size()));
+    };
+    GdsWriter writer;
+    writer.BeginLibrary();
+    writer.BeginCell("PACKED");
+    writer.EndCell();
+    writer.EndLibrary();
+    std::vector<std::uint8_t> packed = Gzipped(writer.Bytes());
+    write(packed);
+    desktop.platform.AnswerNextFileQuestion(path);
+    desktop.window.HandleLoadGds();
+    EXPECT_TRUE(desktop.HasLine(L"--> \"PACKED\" with size dx = 0 by dy = 0"));
+    EXPECT_TRUE(desktop.platform.Enabled(MenuEntry::RunProcess));
+    packed.back() ^= 1;
+    write(packed);
+    desktop.platform.AnswerNextFileQuestion(path);
+    desktop.window.HandleLoadGds();
+    EXPECT_EQ(desktop.Lines().back(), L"Loading GDS database failed with error 2");
 }
 
 TEST(Commands, LoadingAnotherLayoutLeavesThePictures) {

@@ -13,7 +13,7 @@ if [ "$seconds" = short ]; then
     seconds=${ZELMO_FUZZ_SECONDS:-20}
     options="$options -seed=1 -timeout=120"
 fi
-targets=${*:-layout path_outline process_file color_table shader_file text run}
+targets=${*:-layout gzip path_outline process_file color_table shader_file text run}
 mkdir -p fuzz/findings
 for target in $targets; do
     words=""

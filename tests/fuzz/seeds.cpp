@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "examples/gds_writer.h"
+#include "tests/support/gzip_writer.h"
 
 // fuzz_seeds FOLDER: writes what the targets start from, a folder for each.
 
@@ -75,6 +76,29 @@ void WriteHierarchies(const fs::path& folder) {
     chain.Save(folder / "chain.gds");
 }
 
+/// What the target of compressed layouts takes for one behind its mark, and for one to compress. It
+/// takes its choices from the end.
+void WriteCompressed(const fs::path& folder) {
+    GdsWriter writer;
+    writer.BeginLibrary();
+    writer.BeginCell("TOP");
+    writer.Rectangle(1, 0, 0, 100, 50);
+    writer.Reference("TOP2", {10, 20});
+    writer.EndCell();
+    writer.EndLibrary();
+    const auto text = [](const std::vector<std::uint8_t>& bytes) {
+        return std::string(bytes.begin(), bytes.end());
+    };
+    const std::string plain = text(writer.Bytes());
+    const std::string packed = text(zelmo::Gzipped(writer.Bytes(), {6, "a.gds", "a comment"}));
+    const std::string pieces = text(zelmo::GzippedInMembers(writer.Bytes(), 50));
+    Write(folder / "packed", packed.substr(3) + '\1');
+    Write(folder / "members", pieces.substr(3) + '\1');
+    const std::string choices("\3\1\2\0\1\1\4\7", 8);
+    Write(folder / "plain", choices + choices + plain + std::string(7, '\0'));
+    Write(folder / "damaged", choices + choices + plain + std::string("\4\40\0\0\0\1\0", 7));
+}
+
 /// Targets that decode their input start from noise.
 void WriteNoise(const fs::path& folder, int files, std::size_t longest) {
     std::mt19937 random(5);
@@ -99,6 +123,7 @@ int main(int argc, char** argv) {
     }
     WriteElements(folder / "layout");
     WriteHierarchies(folder / "layout");
+    WriteCompressed(folder / "gzip");
     Write(folder / "color_table/usual",
           "# names\n\nbeige #F5F5DC 245, 245, 220\nnavy #000080 0, 0, 128\r\n"
           "Odd x -1,+2 , 99999999999 and more\n");

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "gds/layout_options.h"
 #include "tests/gds/layout_file.h"
 #include "tests/support/temp_folder.h"
 
@@ -38,7 +39,8 @@ struct AllPieces {
 AllPieces ReadAll(const std::filesystem::path& path, const PieceSizes& sizes) {
     AllPieces all;
     std::uint64_t offset = 0;
-    StreamBlocks blocks(path, sizes);
+    LayoutBytes bytes(path, LayoutOptions().unpackedLimit);
+    StreamBlocks blocks(bytes, sizes);
     StreamBlock block;
     StreamBlock before;
     while (all.end == RecordStatus::Read) {

@@ -5,11 +5,14 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <filesystem>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "examples/gds_writer.h"
+#include "gds/layout_options.h"
 #include "tests/support/temp_folder.h"
 
 namespace zelmo {
@@ -51,9 +54,14 @@ TEST(StreamRecord, ReadsARealWhoseEndIsMissing) {
 
 class StreamRecordsTest : public testing::Test {
 protected:
-    StreamRecords Open(const Bytes& bytes) { return StreamRecords(folder_.Write("file", bytes)); }
+    StreamRecords Open(const Bytes& bytes) { return Open(folder_.Write("file", bytes)); }
+    StreamRecords Open(const std::filesystem::path& path) {
+        file_.emplace(path, LayoutOptions().unpackedLimit);
+        return StreamRecords(*file_);
+    }
 
     TempFolder folder_;
+    std::optional<LayoutBytes> file_;
 };
 
 TEST_F(StreamRecordsTest, HandsOutRecordAfterRecord) {
@@ -146,8 +154,8 @@ TEST_F(StreamRecordsTest, KeepsEveryByteOfRecordsThatLieAcrossBlocks) {
 
 TEST_F(StreamRecordsTest, ReportsWhatCannotBeRead) {
     StreamRecord record;
-    EXPECT_EQ(StreamRecords(folder_.Path() / "missing").Next(record), RecordStatus::Unreadable);
-    EXPECT_EQ(StreamRecords(folder_.Path()).Next(record), RecordStatus::Unreadable);
+    EXPECT_EQ(Open(folder_.Path() / "missing").Next(record), RecordStatus::Unreadable);
+    EXPECT_EQ(Open(folder_.Path()).Next(record), RecordStatus::Unreadable);
 }
 
 // Reals

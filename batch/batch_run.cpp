@@ -21,6 +21,8 @@
 #include "batch/platform.h"
 #include "batch/progress.h"
 #include "gds/gds_database.h"
+#include "gds/layout_options.h"
+#include "gds/layout_repairs.h"
 #include "model/process_model.h"
 #include "process_file/color_table.h"
 #include "process_run/execute_run.h"
@@ -102,16 +104,27 @@ std::vector<std::filesystem::path> AssetFolders(const std::optional<std::filesys
     return folders;
 }
 
+/// Tells what was read otherwise than it stands in the layout, a line for each kind.
+void TellRepairs(const LayoutRepairs& repairs, const std::filesystem::path& layout,
+                 Reporting& reporting) {
+    for (const std::string& line : RepairLines(repairs)) {
+        reporting.Error(fmt::format("warning: the layout {} was repaired: {}",
+                                    Utf8FromWide(PathText(layout)), line));
+    }
+}
+
 /// Reads both files into a model that is ready to run.
 Outcome Prepare(const BatchOptions& options, const std::vector<std::filesystem::path>& assetFolders,
-                LogConsole* console, std::unique_ptr<ProcessModel>& model) {
+                Reporting& reporting, std::unique_ptr<ProcessModel>& model) {
+    LogConsole* const console = &reporting.console;
     ColorTable colors;
     Outcome outcome = LoadColors(FindDataFile(assetFolders, "colors.txt"), colors);
     std::unique_ptr<GdsDatabase> database;
     if (!outcome.Failed()) {
-        outcome = LoadLayoutFile(options.layout, console, database);
+        outcome = LoadLayoutFile(options.layout, {.repair = options.repair}, console, database);
     }
     if (!outcome.Failed()) {
+        TellRepairs(database->repairs, options.layout, reporting);
         outcome = PrepareProcess(options.process, *database, colors, options.view, console, model);
     }
     return outcome;
@@ -120,7 +133,7 @@ Outcome Prepare(const BatchOptions& options, const std::vector<std::filesystem::
 Outcome RunFiles(const BatchOptions& options, Reporting& reporting) {
     const auto assetFolders = AssetFolders(options.assets);
     std::unique_ptr<ProcessModel> model;
-    Outcome outcome = Prepare(options, assetFolders, &reporting.console, model);
+    Outcome outcome = Prepare(options, assetFolders, reporting, model);
     if (outcome.Failed() || options.checkOnly) {
         return outcome;
     }

@@ -70,12 +70,12 @@ Outcome LoadColors(const std::filesystem::path& path, ColorTable& colors) {
                         Utf8FromWide(PathText(path)))};
 }
 
-Outcome LoadLayoutFile(const std::filesystem::path& path, LogConsole* console,
-                       std::unique_ptr<GdsDatabase>& database) {
+Outcome LoadLayoutFile(const std::filesystem::path& path, const LayoutOptions& options,
+                       LogConsole* console, std::unique_ptr<GdsDatabase>& database) {
     console->Write(std::string("--- Handling \"Load GDS\" command ---"));
     LayoutLoad load;
     try {
-        load = LoadLayout(path, console);
+        load = LoadLayout(path, console, options);
     } catch (const std::bad_alloc&) {
         return LayoutFailure(path, outOfMemory);
     } catch (const std::exception& error) {

@@ -11,6 +11,7 @@ namespace zelmo {
 
 class LogConsole;
 struct GdsDatabase;
+struct LayoutOptions;
 struct ProcessModel;
 
 // What a run starts from. Each fills its last argument, or fails with the file and the reason.
@@ -19,8 +20,8 @@ struct ProcessModel;
 Outcome LoadColors(const std::filesystem::path& path, ColorTable& colors);
 
 /// Loads a layout, with the lines of the Load GDS command on the console.
-Outcome LoadLayoutFile(const std::filesystem::path& path, LogConsole* console,
-                       std::unique_ptr<GdsDatabase>& database);
+Outcome LoadLayoutFile(const std::filesystem::path& path, const LayoutOptions& options,
+                       LogConsole* console, std::unique_ptr<GdsDatabase>& database);
 
 /// Reads a process file and prepares its run, at what `view` chooses, with the lines of the Run
 /// command on the console.

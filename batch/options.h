@@ -18,6 +18,7 @@ struct BatchOptions {
     std::optional<std::filesystem::path> output;  ///< none: a new folder beside the process file
     ViewChoice view;                              ///< in place of what the process file says
     PictureFormat format = pictureFormats[0];
+    bool repair = false;  ///< the layout, where it would be refused
     bool checkOnly = false;
     bool pictures = true;
     std::optional<std::filesystem::path> assets;  ///< none: where the program's own are

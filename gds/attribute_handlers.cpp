@@ -41,6 +41,7 @@ Refusal ReadWidth(LibraryState& state, const StreamRecord& record) {
 Refusal ReadPathType(LibraryState& state, const StreamRecord& record) {
     const std::uint16_t type = record.U16At(0);
     state.open.path.pathType = type;
+    state.open.path.statedType = type;
     if (type == roundEnds && !state.warnedType1) {
         state.console->Write(
             L"WARNING: path type 1 (round ended) is not supported and will be converted to type 2");
@@ -53,6 +54,28 @@ Refusal ReadPathType(LibraryState& state, const StreamRecord& record) {
             L"type 2");
         state.open.path.pathType = extendedEnds;
         state.warnedType4 = true;
+    }
+    return accepted;
+}
+
+namespace {
+
+double Extension(const StreamRecord& record) {
+    return static_cast<double>(static_cast<std::int32_t>(record.U32At(0)));
+}
+
+}  // namespace
+
+Refusal ReadStartExtension(LibraryState& state, const StreamRecord& record) {
+    if (state.open.kind == Element::Path) {
+        state.open.path.extensions.start = Extension(record);
+    }
+    return accepted;
+}
+
+Refusal ReadEndExtension(LibraryState& state, const StreamRecord& record) {
+    if (state.open.kind == Element::Path) {
+        state.open.path.extensions.end = Extension(record);
     }
     return accepted;
 }

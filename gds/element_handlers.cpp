@@ -4,9 +4,11 @@
 #include <span>
 #include <stdexcept>
 #include <utility>
+#include <vector>
 
 #include "gds/cell_bounds.h"
 #include "gds/path_outline.h"
+#include "gds/path_repair.h"
 #include "gds/placement.h"
 
 namespace zelmo {
@@ -46,6 +48,20 @@ PointRun KeepOutline(std::span<const GdsPoint> outline, ElementStore& store) {
     return points;
 }
 
+/// Adds what a path means that was refused.
+void AddRepaired(LibraryState& state, const CentreLine& path) {
+    const RepairedPath repaired = RepairPath({.points = path.points,
+                                              .width = static_cast<std::int32_t>(path.width),
+                                              .pathType = path.statedType,
+                                              .endsTested = path.pathType == extendedEnds,
+                                              .variableExtensions = path.extensions});
+    for (const std::vector<GdsPoint>& outline : repaired.outlines) {
+        AddBoundary(state,
+                    {path.layer, path.datatype, KeepOutline(outline, state.store), GdsRect()});
+    }
+    CountPath(state.repairs, repaired.faults);
+}
+
 Refusal EndPath(LibraryState& state) {
     if (!std::exchange(state.open.layerSeen, false)) {
         return LayoutErrorKind::LayerMissing;
@@ -55,15 +71,20 @@ Refusal EndPath(LibraryState& state) {
         throw std::out_of_range("invalid vector subscript");
     }
     path.outline.resize(2 * path.points.size() + 1);
-    if (!ExpandPath(path.outline, path.points, path.width, path.pathType)) {
+    if (ExpandPath(path.outline, path.points, path.width, path.pathType)) {
+        AddBoundary(state,
+                    {path.layer, path.datatype, KeepOutline(path.outline, state.store), GdsRect()});
+    } else if (state.repair) {
+        AddRepaired(state, path);
+    } else {
         return LayoutErrorKind::PathNotExpandable;
     }
-    AddBoundary(state,
-                {path.layer, path.datatype, KeepOutline(path.outline, state.store), GdsRect()});
     path.points.clear();  // and keeps their room for the next path
     path.layer = 0;
     path.datatype = 0;
     path.pathType = 0;
+    path.statedType = 0;
+    path.extensions = {};
     path.width = 0;
     return accepted;
 }

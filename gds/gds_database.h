@@ -8,6 +8,7 @@
 
 #include "gds/gds_point.h"
 #include "gds/growing_array.h"
+#include "gds/layout_repairs.h"
 #include "gds/point_run.h"
 #include "gds/run_pool.h"
 
@@ -91,6 +92,7 @@ struct GdsDatabase {
     double metresPerUnit = 1e-9;
     double micronsPerUnit = 1e-9 * micronsPerMetre;
     GrowingArray<GdsCell> cells;
+    LayoutRepairs repairs;  ///< none unless they were asked for
     ElementStore store;
     std::deque<ElementStore> moreStores;  ///< of what was read at the same time
 };

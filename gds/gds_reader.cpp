@@ -11,6 +11,7 @@
 #include "gds/coordinates.h"
 #include "gds/gds_database.h"
 #include "gds/library_reading.h"
+#include "gds/missing_cells.h"
 #include "gds/placement.h"
 #include "gds/reference_location.h"
 
@@ -53,7 +54,12 @@ std::optional<LayoutError> ReadGdsFile(GdsDatabase& database, const std::filesys
     if (reading.flatSeen) {
         ComputeBoundaryBounds(database, console);
     }
-    if (const auto missing = BindReferences(database)) {
+    auto missing = BindReferences(database);
+    if (missing && options.repair) {
+        SkipMissingCells(database, database.repairs);
+        missing = BindReferences(database);
+    }
+    if (missing) {
         return ReferenceError(LayoutErrorKind::CellMissing, database, *missing, path, options);
     }
     if (const auto closing = FindReferenceCircle(database)) {

@@ -84,7 +84,7 @@ protected:
 
 /// Reads one piece of every block, by itself.
 struct PieceReader {
-    explicit PieceReader(ElementStore& store) : state(store, &console) {}
+    PieceReader(ElementStore& store, bool repair) : state(store, &console, repair) {}
 
     HeldLines console;
     LibraryState state;
@@ -108,6 +108,7 @@ void Restart(PieceReader& reader, const PieceStart& start) {
     state.warnedType4 = start.type4Seen;
     state.endSeen = false;
     state.flatSeen = false;
+    state.repairs = {};
     state.cells.clear();
     Clear(state.cell);
     state.open = {};
@@ -161,6 +162,7 @@ void Join(LibraryState& whole, LibraryState& part) {
     whole.warnedType4 = part.warnedType4;
     whole.endSeen = part.endSeen;
     whole.flatSeen = whole.flatSeen || part.flatSeen;
+    AddPaths(whole.repairs, part.repairs);
     std::swap(whole.open, part.open);
 }
 
@@ -196,9 +198,9 @@ struct BlockReading {
     std::deque<PieceReader> readers;
 };
 
-void AddReaders(BlockReading& reading, std::deque<ElementStore>& stores) {
+void AddReaders(BlockReading& reading, std::deque<ElementStore>& stores, bool repair) {
     while (reading.readers.size() < reading.block.pieces.size()) {
-        reading.readers.emplace_back(stores.emplace_back());
+        reading.readers.emplace_back(stores.emplace_back(), repair);
     }
 }
 
@@ -226,7 +228,7 @@ std::optional<LayoutError> ReadFileInPieces(LibraryState& whole, std::deque<Elem
     while (!error && added.block.next == RecordStatus::Read) {
         std::swap(added, read);
         std::swap(read, fetched);
-        AddReaders(read, stores);
+        AddReaders(read, stores, whole.repair);
         RunTasks(read.block.pieces.size() + 2, [&](std::size_t task) {
             if (task == 0 && read.block.next == RecordStatus::Read) {
                 blocks.Read(fetched.block);
@@ -278,7 +280,7 @@ LibraryReading ReadLibrary(GdsDatabase& database, const std::filesystem::path& p
                            const LayoutOptions& options) {
     LayoutBytes bytes(path, options.unpackedLimit);
     HeldLines held;  // the console is written to by the caller's thread alone
-    LibraryState state(database.store, &held);
+    LibraryState state(database.store, &held, options.repair);
     std::optional<LayoutError> error;
     std::exception_ptr problem;
     try {
@@ -298,6 +300,7 @@ LibraryReading ReadLibrary(GdsDatabase& database, const std::filesystem::path& p
         std::rethrow_exception(problem);
     }
     KeepHead(database, state.head);
+    database.repairs = std::move(state.repairs);
     database.cells = std::move(state.cells);
     database.cells.shrink_to_fit();
     if (error && state.inStructure) {

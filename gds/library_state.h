@@ -7,7 +7,9 @@
 #include <vector>
 
 #include "gds/gds_database.h"
+#include "gds/layout_repairs.h"
 #include "gds/name_cache.h"
+#include "gds/path_outline.h"
 
 // What is known of a library between two of its records.
 
@@ -22,7 +24,9 @@ enum class Element { None, Boundary, Path, Sref, Aref, Text, Node, Box };
 struct CentreLine {
     std::uint16_t layer = 0;
     std::uint16_t datatype = 0;
-    std::uint16_t pathType = 0;
+    std::uint16_t pathType = 0;    ///< that it is expanded as
+    std::uint16_t statedType = 0;  ///< that the file has
+    PathExtensions extensions;     ///< these two are for repairs alone
     std::uint32_t width = 0;
     std::vector<GdsPoint> points;
     std::vector<GdsPoint> outline;  ///< room for it
@@ -53,11 +57,13 @@ struct LibraryHead {
 };
 
 struct LibraryState {
-    LibraryState(ElementStore& elementStore, LogConsole* logConsole)
-        : store(elementStore), console(logConsole) {}
+    LibraryState(ElementStore& elementStore, LogConsole* logConsole, bool repairsPaths)
+        : store(elementStore), console(logConsole), repair(repairsPaths) {}
 
     ElementStore& store;
     LogConsole* console;
+    const bool repair;  ///< paths that would be refused
+    LayoutRepairs repairs;
     LibraryHead head;
     bool inStructure = false;
     bool warnedType1 = false;

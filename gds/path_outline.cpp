@@ -69,20 +69,15 @@ bool OffsetLines(Sides& sides, GdsPoint from, GdsPoint to, double halfWidth) {
     return true;
 }
 
-/// Moves an extended end outward by half the width. False if the end is refused; the test compares
-/// an x with a y, so it is not one of equal points.
-bool ExtendEnd(GdsPoint& end, GdsPoint inner, double halfWidth) {
-    if (end.x == inner.x && end.x == inner.y) {
-        return false;
-    }
+/// Moves an end of the line outward.
+void ExtendEnd(GdsPoint& end, GdsPoint inner, double extension) {
     const Vector outward = Difference(end, inner);
     const double length = Length(outward);
     if (length != 0.0) {
-        const double scale = halfWidth / length;
+        const double scale = extension / length;
         end.x = SaturatingAdd(end.x, TruncateToI32(scale * outward.x));
         end.y = SaturatingAdd(end.y, TruncateToI32(scale * outward.y));
     }
-    return true;
 }
 
 /// The corner where two lines meet. False if they are parallel.
@@ -96,18 +91,42 @@ bool MitreCorner(GdsPoint& corner, const Line& before, const Line& after) {
 
 }  // namespace
 
+bool AcceptsExtendedEnd(GdsPoint end, GdsPoint inner) {
+    return end.x != inner.x || end.x != inner.y;
+}
+
+bool AreParallel(GdsPoint from, GdsPoint over, GdsPoint to) {
+    const Vector before = Difference(over, from);
+    const Vector after = Difference(to, over);
+    return Determinant({before.y, -before.x, 0.0}, {after.y, -after.x, 0.0}) == 0.0;
+}
+
 bool ExpandPath(std::span<GdsPoint> out, std::span<const GdsPoint> points, std::uint32_t width,
                 std::uint16_t pathType) {
     const std::size_t n = points.size();
     if (n < 2) {
         return false;
     }
+    if (pathType != extendedEnds) {
+        return ExpandCentreLine(out, points, width, {});
+    }
+    const double halfWidth = static_cast<double>(width) * 0.5;
+    return AcceptsExtendedEnd(points[0], points[1]) &&
+           AcceptsExtendedEnd(points[n - 1], points[n - 2]) &&
+           ExpandCentreLine(out, points, width, {halfWidth, halfWidth});
+}
+
+bool ExpandCentreLine(std::span<GdsPoint> out, std::span<const GdsPoint> points,
+                      std::uint32_t width, const PathExtensions& extensions) {
+    const std::size_t n = points.size();
     const double halfWidth = static_cast<double>(width) * 0.5;
     GdsPoint start = points[0];
     GdsPoint end = points[n - 1];
-    if (pathType == extendedEnds &&
-        (!ExtendEnd(start, points[1], halfWidth) || !ExtendEnd(end, points[n - 2], halfWidth))) {
-        return false;
+    if (extensions.start != 0.0) {
+        ExtendEnd(start, points[1], extensions.start);
+    }
+    if (extensions.end != 0.0) {
+        ExtendEnd(end, points[n - 2], extensions.end);
     }
     Sides sides;
     if (!OffsetLines(sides, points[0], points[1], halfWidth)) {

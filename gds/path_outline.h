@@ -21,4 +21,21 @@ constexpr std::uint16_t variableEnds = 4;
 [[nodiscard]] bool ExpandPath(std::span<GdsPoint> out, std::span<const GdsPoint> points,
                               std::uint32_t width, std::uint16_t pathType);
 
+/// How far a path reaches beyond its first and its last point, in database units.
+struct PathExtensions {
+    double start = 0.0;
+    double end = 0.0;
+};
+
+/// The same with any extensions, and without a test of its ends. At least two points.
+[[nodiscard]] bool ExpandCentreLine(std::span<GdsPoint> out, std::span<const GdsPoint> points,
+                                    std::uint32_t width, const PathExtensions& extensions);
+
+/// The test of an extended end, `inner` being the point next to it. It compares an x with a y, so
+/// that it is not one of equal points.
+bool AcceptsExtendedEnd(GdsPoint end, GdsPoint inner);
+
+/// Whether two segments that follow each other are in parallel, so that no corner can be mitred.
+bool AreParallel(GdsPoint from, GdsPoint over, GdsPoint to);
+
 }  // namespace zelmo

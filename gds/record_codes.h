@@ -30,5 +30,7 @@ constexpr std::uint16_t mag = 0x1B05;
 constexpr std::uint16_t angle = 0x1C05;
 constexpr std::uint16_t pathtype = 0x2102;
 constexpr std::uint16_t box = 0x2D00;
+constexpr std::uint16_t bgnextn = 0x3003;
+constexpr std::uint16_t endextn = 0x3103;
 
 }  // namespace zelmo::record

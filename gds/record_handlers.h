@@ -42,6 +42,8 @@ Refusal ReadLayer(LibraryState& state, const StreamRecord& record);
 Refusal ReadDatatype(LibraryState& state, const StreamRecord& record);
 Refusal ReadWidth(LibraryState& state, const StreamRecord& record);
 Refusal ReadPathType(LibraryState& state, const StreamRecord& record);
+Refusal ReadStartExtension(LibraryState& state, const StreamRecord& record);
+Refusal ReadEndExtension(LibraryState& state, const StreamRecord& record);
 Refusal ReadReferenceName(LibraryState& state, const StreamRecord& record);
 Refusal ReadColumnsAndRows(LibraryState& state, const StreamRecord& record);
 Refusal ReadTransformFlags(LibraryState& state, const StreamRecord& record);

@@ -59,6 +59,8 @@ constexpr std::array recordRules = {
     RecordRule{record::datatype, any, Side::Either, accepted, ReadDatatype},
     RecordRule{record::width, Set(Element::Path) | text, Side::Either, StrayWidth, ReadWidth},
     RecordRule{record::pathtype, Set(Element::Path), Side::Either, StrayPathType, ReadPathType},
+    RecordRule{record::bgnextn, any, Side::Either, accepted, ReadStartExtension},
+    RecordRule{record::endextn, any, Side::Either, accepted, ReadEndExtension},
     RecordRule{record::xy, open, Side::Either, BadPoints, ReadPoints},
     RecordRule{record::sname, references, Side::Either, StrayReferenceName, ReadReferenceName},
     RecordRule{record::colrow, Set(Element::Aref), Side::Either, StrayColumnsAndRows,

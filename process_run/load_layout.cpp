@@ -13,13 +13,14 @@
 
 namespace zelmo {
 
-LayoutLoad LoadLayout(const std::filesystem::path& path, LogConsole* console) {
+LayoutLoad LoadLayout(const std::filesystem::path& path, LogConsole* console,
+                      const LayoutOptions& options) {
     console->Write(
         fmt::format(L"Loading GDS database {} and calculating cell sizes", PathText(path)));
     LayoutLoad load;
     load.database = std::make_unique<GdsDatabase>();
     const std::int32_t start = ElapsedMilliseconds();
-    load.error = ReadGdsFile(*load.database, path, console);
+    load.error = ReadGdsFile(*load.database, path, console, options);
     if (load.error) {
         console->Write(fmt::format("Loading GDS database failed with error {}",
                                    LayoutErrorCode(load.error->kind)));

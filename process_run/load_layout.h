@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "gds/layout_error.h"
+#include "gds/layout_options.h"
 
 namespace zelmo {
 
@@ -17,7 +18,9 @@ struct LayoutLoad {
     std::unique_ptr<GdsDatabase> database;
 };
 
-/// Reads a layout and reports the load, with its time, on the console.
-LayoutLoad LoadLayout(const std::filesystem::path& path, LogConsole* console);
+/// Reads a layout and reports the load, with its time, on the console. Repairs are told by the
+/// database alone (RepairLines in gds/layout_repairs.h has the words).
+LayoutLoad LoadLayout(const std::filesystem::path& path, LogConsole* console,
+                      const LayoutOptions& options = {});
 
 }  // namespace zelmo

@@ -28,6 +28,7 @@ TEST(ParseCommandLine, TwoFilesAreEnough) {
     EXPECT_EQ(options.process, "b.txt");
     EXPECT_FALSE(options.output);
     EXPECT_EQ(options.format.name, "png");
+    EXPECT_FALSE(options.repair);
     EXPECT_FALSE(options.checkOnly);
     EXPECT_TRUE(options.pictures);
     EXPECT_FALSE(options.assets);
@@ -35,12 +36,14 @@ TEST(ParseCommandLine, TwoFilesAreEnough) {
 }
 
 TEST(ParseCommandLine, OptionsMayStandAnywhere) {
-    const BatchOptions options = Parse({"--check", "a.gds", "-o", "out", "--no-pictures", "b.txt",
-                                        "--quiet", "--format", "bmp", "--assets=data"});
+    const BatchOptions options =
+        Parse({"--check", "--repair", "a.gds", "-o", "out", "--no-pictures", "b.txt", "--quiet",
+               "--format", "bmp", "--assets=data"});
     EXPECT_EQ(options.layout, "a.gds");
     EXPECT_EQ(options.process, "b.txt");
     EXPECT_EQ(options.output, std::filesystem::path("out"));
     EXPECT_EQ(options.format.name, "bmp");
+    EXPECT_TRUE(options.repair);
     EXPECT_TRUE(options.checkOnly);
     EXPECT_FALSE(options.pictures);
     EXPECT_EQ(options.assets, std::filesystem::path("data"));

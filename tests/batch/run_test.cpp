@@ -1,5 +1,6 @@
 #include "base/text.h"
 #include "base/version.h"
+#include "examples/gds_writer.h"
 #include "tests/batch/batch_fixture.h"
 #include "tests/support/gzip_writer.h"
 
@@ -67,6 +68,35 @@ TEST_F(RunTest, ACompressedLayoutRunsLikeThePlainOne) {
     ASSERT_EQ(FilesIn("packed"), FilesIn("plain"));
     for (const std::string& name : FilesIn("plain")) {
         EXPECT_EQ(FileText("packed/" + name), FileText("plain/" + name)) << name;
+    }
+}
+
+TEST_F(RunTest, RepairReadsARefusedLayoutAndTellsALineForEachKind) {
+    GdsWriter writer;
+    writer.BeginLibrary();
+    writer.BeginCell("TOP");
+    writer.Path(1, {{3000, 5000}, {3000, 5000}, {7000, 5000}}, 4000);
+    writer.Reference("NOWHERE", {0, 0});
+    writer.EndCell();
+    writer.EndLibrary();
+    WriteLayout(writer.Bytes());
+    WriteProcess("photo -name Hole -mask_id 1 -type 0 -res 0.2 -thickness 800\n");
+    ExpectRefusal(Run({"square.gds", "flow.txt", "-o", "refused"}), 2, {"square.gds", "error 3"});
+    const Ended repaired = Run({"--repair", "--quiet", "square.gds", "flow.txt", "-o", "repaired"});
+    EXPECT_EQ(repaired.status, 0);
+    EXPECT_EQ(repaired.output, "");
+    EXPECT_EQ(repaired.errors,
+              "zelmo-batch: warning: the layout square.gds was repaired: 1 path with repeated "
+              "points, each of which counts once\n"
+              "zelmo-batch: warning: the layout square.gds was repaired: 1 reference to cells that "
+              "are not in the file, which are skipped (the first is \"NOWHERE\")\n");
+    WriteLayout(SquareLayout());
+    const Ended whole = Run({"--repair", "square.gds", "flow.txt", "-o", "whole"});
+    EXPECT_EQ(whole.status, 0);
+    EXPECT_EQ(whole.errors, "");
+    ASSERT_EQ(FilesIn("repaired"), FilesIn("whole"));
+    for (const std::string& name : FilesIn("whole")) {
+        EXPECT_EQ(FileText("repaired/" + name), FileText("whole/" + name)) << name;
     }
 }
 

@@ -1,4 +1,5 @@
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 
 #include <algorithm>
 #include <optional>
@@ -10,6 +11,7 @@
 #include "gds/gds_database.h"
 #include "gds/gds_reader.h"
 #include "gds/gzip_bytes.h"
+#include "gds/layout_repairs.h"
 #include "gds/library_reading.h"
 #include "gds/polygon_selection.h"
 #include "tests/fuzz/target.h"
@@ -37,18 +39,31 @@ void Extract(const GdsCell& cell, std::int64_t low, std::int64_t high, std::int6
             "a refusal tells its reason");
 }
 
-void ReadAndExtract(const MemoryFile& file, std::size_t size) {
+std::optional<LayoutError> ReadAndExtract(const MemoryFile& file, std::size_t size,
+                                          const LayoutOptions& options) {
     GdsDatabase database;
     CountingConsole console;
-    if (const auto error = ReadGdsFile(database, file.Path(), &console)) {
+    auto error = ReadGdsFile(database, file.Path(), &console, options);
+    if (error) {
         const std::string_view reason = LayoutErrorReason(error->kind);
         Require(!reason.empty() && error->byte <= size, "an error lies in the file");
-        return;
+        return error;
     }
     for (const GdsCell& cell : database.cells) {
         Extract(cell, -1000000000000, 1000000000000, 0);
         Extract(cell, -500, 20000, 10);
     }
+    return std::nullopt;
+}
+
+/// What is taken is taken with repairs, too; what is repaired has neither of two faults.
+void ReadWithAndWithoutRepairs(const MemoryFile& file, std::size_t size) {
+    const auto error = ReadAndExtract(file, size, {});
+    const auto stillWrong = ReadAndExtract(file, size, {.repair = true});
+    Require(error || !stillWrong, "a layout that is taken needs no repair");
+    Require(!stillWrong || (stillWrong->kind != LayoutErrorKind::PathNotExpandable &&
+                            stillWrong->kind != LayoutErrorKind::CellMissing),
+            "what can be repaired is");
 }
 
 std::string TextOf(const std::optional<LayoutError>& error) {
@@ -58,15 +73,17 @@ std::string TextOf(const std::optional<LayoutError>& error) {
 }
 
 /// What reading gives, in words.
-std::string TextOfReading(const MemoryFile& file, std::int32_t threads, const PieceSizes& sizes) {
+std::string TextOfReading(const MemoryFile& file, std::int32_t threads, const PieceSizes& sizes,
+                          const LayoutOptions& options) {
     SetRowThreads(threads);
     GdsDatabase database;
     CountingConsole console;
     std::string outcome;
     try {
-        const LibraryReading reading = ReadLibrary(database, file.Path(), &console, sizes);
-        outcome =
-            TextOf(database) + TextOf(reading.error) + (reading.flatSeen ? " with flat ones" : "");
+        const LibraryReading reading = ReadLibrary(database, file.Path(), &console, sizes, options);
+        outcome = TextOf(database) + TextOf(reading.error) +
+                  (reading.flatSeen ? " with flat ones" : "") +
+                  fmt::format("{}", fmt::join(RepairLines(database.repairs), ", "));
     } catch (const std::out_of_range& error) {
         outcome = error.what();
     }
@@ -77,8 +94,11 @@ std::string TextOfReading(const MemoryFile& file, std::int32_t threads, const Pi
 void ReadInPieces(const MemoryFile& file, std::size_t size) {
     const PieceSizes sizes{std::max<std::size_t>(64, size / 3),
                            std::max<std::size_t>(16, size / 9)};
-    Require(TextOfReading(file, 2, sizes) == TextOfReading(file, 1, {}),
-            "a library is the same in pieces");
+    for (const bool repair : {false, true}) {
+        const LayoutOptions options{.repair = repair};
+        Require(TextOfReading(file, 2, sizes, options) == TextOfReading(file, 1, {}, options),
+                "a library is the same in pieces");
+    }
 }
 
 }  // namespace
@@ -93,7 +113,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const zelmo::MemoryFile file(data, size);
     zelmo::ReadInPieces(file, size);
     try {
-        zelmo::ReadAndExtract(file, size);
+        zelmo::ReadWithAndWithoutRepairs(file, size);
     } catch (const std::out_of_range& error) {
         zelmo::Require(std::string_view(error.what()) == "invalid vector subscript",
                        "nothing but an element without points throws");

@@ -45,6 +45,19 @@ void WriteElements(const fs::path& folder) {
     writer.Save(folder / "elements.gds");
 }
 
+/// Paths that are refused, and a reference to a cell that is not there.
+void WriteRefused(const fs::path& folder) {
+    GdsWriter writer;
+    writer.BeginCell("TOP");
+    writer.Path(3, {{0, 0}, {0, 0}, {100, 0}}, 10, 2);
+    writer.Path(3, {{0, 0}, {50, 0}, {100, 0}, {70, 0}}, 10, 1);
+    writer.Path(3, {{7, 1}, {7, 7}}, 10, 2);
+    writer.Path(3, {{7, 1}}, 10, 4);
+    writer.Reference("PART", {10, 20});
+    writer.EndCell();
+    writer.Save(folder / "refused.gds");
+}
+
 /// Arrays of arrays, of more instances than could be walked, and a chain of references.
 void WriteHierarchies(const fs::path& folder) {
     GdsWriter writer;
@@ -122,6 +135,7 @@ int main(int argc, char** argv) {
         fs::create_directories(folder / target);
     }
     WriteElements(folder / "layout");
+    WriteRefused(folder / "layout");
     WriteHierarchies(folder / "layout");
     WriteCompressed(folder / "gzip");
     Write(folder / "color_table/usual",

@@ -49,5 +49,22 @@ TEST(LoadLayout, AFailureIsALineAndNoDatabase) {
               (Lines{LoadingLine(path), "Loading GDS database failed with error 2"}));
 }
 
+TEST(LoadLayout, RepairsWhereItIsAskedTo) {
+    GdsWriter writer;
+    writer.BeginCell("TOP");
+    writer.Path(1, {{0, 0}, {0, 0}, {100, 0}}, 10);
+    writer.Reference("NOWHERE", {0, 0});
+    writer.EndCell();
+    const TempFolder folder;
+    const std::filesystem::path path = folder.Write("a.gds", writer.Bytes());
+    RecordingConsole console;
+    EXPECT_EQ(LoadLayout(path, &console).database, nullptr);
+    EXPECT_EQ(console.lines.back(), "Loading GDS database failed with error 3");
+    const LayoutLoad load = LoadLayout(path, &console, {.repair = true});
+    ASSERT_NE(load.database, nullptr);
+    EXPECT_EQ(load.database->repairs.repeatedPoints, 1u);
+    EXPECT_EQ(load.database->repairs.missingCells, 1u);
+}
+
 }  // namespace
 }  // namespace zelmo

@@ -97,8 +97,8 @@ void AddOptions(CLI::App& app, Texts& texts, BatchOptions& options) {
     app.add_option("--format", texts.format, FormatHelp())
         ->type_name(fmt::format("{}", fmt::join(FormatNames(), "|")));
     app.add_flag("--repair", options.repair,
-                 "Read a layout with paths of refused shapes or without some of its cells: such "
-                 "paths as commonly read, such references not at all");
+                 "Read also a layout that is refused for a path's shape or for a missing cell, and "
+                 "tell what became of it");
     app.add_flag("--check", options.checkOnly, "Read and check both files, run nothing");
     app.add_flag("--no-pictures", texts.noPictures, "Run the steps, draw nothing (needs no GL)");
     app.add_option("--assets", texts.assets,

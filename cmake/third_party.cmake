@@ -28,6 +28,11 @@ else()
     target_compile_definitions(zelmo_glew PUBLIC GLEW_EGL)
 endif()
 
+# Clipper, compiled here on every platform, so that it is the same to the bit
+add_library(zelmo_clipper STATIC ${THIRD_PARTY}/libpolyclipping/cpp/clipper.cpp)
+target_include_directories(zelmo_clipper SYSTEM PUBLIC ${THIRD_PARTY}/libpolyclipping/cpp)
+target_compile_options(zelmo_clipper PRIVATE -w)
+
 # zlib
 add_library(zelmo_zlib INTERFACE)
 if(WIN32)

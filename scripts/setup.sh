@@ -25,7 +25,7 @@ add() {
 }
 add rendering "g++ cmake ninja-build dpkg-dev libfmt-dev libcli11-dev libpng-dev zlib1g-dev \
 libegl-dev libgl-dev libopengl-dev libegl1 libegl-mesa0 libgl1-mesa-dri libfreetype-dev \
-libfontconfig-dev fonts-liberation" glew
+libfontconfig-dev fonts-liberation" "glew libpolyclipping"
 add desktop qt6-base-dev ""
 add packages "file g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64" libpng1.6
 add tests "python3 clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev googletest \

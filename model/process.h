@@ -47,6 +47,7 @@ struct ProcessStep {
     float depth = 0.0f;                 ///< etch, implant
     float dop = 0.0f;                   ///< coating: degree of planarisation, 0 to 1
     float iso = 0.0f;                   ///< etch: isotropy, the sideways share of the depth
+    float resistRate = 1.0f;            ///< etch: depth in resist, as a share of the depth, 0 to 1
     float res = 0.0f;                   ///< photo: diameter of the disc that rounds the pattern
     float stepCoverage = 0.0f;          ///< deposition: sideways share of the thickness, 0.1 to 1
     float taper = 0.0f;                 ///< photo: slope of the resist's edge in degrees
@@ -56,6 +57,7 @@ struct ProcessStep {
     float level = 0.0f;
     bool polishesToStop = false;
     std::vector<MaskLayer> mask;  ///< photo: its polygons are those of all of these
+    MaskAdjustment adjustment;    ///< photo
     std::string label;            ///< text in the legend
     std::string photoName;
     std::string material;      ///< what etch and release targets are matched with

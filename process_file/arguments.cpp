@@ -149,8 +149,41 @@ float ReadDecimal(ReaderState& state, std::string_view line, std::string_view ar
 }
 
 float ReadLayoutLength(ReaderState& state, std::string_view line, std::string_view argument) {
-    const float value = ReadDecimal(state, line, argument);
+    return LayoutLength(state, ReadDecimal(state, line, argument));
+}
+
+float LayoutLength(const ReaderState& state, float value) {
     return state.useNm ? value / nanometresPerMicrometre : value;
+}
+
+void ReadDecimals(ReaderState& state, std::string_view line, std::string_view argument,
+                  std::span<float> values) {
+    std::fill(values.begin(), values.end(), 0.0f);
+    std::optional<std::string_view> rest = RequireArgument(state, line, argument);
+    if (!rest) {
+        return;
+    }
+    for (float& value : values) {
+        TakeWord(*rest);
+        const std::optional<float> decimal = ParseDecimal(SkipWhiteSpace(*rest));
+        if (!decimal) {
+            ReportError(state, "No decimal number found reading %s argument", argument);
+            std::fill(values.begin(), values.end(), 0.0f);
+            return;
+        }
+        value = *decimal;
+    }
+}
+
+std::optional<std::string_view> FindArgumentWord(std::string_view line, std::string_view argument) {
+    std::string_view rest = line;
+    while (!rest.empty()) {
+        const std::size_t taken = line.size() - rest.size();
+        if (TakeBlankSeparated(rest) == argument) {
+            return line.substr(line.find(argument, taken));
+        }
+    }
+    return std::nullopt;
 }
 
 std::string ReadWord(ReaderState& state, std::string_view line, std::string_view argument) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -38,8 +39,20 @@ std::int32_t ReadInteger(ReaderState& state, std::string_view line, std::string_
 /// The decimal number behind `argument`, or 0.0 if there is none.
 float ReadDecimal(ReaderState& state, std::string_view line, std::string_view argument);
 
-/// The same for a length of the layout, in the unit that `settings` chose; in micrometres here.
+/// A length of the layout in micrometres, of one in the unit that `settings` chose.
+float LayoutLength(const ReaderState& state, float value);
+
+/// Reads a decimal that is a length of the layout, in micrometres here.
 float ReadLayoutLength(ReaderState& state, std::string_view line, std::string_view argument);
+
+/// Reads as many decimals behind `argument` as `values` has places, which all are 0.0 where there
+/// are fewer.
+void ReadDecimals(ReaderState& state, std::string_view line, std::string_view argument,
+                  std::span<float> values);
+
+/// The line from the first word on that is `argument` and nothing else. For optional arguments
+/// whose text can be a piece of names, such as "photo-resist".
+std::optional<std::string_view> FindArgumentWord(std::string_view line, std::string_view argument);
 
 /// The word behind `argument`, or an empty text if there is none.
 std::string ReadWord(ReaderState& state, std::string_view line, std::string_view argument);

@@ -133,8 +133,20 @@ void ReadCoating(ReaderState& state, std::string_view line, ArgumentList allowed
     step.description = fmt::format("{} coating", step.material);
 }
 
-constexpr std::array photoArguments = {"-name"sv, "-mask_id"sv, "-type"sv,
-                                       "-res"sv,  "-taper"sv,   "-thickness"sv};
+constexpr std::array photoArguments = {"-name"sv,  "-mask_id"sv,   "-type"sv, "-res"sv,
+                                       "-taper"sv, "-thickness"sv, "-bias"sv, "-shift"sv};
+
+void ReadAdjustment(ReaderState& state, std::string_view line, MaskAdjustment& adjustment) {
+    if (const auto argument = FindArgumentWord(line, "-bias")) {
+        adjustment.bias = ReadLayoutLength(state, *argument, "-bias");
+    }
+    if (const auto argument = FindArgumentWord(line, "-shift")) {
+        std::array<float, 2> shift{};
+        ReadDecimals(state, *argument, "-shift", shift);
+        adjustment.shiftX = LayoutLength(state, shift[0]);
+        adjustment.shiftY = LayoutLength(state, shift[1]);
+    }
+}
 
 void ReadPhoto(ReaderState& state, std::string_view line, ArgumentList allowed, ProcessFile& file) {
     ProcessStep& step = file.steps.back();
@@ -165,13 +177,23 @@ void ReadPhoto(ReaderState& state, std::string_view line, ArgumentList allowed, 
     if (HasArgument(line, "-taper")) {
         step.taper = static_cast<float>(ReadInteger(state, line, "-taper"));
     }
+    ReadAdjustment(state, line, step.adjustment);
     step.color = {0.8f, 0.8f, 0.9f};
     step.alpha = 1.0f;
     step.label = "PR";
     step.description = fmt::format("{} photo", step.photoName);
 }
 
-constexpr std::array etchArguments = {"-name"sv, "-targets"sv, "-depth"sv, "-iso"sv};
+constexpr std::array etchArguments = {"-name"sv, "-targets"sv, "-depth"sv, "-iso"sv, "-resist"sv};
+
+void ReadResistRate(ReaderState& state, std::string_view line, ProcessStep& step) {
+    if (const auto argument = FindArgumentWord(line, "-resist")) {
+        step.resistRate = ReadDecimal(state, *argument, "-resist");
+    }
+    if (IsOutsideUnitRange(step.resistRate)) {
+        ReportError(state, "Invalid -resist argument: rate needs to be between 0.0 and 1.0");
+    }
+}
 
 void ReadEtch(ReaderState& state, std::string_view line, ArgumentList allowed, ProcessFile& file) {
     ProcessStep& step = file.steps.back();
@@ -187,6 +209,7 @@ void ReadEtch(ReaderState& state, std::string_view line, ArgumentList allowed, P
                     "The value of the -iso argument needs to be between 0.0 (anisotropic) and 1.0 "
                     "(full isotropic)");
     }
+    ReadResistRate(state, line, step);
     step.description = fmt::format("{} etching", step.processName);
 }
 

@@ -27,20 +27,14 @@ GivenWindow WindowAround(const GdsRect& box, double micronsPerUnit, double margi
             static_cast<float>(height)};
 }
 
-bool BelongsTo(std::span<const MaskLayer> mask, const RawPolygon& polygon) {
-    return std::any_of(mask.begin(), mask.end(), [&](const MaskLayer& drawn) {
-        return polygon.layer == drawn.layer &&
-               (!drawn.datatype || polygon.datatype == *drawn.datatype);
-    });
-}
-
 }  // namespace
 
 WindowFit FitWindow(const GdsDatabase& database, const std::string& cellName,
                     std::span<const ProcessStep> steps, FittedWindow choice) {
     const LayerBox drawn = FindLayerBox(database, cellName, [&](const RawPolygon& polygon) {
         return std::any_of(steps.begin(), steps.end(), [&](const ProcessStep& step) {
-            return step.kind == StepKind::Photo && BelongsTo(step.mask, polygon);
+            return step.kind == StepKind::Photo &&
+                   IsPartOf(step.mask, polygon.layer, polygon.datatype);
         });
     });
     if (drawn.refusal) {

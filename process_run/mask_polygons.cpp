@@ -17,16 +17,14 @@ namespace zelmo {
 
 namespace {
 
-ExtractionWindow WindowOf(const Grid& grid, double micronsPerUnit) {
-    const auto toUnits = [&](float microns) {
-        return TruncateToI64(static_cast<double>(microns) / micronsPerUnit);
-    };
-    return {toUnits(grid.originX), toUnits(grid.originY), toUnits(grid.originX + grid.width),
-            toUnits(grid.originY + grid.height), toUnits(grid.spacing)};
+/// The way from the grid's corner to that of a wider window, in units of the layout.
+GdsPoint WayTo(const ExtractionWindow& wide, const ExtractionWindow& ofGrid) {
+    return {SaturatingSubtract(wide.x0, ofGrid.x0), SaturatingSubtract(wide.y0, ofGrid.y0)};
 }
 
-/// The polygon in micrometres, with the values of single precision.
-MaskPolygon ToMicrons(const RawPolygon& raw, float micronsPerUnit) {
+/// The polygon in micrometres, with the values of single precision. `corner` is where its points
+/// are counted from.
+MaskPolygon ToMicrons(const RawPolygon& raw, GdsPoint corner, float micronsPerUnit) {
     MaskPolygon polygon;
     polygon.layer = raw.layer;
     polygon.datatype = raw.datatype;
@@ -38,8 +36,8 @@ MaskPolygon ToMicrons(const RawPolygon& raw, float micronsPerUnit) {
     polygon.maxX = polygon.maxY = std::numeric_limits<double>::min();
     polygon.points.reserve(raw.points.size());
     for (const GdsPoint point : raw.points) {
-        const double x = static_cast<float>(point.x) * micronsPerUnit;
-        const double y = static_cast<float>(point.y) * micronsPerUnit;
+        const double x = static_cast<float>(SaturatingAdd(point.x, corner.x)) * micronsPerUnit;
+        const double y = static_cast<float>(SaturatingAdd(point.y, corner.y)) * micronsPerUnit;
         polygon.points.push_back({x, y});
         polygon.minX = std::min(polygon.minX, x);
         polygon.minY = std::min(polygon.minY, y);
@@ -69,12 +67,21 @@ std::string ExtractionFailureLine(ExtractionRefusal refusal, const std::string& 
     return {};
 }
 
+ExtractionWindow MaskWindow(const Grid& grid, float reach, double micronsPerUnit) {
+    const auto toUnits = [&](float microns) {
+        return TruncateToI64(static_cast<double>(microns) / micronsPerUnit);
+    };
+    return {toUnits(grid.originX - reach), toUnits(grid.originY - reach),
+            toUnits(grid.originX + grid.width + reach), toUnits(grid.originY + grid.height + reach),
+            toUnits(grid.spacing)};
+}
+
 MaskExtraction ExtractMaskPolygons(const GdsDatabase& database, const std::string& cellName,
-                                   const Grid& grid, LogConsole* console) {
+                                   const Grid& grid, LogConsole* console, float reach) {
     console->Write(L"");
     console->Write(L"Extracting polygons");
-    PolygonExtraction raw =
-        ExtractPolygons(database, cellName, WindowOf(grid, database.micronsPerUnit));
+    const ExtractionWindow window = MaskWindow(grid, reach, database.micronsPerUnit);
+    PolygonExtraction raw = ExtractPolygons(database, cellName, window);
     MaskExtraction masks;
     if (raw.refusal) {
         masks.failure = ExtractionFailureLine(*raw.refusal, cellName);
@@ -83,9 +90,10 @@ MaskExtraction ExtractMaskPolygons(const GdsDatabase& database, const std::strin
     }
     const auto micronsPerUnit = static_cast<float>(database.micronsPerUnit);
     double smallest = std::numeric_limits<double>::max();
+    const GdsPoint corner = WayTo(window, MaskWindow(grid, 0.0f, database.micronsPerUnit));
     masks.polygons.reserve(raw.polygons.size());
     for (RawPolygon& polygon : raw.polygons) {
-        masks.polygons.push_back(ToMicrons(polygon, micronsPerUnit));
+        masks.polygons.push_back(ToMicrons(polygon, corner, micronsPerUnit));
         smallest = std::min(smallest, SmallerSide(masks.polygons.back()));
         polygon.points = {};  // points by the million stand in memory once
     }

@@ -7,11 +7,13 @@
 #include <string>
 #include <utility>
 #include <variant>
+#include <vector>
 
 #include "base/log_console.h"
 #include "base/text.h"
 #include "model/grid/grid.h"
 #include "model/grid/neighbour_table.h"
+#include "model/process.h"
 #include "model/process_model.h"
 #include "process_file/reader.h"
 #include "process_run/fitted_window.h"
@@ -101,9 +103,19 @@ bool TakeGrid(PreparedRun& run, LogConsole* console) {
     return false;
 }
 
+/// How far outside the grid there can be polygons that adjusted masks bring into it.
+float ReachOfMasks(const std::vector<ProcessStep>& steps) {
+    float reach = 0.0f;
+    for (const ProcessStep& step : steps) {
+        reach = std::max(reach, ReachOf(step.adjustment));
+    }
+    return reach;
+}
+
 bool TakePolygons(PreparedRun& run, const GdsDatabase& gds, LogConsole* console) {
     ProcessModel& model = *run.model;
-    MaskExtraction masks = ExtractMaskPolygons(gds, model.settings.cellName, model.grid, console);
+    MaskExtraction masks = ExtractMaskPolygons(gds, model.settings.cellName, model.grid, console,
+                                               ReachOfMasks(model.steps));
     if (!masks.failure.empty()) {
         run.errors.push_back(Utf8FromWide(WidenBytes(masks.failure)));
         return false;

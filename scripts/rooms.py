@@ -73,6 +73,7 @@ LIBRARIES = [
     ("CLI/*", ["batch"]),
     ("png.h", ["pictures"]),
     ("zlib.h", ["gds"]),
+    ("clipper.hpp", ["model/mask"]),
     ("Q[A-Z]*", ["desktop/qt"]),
     ("GL/*", ["render", "render/gl"]),
     ("EGL/*", ["render/gl"]),

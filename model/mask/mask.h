@@ -13,6 +13,9 @@ namespace zelmo {
 
 struct Grid;
 
+/// Whether a polygon lies on one of the layers.
+bool BelongsTo(std::span<const MaskLayer> mask, const MaskPolygon& polygon);
+
 /// Draws the polygons of all layers of `mask` into `rawMask`: with `maskDark` resist remains inside
 /// them, otherwise outside. Returns the smallest width or height of their boxes in micrometres,
 /// the largest float without any polygon.

@@ -186,14 +186,11 @@ private:
     std::vector<std::uint64_t> crossings_;  ///< zero between polygons
 };
 
-bool BelongsTo(std::span<const MaskLayer> mask, const MaskPolygon& polygon) {
-    return std::any_of(mask.begin(), mask.end(), [&](const MaskLayer& drawn) {
-        return polygon.layer == drawn.layer &&
-               (!drawn.datatype || polygon.datatype == *drawn.datatype);
-    });
-}
-
 }  // namespace
+
+bool BelongsTo(std::span<const MaskLayer> mask, const MaskPolygon& polygon) {
+    return IsPartOf(mask, polygon.layer, polygon.datatype);
+}
 
 double RasteriseMask(const Grid& grid, std::span<const MaskPolygon> polygons,
                      std::span<std::uint8_t> rawMask, std::span<const MaskLayer> mask,

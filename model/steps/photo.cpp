@@ -9,6 +9,7 @@
 #include "base/row_bands.h"
 #include "model/cover_map.h"
 #include "model/grid/grid.h"
+#include "model/mask/adjusted_mask.h"
 #include "model/mask/mask.h"
 #include "model/process.h"
 #include "model/stack.h"
@@ -45,6 +46,17 @@ void CutResist(Layer& layer, const std::vector<std::uint8_t>& mask,
     });
 }
 
+void DrawMask(const Grid& grid, std::span<const MaskPolygon> polygons,
+              std::span<std::uint8_t> rawMask, const ProcessStep& step) {
+    if (step.adjustment == MaskAdjustment()) {
+        RasteriseMask(grid, polygons, rawMask, step.mask, step.maskDark);
+        return;
+    }
+    const std::vector<MaskPolygon> adjusted =
+        AdjustMask(grid, polygons, step.mask, step.adjustment);
+    RasteriseMask(grid, adjusted, rawMask, step.mask, step.maskDark);
+}
+
 }  // namespace
 
 void ExecutePhoto(Stack& stack, const Grid& grid, std::span<const MaskPolygon> polygons,
@@ -55,7 +67,7 @@ void ExecutePhoto(Stack& stack, const Grid& grid, std::span<const MaskPolygon> p
     CoatLayer(grid, stack.coverMap, *layer, step.thickness, 1.0f);
 
     std::vector<std::uint8_t> rawMask(grid.CellCount());
-    RasteriseMask(grid, polygons, rawMask, step.mask, step.maskDark);
+    DrawMask(grid, polygons, rawMask, step);
     std::vector<std::uint8_t> mask(grid.CellCount());
     BlurMask(grid, mask, rawMask, step.res * 0.5f);
     std::vector<float> edgeDistance(grid.CellCount());

@@ -46,13 +46,31 @@ std::string TakeMask(FuzzedDataProvider& bytes) {
     return mask;
 }
 
+std::string TakeSigned(FuzzedDataProvider& bytes) {
+    const char* const sign = bytes.ConsumeBool() ? "-" : "";
+    return sign + TakeNumber(bytes, 0.0f, 1.0f);
+}
+
+std::string TakeAdjustment(FuzzedDataProvider& bytes) {
+    std::string adjustment;
+    if (bytes.ConsumeBool()) {
+        adjustment += " -bias " + TakeSigned(bytes);
+    }
+    if (bytes.ConsumeIntegral<std::uint8_t>() % 4 == 0) {
+        const std::string x = TakeSigned(bytes);
+        adjustment += " -shift " + x + " " + TakeSigned(bytes);
+    }
+    return adjustment;
+}
+
 std::string TakePhoto(FuzzedDataProvider& bytes) {
     const std::string mask = TakeMask(bytes);
     const int type = bytes.ConsumeBool() ? 1 : 0;
     const std::string resolution = TakeNumber(bytes, 0.0f, 2.0f);
     const std::string thickness = TakeNumber(bytes, 1.0f, 3000.0f);
-    return fmt::format("photo -name P -mask_id {} -type {} -res {} -thickness {} -taper {}\n", mask,
-                       type, resolution, thickness, bytes.ConsumeIntegralInRange<int>(0, 100));
+    const int taper = bytes.ConsumeIntegralInRange<int>(0, 100);
+    return fmt::format("photo -name P -mask_id {} -type {} -res {} -thickness {} -taper {}{}\n",
+                       mask, type, resolution, thickness, taper, TakeAdjustment(bytes));
 }
 
 std::string TakePolish(FuzzedDataProvider& bytes, int number) {
@@ -90,8 +108,11 @@ std::string TakeStep(FuzzedDataProvider& bytes, int number, bool& resistIsOpen) 
         case 3: {
             const char* const type = TakeType(bytes);
             const std::string depth = TakeNumber(bytes, 0.0f, 3000.0f);
-            return fmt::format("etch -name E{} -targets {} -depth {} -iso {}\n", number, type,
-                               depth, TakeShare(bytes, 5.0f));
+            const std::string isotropy = TakeShare(bytes, 5.0f);
+            const std::string rate =
+                bytes.ConsumeBool() ? " -resist " + TakeShare(bytes, 1.0f) : std::string();
+            return fmt::format("etch -name E{} -targets {} -depth {} -iso {}{}\n", number, type,
+                               depth, isotropy, rate);
         }
         case 4: {
             const char* const type = TakeType(bytes);

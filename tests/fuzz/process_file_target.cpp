@@ -17,7 +17,9 @@ bool IsShare(float value) {
 
 void CheckStep(const ProcessStep& step) {
     Require(IsShare(step.alpha), "opacity is a share");
-    Require(IsShare(step.dop) && IsShare(step.stepCoverage), "shares are shares");
+    Require(IsShare(step.dop) && IsShare(step.stepCoverage) && IsShare(step.resistRate),
+            "shares are shares");
+    Require(!std::isnan(ReachOf(step.adjustment)), "the reach of a mask is a number");
     Require(step.thickness >= 0.0f && step.depth >= 0.0f && step.res >= 0.0f,
             "lengths are not negative");
     Require(step.mask.empty() == (step.kind != StepKind::Photo), "a photo step has a mask");

@@ -1,17 +1,18 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 
 #include "base/lanes.h"
 #include "base/row_bands.h"
-#include "gds/coordinates.h"
 #include "gds/gds_database.h"
 #include "gds/gds_reader.h"
 #include "gds/polygon_extraction.h"
 #include "model/grid/grid.h"
 #include "process_file/reader.h"
+#include "process_run/mask_polygons.h"
 #include "tests/fuzz/made_run.h"
 #include "tests/fuzz/target.h"
 #include "tests/state_records/state_records.h"
@@ -34,12 +35,11 @@ bool IsSmall(const MemoryFile& layout, const MemoryFile& process) {
     }
     Grid grid;
     SizeGrid(grid, file.settings);
-    const auto toUnits = [&](float microns) {
-        return TruncateToI64(static_cast<double>(microns) / database.micronsPerUnit);
-    };
-    const ExtractionWindow window{toUnits(grid.originX), toUnits(grid.originY),
-                                  toUnits(grid.originX + grid.width),
-                                  toUnits(grid.originY + grid.height), toUnits(grid.spacing)};
+    float reach = 0.0f;
+    for (const ProcessStep& step : file.steps) {
+        reach = std::max(reach, ReachOf(step.adjustment));
+    }
+    const ExtractionWindow window = MaskWindow(grid, reach, database.micronsPerUnit);
     ExtractionLimits limits;
     limits.polygons = 2000;
     limits.fruitlessTests = 50000;

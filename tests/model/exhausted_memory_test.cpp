@@ -127,6 +127,30 @@ INSTANTIATE_TEST_SUITE_P(Steps, ExhaustedMemory,
                                          StepKind::Etch, StepKind::Strip, StepKind::Release,
                                          StepKind::Polish, StepKind::Implant));
 
+/// The polygon library loses a few bytes of its own when memory runs out.
+TEST(ExhaustedMemoryOfAMask, ThatGrowsOrShrinksLeavesTheStackAsItWas) {
+    for (const float bias : {0.1f, -0.1f}) {
+        ProcessStep photo = StepOf(StepKind::Photo);
+        photo.adjustment = {bias, 0.05f, 0.0f};
+        ProcessModel whole;
+        SetUpStack(whole);
+        ExecuteStep(whole, photo, nullptr);
+        bool finished = false;
+        int failures = 0;
+        for (std::int64_t allocations = 0; !finished; ++allocations) {
+            ASSERT_LT(allocations, 10000) << "the step never ends";
+            ProcessModel model;
+            SetUpStack(model);
+            const auto before = ArraysOf(model);
+            finished = RunWithin(allocations, [&] { ExecuteStep(model, photo, nullptr); });
+            failures += finished ? 0 : 1;
+            ASSERT_EQ(ArraysOf(model), finished ? ArraysOf(whole) : before)
+                << "after " << allocations << " allocations";
+        }
+        EXPECT_GT(failures, 50);
+    }
+}
+
 TEST(ExhaustedMemoryMarks, AreMadeBeforeAnyLayerIsReleased) {
     for (std::int64_t allocations = 0; allocations < 2; ++allocations) {
         ProcessModel model;

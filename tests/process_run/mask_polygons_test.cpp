@@ -136,6 +136,31 @@ TEST_F(ExtractMaskPolygonsTest, CountsAllLayersAndDatatypesAndTellsThemApart) {
     EXPECT_EQ(masks.polygons[2].datatype, 65535u);
 }
 
+TEST_F(ExtractMaskPolygonsTest, TakesPolygonsInReachOutsideTheGrid) {
+    const LoadedLayout loaded = LoadCell([](GdsWriter& writer) {
+        writer.Rectangle(1, 1000, 1000, 2000, 2000);
+        writer.Rectangle(2, -3000, 1000, -2500, 2000);
+        writer.Rectangle(3, 1000, 12500, 2000, 13000);
+        writer.Rectangle(4, 14000, 1000, 15000, 2000);
+    });
+    grid.originX = 0.125f;
+    grid.originY = -0.25f;
+    const MaskExtraction near = ExtractMaskPolygons(loaded.database, cellName, grid, &console);
+    ASSERT_EQ(near.polygons.size(), 1u);
+    const MaskExtraction wide =
+        ExtractMaskPolygons(loaded.database, cellName, grid, &console, 3.5f);
+    ASSERT_EQ(wide.polygons.size(), 3u);
+    EXPECT_EQ(console.lines.back(), "Extracted 3 polygons with smallest size 0.5 um");
+    EXPECT_EQ(wide.polygons[1].layer, 2u);
+    EXPECT_EQ(wide.polygons[2].layer, 3u);
+    for (std::size_t i = 0; i < near.polygons[0].points.size(); ++i) {
+        EXPECT_EQ(wide.polygons[0].points[i].x, near.polygons[0].points[i].x);
+        EXPECT_EQ(wide.polygons[0].points[i].y, near.polygons[0].points[i].y);
+    }
+    EXPECT_EQ(wide.polygons[1].minX,
+              static_cast<double>(-3125.0f * static_cast<float>(1e-9 * 1000000.0)));
+}
+
 TEST_F(ExtractMaskPolygonsTest, SumsTheFarCornerInSinglePrecision) {
     // 1 + 16777216 is 16777216 in single precision: the polygon touches the rectangle only.
     grid.originX = 1.0f;

@@ -100,6 +100,24 @@ TEST_F(PreparationTest, ReportsInItsOrder) {
                                     "Grid spacing: 0.024 um", "GDS cell: TOP"}));
 }
 
+TEST_F(PreparationTest, TakesPolygonsThatAMaskBringsInFromOutside) {
+    const auto polygonsWith = [&](const std::string& argument) {
+        return Prepare(
+                   "settings -version 4 -N 200\nlocation -x 10 -y 2 -dx 4 -dy 2\n"
+                   "gds -cell TOP\n"
+                   "photo -name A -mask_id 12 -type 1 -res 0 -thickness 1\nstrip -name S\n"
+                   "photo -name B -mask_id 12 -type 1 -res 0 -thickness 1 " +
+                   argument + "\n")
+            ->polygons.size();
+    };
+    EXPECT_EQ(polygonsWith(""), 0u);
+    EXPECT_EQ(polygonsWith("-shift 1 1"), 0u);
+    EXPECT_EQ(polygonsWith("-shift 8 0"), 1u);
+    EXPECT_EQ(polygonsWith("-shift 0 -8"), 1u);
+    EXPECT_EQ(polygonsWith("-bias 2.6"), 1u);
+    EXPECT_EQ(polygonsWith("-bias -2.6"), 1u);
+}
+
 TEST_F(PreparationTest, LeavesAModelThatIsReadyToRun) {
     const auto model = Prepare(goodFile);
     EXPECT_EQ(model->grid.columns, 200);

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "tests/model/grid_model.h"
+#include "tests/model/mask/made_polygons.h"
 
 namespace zelmo {
 namespace {
@@ -20,25 +21,6 @@ namespace {
 constexpr std::array maskOne{MaskLayer{1, std::nullopt}};
 
 constexpr float largest = std::numeric_limits<float>::max();
-
-MaskPolygon MakePolygon(std::uint32_t layer, const std::vector<MaskPoint>& points) {
-    MaskPolygon polygon;
-    polygon.layer = layer;
-    polygon.points = points;
-    polygon.minX = polygon.maxX = points[0].x;
-    polygon.minY = polygon.maxY = points[0].y;
-    for (const MaskPoint& point : points) {
-        polygon.minX = std::min(polygon.minX, point.x);
-        polygon.maxX = std::max(polygon.maxX, point.x);
-        polygon.minY = std::min(polygon.minY, point.y);
-        polygon.maxY = std::max(polygon.maxY, point.y);
-    }
-    return polygon;
-}
-
-MaskPolygon MakeRectangle(std::uint32_t layer, double x0, double y0, double x1, double y1) {
-    return MakePolygon(layer, {{x0, y0}, {x1, y0}, {x1, y1}, {x0, y1}});
-}
 
 /// The mask of layer 1 as text, one line a row, row 0 first: '#' is resist.
 std::vector<std::string> Raster(const ProcessModel& model, bool maskDark) {

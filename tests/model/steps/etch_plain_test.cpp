@@ -23,7 +23,7 @@ namespace {
 
 /// From the top of the stack down to the first material that stands.
 void EtchColumnPlain(ProcessModel& model, const std::string& target, std::size_t cell,
-                     float front) {
+                     float targetFront, float resistFront, bool sameFront) {
     for (std::size_t id = model.stack.layers.size() - 1; id > 0; --id) {
         Layer* layer = model.stack.layers[id].get();
         if (layer == nullptr || layer->top[cell] == layer->bottom[cell]) {
@@ -32,7 +32,11 @@ void EtchColumnPlain(ProcessModel& model, const std::string& target, std::size_t
         if (layer->material != target && !layer->isPhotoresist) {
             return;
         }
+        const float front = layer->isPhotoresist ? resistFront : targetFront;
         if (!(layer->top[cell] > front)) {
+            if (layer->isPhotoresist && !sameFront) {
+                return;  // what resist covers stays
+            }
             continue;
         }
         layer->top[cell] = front;
@@ -75,6 +79,8 @@ TEST_F(EtchAgainstPlain, LowersTheSameCellsToTheSameBits) {
         step.kind = StepKind::Etch;
         step.targets = {"ox"};
         step.depth = static_cast<float>(random.Below(5)) * 0.25f;
+        constexpr float rates[] = {1.0f, 1.0f, 0.0f, 0.5f, 0.3f};
+        step.resistRate = rates[random.Below(5)];
         ExecuteEtch(model.stack, model.grid, step);
 
         std::vector<float> surface;
@@ -83,8 +89,11 @@ TEST_F(EtchAgainstPlain, LowersTheSameCellsToTheSameBits) {
         }
         std::vector<float> front(surface.size());
         OffsetSurface(plain.grid, front, surface, -step.depth, step.iso);
+        std::vector<float> resistFront(surface.size());
+        OffsetSurface(plain.grid, resistFront, surface, -(step.depth * step.resistRate), step.iso);
         for (std::size_t cell = 0; cell < front.size(); ++cell) {
-            EtchColumnPlain(plain, "ox", cell, front[cell]);
+            EtchColumnPlain(plain, "ox", cell, front[cell], resistFront[cell],
+                            step.resistRate == 1.0f);
         }
         ASSERT_EQ(TopsOf(model), TopsOf(plain)) << "seed " << seed;
     }

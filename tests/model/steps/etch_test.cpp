@@ -227,6 +227,94 @@ TEST_F(Etch, WithoutTargetsLeavesResist) {
     EXPECT_FALSE(resist.changed);
 }
 
+/// An etch that takes resist more slowly.
+ProcessStep SlowInResist(float depth, float rate, float iso = 0.0f) {
+    ProcessStep step = EtchStep({"ox"}, depth, iso);
+    step.resistRate = rate;
+    return step;
+}
+
+TEST_F(Etch, LowersResistByItsShareOfTheDepth) {
+    Append(4.0f, "ox");
+    AppendResist(3.0f);
+    Run(SlowInResist(2.0f, 0.25f));
+    EXPECT_EQ(TopOf(2), 16.5f);
+    EXPECT_EQ(TopOf(1), 14.0f);
+}
+
+TEST_F(Etch, OfRateZeroLeavesResistAsItIs) {
+    Append(4.0f, "ox");
+    AppendResist(0.5f);
+    Run(SlowInResist(100.0f, 0.0f));
+    EXPECT_EQ(TopOf(2), 14.5f);
+    EXPECT_EQ(TopOf(1), 14.0f);
+}
+
+TEST_F(Etch, OfRateOneIsTheSameAsWithoutARate) {
+    Append(4.0f, "ox");
+    AppendResist(1.0f);
+    Run(SlowInResist(2.0f, 1.0f));
+    EXPECT_EQ(TopOf(2), 14.0f);
+    EXPECT_EQ(TopOf(1), 13.0f);
+}
+
+TEST_F(Etch, ThatTakesSlowResistAwayGoesOnToItsDepth) {
+    Append(4.0f, "ox");
+    AppendResist(0.5f);
+    Run(SlowInResist(2.0f, 0.5f));
+    EXPECT_EQ(TopOf(2), 14.0f);
+    EXPECT_EQ(TopOf(1), 12.5f);
+}
+
+TEST_F(Etch, ThatEndsExactlyUnderSlowResistIsFinishedThere) {
+    Append(4.0f, "ox");
+    AppendResist(0.5f);
+    Run(SlowInResist(2.0f, 0.25f));
+    EXPECT_EQ(TopOf(2), 14.0f);
+    EXPECT_EQ(TopOf(1), 14.0f);
+}
+
+TEST_F(Etch, WithSlowResistLowersOpenTargetsByTheWholeDepth) {
+    Append(4.0f, "ox");
+    Layer& resist = AppendResist(1.0f);
+    for (std::size_t cell = 0; cell < model.grid.CellCount(); cell += 2) {
+        resist.top[cell] = resist.bottom[cell];
+    }
+    UpdateCoverMap(model.stack, model.grid);
+    Run(SlowInResist(3.0f, 0.125f));
+    for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
+        const bool isOpen = cell % 2 == 0;
+        EXPECT_EQ(model.stack.layers[1]->top[cell], isOpen ? 11.0f : 14.0f);
+        EXPECT_EQ(resist.top[cell], isOpen ? 14.0f : 14.625f);
+    }
+}
+
+TEST_F(Etch, EatsIntoSlowResistFromItsSidesByTheShareOfItsDepth) {
+    SetUpGrid(model, 40, 5, 0.25f);
+    model.stack.layers.clear();
+    surface = 0.0f;
+    Append(1.0f, "_SUB_");
+    Append(1.0f, "ox");
+    Layer& resist = AppendResist(2.0f);
+    for (std::size_t cell = 0; cell < model.grid.CellCount(); ++cell) {
+        resist.top[cell] = cell % 40 < 20 ? resist.bottom[cell] : resist.top[cell];
+    }
+    UpdateCoverMap(model.stack, model.grid);
+    std::vector<float> before;
+    for (const CoverCell& cell : model.stack.coverMap) {
+        before.push_back(cell.height);
+    }
+    std::vector<float> front(before.size());
+    OffsetSurface(model.grid, front, before, -0.5f, 1.0f);
+    Run(SlowInResist(1.0f, 0.5f, 1.0f));
+    for (std::size_t cell = 0; cell < front.size(); ++cell) {
+        if (resist.top[cell] != resist.bottom[cell]) {
+            EXPECT_EQ(resist.top[cell], front[cell]);
+        }
+    }
+    EXPECT_EQ(resist.top[25], 3.5f);
+}
+
 TEST_F(Etch, ComparesWholeNames) {
     Append(2.0f, "ox");
     Run(EtchStep({"o", "oxide", "OX", "ox "}, 1.0f));

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -191,6 +192,44 @@ TEST(Photo, WithoutAPolygonIsEmptyOrWhole) {
     ExecutePhoto(model.stack, model.grid, model.polygons, step);
     EXPECT_EQ(ThicknessInRow(model, 3), std::vector<float>(8, 2.0f));
     EXPECT_EQ(model.stack.coverMap[0].layerId, 2);
+}
+
+/// The thickness in row 3 under a mask over the columns 4 to 7 of 16, grown and moved.
+std::vector<float> AdjustedRow(const MaskAdjustment& adjustment) {
+    ProcessModel model;
+    SetUpGrid(model, 16, 8, 1.0f);
+    AppendFlatLayer(model, 0.0f, 1.0f, "_SUB_");
+    UpdateCoverMap(model.stack, model.grid);
+    MaskPolygon polygon;
+    polygon.layer = 5;
+    polygon.points = {{3.5, -0.5}, {8.5, -0.5}, {8.5, 7.5}, {3.5, 7.5}};
+    polygon.minX = 3.5;
+    polygon.minY = -0.5;
+    polygon.maxX = 8.5;
+    polygon.maxY = 7.5;
+    model.polygons.push_back(polygon);
+    ProcessStep step = PhotoStep(2.0f, 90.0f, true);
+    step.adjustment = adjustment;
+    ExecutePhoto(model.stack, model.grid, model.polygons, step);
+    return ThicknessInRow(model, 3);
+}
+
+std::vector<float> ResistIn(std::size_t first, std::size_t end) {
+    std::vector<float> thickness(16, 0.0f);
+    std::fill(thickness.begin() + static_cast<std::ptrdiff_t>(first),
+              thickness.begin() + static_cast<std::ptrdiff_t>(end), 2.0f);
+    return thickness;
+}
+
+TEST(Photo, GrowsShrinksAndMovesItsMask) {
+    EXPECT_EQ(AdjustedRow({}), ResistIn(4, 8));
+    EXPECT_EQ(AdjustedRow({2.0f, 0.0f, 0.0f}), ResistIn(2, 10));
+    EXPECT_EQ(AdjustedRow({-1.0f, 0.0f, 0.0f}), ResistIn(5, 7));
+    EXPECT_EQ(AdjustedRow({-3.0f, 0.0f, 0.0f}), ResistIn(0, 0));
+    EXPECT_EQ(AdjustedRow({0.0f, 3.0f, 0.0f}), ResistIn(7, 11));
+    EXPECT_EQ(AdjustedRow({0.0f, -6.0f, 0.0f}), ResistIn(0, 2));
+    EXPECT_EQ(AdjustedRow({1.0f, 2.0f, 0.0f}), ResistIn(5, 11));
+    EXPECT_EQ(AdjustedRow({0.0f, 0.0f, 30.0f}), ResistIn(0, 0));
 }
 
 TEST(Photo, CoatsWithFullPlanarisation) {

@@ -22,9 +22,9 @@ struct MaskExtraction {
 std::string ExtractionFailureLine(ExtractionRefusal refusal, const std::string& cellName);
 
 /// The polygons of a cell and of all below it that meet the grid and are no smaller than its pitch,
-/// depth first, in micrometres from the grid's corner; with those outside of it that come as near as
-/// `reach` micrometres. Reports on the console. Throws
-/// std::out_of_range("invalid vector subscript") if an array has no points.
+/// depth first, in micrometres from the grid's corner; with those outside of it that come as near
+/// as `reach` micrometres. Reports on the console. Throws std::out_of_range("invalid vector
+/// subscript") if an array has no points.
 MaskExtraction ExtractMaskPolygons(const GdsDatabase& database, const std::string& cellName,
                                    const Grid& grid, LogConsole* console, float reach = 0.0f);
 

@@ -99,6 +99,13 @@ std::vector<std::size_t> WindowCells(const Grid& grid) {
     return cells;
 }
 
+/// The cell at a point of the layout, in um.
+std::size_t CellAt(const Grid& grid, float x, float y) {
+    const auto column = static_cast<std::size_t>((x - grid.originX) / grid.spacing + 0.5f);
+    const auto row = static_cast<std::size_t>((y - grid.originY) / grid.spacing + 0.5f);
+    return row * static_cast<std::size_t>(grid.columns) + column;
+}
+
 /// The lowest bottom and the highest top of a material in the window, from the substrate up.
 struct Extent {
     float bottom = std::numeric_limits<float>::max();
@@ -348,18 +355,29 @@ TEST(ReferenceLevels, AgreeBetweenThreeWindowsOfOneCell) {
     EXPECT_GT(std::abs(coated[1]["NILD5"] - coated[0]["NILD5"]), 0.01f);
 }
 
+TEST(ReferenceMasks, JoinPolygonsThatOnlyTouch) {
+    const std::unique_ptr<ProcessModel> model = Prepare("sg13g2", "240");
+    Execute(*model, [&](const ProcessStep& step) {
+        if (step.kind != StepKind::Strip || step.processName != "GatPoly") {
+            return;
+        }
+        // Along a resistor, whose heads and body are drawn on two layers
+        const Layer* const poly = FindLayer(*model, "GatPoly");
+        ASSERT_NE(poly, nullptr);
+        for (float x = 3.4f; x < 6.0f; x += 0.02f) {
+            const std::size_t cell = CellAt(model->grid, x, 3.85f);
+            EXPECT_NEAR(poly->top[cell] - poly->bottom[cell], 0.16f, kSame) << x;
+        }
+    });
+}
+
 TEST(ReferenceMems, IsFreeWhereItIsMeantToBeAndAnchoredElsewhere) {
     const std::unique_ptr<ProcessModel> model = RunToEnd("mems_three_poly");
     for (const auto& layer : model->stack.layers) {
         EXPECT_TRUE(!layer || (layer->material.find("Oxide") == std::string::npos &&
                                layer->material.find("HardMask") == std::string::npos));
     }
-    const auto cellAt = [&](float x, float y) {
-        const Grid& grid = model->grid;
-        const auto column = static_cast<std::size_t>((x - grid.originX) / grid.spacing + 0.5f);
-        const auto row = static_cast<std::size_t>((y - grid.originY) / grid.spacing + 0.5f);
-        return row * static_cast<std::size_t>(grid.columns) + column;
-    };
+    const auto cellAt = [&](float x, float y) { return CellAt(model->grid, x, y); };
     const auto gap = [&](const std::string& upper, const std::string& lower, std::size_t cell) {
         return FindLayer(*model, upper)->bottom[cell] - FindLayer(*model, lower)->top[cell];
     };

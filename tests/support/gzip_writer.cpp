@@ -36,7 +36,7 @@ std::vector<std::uint8_t> Gzipped(const std::vector<std::uint8_t>& bytes, const 
     stream.next_out = packed.data();
     stream.avail_out = static_cast<uInt>(packed.size());
     const int result = deflate(&stream, Z_FINISH);
-    packed.resize(packed.size() - stream.avail_out);
+    packed.erase(packed.end() - static_cast<std::ptrdiff_t>(stream.avail_out), packed.end());
     deflateEnd(&stream);
     if (result != Z_STREAM_END) {
         throw std::runtime_error("the bytes were not packed to their end");

@@ -1,21 +1,10 @@
 #include "examples/layouts.h"
 #include "examples/round_shapes.h"
+#include "examples/three_poly_masks.h"
 
 namespace zelmo {
 
 namespace {
-
-enum Mask : std::uint16_t {
-    kPoly0 = 1,
-    kDimple = 2,
-    kAnchor1 = 3,
-    kPoly1 = 4,
-    kVia = 5,
-    kAnchor2 = 6,
-    kPoly2 = 7,
-    kMetal = 8,
-    kHole1 = 9,
-};
 
 // Radii in nm, angles in degrees.
 constexpr double kBore = 5600;

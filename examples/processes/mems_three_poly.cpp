@@ -1,20 +1,9 @@
 #include "examples/processes/layouts.h"
+#include "examples/three_poly_masks.h"
 
 namespace zelmo {
 
 namespace {
-
-enum Mask : std::uint16_t {
-    kPoly0 = 1,
-    kDimple = 2,
-    kAnchor1 = 3,
-    kPoly1 = 4,
-    kVia = 5,
-    kAnchor2 = 6,
-    kPoly2 = 7,
-    kMetal = 8,
-    kHole = 9,
-};
 
 // Lengths in nm. The beam lies along x; the cut runs along its middle.
 
@@ -26,7 +15,7 @@ void DrawBeam(GdsWriter& gds) {
     gds.Rectangle(kPoly1, -6000, -18000, 18000, 18000);
     gds.Rectangle(kPoly1, 18000, -10000, 106000, 10000);
     for (std::int32_t x = 30000; x <= 75000; x += 15000) {
-        gds.Rectangle(kHole, x - 2000, -2000, x + 2000, 2000);
+        gds.Rectangle(kHole1, x - 2000, -2000, x + 2000, 2000);
     }
     for (const std::int32_t y : {-6000, 0, 6000}) {
         gds.Rectangle(kDimple, 99000, y - 1500, 102000, y + 1500);

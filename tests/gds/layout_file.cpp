@@ -17,11 +17,12 @@ std::string_view KeepName(std::string_view name) {
     return {kept.data(), kept.size()};
 }
 
-LoadedLayout LoadBytes(const std::vector<std::uint8_t>& bytes) {
+LoadedLayout LoadBytes(const std::vector<std::uint8_t>& bytes, const LayoutOptions& options) {
     const TempFolder folder;
     RecordingConsole console;
     LoadedLayout loaded;
-    loaded.error = ReadGdsFile(loaded.database, folder.Write("layout.gds", bytes), &console);
+    loaded.error =
+        ReadGdsFile(loaded.database, folder.Write("layout.gds", bytes), &console, options);
     loaded.result = CodeOf(loaded.error);
     loaded.lines = console.lines;
     return loaded;

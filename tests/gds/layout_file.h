@@ -14,6 +14,7 @@
 #include "examples/gds_writer.h"
 #include "gds/gds_database.h"
 #include "gds/layout_error.h"
+#include "gds/layout_options.h"
 #include "gds/record_codes.h"
 
 namespace zelmo {
@@ -87,21 +88,26 @@ struct LoadedLayout {
     std::vector<std::string> lines;  ///< of the console
 };
 
-LoadedLayout LoadBytes(const std::vector<std::uint8_t>& bytes);
+LoadedLayout LoadBytes(const std::vector<std::uint8_t>& bytes, const LayoutOptions& options = {});
 inline LoadedLayout Load(const GdsWriter& writer) {
     return LoadBytes(writer.Bytes());
 }
 
 /// A library with the one cell "TOP", whose elements `write` adds.
 template <typename Write>
-LoadedLayout LoadCell(Write write) {
+GdsWriter LibraryWithCell(Write write) {
     GdsWriter writer;
     writer.BeginLibrary();
     writer.BeginCell("TOP");
     write(writer);
     writer.EndCell();
     writer.EndLibrary();
-    return Load(writer);
+    return writer;
+}
+
+template <typename Write>
+LoadedLayout LoadCell(Write write) {
+    return Load(LibraryWithCell(write));
 }
 
 }  // namespace zelmo

@@ -2,21 +2,16 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <random>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
-#include "base/row_bands.h"
-#include "gds/gds_reader.h"
 #include "gds/layout_repairs.h"
-#include "gds/library_reading.h"
 #include "tests/gds/database_text.h"
 #include "tests/gds/layout_file.h"
 #include "tests/gds/random_layout.h"
-#include "tests/support/recording_console.h"
-#include "tests/support/temp_folder.h"
+#include "tests/gds/reading_in_pieces.h"
 
 // Layouts that are refused, read as what they mean.
 
@@ -27,28 +22,16 @@ using Bytes = std::vector<std::uint8_t>;
 using Points = std::vector<GdsPoint>;
 
 LoadedLayout LoadRepaired(const Bytes& bytes) {
-    const TempFolder folder;
-    RecordingConsole console;
-    LoadedLayout loaded;
-    loaded.error =
-        ReadGdsFile(loaded.database, folder.Write("layout.gds", bytes), &console, {.repair = true});
-    loaded.result = CodeOf(loaded.error);
-    loaded.lines = console.lines;
-    return loaded;
+    return LoadBytes(bytes, {.repair = true});
 }
 
 /// A library with the one cell "TOP", whose elements `write` adds, as it is repaired. It is refused
 /// with a code otherwise.
 template <typename Write>
 LoadedLayout RepairCell(std::int32_t code, Write write) {
-    GdsWriter writer;
-    writer.BeginLibrary();
-    writer.BeginCell("TOP");
-    write(writer);
-    writer.EndCell();
-    writer.EndLibrary();
-    EXPECT_EQ(LoadBytes(writer.Bytes()).result, code);
-    return LoadRepaired(writer.Bytes());
+    const Bytes bytes = LibraryWithCell(write).Bytes();
+    EXPECT_EQ(LoadBytes(bytes).result, code);
+    return LoadRepaired(bytes);
 }
 
 TEST(LayoutRepair, ReadsAPathWithRepeatedPoints) {
@@ -255,27 +238,9 @@ TEST(LayoutRepair, ALayoutThatIsTakenGivesTheSame) {
 }
 
 /// The same by several threads and in pieces.
-class LayoutRepairInPiecesTest : public testing::Test {
+class LayoutRepairInPiecesTest : public ReadingInPiecesTest {
 protected:
-    ~LayoutRepairInPiecesTest() override { SetRowThreads(0); }
-
-    std::string Read(const Bytes& bytes, std::int32_t threads, const PieceSizes& sizes) {
-        const std::filesystem::path path = folder_.Path() / "library.gds";
-        std::filesystem::remove(path);
-        folder_.Write("library.gds", bytes);
-        SetRowThreads(threads);
-        GdsDatabase database;
-        RecordingConsole console;
-        const LibraryReading reading =
-            ReadLibrary(database, path, &console, sizes, {.repair = true});
-        std::string text = std::to_string(CodeOf(reading.error)) + TextOf(database);
-        for (const std::string& line : RepairLines(database.repairs)) {
-            text += "\n" + line;
-        }
-        return text;
-    }
-
-    TempFolder folder_;
+    LayoutRepairInPiecesTest() : ReadingInPiecesTest({.repair = true}) {}
 };
 
 TEST_F(LayoutRepairInPiecesTest, GivesAndCountsTheSame) {
@@ -294,13 +259,9 @@ TEST_F(LayoutRepairInPiecesTest, GivesAndCountsTheSame) {
         }
         writer.EndCell();
     }
-    const std::string expected = Read(writer.Bytes(), 1, {});
-    EXPECT_NE(expected.find(" paths with repeated points"), std::string::npos);
-    EXPECT_NE(expected.find(" paths without length"), std::string::npos);
-    for (const PieceSizes& sizes : {PieceSizes{100, 1}, PieceSizes{3000, 400}, PieceSizes{}}) {
-        EXPECT_EQ(Read(writer.Bytes(), 2, sizes), expected) << sizes.block;
-        EXPECT_EQ(Read(writer.Bytes(), 3, sizes), expected) << sizes.block;
-    }
+    const ReadingOutcome outcome = ExpectTheSame(writer.Bytes());
+    EXPECT_GT(outcome.repairs.repeatedPoints, 0u);
+    EXPECT_GT(outcome.repairs.noLength, 0u);
 }
 
 TEST_F(LayoutRepairInPiecesTest, CountsOnceWhatIsReadAgain) {
@@ -314,11 +275,7 @@ TEST_F(LayoutRepairInPiecesTest, CountsOnceWhatIsReadAgain) {
         writer.Path(1, {{0, 0}, {0, 0}, {100, 0}}, 10);
     }
     writer.EndCell();
-    const std::string expected = Read(writer.Bytes(), 1, {});
-    EXPECT_NE(expected.find("\n50 paths with repeated points"), std::string::npos);
-    for (const PieceSizes& sizes : {PieceSizes{100, 1}, PieceSizes{500, 100}}) {
-        EXPECT_EQ(Read(writer.Bytes(), 2, sizes), expected) << sizes.block;
-    }
+    EXPECT_EQ(ExpectTheSame(writer.Bytes()).repairs.repeatedPoints, 50u);
 }
 
 }  // namespace

@@ -12,12 +12,11 @@
 #include <thread>
 #include <vector>
 
+#include "base/log_console.h"
 #include "base/row_bands.h"
 #include "gds/gds_database.h"
-#include "tests/gds/database_text.h"
 #include "tests/gds/layout_file.h"
-#include "tests/support/recording_console.h"
-#include "tests/support/temp_folder.h"
+#include "tests/gds/reading_in_pieces.h"
 
 // Libraries that are read in pieces, by several threads, against the same read in one go.
 
@@ -27,63 +26,7 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 using Lines = std::vector<std::string>;
 
-/// What reading gave, in words.
-struct Outcome {
-    std::string database;
-    std::string end;  ///< the code of the error, or what was thrown
-    std::optional<LayoutError> error;
-    Lines lines;
-
-    bool operator==(const Outcome&) const = default;
-};
-
-class LibraryReadingTest : public testing::Test {
-protected:
-    ~LibraryReadingTest() override { SetRowThreads(0); }
-
-    Outcome Read(const Bytes& bytes, std::int32_t threads, const PieceSizes& sizes) {
-        const std::filesystem::path path = folder_.Path() / "library.gds";
-        std::filesystem::remove(path);
-        folder_.Write("library.gds", bytes);
-        SetRowThreads(threads);
-        GdsDatabase database;
-        RecordingConsole console;
-        Outcome outcome;
-        try {
-            const LibraryReading reading = ReadLibrary(database, path, &console, sizes);
-            outcome.end =
-                std::to_string(CodeOf(reading.error)) + (reading.flatSeen ? " with flat ones" : "");
-            outcome.error = reading.error;
-            outcome.database = TextOf(database);
-        } catch (const std::out_of_range& error) {
-            outcome.end = error.what();
-        }
-        outcome.lines = console.lines;
-        return outcome;
-    }
-
-    Outcome ReadInOneGo(const Bytes& bytes) { return Read(bytes, 1, {}); }
-    Outcome ReadInPieces(const Bytes& bytes) { return Read(bytes, 3, {300, 40}); }
-
-    /// Reads the bytes by some numbers of threads in some sizes of pieces. Returns what reading
-    /// them in one go gives.
-    Outcome ExpectTheSame(const Bytes& bytes) {
-        const Outcome expected = ReadInOneGo(bytes);
-        for (const std::int32_t threads : {2, 3}) {
-            for (const PieceSizes sizes :
-                 {PieceSizes{100, 1}, PieceSizes{300, 40}, PieceSizes{5000, 700}, PieceSizes{}}) {
-                const Outcome outcome = Read(bytes, threads, sizes);
-                EXPECT_EQ(outcome.end, expected.end) << threads << ' ' << sizes.block;
-                EXPECT_EQ(outcome.error, expected.error) << threads << ' ' << sizes.block;
-                EXPECT_EQ(outcome.lines, expected.lines) << threads << ' ' << sizes.block;
-                EXPECT_EQ(outcome.database, expected.database) << threads << ' ' << sizes.block;
-            }
-        }
-        return expected;
-    }
-
-    TempFolder folder_;
-};
+class LibraryReadingTest : public ReadingInPiecesTest {};
 
 void WriteText(GdsWriter& writer, std::int32_t width) {
     writer.Record(record::text);
@@ -149,7 +92,7 @@ Bytes RandomLibrary(std::mt19937& random, std::size_t cells, std::size_t mostEle
 TEST_F(LibraryReadingTest, GivesTheSameHoweverManyThreadsAndPieces) {
     std::mt19937 random(71);
     for (const std::size_t mostElements : {0, 3, 40, 400}) {
-        const Outcome outcome = ExpectTheSame(RandomLibrary(random, 12, mostElements));
+        const ReadingOutcome outcome = ExpectTheSame(RandomLibrary(random, 12, mostElements));
         EXPECT_EQ(outcome.end.substr(0, 1), "0");
     }
 }
@@ -158,7 +101,7 @@ TEST_F(LibraryReadingTest, GivesTheSameOfALibraryOfManyBlocks) {
     std::mt19937 random(72);
     const Bytes bytes = RandomLibrary(random, 30, 6000);
     ASSERT_GT(bytes.size(), std::size_t{2} * PieceSizes().block);
-    const Outcome expected = ReadInOneGo(bytes);
+    const ReadingOutcome expected = ReadInOneGo(bytes);
     EXPECT_EQ(Read(bytes, 2, {}), expected);
     EXPECT_EQ(Read(bytes, 3, {100000, 10000}), expected);
 }
@@ -211,7 +154,7 @@ TEST_F(LibraryReadingTest, WarnsOnceOfEachPathTypeInTheOrderOfTheFile) {
         writer.Rectangle(1, 0, 0, 10, 10);
     }
     writer.EndCell();
-    const Outcome outcome = ExpectTheSame(writer.Bytes());
+    const ReadingOutcome outcome = ExpectTheSame(writer.Bytes());
     ASSERT_EQ(outcome.lines.size(), 2u);
     EXPECT_NE(outcome.lines[0].find("path type 4"), std::string::npos);
     EXPECT_NE(outcome.lines[1].find("path type 1"), std::string::npos);
@@ -241,7 +184,7 @@ TEST_F(LibraryReadingTest, PassesAnOpenElementOnToTheNextStructure) {
     writer.BeginCell("B");
     writer.Record(record::endel);
     writer.EndCell();
-    const Outcome outcome = ExpectTheSame(writer.Bytes());
+    const ReadingOutcome outcome = ExpectTheSame(writer.Bytes());
     EXPECT_NE(outcome.database.find("sref"), std::string::npos);
 }
 
@@ -256,7 +199,7 @@ TEST_F(LibraryReadingTest, TheLastNameOfAStructureOfManyPiecesCounts) {
         writer.Rectangle(1, 0, 0, 10, i);
     }
     writer.EndCell();
-    const Outcome outcome = ExpectTheSame(writer.Bytes());
+    const ReadingOutcome outcome = ExpectTheSame(writer.Bytes());
     EXPECT_NE(outcome.database.find("cell false ["), std::string::npos);
 }
 
@@ -276,7 +219,7 @@ TEST_F(LibraryReadingTest, TheFirstRefusalOfTheFileCounts) {
         }
         writer.EndCell();
     }
-    const Outcome outcome = ExpectTheSame(writer.Bytes());
+    const ReadingOutcome outcome = ExpectTheSame(writer.Bytes());
     EXPECT_EQ(outcome.end, "3");
     EXPECT_EQ(outcome.lines.size(), 1u);
     EXPECT_NE(outcome.database.find("\ncell false 43 45 4c 4c 32 30"), std::string::npos);
@@ -296,7 +239,7 @@ TEST_F(LibraryReadingTest, WarnsOfWhatComesBeforeAPathWithoutPoints) {
             writer.Path(1, {{0, 0}, {10, 0}}, 10, 1);
         }
     }
-    const Outcome outcome = ExpectTheSame(writer.Bytes());
+    const ReadingOutcome outcome = ExpectTheSame(writer.Bytes());
     EXPECT_EQ(outcome.end, "invalid vector subscript");
     EXPECT_EQ(outcome.lines.size(), 1u);
 }

@@ -60,10 +60,8 @@ TEST(QtLayout, WindowStandsInTheMiddleOfTheScreenWithItsSizeOrThatOfTheScreen) {
     ExpectPlaceOnScreen(user);
 }
 
-TEST(QtLayout, FrameOfAWindowManagerIsPartOfWhatStandsOnTheScreen) {
-    if (!OnXServer()) {
-        GTEST_SKIP() << "frames come from the window managers of X servers";
-    }
+TEST(QtLayoutOnXServer, FrameOfAWindowManagerIsPartOfWhatStandsOnTheScreen) {
+    ASSERT_TRUE(OnXServer());
     const FramingWindowManager manager;
     DesktopUser user;
     WaitUntil([&] {

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -234,44 +235,37 @@ ProcessStep SlowInResist(float depth, float rate, float iso = 0.0f) {
     return step;
 }
 
-TEST_F(Etch, LowersResistByItsShareOfTheDepth) {
-    Append(4.0f, "ox");
-    AppendResist(3.0f);
-    Run(SlowInResist(2.0f, 0.25f));
-    EXPECT_EQ(TopOf(2), 16.5f);
-    EXPECT_EQ(TopOf(1), 14.0f);
+class EtchOfSlowResist : public Etch {
+protected:
+    /// The tops of the resist, which was on an oxide that ends at 14, and of that oxide.
+    std::array<float, 2> TopsAfter(float resistThickness, const ProcessStep& step) {
+        Append(4.0f, "ox");
+        AppendResist(resistThickness);
+        Run(step);
+        return {TopOf(2), TopOf(1)};
+    }
+
+    using Tops = std::array<float, 2>;
+};
+
+TEST_F(EtchOfSlowResist, LowersItByItsShareOfTheDepth) {
+    EXPECT_EQ(TopsAfter(3.0f, SlowInResist(2.0f, 0.25f)), (Tops{16.5f, 14.0f}));
 }
 
-TEST_F(Etch, OfRateZeroLeavesResistAsItIs) {
-    Append(4.0f, "ox");
-    AppendResist(0.5f);
-    Run(SlowInResist(100.0f, 0.0f));
-    EXPECT_EQ(TopOf(2), 14.5f);
-    EXPECT_EQ(TopOf(1), 14.0f);
+TEST_F(EtchOfSlowResist, LeavesItAsItIsAtRateZero) {
+    EXPECT_EQ(TopsAfter(0.5f, SlowInResist(100.0f, 0.0f)), (Tops{14.5f, 14.0f}));
 }
 
-TEST_F(Etch, OfRateOneIsTheSameAsWithoutARate) {
-    Append(4.0f, "ox");
-    AppendResist(1.0f);
-    Run(SlowInResist(2.0f, 1.0f));
-    EXPECT_EQ(TopOf(2), 14.0f);
-    EXPECT_EQ(TopOf(1), 13.0f);
+TEST_F(EtchOfSlowResist, IsTheSameAsWithoutARateAtRateOne) {
+    EXPECT_EQ(TopsAfter(1.0f, SlowInResist(2.0f, 1.0f)), (Tops{14.0f, 13.0f}));
 }
 
-TEST_F(Etch, ThatTakesSlowResistAwayGoesOnToItsDepth) {
-    Append(4.0f, "ox");
-    AppendResist(0.5f);
-    Run(SlowInResist(2.0f, 0.5f));
-    EXPECT_EQ(TopOf(2), 14.0f);
-    EXPECT_EQ(TopOf(1), 12.5f);
+TEST_F(EtchOfSlowResist, GoesOnToItsDepthWhereItTakesAllOfIt) {
+    EXPECT_EQ(TopsAfter(0.5f, SlowInResist(2.0f, 0.5f)), (Tops{14.0f, 12.5f}));
 }
 
-TEST_F(Etch, ThatEndsExactlyUnderSlowResistIsFinishedThere) {
-    Append(4.0f, "ox");
-    AppendResist(0.5f);
-    Run(SlowInResist(2.0f, 0.25f));
-    EXPECT_EQ(TopOf(2), 14.0f);
-    EXPECT_EQ(TopOf(1), 14.0f);
+TEST_F(EtchOfSlowResist, IsFinishedWhereItEndsExactlyUnderIt) {
+    EXPECT_EQ(TopsAfter(0.5f, SlowInResist(2.0f, 0.25f)), (Tops{14.0f, 14.0f}));
 }
 
 TEST_F(Etch, WithSlowResistLowersOpenTargetsByTheWholeDepth) {

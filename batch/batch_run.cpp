@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <chrono>
 #include <exception>
 #include <filesystem>
 #include <memory>
@@ -10,16 +11,21 @@
 #include <optional>
 #include <string>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "base/clock.h"
 #include "base/data_files.h"
 #include "base/text.h"
 #include "batch/consoles.h"
-#include "batch/inputs.h"
 #include "batch/picture_saver.h"
-#include "batch/platform.h"
 #include "batch/progress.h"
+#include "batch/run_record.h"
+#include "batch/step_listener.h"
+#include "command_line/inputs.h"
+#include "command_line/platform.h"
+#include "command_line/reasons.h"
+#include "command_line/standard_streams.h"
 #include "gds/gds_database.h"
 #include "gds/layout_options.h"
 #include "gds/layout_repairs.h"
@@ -59,39 +65,61 @@ void WarnOfDump(const ProcessModel& model, Reporting& reporting) {
     }
 }
 
-/// Executes a step, with a picture after it where there is a saver.
-Outcome RunStep(ProcessModel& model, std::size_t index, PictureSaver* saver, Reporting& reporting) {
+using Listeners = std::vector<std::unique_ptr<StepListener>>;
+
+/// Executes a step, and lets the listeners take of it what they want.
+Outcome RunStep(ProcessModel& model, std::size_t index, const Listeners& listeners,
+                RunRecord& record, Reporting& reporting) {
     const ProcessStep& step = model.steps[index];
     reporting.progress.BeginStep(index + 1, model.steps.size(),
                                  Utf8FromWide(WidenBytes(step.description)));
+    for (const auto& listener : listeners) {
+        listener->BeforeStep(model, index);
+    }
+    const auto start = std::chrono::steady_clock::now();
     ExecuteStepWithReport(model, step, &reporting.console);
-    return saver != nullptr ? saver->Save(model, index) : Outcome{};
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+    record.seconds.push_back({.step = taken.count()});
+    for (const auto& listener : listeners) {
+        if (Outcome outcome = listener->AfterStep(model, index, record); outcome.Failed()) {
+            return outcome;
+        }
+    }
+    return {};
 }
 
-/// Executes all steps, with a picture after each where there is a saver.
-Outcome RunSteps(ProcessModel& model, PictureSaver* saver, Reporting& reporting) {
+Outcome FinishAll(const Listeners& listeners, const RunRecord& record, bool complete) {
+    Outcome first;
+    for (const auto& listener : listeners) {
+        Outcome outcome = listener->Finish(record, complete);
+        if (!first.Failed()) {
+            first = std::move(outcome);
+        }
+    }
+    return first;
+}
+
+/// Executes all steps for the listeners.
+Outcome RunSteps(ProcessModel& model, const Listeners& listeners, Reporting& reporting) {
     ReportRunStart(&reporting.console);
     const std::int32_t start = ElapsedMilliseconds();
-    const auto finishPictures = [&] {
-        if (saver != nullptr) {
-            saver->Finish();
-        }
-    };
+    RunRecord record;
     try {
         for (std::size_t index = 0; index < model.steps.size(); ++index) {
-            if (Outcome outcome = RunStep(model, index, saver, reporting); outcome.Failed()) {
+            if (Outcome outcome = RunStep(model, index, listeners, record, reporting);
+                outcome.Failed()) {
+                FinishAll(listeners, record, false);
                 return outcome;
             }
         }
     } catch (...) {
-        finishPictures();  // what they have to tell comes first
+        FinishAll(listeners, record, false);  // what they have to tell comes first
         throw;
     }
-    finishPictures();
+    Outcome outcome = FinishAll(listeners, record, true);
     reporting.progress.End();
     ReportRunEnd(start, &reporting.console);
-    const bool complete = saver == nullptr || saver->Complete();
-    return complete ? Outcome{} : Outcome{ExitStatus::Picture, {}};
+    return outcome;
 }
 
 /// The folder that was given, or the program's own ones and the current directory.
@@ -108,8 +136,8 @@ std::vector<std::filesystem::path> AssetFolders(const std::optional<std::filesys
 void TellRepairs(const LayoutRepairs& repairs, const std::filesystem::path& layout,
                  Reporting& reporting) {
     for (const std::string& line : RepairLines(repairs)) {
-        reporting.Error(fmt::format("warning: the layout {} was repaired: {}",
-                                    Utf8FromWide(PathText(layout)), line));
+        reporting.Error(
+            fmt::format("warning: the layout {} was repaired: {}", TextOf(layout), line));
     }
 }
 
@@ -130,6 +158,18 @@ Outcome Prepare(const BatchOptions& options, const std::vector<std::filesystem::
     return outcome;
 }
 
+/// Whoever takes something of this run.
+Listeners MakeListeners(const BatchOptions& options,
+                        const std::vector<std::filesystem::path>& assetFolders,
+                        Reporting& reporting) {
+    Listeners listeners;
+    if (options.pictures) {
+        listeners.push_back(std::make_unique<PictureSaver>(
+            options, assetFolders, [&](const std::string& line) { reporting.Error(line); }));
+    }
+    return listeners;
+}
+
 Outcome RunFiles(const BatchOptions& options, Reporting& reporting) {
     const auto assetFolders = AssetFolders(options.assets);
     std::unique_ptr<ProcessModel> model;
@@ -137,22 +177,20 @@ Outcome RunFiles(const BatchOptions& options, Reporting& reporting) {
     if (outcome.Failed() || options.checkOnly) {
         return outcome;
     }
-    std::optional<PictureSaver> saver;
-    if (options.pictures) {
-        saver.emplace(options, [&](const std::string& line) { reporting.Error(line); });
-        outcome = saver->Begin(*model, assetFolders);
-    }
-    if (outcome.Failed()) {
-        return outcome;
+    const Listeners listeners = MakeListeners(options, assetFolders, reporting);
+    for (const auto& listener : listeners) {
+        if (outcome = listener->Begin(*model); outcome.Failed()) {
+            return outcome;
+        }
     }
     WarnOfDump(*model, reporting);
     try {
-        return RunSteps(*model, saver ? &*saver : nullptr, reporting);
+        return RunSteps(*model, listeners, reporting);
     } catch (const std::bad_alloc&) {
         return {ExitStatus::Other,
                 fmt::format("the process file {} was not run to its end: there is not enough "
                             "memory",
-                            Utf8FromWide(PathText(options.process)))};
+                            TextOf(options.process))};
     }
 }
 

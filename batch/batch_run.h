@@ -1,7 +1,7 @@
 #pragma once
 
-#include "batch/exit_status.h"
 #include "batch/options.h"
+#include "command_line/exit_status.h"
 
 namespace zelmo {
 

@@ -1,50 +1,13 @@
 #include "batch/consoles.h"
 
-#include <fmt/format.h>
-
-#include <cerrno>
-#include <cstdio>
-#include <system_error>
-
 #include "base/text.h"
 #include "batch/progress.h"
+#include "command_line/standard_streams.h"
 
 namespace zelmo {
 
-namespace {
-
-/// The text with every run of control characters, line ends among them, as one blank.
-std::string OnOneLine(std::string_view text) {
-    std::string line;
-    for (const char character : text) {
-        const auto byte = static_cast<unsigned char>(character);
-        const bool control = byte < 0x20 || byte == 0x7F;
-        if (!control) {
-            line.push_back(character);
-        } else if (!line.empty() && line.back() != ' ') {
-            line.push_back(' ');
-        }
-    }
-    return line.substr(0, line.find_last_not_of(' ') + 1);
-}
-
-}  // namespace
-
-bool WriteToOutput(std::string_view text, std::string& failure) {
-    errno = 0;
-    if (std::fwrite(text.data(), 1, text.size(), stdout) == text.size() &&
-        std::fflush(stdout) == 0) {
-        return true;
-    }
-    failure = "standard output cannot be written: " +
-              (errno != 0 ? std::generic_category().message(errno) : std::string("it is closed"));
-    return false;
-}
-
 void WriteErrorLine(std::string_view message) {
-    const std::string line = fmt::format("zelmo-batch: {}\n", OnOneLine(message));
-    std::fwrite(line.data(), 1, line.size(), stderr);
-    std::fflush(stderr);
+    WriteErrorLine("zelmo-batch", message);
 }
 
 void OutputConsole::AppendLine(std::wstring line) {
@@ -52,11 +15,6 @@ void OutputConsole::AppendLine(std::wstring line) {
         return;
     }
     progress_.Interrupt([&] { WriteToOutput(Utf8FromWide(line) + '\n', failure_); });
-}
-
-std::string FirstOf(const std::vector<std::string>& errors) {
-    return errors.size() < 2 ? errors.at(0)
-                             : fmt::format("{} (and {} more)", errors[0], errors.size() - 1);
 }
 
 }  // namespace zelmo

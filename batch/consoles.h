@@ -2,7 +2,6 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "base/log_console.h"
 
@@ -28,12 +27,6 @@ private:
     bool quiet_ = false;
     std::string failure_;
 };
-
-/// Of some errors the first, and how many more there are: a reason for standard error.
-std::string FirstOf(const std::vector<std::string>& errors);
-
-/// Writes text to standard output; false, with the reason in `failure`, if it does not get there.
-bool WriteToOutput(std::string_view text, std::string& failure);
 
 /// Writes "zelmo-batch: <message>" to standard error, as one line whatever the message holds.
 void WriteErrorLine(std::string_view message);

@@ -2,7 +2,7 @@
 
 #include "batch/batch_run.h"
 #include "batch/consoles.h"
-#include "batch/platform.h"
+#include "command_line/platform.h"
 
 int main(int argc, char** argv) {
     try {

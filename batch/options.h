@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "batch/exit_status.h"
+#include "command_line/exit_status.h"
 #include "pictures/picture_files.h"
 #include "process_run/view_choice.h"
 

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <chrono>
 #include <cstdint>
 #include <exception>
 #include <memory>
@@ -12,7 +13,8 @@
 
 #include "base/data_files.h"
 #include "base/text.h"
-#include "batch/consoles.h"
+#include "batch/run_record.h"
+#include "command_line/reasons.h"
 #include "model/process_model.h"
 #include "pictures/picture_names.h"
 #include "pictures/step_image.h"
@@ -50,7 +52,7 @@ std::string WhyUnusable(const Studio& studio) {
     for (const std::wstring& reason : shader.reasons) {
         lines.push_back(Utf8FromWide(reason));
     }
-    return fmt::format("the shader file {} cannot be used: {}", Utf8FromWide(PathText(shader.path)),
+    return fmt::format("the shader file {} cannot be used: {}", TextOf(shader.path),
                        FirstOf(lines));
 }
 
@@ -61,18 +63,20 @@ std::string NoPicture(const ProcessModel& model, std::size_t index, const std::s
 
 }  // namespace
 
-PictureSaver::PictureSaver(const BatchOptions& options,
+PictureSaver::PictureSaver(const BatchOptions& options, std::vector<fs::path> assetFolders,
                            std::function<void(const std::string&)> tell)
-    : tell_(std::move(tell)), folder_{OutputFolder(options), options.format} {}
+    : assetFolders_(std::move(assetFolders)),
+      tell_(std::move(tell)),
+      folder_{OutputFolder(options), options.format} {}
 
-Outcome PictureSaver::Begin(const ProcessModel& model, const std::vector<fs::path>& assetFolders) {
+Outcome PictureSaver::Begin(const ProcessModel& model) {
     std::string problem;
     context_ = CreateOffscreenGlContext(problem);
     if (!context_) {
         return {ExitStatus::Picture, "no picture can be made: " + problem};
     }
-    studio_ = std::make_unique<Studio>(FindDataFile(assetFolders, "surface.shader"),
-                                       FindDataFile(assetFolders, "point.shader"));
+    studio_ = std::make_unique<Studio>(FindDataFile(assetFolders_, "surface.shader"),
+                                       FindDataFile(assetFolders_, "point.shader"));
     problem = WhyUnusable(*studio_);
     if (!problem.empty()) {
         return {ExitStatus::Picture, problem};
@@ -85,7 +89,8 @@ Outcome PictureSaver::Begin(const ProcessModel& model, const std::vector<fs::pat
     return problem.empty() ? Outcome{} : Outcome{ExitStatus::Picture, problem};
 }
 
-Outcome PictureSaver::Save(const ProcessModel& model, std::size_t index) {
+Outcome PictureSaver::AfterStep(const ProcessModel& model, std::size_t index, RunRecord& record) {
+    const auto start = std::chrono::steady_clock::now();
     StepImage image;
     std::string problem;
     std::optional<std::string> hopeless;
@@ -99,8 +104,10 @@ Outcome PictureSaver::Save(const ProcessModel& model, std::size_t index) {
     if (!studio_->FontProblem().empty()) {
         hopeless = studio_->FontProblem();
     }
+    record.seconds.at(index).picture =
+        std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     // One at a time: no more than this picture and the next are in memory.
-    Finish();
+    WaitForLast();
     if (hopeless) {
         return {ExitStatus::Picture, NoPicture(model, index, *hopeless)};
     }
@@ -118,7 +125,12 @@ Outcome PictureSaver::Save(const ProcessModel& model, std::size_t index) {
     return {};
 }
 
-void PictureSaver::Finish() {
+Outcome PictureSaver::Finish(const RunRecord& /*record*/, bool /*complete*/) {
+    WaitForLast();
+    return complete_ ? Outcome{} : Outcome{ExitStatus::Picture, {}};
+}
+
+void PictureSaver::WaitForLast() {
     if (!saving_.valid()) {
         return;
     }

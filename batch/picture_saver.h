@@ -8,40 +8,39 @@
 #include <string>
 #include <vector>
 
-#include "batch/exit_status.h"
 #include "batch/options.h"
 #include "batch/picture_folder.h"
+#include "batch/step_listener.h"
 #include "render/gl/gl_context.h"
 #include "render/studio.h"
 
 namespace zelmo {
 
 /// Makes the pictures of a run and saves each as it comes.
-class PictureSaver {
+class PictureSaver : public StepListener {
 public:
-    /// `tell` receives a line for every picture that is missing, in their order and on the caller's
-    /// thread.
-    PictureSaver(const BatchOptions& options, std::function<void(const std::string&)> tell);
+    /// The shaders are looked for in `assetFolders`. `tell` receives a line for every picture that
+    /// is missing, in their order and on the caller's thread.
+    PictureSaver(const BatchOptions& options, std::vector<std::filesystem::path> assetFolders,
+                 std::function<void(const std::string&)> tell);
 
-    /// Gets ready for the pictures of all steps. To be called once, before the first of them. Fails
-    /// if none could be made or they could not be saved.
-    Outcome Begin(const ProcessModel& model,
-                  const std::vector<std::filesystem::path>& assetFolders);
+    /// Gets ready for the pictures of all steps. Fails if none could be made or they could not be
+    /// saved.
+    Outcome Begin(const ProcessModel& model) override;
 
-    /// Takes the picture of the finished step with this index, and saves it on a thread of its own
-    /// while the next step runs. One that could not be drawn is told of, and the next is tried all
-    /// the same. Fails where there is no hope for others.
-    Outcome Save(const ProcessModel& model, std::size_t index);
+    /// Takes the picture, and saves it on a thread of its own while the next step runs. One that
+    /// could not be drawn is told of, and the next is tried all the same. Fails where there is no
+    /// hope for others.
+    Outcome AfterStep(const ProcessModel& model, std::size_t index, RunRecord& record) override;
 
-    /// Waits until the last picture has been saved.
-    void Finish();
-
-    /// Whether no picture is missing so far.
-    bool Complete() const { return complete_; }
+    /// Waits until the last picture has been saved. Fails if one is missing.
+    Outcome Finish(const RunRecord& record, bool complete) override;
 
 private:
+    void WaitForLast();
     void Miss(const std::string& reason);
 
+    std::vector<std::filesystem::path> assetFolders_;
     std::function<void(const std::string&)> tell_;
     std::unique_ptr<GlContext> context_;  ///< the studio goes while it is current
     std::unique_ptr<Studio> studio_;

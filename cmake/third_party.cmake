@@ -13,6 +13,10 @@ target_include_directories(zelmo_fmt SYSTEM INTERFACE ${THIRD_PARTY}/include)
 add_library(zelmo_cli11 INTERFACE)
 target_include_directories(zelmo_cli11 SYSTEM INTERFACE ${THIRD_PARTY}/include)
 
+# JSON for Modern C++, headers alone
+add_library(zelmo_json INTERFACE)
+target_include_directories(zelmo_json SYSTEM INTERFACE ${THIRD_PARTY}/include)
+
 # GLEW, compiled here so that it finds its entry points through EGL where there is no display
 add_library(zelmo_glew STATIC ${THIRD_PARTY}/glew/src/glew.c)
 target_include_directories(zelmo_glew SYSTEM PUBLIC ${THIRD_PARTY}/glew/include)

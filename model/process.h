@@ -18,6 +18,8 @@ struct ProcessSettings {
     float windowHeight = 0.0f;  ///< at most `windowWidth`
     float windowX = 0.0f;       ///< the window's lower left corner, in coordinates of the layout
     float windowY = 0.0f;
+    bool lengthsInNanometres =
+        false;                 ///< the process file's lengths in the layout; here all are um
     float cameraAngle = 0.0f;  ///< degrees, 0 to 89
     bool showHeights = false;
     bool showLegend = false;
@@ -42,6 +44,7 @@ enum class StepKind : std::int32_t {
 struct ProcessStep {
     bool maskDark = false;              ///< photo: resist stays inside the mask's polygons
     StepKind kind = StepKind::Coating;  ///< what the number 0 stands for
+    std::int32_t line = 0;              ///< of the process file, counted from 1; 0: of none
     float alpha = 0.0f;                 ///< opacity of the new layer, 0 to 1
     std::array<float, 3> color{};       ///< red, green, blue, 0 to 1
     float depth = 0.0f;                 ///< etch, implant

@@ -51,7 +51,9 @@ void HandleCommand(ReaderState& state, ProcessFile& file, std::string_view word,
         return;
     }
     if (command->kind) {
-        file.steps.emplace_back().kind = *command->kind;
+        ProcessStep& step = file.steps.emplace_back();
+        step.kind = *command->kind;
+        step.line = state.lineNumber;
     }
     command->handler(state, line, command->arguments, file);
 }

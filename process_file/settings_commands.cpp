@@ -65,6 +65,7 @@ void ReadSettings(ReaderState& state, std::string_view line, ArgumentList allowe
     ReadGridColumns(state, line, settings);
     ReadCameraAngle(state, line, settings);
     state.useNm = HasArgument(line, "-use_nm");
+    settings.lengthsInNanometres = state.useNm;
     settings.showHeights = HasArgument(line, "-heights");
     settings.showLegend = HasArgument(line, "-legend");
 }

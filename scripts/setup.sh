@@ -23,9 +23,9 @@ add() {
     sources="$sources $3"
     [ "$1" != "$wanted" ] || complete=yes
 }
-add rendering "g++ cmake ninja-build dpkg-dev libfmt-dev libcli11-dev libpng-dev zlib1g-dev \
-libegl-dev libgl-dev libopengl-dev libegl1 libegl-mesa0 libgl1-mesa-dri libfreetype-dev \
-libfontconfig-dev fonts-liberation" "glew libpolyclipping"
+add rendering "g++ cmake ninja-build dpkg-dev libfmt-dev libcli11-dev nlohmann-json3-dev \
+libpng-dev zlib1g-dev libegl-dev libgl-dev libopengl-dev libegl1 libegl-mesa0 libgl1-mesa-dri \
+libfreetype-dev libfontconfig-dev fonts-liberation" "glew libpolyclipping"
 add desktop qt6-base-dev ""
 add packages "file g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64" libpng1.6
 add tests "python3 clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev googletest \
@@ -92,8 +92,9 @@ for source in $sources; do
     fetch_source "$source"
 done
 
-# {fmt} and CLI11 are used as headers alone where the target is not this machine; a folder that
-# holds only links to them keeps the rest of the machine's headers out.
+# {fmt}, CLI11 and the JSON library are used as headers alone where the target is not this machine;
+# a folder that holds only links to them keeps the rest of the machine's headers out.
 mkdir -p build/third_party/include
 ln -sfn /usr/include/fmt build/third_party/include/fmt
 ln -sfn /usr/include/CLI build/third_party/include/CLI
+ln -sfn /usr/include/nlohmann build/third_party/include/nlohmann

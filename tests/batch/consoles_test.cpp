@@ -26,14 +26,6 @@ TEST(OutputConsole, QuietWritesNothing) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
 }
 
-TEST(FirstOf, TellsTheFirstErrorAndCountsTheOthers) {
-    EXPECT_EQ(FirstOf({"Error in line 4: Unknown command"}), "Error in line 4: Unknown command");
-    EXPECT_EQ(FirstOf({"Error in line 4: Unknown command",
-                       "ERROR: Cell name X was not found in the GDS database",
-                       "Error: Missing gds, location, or settings command"}),
-              "Error in line 4: Unknown command (and 2 more)");
-}
-
 TEST(WriteErrorLine, IsOneLineWhateverTheMessageHolds) {
     testing::internal::CaptureStderr();
     WriteErrorLine("the shader failed: 0:1(1): error\n0:2(1): error\r\n\n");

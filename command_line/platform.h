@@ -8,7 +8,7 @@
 
 #include "base/file.h"
 
-// What the program without a window asks of its platform.
+// What programs without a window ask of their platform.
 
 namespace zelmo {
 

@@ -1,4 +1,4 @@
-#include "batch/inputs.h"
+#include "command_line/inputs.h"
 
 #include <fmt/format.h>
 
@@ -9,8 +9,7 @@
 #include <utility>
 
 #include "base/log_console.h"
-#include "base/text.h"
-#include "batch/consoles.h"
+#include "command_line/reasons.h"
 #include "gds/gds_database.h"
 #include "gds/gzip_fault.h"
 #include "gds/layout_error.h"
@@ -39,12 +38,12 @@ std::string WhyNotOpened(const std::filesystem::path& path) {
 
 Outcome LayoutFailure(const std::filesystem::path& path, const std::string& reason) {
     return {ExitStatus::Layout,
-            fmt::format("the layout {} did not load: {}", Utf8FromWide(PathText(path)), reason)};
+            fmt::format("the layout {} did not load: {}", TextOf(path), reason)};
 }
 
 Outcome ProcessFailure(const std::filesystem::path& path, const std::string& reason) {
-    return {ExitStatus::Process, fmt::format("the process file {} cannot be run: {}",
-                                             Utf8FromWide(PathText(path)), reason)};
+    return {ExitStatus::Process,
+            fmt::format("the process file {} cannot be run: {}", TextOf(path), reason)};
 }
 
 std::string LayoutReason(const std::filesystem::path& path, const LayoutError& error) {
@@ -65,9 +64,9 @@ Outcome LoadColors(const std::filesystem::path& path, ColorTable& colors) {
     if (LoadColorTable(colors, path)) {
         return {};
     }
-    return {ExitStatus::Other,
-            fmt::format("Could not load color file or color file contains errors: {}",
-                        Utf8FromWide(PathText(path)))};
+    return {
+        ExitStatus::Other,
+        fmt::format("Could not load color file or color file contains errors: {}", TextOf(path))};
 }
 
 Outcome LoadLayoutFile(const std::filesystem::path& path, const LayoutOptions& options,

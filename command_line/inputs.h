@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <memory>
 
-#include "batch/exit_status.h"
+#include "command_line/exit_status.h"
 #include "process_file/color_table.h"
 #include "process_run/view_choice.h"
 

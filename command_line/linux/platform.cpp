@@ -1,4 +1,4 @@
-#include "batch/platform.h"
+#include "command_line/platform.h"
 
 #include <fcntl.h>
 #include <sys/ioctl.h>

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstddef>
+
+#include "command_line/exit_status.h"
+
+namespace zelmo {
+
+struct ProcessModel;
+struct RunRecord;
+
+/// Whoever takes something of the steps of a run: pictures, numbers, notes. The run calls its
+/// listeners in their order.
+class StepListener {
+public:
+    virtual ~StepListener() = default;
+
+    /// Gets ready, before anything is executed. Fails where the run would be of no use.
+    virtual Outcome Begin(const ProcessModel& model) = 0;
+
+    /// Sees the model before the step with this index.
+    virtual void BeforeStep(const ProcessModel& /*model*/, std::size_t /*index*/) {}
+
+    /// Takes what it wants of the finished step with this index. `record` has the times so far and
+    /// takes what there is to tell. Fails where going on would be of no use.
+    virtual Outcome AfterStep(const ProcessModel& model, std::size_t index, RunRecord& record) = 0;
+
+    /// The run is over: all steps are done, or (`complete` is false) one failed or threw. Fails
+    /// where something is missing that was asked for.
+    virtual Outcome Finish(const RunRecord& record, bool complete) = 0;
+};
+
+}  // namespace zelmo

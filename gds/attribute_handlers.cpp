@@ -15,6 +15,8 @@ Refusal ReadLayer(LibraryState& state, const StreamRecord& record) {
     } else if (state.open.kind == Element::Path) {
         state.open.path.layer = record.U16At(0);
         state.open.layerSeen = true;
+    } else if (state.open.kind == Element::Text) {
+        state.open.text.layer = record.U16At(0);
     }
     return accepted;
 }
@@ -26,6 +28,21 @@ Refusal ReadDatatype(LibraryState& state, const StreamRecord& record) {
         state.open.boundary.datatype = datatype;
     } else if (state.open.kind == Element::Path) {
         state.open.path.datatype = datatype;
+    }
+    return accepted;
+}
+
+/// These two make no fault, wherever they stand.
+Refusal ReadTextType(LibraryState& state, const StreamRecord& record) {
+    if (state.open.kind == Element::Text) {
+        state.open.text.texttype = record.U16At(0);
+    }
+    return accepted;
+}
+
+Refusal ReadString(LibraryState& state, const StreamRecord& record) {
+    if (state.keepsTexts && state.open.kind == Element::Text) {
+        state.open.text.string = state.names.Keep(record.Text(), state.store.names);
     }
     return accepted;
 }

@@ -91,6 +91,19 @@ Refusal EndPath(LibraryState& state) {
 
 }  // namespace
 
+namespace {
+
+/// A text is kept only where it is asked for.
+void EndText(LibraryState& state) {
+    const GdsText text = std::exchange(state.open.text, GdsText());
+    if (state.keepsTexts) {
+        state.cell.texts.push_back(text);
+    }
+    ++state.skipped.texts;
+}
+
+}  // namespace
+
 Refusal EndElement(LibraryState& state, const StreamRecord&) {
     switch (std::exchange(state.open.kind, Element::None)) {
         case Element::Boundary:
@@ -103,10 +116,16 @@ Refusal EndElement(LibraryState& state, const StreamRecord&) {
         case Element::Aref:
             state.cell.arefs.push_back(std::exchange(state.open.aref, GdsAref()));
             break;
-        case Element::None:
         case Element::Text:
+            EndText(state);
+            break;
         case Element::Node:
+            ++state.skipped.nodes;
+            break;
         case Element::Box:
+            ++state.skipped.boxes;
+            break;
+        case Element::None:
             break;
     }
     return accepted;

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <limits>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "gds/gds_point.h"
@@ -60,6 +62,15 @@ struct GdsAref {
     GdsCell* cell = nullptr;  ///< not owned
 };
 
+/// One text of a cell.
+struct GdsText {
+    std::uint16_t layer = 0;
+    std::uint16_t texttype = 0;
+    bool placed = false;  ///< the file says where it stands
+    GdsPoint origin;
+    std::string_view string;  ///< the bytes of the file; a use of them stops at their first NUL
+};
+
 /// One structure of the library. Move-only: references point to it.
 struct GdsCell {
     GdsCell() = default;
@@ -74,14 +85,40 @@ struct GdsCell {
     bool boundsValid = false;
 };
 
+/// The texts of a cell that has some.
+struct CellTexts {
+    std::size_t cell = 0;  ///< its number
+    std::span<GdsText> texts;
+};
+
+/// Elements that no mask needs, which the reader passes.
+struct SkippedElements {
+    std::uint64_t texts = 0;
+    std::uint64_t nodes = 0;
+    std::uint64_t boxes = 0;
+
+    bool operator==(const SkippedElements&) const = default;
+};
+
+/// How a file ends.
+struct LibraryEnd {
+    bool seen = false;        ///< the library's end stands there
+    std::uint64_t bytes = 0;  ///< that were there, unpacked, where it does not
+    bool inCell = false;      ///< a structure was open there
+    std::string cell;         ///< that structure's name
+
+    bool operator==(const LibraryEnd&) const = default;
+};
+
 /// What the cells of a library refer to.
 struct ElementStore {
     RunPool<GdsBoundary> boundaries;
     RunPool<GdsSref> srefs;
     RunPool<GdsAref> arefs;
+    RunPool<GdsText> texts;
     RunPool<NarrowPoint> narrowPoints;  ///< of polygons
     RunPool<GdsPoint> points;           ///< of arrays, and of polygons that leave 32 bits
-    RunPool<char> names;                ///< of cells and references
+    RunPool<char> names;                ///< of cells and references, and texts
 };
 
 constexpr double micronsPerMetre = 1000000.0;
@@ -92,13 +129,16 @@ struct GdsDatabase {
     double metresPerUnit = 1e-9;
     double micronsPerUnit = 1e-9 * micronsPerMetre;
     GrowingArray<GdsCell> cells;
+    GrowingArray<CellTexts> texts;  ///< by rising cells; none unless they were asked for
+    SkippedElements skipped;
+    LibraryEnd end;
     LayoutRepairs repairs;  ///< none unless they were asked for
     ElementStore store;
     std::deque<ElementStore> moreStores;  ///< of what was read at the same time
 };
 
-/// The part of a stored name that counts: up to its first NUL. It lies somewhere also where it is
-/// empty.
+/// The part of a stored name or text that counts: up to its first NUL. It lies somewhere also where
+/// it is empty.
 std::string_view NameText(std::string_view name);
 
 }  // namespace zelmo

@@ -23,6 +23,12 @@ LayoutBytes::LayoutBytes(const std::filesystem::path& path, std::uint64_t unpack
 LayoutBytes::~LayoutBytes() = default;
 
 std::size_t LayoutBytes::Read(std::uint8_t* bytes, std::size_t count) {
+    const std::size_t read = ReadNext(bytes, count);
+    count_ += read;
+    return read;
+}
+
+std::size_t LayoutBytes::ReadNext(std::uint8_t* bytes, std::size_t count) {
     if (unpacker_) {
         return unpacker_->Read(bytes, count);
     }

@@ -36,14 +36,19 @@ public:
     /// Passes what is left of a compressed file, for it to be checked. Others are left alone.
     void PassRest();
 
+    /// How many bytes were read.
+    std::uint64_t Count() const { return count_; }
     bool IsPacked() const { return unpacker_ != nullptr; }
     bool Failed() const;
     std::optional<UnpackingError> WhyNotUnpacked() const;
 
 private:
+    std::size_t ReadNext(std::uint8_t* bytes, std::size_t count);
+
     FilePointer file_;                       ///< not open where it is the unpacker's
     std::array<std::uint8_t, 3> head_ = {};  ///< first bytes of a plain file
-    std::size_t headBegin_ = 0;              ///< of those that were not handed out
+    std::uint64_t count_ = 0;
+    std::size_t headBegin_ = 0;  ///< of those that were not handed out
     std::size_t headEnd_ = 0;
     std::unique_ptr<GzipBytes> unpacker_;
 };

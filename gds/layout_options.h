@@ -13,6 +13,8 @@ struct LayoutOptions {
     /// (gds/path_repair.h), and to skip references to cells that are not there. Nothing else
     /// changes. The database tells how often it happened.
     bool repair = false;
+    /// Whether to keep the texts, which no mask needs. Nothing else changes.
+    bool texts = false;
     /// The most that a compressed file may unpack to, in bytes.
     std::uint64_t unpackedLimit = UnpackedLimit(PhysicalMemory());
 };

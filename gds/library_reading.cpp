@@ -84,7 +84,8 @@ protected:
 
 /// Reads one piece of every block, by itself.
 struct PieceReader {
-    PieceReader(ElementStore& store, bool repair) : state(store, &console, repair) {}
+    PieceReader(ElementStore& store, const LayoutOptions& options)
+        : state(store, &console, options) {}
 
     HeldLines console;
     LibraryState state;
@@ -97,6 +98,7 @@ void Clear(OpenCell& cell) {
     cell.boundaries.clear();
     cell.srefs.clear();
     cell.arefs.clear();
+    cell.texts.clear();
 }
 
 /// Brings a reader into the state that is supposed of the piece's start.
@@ -109,7 +111,9 @@ void Restart(PieceReader& reader, const PieceStart& start) {
     state.endSeen = false;
     state.flatSeen = false;
     state.repairs = {};
+    state.skipped = {};
     state.cells.clear();
+    state.texts.clear();
     Clear(state.cell);
     state.open = {};
     state.continuesCell = start.inStructure;
@@ -141,6 +145,13 @@ void Join(OpenCell& whole, OpenCell& part) {
     whole.boundaries.Take(part.boundaries);
     whole.srefs.Take(part.srefs);
     whole.arefs.Take(part.arefs);
+    whole.texts.Take(part.texts);
+}
+
+void Add(SkippedElements& sum, const SkippedElements& others) {
+    sum.texts += others.texts;
+    sum.nodes += others.nodes;
+    sum.boxes += others.boxes;
 }
 
 /// Brings the whole from the start of a piece to where its reader has come to.
@@ -155,6 +166,9 @@ void Join(LibraryState& whole, LibraryState& part) {
         Join(whole.cell, *part.continued);
         CompleteCell(whole);
     }
+    for (const CellTexts& texts : part.texts) {
+        whole.texts.push_back({whole.cells.size() + texts.cell, texts.texts});
+    }
     whole.cells.Take(part.cells);
     Join(whole.cell, part.cell);
     whole.inStructure = part.inStructure;
@@ -163,6 +177,7 @@ void Join(LibraryState& whole, LibraryState& part) {
     whole.endSeen = part.endSeen;
     whole.flatSeen = whole.flatSeen || part.flatSeen;
     AddPaths(whole.repairs, part.repairs);
+    Add(whole.skipped, part.skipped);
     std::swap(whole.open, part.open);
 }
 
@@ -198,9 +213,10 @@ struct BlockReading {
     std::deque<PieceReader> readers;
 };
 
-void AddReaders(BlockReading& reading, std::deque<ElementStore>& stores, bool repair) {
+void AddReaders(BlockReading& reading, std::deque<ElementStore>& stores,
+                const LayoutOptions& options) {
     while (reading.readers.size() < reading.block.pieces.size()) {
-        reading.readers.emplace_back(stores.emplace_back(), repair);
+        reading.readers.emplace_back(stores.emplace_back(), options);
     }
 }
 
@@ -218,7 +234,8 @@ std::optional<LayoutError> AddBlock(LibraryState& whole, BlockReading& reading) 
 /// Reads all records: while one block is being fetched, the pieces of the one before are read and
 /// those of the one before that are added to the whole.
 std::optional<LayoutError> ReadFileInPieces(LibraryState& whole, std::deque<ElementStore>& stores,
-                                            LayoutBytes& bytes, const PieceSizes& sizes) {
+                                            LayoutBytes& bytes, const PieceSizes& sizes,
+                                            const LayoutOptions& options) {
     StreamBlocks blocks(bytes, sizes);
     BlockReading fetched;
     BlockReading read;
@@ -228,7 +245,7 @@ std::optional<LayoutError> ReadFileInPieces(LibraryState& whole, std::deque<Elem
     while (!error && added.block.next == RecordStatus::Read) {
         std::swap(added, read);
         std::swap(read, fetched);
-        AddReaders(read, stores, whole.repair);
+        AddReaders(read, stores, options);
         RunTasks(read.block.pieces.size() + 2, [&](std::size_t task) {
             if (task == 0 && read.block.next == RecordStatus::Read) {
                 blocks.Read(fetched.block);
@@ -273,6 +290,17 @@ void KeepHead(GdsDatabase& database, const LibraryHead& head) {
     }
 }
 
+LibraryEnd EndOf(const LibraryState& state, const LayoutBytes& bytes) {
+    LibraryEnd end;
+    end.seen = state.endSeen;
+    if (!end.seen) {
+        end.bytes = bytes.Count();
+        end.inCell = state.inStructure;
+        end.cell = state.inStructure ? NameText(state.cell.name.value_or("")) : "";
+    }
+    return end;
+}
+
 }  // namespace
 
 LibraryReading ReadLibrary(GdsDatabase& database, const std::filesystem::path& path,
@@ -280,12 +308,12 @@ LibraryReading ReadLibrary(GdsDatabase& database, const std::filesystem::path& p
                            const LayoutOptions& options) {
     LayoutBytes bytes(path, options.unpackedLimit);
     HeldLines held;  // the console is written to by the caller's thread alone
-    LibraryState state(database.store, &held, options.repair);
+    LibraryState state(database.store, &held, options);
     std::optional<LayoutError> error;
     std::exception_ptr problem;
     try {
         error = IsWorthThreads(path, bytes, sizes)
-                    ? ReadFileInPieces(state, database.moreStores, bytes, sizes)
+                    ? ReadFileInPieces(state, database.moreStores, bytes, sizes, options)
                     : ReadFile(state, bytes);
     } catch (...) {
         problem = std::current_exception();
@@ -303,6 +331,11 @@ LibraryReading ReadLibrary(GdsDatabase& database, const std::filesystem::path& p
     database.repairs = std::move(state.repairs);
     database.cells = std::move(state.cells);
     database.cells.shrink_to_fit();
+    database.texts = std::move(state.texts);
+    database.skipped = state.skipped;
+    if (!error) {
+        database.end = EndOf(state, bytes);
+    }
     if (error && state.inStructure) {
         error->cell = NameText(state.cell.name.value_or(""));
     }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "gds/gds_database.h"
+#include "gds/layout_options.h"
 #include "gds/layout_repairs.h"
 #include "gds/name_cache.h"
 #include "gds/path_outline.h"
@@ -39,6 +40,7 @@ struct OpenElement {
     GdsBoundary boundary;
     GdsSref sref;
     GdsAref aref;
+    GdsText text;
     CentreLine path;  ///< its width can come from a text before
 };
 
@@ -48,6 +50,7 @@ struct OpenCell {
     GrowingArray<GdsBoundary> boundaries;
     GrowingArray<GdsSref> srefs;
     GrowingArray<GdsAref> arefs;
+    GrowingArray<GdsText> texts;
 };
 
 /// What a library says of itself, where it does.
@@ -57,20 +60,26 @@ struct LibraryHead {
 };
 
 struct LibraryState {
-    LibraryState(ElementStore& elementStore, LogConsole* logConsole, bool repairsPaths)
-        : store(elementStore), console(logConsole), repair(repairsPaths) {}
+    LibraryState(ElementStore& elementStore, LogConsole* logConsole, const LayoutOptions& options)
+        : store(elementStore),
+          console(logConsole),
+          repair(options.repair),
+          keepsTexts(options.texts) {}
 
     ElementStore& store;
     LogConsole* console;
     const bool repair;  ///< paths that would be refused
+    const bool keepsTexts;
     LayoutRepairs repairs;
     LibraryHead head;
+    SkippedElements skipped;
     bool inStructure = false;
     bool warnedType1 = false;
     bool warnedType4 = false;
     bool endSeen = false;
-    bool flatSeen = false;        ///< a polygon without points, width or height
-    GrowingArray<GdsCell> cells;  ///< that are complete
+    bool flatSeen = false;          ///< a polygon without points, width or height
+    GrowingArray<GdsCell> cells;    ///< that are complete
+    GrowingArray<CellTexts> texts;  ///< of those
     OpenCell cell;
     OpenElement open;
     NameCache names;

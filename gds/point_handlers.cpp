@@ -64,6 +64,14 @@ bool ReadLattice(GdsAref& aref, const StreamRecord& record, ElementStore& store)
     return true;
 }
 
+/// Of a text nothing is refused; the first point is its place.
+void ReadPlace(GdsText& text, const StreamRecord& record) {
+    if (!text.placed && PointCount(record) != 0) {
+        text.origin = {StreamI32(record.data.data()), StreamI32(record.data.data() + 4)};
+        text.placed = true;
+    }
+}
+
 }  // namespace
 
 Refusal ReadPoints(LibraryState& state, const StreamRecord& record) {
@@ -81,8 +89,10 @@ Refusal ReadPoints(LibraryState& state, const StreamRecord& record) {
         case Element::Aref:
             fits = ReadLattice(state.open.aref, record, state.store);
             break;
-        case Element::None:
         case Element::Text:
+            ReadPlace(state.open.text, record);
+            break;
+        case Element::None:
         case Element::Node:
         case Element::Box:
             break;

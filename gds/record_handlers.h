@@ -40,6 +40,8 @@ Refusal EndElement(LibraryState& state, const StreamRecord& record);
 // attribute_handlers.cpp: what an element says of itself
 Refusal ReadLayer(LibraryState& state, const StreamRecord& record);
 Refusal ReadDatatype(LibraryState& state, const StreamRecord& record);
+Refusal ReadTextType(LibraryState& state, const StreamRecord& record);
+Refusal ReadString(LibraryState& state, const StreamRecord& record);
 Refusal ReadWidth(LibraryState& state, const StreamRecord& record);
 Refusal ReadPathType(LibraryState& state, const StreamRecord& record);
 Refusal ReadStartExtension(LibraryState& state, const StreamRecord& record);

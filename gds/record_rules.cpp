@@ -57,6 +57,8 @@ constexpr std::array recordRules = {
     RecordRule{record::box, none, Side::Inside, StrayBox, BeginElement<Element::Box>},
     RecordRule{record::layer, open & ~references, Side::Either, StrayLayer, ReadLayer},
     RecordRule{record::datatype, any, Side::Either, accepted, ReadDatatype},
+    RecordRule{record::texttype, any, Side::Either, accepted, ReadTextType},
+    RecordRule{record::string, any, Side::Either, accepted, ReadString},
     RecordRule{record::width, Set(Element::Path) | text, Side::Either, StrayWidth, ReadWidth},
     RecordRule{record::pathtype, Set(Element::Path), Side::Either, StrayPathType, ReadPathType},
     RecordRule{record::bgnextn, any, Side::Either, accepted, ReadStartExtension},

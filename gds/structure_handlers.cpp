@@ -62,6 +62,9 @@ void CompleteCell(LibraryState& state) {
     cell.boundaries = state.store.boundaries.KeepAll(state.cell.boundaries);
     cell.srefs = state.store.srefs.KeepAll(state.cell.srefs);
     cell.arefs = state.store.arefs.KeepAll(state.cell.arefs);
+    if (!state.cell.texts.empty()) {
+        state.texts.push_back({state.cells.size(), state.store.texts.KeepAll(state.cell.texts)});
+    }
     state.cell.name.reset();
     state.cells.push_back(std::move(cell));
 }

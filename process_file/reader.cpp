@@ -9,6 +9,7 @@
 #include "base/file.h"
 #include "process_file/color_table.h"
 #include "process_file/commands.h"
+#include "process_file/first_command.h"
 #include "process_file/reader_state.h"
 #include "process_file/words.h"
 
@@ -41,7 +42,7 @@ ProcessStep SubstrateStep(const ColorTable& colors) {
 /// Acts on a command line; its first word is `word`.
 void HandleCommand(ReaderState& state, ProcessFile& file, std::string_view word,
                    std::string_view line) {
-    if (!state.settingsSeen && word != "settings") {
+    if (!state.settingsSeen && word != firstCommandWord) {
         ReportError(state, "First command in process file needs to be the \"settings\" command");
         state.settingsSeen = true;  // so that this is told once
     }

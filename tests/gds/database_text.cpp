@@ -39,6 +39,23 @@ struct Text {
     }
 };
 
+/// Texts, what was passed, and the end.
+void AddRest(Text& text, const GdsDatabase& database) {
+    for (const CellTexts& texts : database.texts) {
+        text.Add("texts of {}\n", texts.cell);
+        for (const GdsText& each : texts.texts) {
+            text.Add("{}/{} {} {},{}", each.layer, each.texttype, each.placed, each.origin.x,
+                     each.origin.y);
+            text.AddName(each.string);
+            text.Add("\n");
+        }
+    }
+    text.Add("passed {} {} {}\n", database.skipped.texts, database.skipped.nodes,
+             database.skipped.boxes);
+    text.Add("end {} {} {}", database.end.seen, database.end.bytes, database.end.inCell);
+    text.AddName(database.end.cell);
+}
+
 }  // namespace
 
 std::string TextOf(const GdsDatabase& database) {
@@ -66,6 +83,7 @@ std::string TextOf(const GdsDatabase& database) {
             text.AddPoints(aref.points);
         }
     }
+    AddRest(text, database);
     return text.text;
 }
 

@@ -21,9 +21,7 @@ namespace zelmo {
 
 /// Records of the stream format that the reader skips.
 namespace record {
-constexpr std::uint16_t texttype = 0x1602;
 constexpr std::uint16_t presentation = 0x1701;
-constexpr std::uint16_t string = 0x1906;
 constexpr std::uint16_t nodetype = 0x2A02;
 constexpr std::uint16_t propvalue = 0x2C06;
 constexpr std::uint16_t boxtype = 0x2E02;

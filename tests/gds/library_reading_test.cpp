@@ -26,7 +26,10 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 using Lines = std::vector<std::string>;
 
-class LibraryReadingTest : public ReadingInPiecesTest {};
+class LibraryReadingTest : public ReadingInPiecesTest {
+protected:
+    LibraryReadingTest() : ReadingInPiecesTest({.texts = true}) {}
+};
 
 void WriteText(GdsWriter& writer, std::int32_t width) {
     writer.Record(record::text);

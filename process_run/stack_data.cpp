@@ -1,10 +1,16 @@
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-#include <iterator>
+#include <cstring>
+#include <string>
+#include <string_view>
+#include <vector>
 
+#include "base/fixed_decimal.h"
+#include "base/text_pieces.h"
 #include "model/process_model.h"
 #include "process_run/result_files.h"
 
@@ -12,66 +18,90 @@ namespace zelmo {
 
 namespace {
 
-/// Text that is written in large pieces: at 1000 columns it gets gigabytes long.
-class TextWriter {
-public:
-    explicit TextWriter(std::FILE* file) : file_(file) {}
-    ~TextWriter() { Flush(); }
-    TextWriter(const TextWriter&) = delete;
-    TextWriter& operator=(const TextWriter&) = delete;
+/// What a piece of the text holds at most, as far as the text of one cell allows.
+constexpr std::size_t pieceSize = std::size_t{1} << 20;
 
-    template <typename... Values>
-    void Print(fmt::format_string<Values...> format, const Values&... values) {
-        fmt::vformat_to(std::back_inserter(text_), format, fmt::make_format_args(values...));
-        if (text_.size() > flushSize) {
-            Flush();
+/// More than the labels and the whole numbers of a line take.
+constexpr std::size_t longestLabels = 96;
+constexpr std::size_t longestLine = longestLabels + 3 * longestFixedDecimal;
+
+struct LayerLine {
+    const Layer* layer = nullptr;
+    std::string start;  ///< behind the cell's place: "L: 3\tBOT: "
+};
+
+char* Write(std::string_view text, char* out) {
+    std::memcpy(out, text.data(), text.size());
+    return out + text.size();
+}
+
+/// The text of a stack, cell by cell, for pieces of the same number of cells. Line ends are '\n'.
+class StackText {
+public:
+    explicit StackText(const ProcessModel& model) : model_(model) {
+        for (std::size_t id = 0; id < model.stack.layers.size(); ++id) {
+            if (const Layer* layer = model.stack.layers[id].get()) {
+                lines_.push_back({layer, fmt::format("L: {}\tBOT: ", id)});
+            }
         }
+        cellsInPiece_ = std::max<std::size_t>(1, pieceSize / LongestCell());
+    }
+
+    std::size_t LongestPiece() const { return cellsInPiece_ * LongestCell(); }
+
+    std::size_t PieceCount() const {
+        return (model_.grid.CellCount() + cellsInPiece_ - 1) / cellsInPiece_;
+    }
+
+    char* WritePiece(std::size_t piece, char* out) const {
+        const std::size_t first = piece * cellsInPiece_;
+        const std::size_t end = std::min(first + cellsInPiece_, model_.grid.CellCount());
+        for (std::size_t cell = first; cell < end; ++cell) {
+            out = WriteCell(cell, out);
+        }
+        return out;
     }
 
 private:
-    static constexpr std::size_t flushSize = 1 << 16;
+    /// With the cover's line, and with the blank lines as another.
+    std::size_t LongestCell() const { return (lines_.size() + 2) * longestLine; }
 
-    void Flush() {
-        std::fwrite(text_.data(), 1, text_.size(), file_);
-        text_.clear();
-    }
-
-    std::FILE* file_;
-    fmt::memory_buffer text_;
-};
-
-// Heights are widened before they are printed: the digits are those of the float's exact value.
-void WriteCell(TextWriter& file, const Stack& stack, const Grid& grid, std::int32_t row,
-               std::int32_t col) {
-    const std::size_t cell =
-        static_cast<std::size_t>(row) * static_cast<std::size_t>(grid.columns) +
-        static_cast<std::size_t>(col);
-    const CoverCell& cover = stack.coverMap[cell];
-    file.Print("\nCOVER LAYER ID: {}\tHEIGHT: {:.10f}\n", cover.layerId,
-               static_cast<double>(cover.height));
-    for (std::size_t id = 0; id < stack.layers.size(); ++id) {
-        const Layer* layer = stack.layers[id].get();
-        if (layer == nullptr) {
-            continue;
+    char* WriteCell(std::size_t cell, char* out) const {
+        const auto columns = static_cast<std::size_t>(model_.grid.columns);
+        const CoverCell& cover = model_.stack.coverMap[cell];
+        out = fmt::format_to(out, "\nCOVER LAYER ID: {}\tHEIGHT: ", cover.layerId);
+        out = Write("\n", WriteFixedDecimal<10>(cover.height, out));
+        char place[longestLabels];
+        const char* const end =
+            fmt::format_to(place, "M: {}\tN: {}\t", cell / columns, cell % columns);
+        for (const LayerLine& line : lines_) {
+            out = Write({place, static_cast<std::size_t>(end - place)}, out);
+            out = WriteLayer(line, cell, out);
         }
-        const float thickness = layer->top[cell] - layer->bottom[cell];
-        file.Print("M: {}\tN: {}\tL: {}\tBOT: {:.12f}\tTOP: {:.12f}\tTHI: {:.12f}\n", row, col, id,
-                   static_cast<double>(layer->bottom[cell]), static_cast<double>(layer->top[cell]),
-                   static_cast<double>(thickness));
+        out = Write("\n", out);
+        return (cell + 1) % columns == 0 ? Write("\n\n", out) : out;
     }
-    file.Print("\n");
-}
+
+    static char* WriteLayer(const LayerLine& line, std::size_t cell, char* out) {
+        const float bottom = line.layer->bottom[cell];
+        const float top = line.layer->top[cell];
+        out = WriteFixedDecimal<12>(bottom, Write(line.start, out));
+        out = WriteFixedDecimal<12>(top, Write("\tTOP: ", out));
+        out = WriteFixedDecimal<12>(top - bottom, Write("\tTHI: ", out));
+        return Write("\n", out);
+    }
+
+    const ProcessModel& model_;
+    std::vector<LayerLine> lines_;
+    std::size_t cellsInPiece_ = 1;
+};
 
 }  // namespace
 
 void WriteStackData(const ProcessModel& model, std::FILE* file) {
-    TextWriter writer(file);
-    for (std::int32_t row = 0; row < model.grid.rows; ++row) {
-        for (std::int32_t col = 0; col < model.grid.columns; ++col) {
-            WriteCell(writer, model.stack, model.grid, row, col);
-        }
-        writer.Print("\n\n");
-    }
+    const StackText text(model);
+    WriteTextPieces(file, text.PieceCount(), text.LongestPiece(),
+                    [&](std::size_t piece, char* out) { return text.WritePiece(piece, out); });
 }
 
 }  // namespace zelmo

@@ -9,8 +9,11 @@
 #include <string>
 #include <vector>
 
+#include "base/file.h"
+#include "base/row_bands.h"
 #include "process_run/execute_run.h"
 #include "tests/model/grid_model.h"
+#include "tests/plain/stack_data_plain.h"
 #include "tests/support/recording_console.h"
 #include "tests/support/temp_folder.h"
 
@@ -83,6 +86,50 @@ TEST_F(StackData, WritesTheWholeStack) {
                   "M: 1\tN: 1\tL: 2\tBOT: 0.600000023842\tTOP: 12.500000000000\t"
                   "THI: 11.899999618530\n\n"
                   "\n\n");
+}
+
+/// A stack with gaps among its slots, and heights of all kinds at its cells.
+void FillWithHeights(ProcessModel& model, std::int32_t columns, std::int32_t rows, int layers) {
+    TestRandom random(static_cast<std::uint32_t>(columns));
+    SetUpGrid(model, columns, rows, 1.0f);
+    for (int id = 0; id < layers; ++id) {
+        Layer& layer = AppendFlatLayer(model, 0.0f, 0.5f);
+        for (std::size_t cell = 0; cell < layer.top.size(); ++cell) {
+            layer.top[cell] = 20.0f * random.Unit();
+            layer.bottom[cell] = random.Below(4) == 0 ? layer.top[cell] : -random.Unit();
+        }
+        if (id % 5 == 2) {
+            model.stack.layers.back().reset();
+        }
+    }
+    for (CoverCell& cell : model.stack.coverMap) {
+        cell = {static_cast<std::int32_t>(random.Below(12)), 1e3f * random.Unit()};
+    }
+}
+
+std::string BytesOf(const fs::path& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+TEST_F(StackData, IsWrittenAsByThePlainWayOnAnyNumberOfThreads) {
+    // The last has cells that are larger than a piece as a rule is.
+    const std::int32_t sizes[][3] = {{1, 1, 0}, {7, 3, 2}, {211, 150, 9}, {5, 3, 6000}};
+    for (const auto& [columns, rows, layers] : sizes) {
+        ProcessModel model;
+        FillWithHeights(model, columns, rows, layers);
+        {
+            const FilePointer plain = OpenFile("plain.txt", "w");
+            WriteStackDataPlain(model, plain.get());
+        }
+        for (const std::int32_t threads : {1, 2, 5}) {
+            SetRowThreads(threads);
+            Dump(model);
+            EXPECT_TRUE(BytesOf("VertexData.txt") == BytesOf("plain.txt"))
+                << columns << " columns on " << threads << " threads";
+        }
+        SetRowThreads(0);
+    }
 }
 
 TEST_F(StackData, ChangesNothingInTheModel) {

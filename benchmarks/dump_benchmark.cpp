@@ -56,14 +56,12 @@ BENCHMARK(StackData<WriteStackData>)
     ->Arg(2)
     ->MeasureProcessCPUTime()
     ->UseRealTime()
-    ->MinTime(3.0)
     ->Unit(benchmark::kMillisecond);
 BENCHMARK(StackData<WriteStackDataPlain>)
     ->ArgName("threads")
     ->Arg(1)
     ->MeasureProcessCPUTime()
     ->UseRealTime()
-    ->MinTime(3.0)
     ->Unit(benchmark::kMillisecond);
 
 char* WithFormat(float value, char* out) {

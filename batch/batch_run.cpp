@@ -18,6 +18,7 @@
 #include "base/data_files.h"
 #include "base/text.h"
 #include "batch/consoles.h"
+#include "batch/output_folder.h"
 #include "batch/picture_saver.h"
 #include "batch/progress.h"
 #include "batch/run_record.h"
@@ -33,6 +34,7 @@
 #include "process_file/color_table.h"
 #include "process_run/execute_run.h"
 #include "process_run/result_files.h"
+#include "process_run/step_choice.h"
 
 namespace zelmo {
 
@@ -158,10 +160,19 @@ Outcome Prepare(const BatchOptions& options, const std::vector<std::filesystem::
     return outcome;
 }
 
+/// Whether the steps that were asked for are there.
+Outcome CheckSteps(const BatchOptions& options, const ProcessModel& model) {
+    const StepChoice choice = ChooseSteps(options.steps, model.steps);
+    return choice.failure.empty() ? Outcome{}
+                                  : Outcome{ExitStatus::Usage, "--steps: " + choice.failure};
+}
+
 /// Whoever takes something of this run.
-Listeners MakeListeners(const BatchOptions& options,
+Listeners MakeListeners(const BatchOptions& given,
                         const std::vector<std::filesystem::path>& assetFolders,
                         Reporting& reporting) {
+    BatchOptions options = given;
+    options.output = OutputFolder(given);  // one for all
     Listeners listeners;
     if (options.pictures) {
         listeners.push_back(std::make_unique<PictureSaver>(
@@ -174,6 +185,9 @@ Outcome RunFiles(const BatchOptions& options, Reporting& reporting) {
     const auto assetFolders = AssetFolders(options.assets);
     std::unique_ptr<ProcessModel> model;
     Outcome outcome = Prepare(options, assetFolders, reporting, model);
+    if (!outcome.Failed()) {
+        outcome = CheckSteps(options, *model);
+    }
     if (outcome.Failed() || options.checkOnly) {
         return outcome;
     }

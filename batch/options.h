@@ -17,6 +17,7 @@ struct BatchOptions {
     std::filesystem::path process;
     std::optional<std::filesystem::path> output;  ///< none: a new folder beside the process file
     ViewChoice view;                              ///< in place of what the process file says
+    std::string steps;  ///< those of pictures and numbers (ChooseSteps); empty: all
     PictureFormat format = pictureFormats[0];
     bool repair = false;  ///< the layout, where it would be refused
     bool checkOnly = false;

@@ -18,10 +18,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::wstring FileName(const PictureFolder& folder, std::size_t ordinal, std::wstring_view image) {
-    return SavedImageName(ordinal, image, folder.format.extension);
-}
-
 /// Writes and closes the file; the reason if that fails.
 std::string WriteImage(const StepImage& image, const PictureFormat& format, TemporaryFile& file) {
     std::string reason;
@@ -37,16 +33,20 @@ std::string UnusableFolder(const fs::path& folder, const std::string& reason) {
 
 }  // namespace
 
+std::wstring PictureFileName(const PictureFolder& folder, std::size_t ordinal,
+                             std::wstring_view imageName) {
+    return SavedImageName(ordinal, imageName, folder.format.extension);
+}
+
 std::string PreparePictureFolder(const PictureFolder& folder,
-                                 const std::vector<std::wstring>& imageNames) {
+                                 const std::vector<std::wstring>& fileNames) {
     std::error_code error;
     fs::create_directories(folder.path, error);
     std::error_code ignored;
     if (!fs::is_directory(folder.path, ignored)) {
         return UnusableFolder(folder.path, error ? error.message() : "a file has its name");
     }
-    for (std::size_t i = 0; i < imageNames.size(); ++i) {
-        const std::wstring name = FileName(folder, i + 1, imageNames[i]);
+    for (const std::wstring& name : fileNames) {
         if (CanNameFile(name) && fs::exists(folder.path / PathFromText(name), ignored)) {
             return fmt::format("the picture {} exists already and is kept; nothing was run",
                                TextOf(folder.path / PathFromText(name)));
@@ -59,7 +59,7 @@ std::string PreparePictureFolder(const PictureFolder& folder,
 }
 
 std::string SavePicture(const PictureFolder& folder, std::size_t ordinal, const StepImage& image) {
-    const std::wstring name = FileName(folder, ordinal, image.name);
+    const std::wstring name = PictureFileName(folder, ordinal, image.name);
     const std::wstring target = PathText(folder.path / "") + name;
     const auto failed = [&](const std::string& reason) {
         return fmt::format("Error while saving image {} to output folder \"{}\": {}",

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "pictures/picture_files.h"
@@ -15,12 +17,15 @@ struct PictureFolder {
     PictureFormat format = pictureFormats[0];
 };
 
+/// The file of the picture with this ordinal, counted from 1, and name.
+std::wstring PictureFileName(const PictureFolder& folder, std::size_t ordinal,
+                             std::wstring_view imageName);
+
 /// Makes the folder with its missing parents and sees that files can be made in it and that none of
-/// the pictures is there yet. `imageNames` are the names of the pictures in their order. Returns a
-/// line with the reason if they could not be saved, else an empty text; nothing but the folder has
-/// been made.
+/// these is there yet. Returns a line with the reason if they could not be saved, else an empty
+/// text; nothing but the folder has been made.
 std::string PreparePictureFolder(const PictureFolder& folder,
-                                 const std::vector<std::wstring>& imageNames);
+                                 const std::vector<std::wstring>& fileNames);
 
 /// Saves the picture with this ordinal, counted from 1. Its name stands for a whole file at every
 /// moment: it is written under another one first. Never replaces a file. Returns a line that names

@@ -18,6 +18,7 @@
 #include "model/process_model.h"
 #include "pictures/picture_names.h"
 #include "pictures/step_image.h"
+#include "process_run/step_choice.h"
 
 namespace zelmo {
 
@@ -28,17 +29,6 @@ namespace fs = std::filesystem;
 /// Pictures are numbered from 1, as in a program that has just started.
 std::int32_t ImageNumber(std::size_t index) {
     return static_cast<std::int32_t>(index) + 1;
-}
-
-fs::path OutputFolder(const BatchOptions& options) {
-    if (options.output) {
-        return *options.output;
-    }
-    // The name is cut at the last dot of the whole path: dots that only lead the way to the file
-    // would mislead it.
-    std::error_code error;
-    const fs::path process = fs::absolute(options.process, error).lexically_normal();
-    return MakeOutputFolderName(error ? options.process : process);
 }
 
 /// The desktop draws what it can with a faulty shader; pictures that lack their layers are of no
@@ -67,7 +57,8 @@ PictureSaver::PictureSaver(const BatchOptions& options, std::vector<fs::path> as
                            std::function<void(const std::string&)> tell)
     : assetFolders_(std::move(assetFolders)),
       tell_(std::move(tell)),
-      folder_{OutputFolder(options), options.format} {}
+      folder_{options.output.value(), options.format},
+      steps_(options.steps) {}
 
 Outcome PictureSaver::Begin(const ProcessModel& model) {
     std::string problem;
@@ -81,15 +72,15 @@ Outcome PictureSaver::Begin(const ProcessModel& model) {
     if (!problem.empty()) {
         return {ExitStatus::Picture, problem};
     }
-    std::vector<std::wstring> names;
-    for (std::size_t index = 0; index < model.steps.size(); ++index) {
-        names.push_back(StepImageName(ImageNumber(index), model.steps[index].description));
-    }
-    problem = PreparePictureFolder(folder_, names);
+    chosen_ = ChooseSteps(steps_, model.steps).chosen;
+    problem = PreparePictureFolder(folder_, FileNames(model));
     return problem.empty() ? Outcome{} : Outcome{ExitStatus::Picture, problem};
 }
 
 Outcome PictureSaver::AfterStep(const ProcessModel& model, std::size_t index, RunRecord& record) {
+    if (!chosen_.at(index)) {
+        return {};
+    }
     const auto start = std::chrono::steady_clock::now();
     StepImage image;
     std::string problem;
@@ -128,6 +119,18 @@ Outcome PictureSaver::AfterStep(const ProcessModel& model, std::size_t index, Ru
 Outcome PictureSaver::Finish(const RunRecord& /*record*/, bool /*complete*/) {
     WaitForLast();
     return complete_ ? Outcome{} : Outcome{ExitStatus::Picture, {}};
+}
+
+std::vector<std::wstring> PictureSaver::FileNames(const ProcessModel& model) const {
+    std::vector<std::wstring> names;
+    for (std::size_t index = 0; index < model.steps.size(); ++index) {
+        if (chosen_[index]) {
+            const std::wstring name =
+                StepImageName(ImageNumber(index), model.steps[index].description);
+            names.push_back(PictureFileName(folder_, index + 1, name));
+        }
+    }
+    return names;
 }
 
 void PictureSaver::WaitForLast() {

@@ -29,6 +29,9 @@ std::unique_ptr<OptionGroup> MakeRunOptions();
 /// What a run looks at, in place of what its process file says.
 std::unique_ptr<OptionGroup> MakeViewOptions();
 
+/// Of which steps there are pictures and numbers.
+std::unique_ptr<OptionGroup> MakeStepOptions();
+
 /// The files of pictures.
 std::unique_ptr<OptionGroup> MakePictureOptions();
 

@@ -83,23 +83,23 @@ TEST_F(PictureFolderTest, AFolderThatIsGoneIsToldForEachPicture) {
 
 TEST_F(PictureFolderTest, PreparingMakesTheFolderAndLeavesItEmpty) {
     folder_.path = temp_.Path() / "a" / "b";
-    EXPECT_EQ(PreparePictureFolder(folder_, {L"001 a", L"002 b"}), "");
+    EXPECT_EQ(PreparePictureFolder(folder_, {L"001 001 a.bmp", L"002 002 b.bmp"}), "");
     EXPECT_TRUE(fs::is_directory(folder_.path));
     EXPECT_EQ(CountFiles(folder_.path), 0u);
 }
 
 TEST_F(PictureFolderTest, PreparingRefusesAnyPictureThatIsThereAlready) {
     temp_.Write("002 002 b.bmp", "mine");
-    EXPECT_EQ(PreparePictureFolder(folder_, {L"001 a", L"002 c"}), "");
-    EXPECT_EQ(PreparePictureFolder({folder_.path, png}, {L"001 a", L"002 b"}), "");
-    const std::string refusal = PreparePictureFolder(folder_, {L"001 a", L"002 b"});
+    EXPECT_EQ(PreparePictureFolder(folder_, {L"001 001 a.bmp", L"002 002 c.bmp"}), "");
+    EXPECT_EQ(PreparePictureFolder({folder_.path, png}, {L"002 002 b.png"}), "");
+    const std::string refusal = PreparePictureFolder(folder_, {L"001 001 a.bmp", L"002 002 b.bmp"});
     EXPECT_NE(refusal.find("002 002 b.bmp"), std::string::npos) << refusal;
     EXPECT_EQ(CountFiles(temp_.Path()), 1u);
 }
 
 TEST_F(PictureFolderTest, PreparingRefusesAFolderThatCannotBeMade) {
     folder_.path = temp_.Write("taken", "mine");
-    const std::string refusal = PreparePictureFolder(folder_, {L"001 a"});
+    const std::string refusal = PreparePictureFolder(folder_, {L"001 001 a.bmp"});
     EXPECT_NE(refusal.find("taken cannot be used: "), std::string::npos) << refusal;
 }
 

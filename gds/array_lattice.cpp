@@ -67,6 +67,18 @@ std::int32_t Middle(std::int32_t first, std::int32_t last) {
     return first + (last - first) / 2;
 }
 
+void WidenByPoint(GdsRect& box, GdsPoint point) {
+    box.xmin = std::min(box.xmin, point.x);
+    box.ymin = std::min(box.ymin, point.y);
+    box.xmax = std::max(box.xmax, point.x);
+    box.ymax = std::max(box.ymax, point.y);
+}
+
+bool Contains(const GdsRect& outer, const GdsRect& inner) {
+    return outer.xmin <= inner.xmin && outer.ymin <= inner.ymin && outer.xmax >= inner.xmax &&
+           outer.ymax >= inner.ymax;
+}
+
 }  // namespace
 
 BlockHalves SplitColumns(const LatticeBlock& block) {
@@ -123,6 +135,26 @@ GdsRect BlockOffsets(const ArrayLattice& lattice, PositionRule rule, const Latti
         MergeRect(offsets, {offset.x, offset.y, offset.x, offset.y});
     }
     return offsets;
+}
+
+/// A block is taken apart only where it could still widen the result, so that no more than a few of
+/// its instances are looked at.
+void WidenByOffsets(GdsRect& offsets, const ArrayLattice& lattice, const LatticeBlock& block,
+                    const GdsTransform& parent, const LinearPart& linear) {
+    for (const std::int32_t column : {block.firstColumn, block.lastColumn}) {
+        for (const std::int32_t row : {block.firstRow, block.lastRow}) {
+            const GdsPoint position =
+                InstancePosition(lattice, PositionRule::Truncate64, column, row);
+            WidenByPoint(offsets, PlacePoint(position, parent, linear));
+        }
+    }
+    if (Contains(offsets, BlockOffsets(lattice, PositionRule::Truncate64, block, parent, linear))) {
+        return;
+    }
+    const bool wide = block.lastColumn - block.firstColumn > block.lastRow - block.firstRow;
+    const BlockHalves halves = wide ? SplitColumns(block) : SplitRows(block);
+    WidenByOffsets(offsets, lattice, halves.first, parent, linear);
+    WidenByOffsets(offsets, lattice, halves.second, parent, linear);
 }
 
 }  // namespace zelmo

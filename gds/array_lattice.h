@@ -64,4 +64,9 @@ GdsPoint InstancePosition(const ArrayLattice& lattice, PositionRule rule, std::i
 GdsRect BlockOffsets(const ArrayLattice& lattice, PositionRule rule, const LatticeBlock& block,
                      const GdsTransform& parent, const LinearPart& linear);
 
+/// Widens a box by the placed positions (PositionRule::Truncate64) of all instances of a block that
+/// is not empty, and by nothing else.
+void WidenByOffsets(GdsRect& offsets, const ArrayLattice& lattice, const LatticeBlock& block,
+                    const GdsTransform& parent, const LinearPart& linear);
+
 }  // namespace zelmo

@@ -24,11 +24,6 @@ void WidenByPoint(GdsRect& box, GdsPoint point) {
     box.ymax = std::max(box.ymax, point.y);
 }
 
-bool Contains(const GdsRect& outer, const GdsRect& inner) {
-    return outer.xmin <= inner.xmin && outer.ymin <= inner.ymin && outer.xmax >= inner.xmax &&
-           outer.ymax >= inner.ymax;
-}
-
 /// Linear parts of placements. The sine and cosine of the last angle but 0 are at hand: references
 /// that follow each other are often turned alike.
 class LinearParts {
@@ -77,27 +72,6 @@ GdsTransform PlaceInstance(const SizingVisit& visit, const GdsAref& aref, GdsPoi
     return PlaceChild(position, aref.mag, aref.angle, aref.strans, visit.transform, visit.linear);
 }
 
-/// Widens `offsets` by those of all instances of a block. A block is taken apart only where it
-/// could still widen the result, so that no more than a few of its instances are looked at.
-void WidenByOffsets(GdsRect& offsets, const SizingVisit& visit, const GdsAref& aref,
-                    const ArrayLattice& lattice, const LatticeBlock& block) {
-    for (const std::int32_t column : {block.firstColumn, block.lastColumn}) {
-        for (const std::int32_t row : {block.firstRow, block.lastRow}) {
-            const GdsTransform child = PlaceInstance(
-                visit, aref, InstancePosition(lattice, PositionRule::Truncate64, column, row));
-            WidenByPoint(offsets, {child.dx, child.dy});
-        }
-    }
-    if (Contains(offsets, BlockOffsets(lattice, PositionRule::Truncate64, block, visit.transform,
-                                       visit.linear))) {
-        return;
-    }
-    const bool wide = block.lastColumn - block.firstColumn > block.lastRow - block.firstRow;
-    const BlockHalves halves = wide ? SplitColumns(block) : SplitRows(block);
-    WidenByOffsets(offsets, visit, aref, lattice, halves.first);
-    WidenByOffsets(offsets, visit, aref, lattice, halves.second);
-}
-
 /// Widens the visit's box by a block of instances of a sized cell. They differ in their offset
 /// alone, and no side of a placed box falls when its offset rises: the least and the greatest
 /// offsets give the box of all.
@@ -110,7 +84,7 @@ void TakeBlock(SizingVisit& visit, const GdsAref& aref, const ArrayLattice& latt
         visit, aref,
         InstancePosition(lattice, PositionRule::Truncate64, block.firstColumn, block.firstRow));
     GdsRect offsets{child.dx, child.dy, child.dx, child.dy};
-    WidenByOffsets(offsets, visit, aref, lattice, block);
+    WidenByOffsets(offsets, lattice, block, visit.transform, visit.linear);
     const LinearPart linear = LinearPartOf(child);
     child.dx = offsets.xmin;
     child.dy = offsets.ymin;

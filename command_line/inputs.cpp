@@ -23,7 +23,20 @@ namespace {
 
 constexpr const char* outOfMemory = "there is not enough memory";
 
-/// What keeps a file from being opened, as far as looking at it from outside can tell.
+std::string LayoutReason(const std::filesystem::path& path, const LayoutError& error) {
+    const std::int32_t code = LayoutErrorCode(error.kind);
+    if (error.unpacking) {
+        return fmt::format("{} at byte {} (error {}): {}", GzipFaultReason(*error.unpacking),
+                           error.byte, code, GzipFaultWayOut(*error.unpacking));
+    }
+    const std::string reason = error.kind == LayoutErrorKind::FileUnreadable
+                                   ? WhyNotOpened(path)
+                                   : LayoutErrorReason(error.kind);
+    return fmt::format("{} (error {})", reason, code);
+}
+
+}  // namespace
+
 std::string WhyNotOpened(const std::filesystem::path& path) {
     std::error_code error;
     const auto status = std::filesystem::status(path, error);
@@ -46,19 +59,9 @@ Outcome ProcessFailure(const std::filesystem::path& path, const std::string& rea
             fmt::format("the process file {} cannot be run: {}", TextOf(path), reason)};
 }
 
-std::string LayoutReason(const std::filesystem::path& path, const LayoutError& error) {
-    const std::int32_t code = LayoutErrorCode(error.kind);
-    if (error.unpacking) {
-        return fmt::format("{} at byte {} (error {}): {}", GzipFaultReason(*error.unpacking),
-                           error.byte, code, GzipFaultWayOut(*error.unpacking));
-    }
-    const std::string reason = error.kind == LayoutErrorKind::FileUnreadable
-                                   ? WhyNotOpened(path)
-                                   : LayoutErrorReason(error.kind);
-    return fmt::format("{} (error {})", reason, code);
+Outcome LayoutRefusal(const std::filesystem::path& path, const LayoutError& error) {
+    return LayoutFailure(path, LayoutReason(path, error));
 }
-
-}  // namespace
 
 Outcome LoadColors(const std::filesystem::path& path, ColorTable& colors) {
     if (LoadColorTable(colors, path)) {
@@ -81,7 +84,7 @@ Outcome LoadLayoutFile(const std::filesystem::path& path, const LayoutOptions& o
         return LayoutFailure(path, error.what());
     }
     if (load.error) {
-        return LayoutFailure(path, LayoutReason(path, *load.error));
+        return LayoutRefusal(path, *load.error);
     }
     database = std::move(load.database);
     return {};

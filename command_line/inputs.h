@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <string>
 
 #include "command_line/exit_status.h"
 #include "process_file/color_table.h"
@@ -11,6 +12,7 @@ namespace zelmo {
 
 class LogConsole;
 struct GdsDatabase;
+struct LayoutError;
 struct LayoutOptions;
 struct ProcessModel;
 
@@ -22,6 +24,16 @@ Outcome LoadColors(const std::filesystem::path& path, ColorTable& colors);
 /// Loads a layout, with the lines of the Load GDS command on the console.
 Outcome LoadLayoutFile(const std::filesystem::path& path, const LayoutOptions& options,
                        LogConsole* console, std::unique_ptr<GdsDatabase>& database);
+
+/// How a layout is refused.
+Outcome LayoutRefusal(const std::filesystem::path& path, const LayoutError& error);
+
+/// How the attempt to load a layout, or to run a process file, ends for a reason in words.
+Outcome LayoutFailure(const std::filesystem::path& path, const std::string& reason);
+Outcome ProcessFailure(const std::filesystem::path& path, const std::string& reason);
+
+/// What keeps a file from being opened, as far as looking at it from outside can tell.
+std::string WhyNotOpened(const std::filesystem::path& path);
 
 /// Reads a process file and prepares its run, at what `view` chooses, with the lines of the Run
 /// command on the console.

@@ -2,7 +2,7 @@
 
 #include "batch/option_groups/option_group.h"
 #include "batch/options.h"
-#include "batch/window_argument.h"
+#include "command_line/window_argument.h"
 
 namespace zelmo {
 

@@ -1,4 +1,4 @@
-#include "batch/window_argument.h"
+#include "command_line/window_argument.h"
 
 #include <gtest/gtest.h>
 

@@ -27,6 +27,7 @@ Groups MakeGroups() {
     Groups groups;
     groups.push_back(MakeRunOptions());
     groups.push_back(MakeViewOptions());
+    groups.push_back(MakeVariableOptions());
     groups.push_back(MakeStepOptions());
     groups.push_back(MakePictureOptions());
     return groups;

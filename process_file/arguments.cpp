@@ -31,10 +31,6 @@ std::optional<std::string_view> RequireArgument(ReaderState& state, std::string_
     return found;
 }
 
-bool LooksLikeArgument(std::string_view word) {
-    return word.size() >= 2 && word[0] == '-' && IsAsciiLetter(word[1]);
-}
-
 void CheckChannels(ReaderState& state, const std::array<std::int32_t, 4>& values) {
     const auto isTooBright = [](std::int32_t channel) { return channel > 255; };
     if (std::any_of(values.begin(), values.begin() + 3, isTooBright) || values[3] > 100) {

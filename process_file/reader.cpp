@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -59,6 +60,32 @@ void HandleCommand(ReaderState& state, ProcessFile& file, std::string_view word,
     command->handler(state, line, command->arguments, file);
 }
 
+/// Adds a variable, or to a known one the default that it lacked so far.
+void NoteVariable(ReaderState& state, const Variable& variable) {
+    const auto hasThisName = [&](const Variable& known) { return known.name == variable.name; };
+    const auto known = std::find_if(state.variables.begin(), state.variables.end(), hasThisName);
+    if (known == state.variables.end()) {
+        state.variables.push_back({variable.name, variable.defaultValue, state.lineNumber});
+    } else if (!known->defaultValue) {
+        known->defaultValue = variable.defaultValue;
+    }
+}
+
+/// The line with its variables replaced, if they are.
+std::string ReplaceVariables(ReaderState& state, std::string_view line) {
+    if (state.values == nullptr) {
+        return std::string(line);
+    }
+    SubstitutedLine substituted = Substitute(line, *state.values);
+    for (const Variable& variable : substituted.variables) {
+        NoteVariable(state, variable);
+    }
+    for (const std::string& error : substituted.errors) {
+        ReportError(state, "%s", error);
+    }
+    return std::move(substituted.text);
+}
+
 /// Handles one line of the file, which may be a comment or blank.
 void HandleLine(ReaderState& state, ProcessFile& file, std::string_view line) {
     if (line.starts_with('#') || line.find_first_not_of(" \r\n\t") == std::string_view::npos) {
@@ -71,7 +98,7 @@ void HandleLine(ReaderState& state, ProcessFile& file, std::string_view line) {
         ReportError(state, "Unknown command");
         return;
     }
-    HandleCommand(state, file, word, line);
+    HandleCommand(state, file, word, ReplaceVariables(state, line));
 }
 
 }  // namespace
@@ -81,7 +108,8 @@ std::string ErrorLine(const ProcessFileError& error) {
                           : fmt::format("Error in line {}: {}", error.line, error.text);
 }
 
-ProcessFile ReadProcessFile(const std::filesystem::path& path, const ColorTable& colors) {
+ProcessFile ReadProcessFile(const std::filesystem::path& path, const ColorTable& colors,
+                            const VariableValues* values) {
     ProcessFile file;
     // Binary, so that line ends and control bytes mean the same on every platform.
     const FilePointer stream = OpenFile(path, "rb");
@@ -90,7 +118,7 @@ ProcessFile ReadProcessFile(const std::filesystem::path& path, const ColorTable&
     }
     file.opened = true;
     file.steps.push_back(SubstrateStep(colors));
-    ReaderState state(colors);
+    ReaderState state(colors, values);
     std::string line;
     while (!state.stopSeen && ReadTextLine(stream.get(), line)) {
         ++state.lineNumber;
@@ -100,7 +128,18 @@ ProcessFile ReadProcessFile(const std::filesystem::path& path, const ColorTable&
         ReportError(state, "Missing gds, location, or settings command");
     }
     file.errors = std::move(state.errors);
+    if (values != nullptr) {
+        for (std::string& text : UnusedValues(*values, state.variables)) {
+            file.errors.push_back({0, std::move(text)});
+        }
+    }
+    file.variables = std::move(state.variables);
     return file;
+}
+
+std::vector<Variable> FindVariables(const std::filesystem::path& path) {
+    const VariableValues none;
+    return ReadProcessFile(path, ColorTable(), &none).variables;
 }
 
 }  // namespace zelmo

@@ -7,6 +7,7 @@
 
 #include "model/process.h"
 #include "process_file/color_table.h"
+#include "process_file/substitution.h"
 
 namespace zelmo {
 
@@ -26,9 +27,17 @@ struct ProcessFile {
     ProcessSettings settings;
     std::vector<ProcessStep> steps;  ///< the substrate step first
     std::vector<ProcessFileError> errors;
+    std::vector<Variable> variables;  ///< each once, where they are replaced
 };
 
-/// Reads a process file to its end, or to its `stop`. Colour names are looked up in `colors`.
-ProcessFile ReadProcessFile(const std::filesystem::path& path, const ColorTable& colors);
+/// Reads a process file to its end, or to its `stop`. Colour names are looked up in `colors`. With
+/// `values` the file's variables are replaced by them, or by their defaults, and a value without a
+/// variable is an error; without, nothing is replaced.
+ProcessFile ReadProcessFile(const std::filesystem::path& path, const ColorTable& colors,
+                            const VariableValues* values = nullptr);
+
+/// The variables of a process file, in the order in which they first come. None if it cannot be
+/// opened.
+std::vector<Variable> FindVariables(const std::filesystem::path& path);
 
 }  // namespace zelmo

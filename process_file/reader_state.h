@@ -21,9 +21,13 @@ struct MaterialEntry {
 
 /// What one reading of a process file knows besides what it fills. A fresh one for each.
 struct ReaderState {
-    explicit ReaderState(const ColorTable& colorTable) : colors(colorTable) {}
+    explicit ReaderState(const ColorTable& colorTable,
+                         const VariableValues* variableValues = nullptr)
+        : colors(colorTable), values(variableValues) {}
 
     const ColorTable& colors;
+    const VariableValues* values;          ///< null: variables are text like any other
+    std::vector<Variable> variables;       ///< so far, each once
     std::vector<ProcessFileError> errors;  ///< so far
     bool settingsSeen = false;  ///< or the error for a missing first `settings` was given
     bool locationSeen = false;

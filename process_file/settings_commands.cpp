@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <array>
 #include <optional>
 #include <span>
@@ -8,6 +7,7 @@
 #include "process_file/commands.h"
 #include "process_file/reader.h"
 #include "process_file/reader_state.h"
+#include "process_file/settings_limits.h"
 
 namespace zelmo {
 
@@ -33,7 +33,7 @@ void ReadGridColumns(ReaderState& state, std::string_view line, ProcessSettings&
     if (HasArgument(line, "-N")) {
         settings.gridColumns = ReadInteger(state, line, "-N");
     }
-    if (settings.gridColumns < 200 || settings.gridColumns > 2000) {
+    if (!IsGridColumns(settings.gridColumns)) {
         ReportError(state, "Value of -N argument needs to be between 200 and 2000");
     }
 }
@@ -44,10 +44,10 @@ void ReadCameraAngle(ReaderState& state, std::string_view line, ProcessSettings&
         settings.cameraAngle = static_cast<float>(ReadInteger(state, line, "-angle"));
     }
     // The limit is 90 though the text names 40: steeper views are welcome.
-    if (settings.cameraAngle > 90.0f || settings.cameraAngle < 0.0f) {
+    if (!IsCameraAngle(settings.cameraAngle)) {
         ReportError(state, "Camera angle should be between 0 and 40 degrees");
     }
-    settings.cameraAngle = std::min(settings.cameraAngle, 89.0f);
+    settings.cameraAngle = UsedCameraAngle(settings.cameraAngle);
 }
 
 constexpr std::array settingsArguments = {"-version"sv, "-N"sv,       "-angle"sv,

@@ -42,6 +42,10 @@ std::int32_t WholeNumber(std::string_view digits) {
                                                        : value;
 }
 
+bool LooksLikeArgument(std::string_view text) {
+    return text.size() >= 2 && text[0] == '-' && IsAsciiLetter(text[1]);
+}
+
 bool IsAsciiDigit(char c) {
     return c >= '0' && c <= '9';
 }

@@ -21,6 +21,9 @@ std::string_view SkipWhiteSpace(std::string_view text);
 /// The value of decimal digits; above the largest i32 it gives the largest.
 std::int32_t WholeNumber(std::string_view digits);
 
+/// Whether a text begins as the names of arguments do, with "-" and a letter.
+bool LooksLikeArgument(std::string_view text);
+
 bool IsAsciiDigit(char c);
 bool IsAsciiLetter(char c);
 

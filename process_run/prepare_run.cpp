@@ -16,6 +16,7 @@
 #include "model/process.h"
 #include "model/process_model.h"
 #include "process_file/reader.h"
+#include "process_file/settings_limits.h"
 #include "process_run/fitted_window.h"
 #include "process_run/mask_polygons.h"
 
@@ -31,8 +32,8 @@ void Refuse(PreparedRun& run, const std::string& line, LogConsole* console) {
 
 /// Takes settings and steps from a process file. False if it was refused.
 bool TakeProcessFile(PreparedRun& run, const std::filesystem::path& path, const ColorTable& colors,
-                     LogConsole* console) {
-    ProcessFile file = ReadProcessFile(path, colors);
+                     const ViewChoice& view, LogConsole* console) {
+    ProcessFile file = ReadProcessFile(path, colors, view.variables ? &*view.variables : nullptr);
     run.fileOpened = file.opened;
     if (!file.opened) {
         const std::wstring line = L"Failed to open process file: " + PathText(path);
@@ -66,6 +67,8 @@ bool TakeView(PreparedRun& run, const ViewChoice& view, const GdsDatabase& gds,
               LogConsole* console) {
     ProcessSettings& settings = run.model->settings;
     settings.cellName = view.cell.value_or(settings.cellName);
+    settings.gridColumns = view.gridColumns.value_or(settings.gridColumns);
+    settings.cameraAngle = UsedCameraAngle(view.cameraAngle.value_or(settings.cameraAngle));
     if (const auto* const given = std::get_if<GivenWindow>(&view.window)) {
         SetWindow(settings, *given);
     }
@@ -140,7 +143,7 @@ PreparedRun PrepareRun(const std::filesystem::path& path, const GdsDatabase& gds
                        const ColorTable& colors, LogConsole* console, const ViewChoice& view) {
     PreparedRun run;
     run.model = std::make_unique<ProcessModel>();
-    if (!TakeProcessFile(run, path, colors, console) || !TakeView(run, view, gds, console) ||
+    if (!TakeProcessFile(run, path, colors, view, console) || !TakeView(run, view, gds, console) ||
         !TakeGrid(run, console) || !TakePolygons(run, gds, console)) {
         run.model.reset();
         return run;

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <variant>
 
-// What a run is told to look at in place of what its process file says. Lengths are micrometres.
+#include "process_file/substitution.h"
+
+// What a run is told in place of what its process file says. Lengths are micrometres.
 
 namespace zelmo {
 
@@ -31,6 +34,11 @@ using WindowChoice = std::variant<std::monostate, GivenWindow, FittedWindow>;
 struct ViewChoice {
     std::optional<std::string> cell;  ///< none: what the process file says
     WindowChoice window;
+    std::optional<std::int32_t> gridColumns = std::nullopt;  ///< within the limits of process files
+    std::optional<float> cameraAngle = std::nullopt;         ///< the same, in degrees
+    /// Of the process file's variables; none: they are not replaced, and their defaults do not
+    /// serve.
+    std::optional<VariableValues> variables = std::nullopt;
 };
 
 }  // namespace zelmo

@@ -29,6 +29,9 @@ std::unique_ptr<OptionGroup> MakeRunOptions();
 /// What a run looks at, in place of what its process file says.
 std::unique_ptr<OptionGroup> MakeViewOptions();
 
+/// Values of the process file's variables.
+std::unique_ptr<OptionGroup> MakeVariableOptions();
+
 /// Of which steps there are pictures and numbers.
 std::unique_ptr<OptionGroup> MakeStepOptions();
 

@@ -1,12 +1,31 @@
+#include <fmt/format.h>
+
+#include <charconv>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <system_error>
+
 #include <CLI/CLI.hpp>
 
 #include "batch/option_groups/option_group.h"
 #include "batch/options.h"
 #include "command_line/window_argument.h"
+#include "process_file/settings_limits.h"
 
 namespace zelmo {
 
 namespace {
+
+/// The whole text as a number without a sign.
+std::optional<std::int32_t> WholeNumberOf(std::string_view text) {
+    std::int32_t value = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    const bool isNumber = error == std::errc() && stop == end && text[0] != '-';
+    return isNumber ? std::optional(value) : std::nullopt;
+}
 
 class ViewOptions : public OptionGroup {
 public:
@@ -17,6 +36,14 @@ public:
                        "The window, in place of the process file's, in um: its lower left corner "
                        "and its size, or what fits around the cell's masks, with a margin")
             ->type_name("X,Y,DX,DY|fit[:MARGIN]");
+        app.add_option("--columns", columns_,
+                       "Grid points across the picture, 200 to 2000, in place of the process "
+                       "file's")
+            ->type_name("N");
+        app.add_option("--angle", angle_,
+                       "Elevation of the camera in whole degrees, 0 to 90, in place of the "
+                       "process file's")
+            ->type_name("DEG");
     }
 
     std::string Take(const CLI::App& app, BatchOptions& options) override {
@@ -26,17 +53,39 @@ public:
             }
             options.view.cell = cell_;
         }
-        if (app.count("--window") == 0) {
-            return {};
+        if (app.count("--window") > 0) {
+            WindowArgument argument = ParseWindowArgument(window_);
+            options.view.window = argument.window;
+            if (!argument.failure.empty()) {
+                return argument.failure;
+            }
         }
-        WindowArgument argument = ParseWindowArgument(window_);
-        options.view.window = argument.window;
-        return argument.failure;
+        return TakeGridAndCamera(app, options.view);
     }
 
 private:
+    std::string TakeGridAndCamera(const CLI::App& app, ViewChoice& view) const {
+        if (app.count("--columns") > 0) {
+            view.gridColumns = WholeNumberOf(columns_);
+            if (!view.gridColumns || !IsGridColumns(*view.gridColumns)) {
+                return fmt::format("--columns: \"{}\" is no whole number from {} to {}", columns_,
+                                   fewestGridColumns, mostGridColumns);
+            }
+        }
+        if (app.count("--angle") > 0) {
+            view.cameraAngle = WholeNumberOf(angle_);
+            if (!view.cameraAngle || !IsCameraAngle(*view.cameraAngle)) {
+                return fmt::format("--angle: \"{}\" is no whole number of degrees from 0 to {}",
+                                   angle_, largestCameraAngle);
+            }
+        }
+        return {};
+    }
+
     std::string cell_;
     std::string window_;
+    std::string columns_;
+    std::string angle_;
 };
 
 }  // namespace

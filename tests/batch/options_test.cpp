@@ -89,6 +89,58 @@ TEST(ParseCommandLine, CellAndWindowTakeThePlaceOfTheProcessFiles) {
     ExpectUsageError({"a.gds", "b.txt", "--window"}, "--window");
 }
 
+TEST(ParseCommandLine, ColumnsAndAngleTakeThePlaceOfTheProcessFiles) {
+    const BatchOptions usual = Parse({"a.gds", "b.txt"});
+    EXPECT_FALSE(usual.view.gridColumns);
+    EXPECT_FALSE(usual.view.cameraAngle);
+    const BatchOptions options = Parse({"a.gds", "b.txt", "--columns", "200", "--angle=0"});
+    EXPECT_EQ(options.view.gridColumns, 200);
+    EXPECT_EQ(options.view.cameraAngle, 0.0f);
+    EXPECT_EQ(Parse({"a.gds", "b.txt", "--columns", "2000"}).view.gridColumns, 2000);
+    EXPECT_EQ(Parse({"a.gds", "b.txt", "--angle", "90"}).view.cameraAngle, 90.0f);
+    for (const char* columns : {"199", "2001", "", "400.0", "-400", "+400", "many", "1e3", "400 ",
+                                "99999999999999999999"}) {
+        ExpectUsageError({"a.gds", "b.txt", "--columns", columns},
+                         "is no whole number from 200 to 2000");
+    }
+    for (const char* angle : {"91", "-1", "30.5", "", "-0", "steep", "30deg"}) {
+        ExpectUsageError({"a.gds", "b.txt", "--angle", angle},
+                         "is no whole number of degrees from 0 to 90");
+    }
+    ExpectUsageError({"a.gds", "b.txt", "--columns", "300", "--columns", "400"}, "--columns");
+}
+
+TEST(ParseCommandLine, ValuesOfVariablesAreSetOneByOne) {
+    EXPECT_EQ(Parse({"a.gds", "b.txt"}).view.variables, VariableValues{});
+    const BatchOptions options = Parse(
+        {"--set", "A=1", "a.gds", "--set=B_2=x=y", "b.txt", "--set", "C=", "--set", "D=[1,2]"});
+    EXPECT_EQ(options.layout, "a.gds");
+    EXPECT_EQ(options.process, "b.txt");
+    EXPECT_EQ(options.view.variables,
+              (VariableValues{{"A", "1"}, {"B_2", "x=y"}, {"C", ""}, {"D", "[1,2]"}}));
+    EXPECT_EQ(Parse({"a.gds", "b.txt", "--set", "A=-0.5"}).view.variables,
+              (VariableValues{{"A", "-0.5"}}));
+}
+
+TEST(ParseCommandLine, ValuesThatNoVariableCanHaveAreRefused) {
+    const auto refused = [](const std::string& text, const std::string& piece) {
+        ExpectUsageError({"a.gds", "b.txt", "--set", text}, piece);
+    };
+    refused("A", "--set: \"A\" is no NAME=VALUE");
+    refused("", "--set: \"\" is no NAME=VALUE");
+    refused("=1", "--set: \"\" is no name of a variable");
+    refused("1A=1", "--set: \"1A\" is no name of a variable");
+    refused("${A}=1", "--set: \"${A}\" is no name of a variable");
+    refused("A=1 2", "--set: the value of A has a blank");
+    refused("A=-name", "--set: the value of A has a \"-\" in front of a letter");
+    refused("A=" + std::string(1024, '1'), "--set: the value of A is longer than");
+    ExpectUsageError({"a.gds", "b.txt", "--set", "A=1", "--set", "A=1"}, "--set: A is set twice");
+    ExpectUsageError({"a.gds", "b.txt", "--set"}, "--set");
+    EXPECT_NE(ParseCommandLine({"a.gds", "b.txt", "--set", "A=1\n2"})
+                  .text.find("--set: the value of A has a tab, a line end or another control"),
+              std::string::npos);
+}
+
 TEST(ParseCommandLine, TheHelpNamesThePictureFormats) {
     EXPECT_NE(ParseCommandLine({"--help"})
                   .text.find("  --format bmp|png            Picture files: png (default) or bmp\n"),

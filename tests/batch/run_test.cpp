@@ -199,6 +199,27 @@ TEST_F(RunTest, WidensBytesOfTheProcessFileToOddCharacters) {
     EXPECT_NE(ended.output.find("Executing \xEF\xBF\xA4 deposition ...\n"), std::string::npos);
 }
 
+TEST_F(RunTest, VariablesAreReplacedByTheirValuesOrDefaults) {
+    WriteProcess(
+        "deposition -name ${N:-Oxide} -type oxide -thickness ${T} -color 200 100 50 100\n");
+    const Ended ended = Run({"square.gds", "flow.txt", "--no-pictures", "--set", "T=500"});
+    EXPECT_EQ(ended.status, 0) << ended.errors;
+    EXPECT_EQ(MaskTimes(ended.output), RunLines({"Substrate", "Oxide deposition"}));
+    ExpectRefusal(Run({"square.gds", "flow.txt", "--check", "--quiet"}), 3,
+                  {"flow.txt", "Error in line 4: No decimal number found reading -thickness"});
+    ExpectRefusal(
+        Run({"square.gds", "flow.txt", "--check", "--quiet", "--set", "T=1", "--set", "n=x"}), 3,
+        {"flow.txt", "n is set, but no variable of the file: did you mean N?"});
+    ExpectRefusal(Run({"square.gds", "flow.txt", "--set", "T=5 0"}), 1, {"--set", "blank"});
+}
+
+TEST_F(RunTest, ColumnsOfTheCommandLineMakeTheGrid) {
+    WriteProcess("");
+    const Ended ended = Run({"square.gds", "flow.txt", "--no-pictures", "--columns", "300"});
+    EXPECT_EQ(ended.status, 0) << ended.errors;
+    EXPECT_NE(ended.output.find("Grid size: 300 x 300\n"), std::string::npos) << ended.output;
+}
+
 TEST_F(RunTest, DumpWritesIntoTheCurrentDirectory) {
     WriteProcess("dump\n");
     const Ended ended = Run({"--no-pictures", "square.gds", "flow.txt"});
@@ -243,7 +264,8 @@ TEST_F(RunTest, HelpAndVersionGoToStandardOutput) {
     EXPECT_EQ(help.status, 0);
     EXPECT_EQ(help.errors, "");
     for (const char* option : {"LAYOUT.gds", "PROCESS.txt", "-o,--output", "--format", "--check",
-                               "--no-pictures", "--assets", "--quiet", "--help", "--version"}) {
+                               "--no-pictures", "--assets", "--quiet", "--set NAME=VALUE",
+                               "--columns N", "--angle DEG", "--help", "--version"}) {
         EXPECT_NE(help.output.find(option), std::string::npos) << option;
     }
     const Ended version = Run({"--version"});

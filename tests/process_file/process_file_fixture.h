@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -38,7 +39,7 @@ protected:
     }
 
     Lines ReadPath(const std::filesystem::path& path) {
-        file = ReadProcessFile(path, colors);
+        file = ReadProcessFile(path, colors, values ? &*values : nullptr);
         RecordingConsole console;
         for (const ProcessFileError& error : file.errors) {
             console.Write(ErrorLine(error));
@@ -56,6 +57,7 @@ protected:
     const ProcessStep& Step(std::size_t number) const { return file.steps.at(number); }
 
     ColorTable colors = testColors;
+    std::optional<VariableValues> values;  ///< none: variables are not replaced
     TempFolder folder;
     ProcessFile file;
 };

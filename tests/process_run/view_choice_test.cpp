@@ -73,6 +73,45 @@ TEST_F(ViewChoiceTest, WithoutOneTheProcessFileCounts) {
     EXPECT_EQ(settings.cellName, "TOP");
 }
 
+TEST_F(ViewChoiceTest, ColumnsAndAngleTakeThePlaceOfTheFiles) {
+    ViewChoice view;
+    EXPECT_EQ(SettingsWith(view).gridColumns, 200);
+    EXPECT_EQ(SettingsWith(view).cameraAngle, 30.0f);
+    view.gridColumns = 321;
+    view.cameraAngle = 12.0f;
+    EXPECT_EQ(SettingsWith(view).gridColumns, 321);
+    EXPECT_EQ(SettingsWith(view).cameraAngle, 12.0f);
+    const PreparedRun run = Prepare(firstLines + "gds -cell TOP\n" + photoLine, view);
+    ASSERT_NE(run.model, nullptr);
+    EXPECT_EQ(run.model->grid.columns, 321);
+    view.cameraAngle = 90.0f;
+    EXPECT_EQ(SettingsWith(view).cameraAngle, 89.0f);
+}
+
+TEST_F(ViewChoiceTest, AFileWithFaultyColumnsIsRefusedWhateverIsChosen) {
+    ViewChoice view;
+    view.gridColumns = 300;
+    const PreparedRun run = Prepare(
+        "settings -version 4 -N 100\nlocation -x 1 -y 2 -dx 4 -dy 2\ngds -cell TOP\n", view);
+    EXPECT_EQ(run.errors,
+              (Lines{"Error in line 1: Value of -N argument needs to be between 200 and 2000"}));
+}
+
+TEST_F(ViewChoiceTest, VariablesAreReplacedWhereTheyAreChosen) {
+    const std::string text = firstLines + "gds -cell ${CELL:-TOP}\n" + photoLine;
+    EXPECT_EQ(Prepare(text, {}).errors,
+              (Lines{"ERROR: Cell name ${CELL:-TOP} was not found in the GDS database"}));
+    ViewChoice view;
+    view.variables = VariableValues{};
+    EXPECT_EQ(SettingsWith(view, text).cellName, "TOP");
+    view.variables = VariableValues{{"CELL", "NARROW"}};
+    EXPECT_EQ(SettingsWith(view, text).cellName, "NARROW");
+    view.variables = VariableValues{{"CEL", "NARROW"}};
+    EXPECT_EQ(Prepare(text, view).errors,
+              (Lines{"Error: CEL is set, but no variable of the file: did you mean CELL?"}));
+    EXPECT_EQ(console.lines.back().find("Opening process file"), 0U);
+}
+
 TEST_F(ViewChoiceTest, AWindowIsInMicrometresWhateverTheFileUses) {
     const ViewChoice view{{}, GivenWindow{-0.5f, 0.25f, 3, 2}};
     ExpectWindow(SettingsWith(view), {-0.5f, 0.25f, 3, 2});

@@ -23,6 +23,7 @@
 #include "batch/progress.h"
 #include "batch/run_record.h"
 #include "batch/step_listener.h"
+#include "batch/time_table.h"
 #include "command_line/inputs.h"
 #include "command_line/platform.h"
 #include "command_line/reasons.h"
@@ -43,12 +44,13 @@ namespace {
 /// Where a run reports to.
 struct Reporting {
     explicit Reporting(bool quiet)
-        : progress(quiet ? 0 : TerminalColumns()), console(progress, quiet) {}
+        : columns(quiet ? 0 : TerminalColumns()), progress(columns), console(progress, quiet) {}
 
     void Error(const std::string& message) {
         progress.Interrupt([&] { WriteErrorLine(message); });
     }
 
+    const int columns;  ///< of the terminal that is told how the run goes; 0: none is
     Progress progress;
     OutputConsole console;
 };
@@ -101,6 +103,16 @@ Outcome FinishAll(const Listeners& listeners, const RunRecord& record, bool comp
     return first;
 }
 
+/// Tells a terminal which steps and pictures took the time.
+void TellTimes(const ProcessModel& model, const RunRecord& record, const Reporting& reporting) {
+    if (reporting.columns < 1) {
+        return;
+    }
+    for (const std::string& line : TimeTable(model.steps, record.seconds, reporting.columns)) {
+        WriteToError(line);
+    }
+}
+
 /// Executes all steps for the listeners.
 Outcome RunSteps(ProcessModel& model, const Listeners& listeners, Reporting& reporting) {
     ReportRunStart(&reporting.console);
@@ -121,6 +133,7 @@ Outcome RunSteps(ProcessModel& model, const Listeners& listeners, Reporting& rep
     Outcome outcome = FinishAll(listeners, record, true);
     reporting.progress.End();
     ReportRunEnd(start, &reporting.console);
+    TellTimes(model, record, reporting);
     return outcome;
 }
 

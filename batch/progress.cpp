@@ -48,17 +48,20 @@ void Show(const std::string& text) {
 
 }  // namespace
 
+std::string FitToTerminal(std::string_view text, int columns) {
+    // The last column stays free: some terminals begin a new line there.
+    const std::size_t room = columns > 1 ? static_cast<std::size_t>(columns - 1) : 0;
+    return std::string(FirstCharacters(WithoutControls(text), room));
+}
+
 std::string ProgressLine(std::size_t step, std::size_t count, std::string_view description,
                          std::int32_t elapsedMilliseconds, int columns) {
     const std::string head = fmt::format("step {} of {}: ", step, count);
     const std::string tail = fmt::format(", {} s", elapsedMilliseconds / 1000);
-    // The last column stays free: some terminals begin a new line there.
     const int room = columns - 1 - static_cast<int>(head.size() + tail.size());
     const std::string text = WithoutControls(description);
     const auto shown = FirstCharacters(text, room > 0 ? static_cast<std::size_t>(room) : 0);
-    const std::string line = fmt::format("{}{}{}", head, shown, tail);
-    return std::string(
-        FirstCharacters(line, columns > 1 ? static_cast<std::size_t>(columns - 1) : 0));
+    return FitToTerminal(fmt::format("{}{}{}", head, shown, tail), columns);
 }
 
 Progress::Progress(int columns) : columns_(columns), start_(ElapsedMilliseconds()) {

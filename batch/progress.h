@@ -11,6 +11,10 @@
 
 namespace zelmo {
 
+/// The text without control characters, cut so that it fits a line of a terminal of this many
+/// columns.
+std::string FitToTerminal(std::string_view text, int columns);
+
 /// "step 3 of 30: oxide deposition, 12 s", cut so that it fits a terminal of this many columns.
 /// Control characters of the description become blanks.
 std::string ProgressLine(std::size_t step, std::size_t count, std::string_view description,

@@ -142,29 +142,50 @@ TEST_F(HardTimesTest, AFolderWithoutPermission) {
     EXPECT_EQ(ended.output.find("Executing"), std::string::npos);
 }
 
-TEST_F(HardTimesTest, ATerminalSeesTheProgressOfTheRun) {
-    const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
-    ASSERT_GE(terminal, 0);
-    ASSERT_EQ(grantpt(terminal), 0);
-    ASSERT_EQ(unlockpt(terminal), 0);
-    const std::string name = ptsname(terminal);
-    const int kept = open(name.c_str(), O_RDWR | O_NOCTTY);  // until all was read
-    std::string seen;
-    std::thread reader([&] {
-        char bytes[4096];
-        for (ssize_t count; (count = read(terminal, bytes, sizeof bytes)) > 0;) {
-            seen.append(bytes, static_cast<std::size_t>(count));
-        }
-    });
-    const Ended ended = Run({"--no-pictures", "square.gds", "flow.txt"}, {.standardError = name});
-    close(kept);
-    reader.join();
-    close(terminal);
-    EXPECT_EQ(ended.status, 0);
+/// What a terminal at standard error sees of a run that ends well.
+class TerminalTest : public BatchTest {
+protected:
+    std::string Seen(std::vector<std::string> options) {
+        options.insert(options.end(), {"--no-pictures", "square.gds", "flow.txt"});
+        const int terminal = posix_openpt(O_RDWR | O_NOCTTY);
+        EXPECT_GE(terminal, 0);
+        EXPECT_EQ(grantpt(terminal), 0);
+        EXPECT_EQ(unlockpt(terminal), 0);
+        const std::string name = ptsname(terminal);
+        const int kept = open(name.c_str(), O_RDWR | O_NOCTTY);  // until all was read
+        std::string seen;
+        std::thread reader([&] {
+            char bytes[4096];
+            for (ssize_t count; (count = read(terminal, bytes, sizeof bytes)) > 0;) {
+                seen.append(bytes, static_cast<std::size_t>(count));
+            }
+        });
+        const Ended ended = Run(options, {.standardError = name});
+        close(kept);
+        reader.join();
+        close(terminal);
+        EXPECT_EQ(ended.status, 0);
+        EXPECT_EQ(ended.output.find("step 1 of 2"), std::string::npos);
+        EXPECT_EQ(ended.output.find("step, s"), std::string::npos);
+        return seen;
+    }
+};
+
+TEST_F(TerminalTest, SeesTheProgressOfTheRunAndThenWhatTookTheTime) {
+    WriteProcess("deposition -name Oxide -type oxide -thickness 500 -color 200 100 50 100\n");
+    const std::string seen = Seen({});
     EXPECT_NE(seen.find("step 1 of 2: Substrate, 0 s"), std::string::npos) << seen;
     EXPECT_NE(seen.find("step 2 of 2: Oxide deposition, "), std::string::npos) << seen;
-    EXPECT_TRUE(seen.ends_with(" \r")) << seen;
-    EXPECT_EQ(ended.output.find("step 1 of 2"), std::string::npos);
+    const std::size_t table = seen.find(" \r  step, s   picture\r\n");
+    ASSERT_NE(table, std::string::npos) << seen;
+    EXPECT_NE(seen.find("  1: Substrate\r\n", table), std::string::npos) << seen;
+    EXPECT_NE(seen.find("  2: Oxide deposition\r\n", table), std::string::npos) << seen;
+    EXPECT_TRUE(seen.ends_with("  all\r\n")) << seen;
+}
+
+TEST_F(TerminalTest, SeesNothingOfAQuietRun) {
+    WriteProcess("deposition -name Oxide -type oxide -thickness 500 -color 200 100 50 100\n");
+    EXPECT_EQ(Seen({"--quiet"}), "");
 }
 
 }  // namespace

@@ -20,9 +20,12 @@
 #include "batch/consoles.h"
 #include "batch/output_folder.h"
 #include "batch/picture_saver.h"
+#include "batch/probe_writer.h"
 #include "batch/progress.h"
 #include "batch/run_record.h"
+#include "batch/section_writer.h"
 #include "batch/step_listener.h"
+#include "batch/summary_writer.h"
 #include "batch/time_table.h"
 #include "command_line/inputs.h"
 #include "command_line/platform.h"
@@ -187,9 +190,22 @@ Listeners MakeListeners(const BatchOptions& given,
     BatchOptions options = given;
     options.output = OutputFolder(given);  // one for all
     Listeners listeners;
+    const auto tell = [&](const std::string& line) { reporting.Error(line); };
+    if (!options.numbers.probes.empty()) {
+        listeners.push_back(std::make_unique<ProbeWriter>(options, [&](const std::string& text) {
+            std::string failure;
+            reporting.progress.Interrupt([&] { WriteToOutput(text, failure); });
+            return failure;
+        }));
+    }
+    if (!options.numbers.cuts.empty()) {
+        listeners.push_back(std::make_unique<SectionWriter>(options, tell));
+    }
     if (options.pictures) {
-        listeners.push_back(std::make_unique<PictureSaver>(
-            options, assetFolders, [&](const std::string& line) { reporting.Error(line); }));
+        listeners.push_back(std::make_unique<PictureSaver>(options, assetFolders, tell));
+    }
+    if (options.numbers.summary) {
+        listeners.push_back(std::make_unique<SummaryWriter>(options, assetFolders));
     }
     return listeners;
 }

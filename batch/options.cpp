@@ -30,6 +30,7 @@ Groups MakeGroups() {
     groups.push_back(MakeVariableOptions());
     groups.push_back(MakeStepOptions());
     groups.push_back(MakePictureOptions());
+    groups.push_back(MakeNumberOptions());
     return groups;
 }
 

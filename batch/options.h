@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "batch/number_choice.h"
 #include "command_line/exit_status.h"
 #include "pictures/picture_files.h"
 #include "process_run/view_choice.h"
@@ -18,6 +19,8 @@ struct BatchOptions {
     std::optional<std::filesystem::path> output;  ///< none: a new folder beside the process file
     ViewChoice view;                              ///< in place of what the process file says
     std::string steps;  ///< those of pictures and numbers (ChooseSteps); empty: all
+    NumberChoice numbers;
+    bool overwrite = false;  ///< what an earlier run left in the output folder
     PictureFormat format = pictureFormats[0];
     bool repair = false;  ///< the layout, where it would be refused
     bool checkOnly = false;

@@ -2,7 +2,8 @@
 
 #include <fmt/format.h>
 
-#include <cstdint>
+#include <cstdio>
+#include <functional>
 #include <system_error>
 #include <utility>
 
@@ -31,6 +32,32 @@ std::string UnusableFolder(const fs::path& folder, const std::string& reason) {
     return fmt::format("the output folder {} cannot be used: {}", TextOf(folder), reason);
 }
 
+/// Where a file of the folder lies, as users read it.
+std::wstring PathInFolder(const PictureFolder& folder, std::wstring_view name) {
+    return PathText(folder.path / "") + std::wstring(name);
+}
+
+std::string NotSaved(const PictureFolder& folder, std::wstring_view name,
+                     const std::string& reason) {
+    return fmt::format("Error while saving image {} to output folder \"{}\": {}",
+                       Utf8FromWide(PathInFolder(folder, name)), TextOf(folder.path), reason);
+}
+
+/// Saves a file that `write` fills and closes; it returns the reason if it cannot.
+std::string Save(const PictureFolder& folder, std::wstring_view name,
+                 const std::function<std::string(TemporaryFile&)>& write) {
+    TemporaryFile file(folder.path);
+    if (!file.Made()) {
+        return NotSaved(folder, name, file.WhyNotMade());
+    }
+    if (const std::string reason = write(file); !reason.empty()) {
+        return NotSaved(folder, name, reason);
+    }
+    const fs::path path = PathFromText(PathInFolder(folder, name));
+    const std::error_code error = folder.overwrite ? file.MoveTo(path) : file.MoveToNew(path);
+    return error ? NotSaved(folder, name, error.message()) : std::string();
+}
+
 }  // namespace
 
 std::wstring PictureFileName(const PictureFolder& folder, std::size_t ordinal,
@@ -47,7 +74,8 @@ std::string PreparePictureFolder(const PictureFolder& folder,
         return UnusableFolder(folder.path, error ? error.message() : "a file has its name");
     }
     for (const std::wstring& name : fileNames) {
-        if (CanNameFile(name) && fs::exists(folder.path / PathFromText(name), ignored)) {
+        if (!folder.overwrite && CanNameFile(name) &&
+            fs::exists(folder.path / PathFromText(name), ignored)) {
             return fmt::format("the picture {} exists already and is kept; nothing was run",
                                TextOf(folder.path / PathFromText(name)));
         }
@@ -60,26 +88,23 @@ std::string PreparePictureFolder(const PictureFolder& folder,
 
 std::string SavePicture(const PictureFolder& folder, std::size_t ordinal, const StepImage& image) {
     const std::wstring name = PictureFileName(folder, ordinal, image.name);
-    const std::wstring target = PathText(folder.path / "") + name;
-    const auto failed = [&](const std::string& reason) {
-        return fmt::format("Error while saving image {} to output folder \"{}\": {}",
-                           Utf8FromWide(target), TextOf(folder.path), reason);
-    };
     if (image.width < 1 || image.height < 1) {
-        return failed("the picture is empty");
+        return NotSaved(folder, name, "the picture is empty");
     }
     if (!CanNameFile(name)) {
-        return failed("its name has a character that no file name can hold");
+        return NotSaved(folder, name, "its name has a character that no file name can hold");
     }
-    TemporaryFile file(folder.path);
-    if (!file.Made()) {
-        return failed(file.WhyNotMade());
-    }
-    if (const std::string reason = WriteImage(image, folder.format, file); !reason.empty()) {
-        return failed(reason);
-    }
-    const std::error_code error = file.MoveToNew(PathFromText(target));
-    return error ? failed(error.message()) : std::string();
+    return Save(folder, name,
+                [&](TemporaryFile& file) { return WriteImage(image, folder.format, file); });
+}
+
+std::string SaveInFolder(const PictureFolder& folder, std::wstring_view name,
+                         std::string_view content) {
+    return Save(folder, name, [&](TemporaryFile& file) {
+        const bool written =
+            std::fwrite(content.data(), 1, content.size(), file.Stream()) == content.size();
+        return written && file.Close() ? std::string() : SystemReason();
+    });
 }
 
 }  // namespace zelmo

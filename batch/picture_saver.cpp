@@ -57,7 +57,7 @@ PictureSaver::PictureSaver(const BatchOptions& options, std::vector<fs::path> as
                            std::function<void(const std::string&)> tell)
     : assetFolders_(std::move(assetFolders)),
       tell_(std::move(tell)),
-      folder_{options.output.value(), options.format},
+      folder_{options.output.value(), options.format, options.overwrite},
       steps_(options.steps) {}
 
 Outcome PictureSaver::Begin(const ProcessModel& model) {

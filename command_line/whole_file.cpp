@@ -51,11 +51,26 @@ std::error_code TemporaryFile::MoveTo(const fs::path& target) {
     return error;
 }
 
+namespace {
+
+std::string NotWritten(const fs::path& path, const std::string& reason) {
+    return fmt::format("the file {} could not be written: {}", TextOf(path), reason);
+}
+
+}  // namespace
+
+std::string WhyNotWritable(const fs::path& path) {
+    std::error_code ignored;
+    if (fs::is_directory(path, ignored)) {
+        return NotWritten(path, "it is a folder");
+    }
+    const TemporaryFile probe(path.parent_path());
+    return probe.Made() ? std::string() : NotWritten(path, probe.WhyNotMade());
+}
+
 std::string WriteWholeFile(const fs::path& path,
                            const std::function<std::string(std::FILE*)>& write) {
-    const auto failed = [&](const std::string& reason) {
-        return fmt::format("the file {} could not be written: {}", TextOf(path), reason);
-    };
+    const auto failed = [&](const std::string& reason) { return NotWritten(path, reason); };
     std::error_code ignored;
     if (fs::is_directory(path, ignored)) {
         return failed("it is a folder");

@@ -39,6 +39,9 @@ private:
     int error_ = 0;
 };
 
+/// Why a file with this name could not be written, a line that names it; empty if it could.
+std::string WhyNotWritable(const std::filesystem::path& path);
+
 /// Writes a file in place of an older one, which stays as it is until the new one is complete.
 /// `write` returns the reason if it cannot go on. Returns a line that names the file and the reason
 /// if it was not written, else an empty text.

@@ -1,5 +1,7 @@
 #include "batch/option_groups/folder_argument.h"
 
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 
 #include "base/text.h"
@@ -10,16 +12,21 @@ std::filesystem::path PathFromArgument(const std::string& argument) {
     return PathFromText(WideFromUtf8(argument));
 }
 
-std::string TakeFolder(const CLI::App& app, const std::string& option, const std::string& text,
-                       std::optional<std::filesystem::path>& folder) {
+std::string TakePath(const CLI::App& app, const std::string& option, const std::string& text,
+                     std::string_view what, std::optional<std::filesystem::path>& path) {
     if (app.count(option) == 0) {
         return {};
     }
     if (text.empty()) {
-        return option + ": the folder has no name";
+        return fmt::format("{}: the {} has no name", option, what);
     }
-    folder = PathFromArgument(text);
+    path = PathFromArgument(text);
     return {};
+}
+
+std::string TakeFolder(const CLI::App& app, const std::string& option, const std::string& text,
+                       std::optional<std::filesystem::path>& folder) {
+    return TakePath(app, option, text, "folder", folder);
 }
 
 }  // namespace zelmo

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace CLI {
 class App;
@@ -13,7 +14,12 @@ namespace zelmo {
 /// A path as it was typed, in UTF-8 (on Linux, the bytes as they are).
 std::filesystem::path PathFromArgument(const std::string& argument);
 
-/// Sets the folder that an option names, if it was given; the reason why not, or nothing.
+/// Sets the path that an option names, if it was given; the reason why not, or nothing. `what` is
+/// "folder" or "file".
+std::string TakePath(const CLI::App& app, const std::string& option, const std::string& text,
+                     std::string_view what, std::optional<std::filesystem::path>& path);
+
+/// The same for a folder.
 std::string TakeFolder(const CLI::App& app, const std::string& option, const std::string& text,
                        std::optional<std::filesystem::path>& folder);
 

@@ -35,6 +35,9 @@ std::unique_ptr<OptionGroup> MakeVariableOptions();
 /// Of which steps there are pictures and numbers.
 std::unique_ptr<OptionGroup> MakeStepOptions();
 
+/// The numbers of a run.
+std::unique_ptr<OptionGroup> MakeNumberOptions();
+
 /// The files of pictures.
 std::unique_ptr<OptionGroup> MakePictureOptions();
 

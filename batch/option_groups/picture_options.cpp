@@ -58,6 +58,9 @@ public:
             ->type_name("DIR");
         app.add_option("--format", format_, FormatHelp())
             ->type_name(fmt::format("{}", fmt::join(FormatNames(), "|")));
+        app.add_flag("--overwrite", overwrite_,
+                     "Replace the pictures and cuts of an earlier run of the same folder, and "
+                     "nothing else in it");
         app.add_flag("--no-pictures", noPictures_, "Run the steps, draw nothing (needs no GL)");
     }
 
@@ -69,12 +72,14 @@ public:
         }
         options.format = *format;
         options.pictures = !noPictures_;
+        options.overwrite = overwrite_;
         return TakeFolder(app, "--output", output_, options.output);
     }
 
 private:
     std::string output_;
     std::string format_{pictureFormats[0].name};
+    bool overwrite_ = false;
     bool noPictures_ = false;
 };
 

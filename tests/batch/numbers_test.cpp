@@ -31,11 +31,11 @@ constexpr const char* lastTables =
     "005 Hole photoresist strip\n"
     "  material  label       from nm    to nm  thickness nm\n"
     "  Oxide     Oxide         0.000  500.000       500.000\n"
-    "  _SUB_     SUBSTRATE  -450.000    0.000       450.000\n"
+    "  _SUB_     SUBSTRATE  -500.000    0.000       500.000\n"
     "\nSTACK AT (5 um, 5 um), heights above the substrate's upper side\n"
     "005 Hole photoresist strip\n"
     "  material  label       from nm  to nm  thickness nm\n"
-    "  _SUB_     SUBSTRATE  -450.000  0.000       450.000\n";
+    "  _SUB_     SUBSTRATE  -500.000  0.000       500.000\n";
 
 TEST_F(NumbersTest, ProbesAreTablesBeforeTheLastLinesOfTheRun) {
     const Ended plain = Ask({"--no-pictures"});
@@ -122,9 +122,9 @@ TEST_F(NumbersTest, CutsLieBesideThePicturesUnderTheirNames) {
     EXPECT_TRUE(
         csv.starts_with("along_um,x_um,y_um,1 SUBSTRATE bottom_nm,1 SUBSTRATE top_nm,"
                         "2 Oxide bottom_nm,2 Oxide top_nm\n"
-                        "0.000000,1.000000,5.000000,-450.000,0.000,0.000,500.000\n"))
+                        "0.000000,1.000000,5.000000,-500.000,0.000,0.000,500.000\n"))
         << csv.substr(0, 200);
-    EXPECT_TRUE(csv.ends_with("8.000000,9.000000,5.000000,-450.000,0.000,0.000,500.000\n"));
+    EXPECT_TRUE(csv.ends_with("8.000000,9.000000,5.000000,-500.000,0.000,0.000,500.000\n"));
 }
 
 TEST_F(NumbersTest, CutsThatAreThereAreKeptUnlessTheyMayBeReplaced) {

@@ -165,8 +165,8 @@ TEST(SectionCsv, HasAHeadAndALineForEachPoint) {
     std::getline(lines, line);
     EXPECT_EQ(line, "0.000000,0.000000,5000.000000,-500.000,0.000,0.000,3.000,3.000,103.000");
     std::size_t count = 1;
-    while (std::getline(lines, line)) {
-        ++count;
+    for (std::string next; std::getline(lines, next); ++count) {
+        line = next;
     }
     EXPECT_EQ(count, taker.Points().size());
     EXPECT_EQ(line, "10.000000,10000.000000,5000.000000,-500.000,0.000,0.000,3.000,3.000,103.000");

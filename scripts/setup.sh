@@ -28,7 +28,7 @@ libpng-dev zlib1g-dev libegl-dev libgl-dev libopengl-dev libegl1 libegl-mesa0 li
 libfreetype-dev libfontconfig-dev fonts-liberation" "glew libpolyclipping"
 add desktop qt6-base-dev ""
 add packages "file g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64" libpng1.6
-add tests "python3 clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev googletest \
+add tests "python3 python3-jsonschema clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev googletest \
 libgtest-dev libbenchmark-dev libxcb1-dev xvfb xauth" ""
 if [ -z "$complete" ]; then
     echo "setup: $wanted is none of rendering, desktop, packages, tests" >&2

@@ -1,0 +1,158 @@
+#include "layout_tool/options.h"
+
+#include <fmt/format.h>
+
+#include <variant>
+
+#include <CLI/CLI.hpp>
+
+#include "base/text.h"
+#include "base/version.h"
+#include "command_line/window_argument.h"
+
+namespace zelmo {
+
+namespace {
+
+constexpr const char* description =
+    "Tells what is in a layout: its unit, its cells and what is wrong with it; of a cell the\n"
+    "layers with their shapes, boxes and areas, and the texts.";
+
+constexpr const char* exitStatuses =
+    "Exit status: 0 all done, 1 wrong usage (an unknown cell, too), 2 the layout did not load,\n"
+    "3 the process file was refused or has no window in the layout, 4 the picture could not be\n"
+    "written, 5 anything else.";
+
+constexpr std::size_t usualTexts = 1000;
+
+/// The command line as it was typed.
+struct Texts {
+    std::string layout;
+    std::string cell;
+    std::string cellOption;
+    std::string process;
+    std::string window;
+    std::string picture;
+    std::string assets;
+};
+
+std::filesystem::path PathFromArgument(const std::string& argument) {
+    return PathFromText(WideFromUtf8(argument));
+}
+
+void AddOptions(CLI::App& app, Texts& texts, LayoutToolOptions& options) {
+    app.allow_windows_style_options(false);
+    app.set_version_flag("--version", std::string("zelmo-layout ") + programVersion);
+    app.footer(exitStatuses);
+    app.add_option("LAYOUT.gds", texts.layout,
+                   "The layout, a GDSII stream file, plain or gzip-compressed")
+        ->required()
+        ->type_name("");
+    app.add_option("CELL", texts.cell,
+                   "The cell to look into (default: all are listed; with --process or --picture, "
+                   "the process file's cell, or the only one on top)")
+        ->type_name("");
+    app.add_option("--cell", texts.cellOption, "The same as CELL")->type_name("NAME");
+    app.add_option("--process", texts.process,
+                   "Tell which layers are the masks of this process file, what its window cuts of "
+                   "them, and what is missing")
+        ->type_name("PROCESS.txt");
+    app.add_option("--window", texts.window,
+                   "The window, in place of the process file's, in um: its lower left corner and "
+                   "its size, or what fits around the cell's masks, with a margin")
+        ->type_name("X,Y,DX,DY|fit[:MARGIN]");
+    app.add_option("--picture", texts.picture,
+                   "Draw the layers, or the masks of the process, from above; an older file is "
+                   "replaced")
+        ->type_name("FILE.svg");
+    app.add_flag("--json", options.json, "Write data in place of tables");
+    app.add_option("--texts", options.texts,
+                   fmt::format("The most texts that are listed (default: {})", usualTexts))
+        ->type_name("COUNT");
+    app.add_flag("--repair", options.repair,
+                 "Read also a layout that is refused for a path's shape or for a missing cell, and "
+                 "tell what became of it");
+    app.add_option("--assets", texts.assets,
+                   "Folder of colors.txt (default: the program's own, then the current directory)")
+        ->type_name("DIR");
+}
+
+LayoutCommandLine UsageError(const std::string& reason) {
+    return {std::nullopt, ExitStatus::Usage, reason + " (--help lists the options)"};
+}
+
+/// Sets a path that was given; the reason why not, or nothing.
+std::string TakePath(const CLI::App& app, const char* option, const std::string& text,
+                     std::optional<std::filesystem::path>& path) {
+    if (app.count(option) > 0) {
+        path = PathFromArgument(text);
+    }
+    return app.count(option) > 0 && text.empty() ? fmt::format("{}: the name is empty", option)
+                                                 : std::string();
+}
+
+std::string TakeCell(const CLI::App& app, const Texts& texts, LayoutToolOptions& options) {
+    if (app.count("CELL") > 0 && app.count("--cell") > 0) {
+        return "--cell: the cell was given as CELL already";
+    }
+    if (app.count("CELL") > 0 || app.count("--cell") > 0) {
+        options.cell = app.count("CELL") > 0 ? texts.cell : texts.cellOption;
+        return options.cell->empty() ? "--cell: the cell has no name" : "";
+    }
+    return {};
+}
+
+std::string TakeWindow(const CLI::App& app, const Texts& texts, LayoutToolOptions& options) {
+    if (app.count("--window") == 0) {
+        return {};
+    }
+    const WindowArgument argument = ParseWindowArgument(texts.window);
+    options.window = argument.window;
+    if (!argument.failure.empty()) {
+        return argument.failure;
+    }
+    const bool fits = std::holds_alternative<FittedWindow>(options.window);
+    return fits && !options.process ? "--window: fit needs a --process, whose masks it fits around"
+                                    : "";
+}
+
+/// Sets what was typed; the reason why not, or nothing if all is well.
+std::string TakeTexts(const CLI::App& app, const Texts& texts, LayoutToolOptions& options) {
+    options.layout = PathFromArgument(texts.layout);
+    for (const std::string& reason :
+         {TakePath(app, "--process", texts.process, options.process),
+          TakePath(app, "--picture", texts.picture, options.picture),
+          TakePath(app, "--assets", texts.assets, options.assets), TakeCell(app, texts, options),
+          TakeWindow(app, texts, options)}) {
+        if (!reason.empty()) {
+            return reason;
+        }
+    }
+    return {};
+}
+
+}  // namespace
+
+LayoutCommandLine ParseLayoutCommandLine(const std::vector<std::string>& arguments) {
+    Texts texts;
+    LayoutToolOptions options;
+    options.texts = usualTexts;
+    CLI::App app(description, "zelmo-layout");
+    AddOptions(app, texts, options);
+    try {
+        // The parser takes its arguments last first.
+        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+    } catch (const CLI::CallForHelp&) {
+        return {std::nullopt, ExitStatus::Success, app.help()};
+    } catch (const CLI::CallForVersion& version) {
+        return {std::nullopt, ExitStatus::Success, std::string(version.what()) + "\n"};
+    } catch (const CLI::Error& error) {
+        return UsageError(error.what());
+    }
+    if (const std::string reason = TakeTexts(app, texts, options); !reason.empty()) {
+        return UsageError(reason);
+    }
+    return {options, ExitStatus::Success, {}};
+}
+
+}  // namespace zelmo

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "command_line/exit_status.h"
+#include "process_run/view_choice.h"
+
+namespace zelmo {
+
+/// What the command line asks for.
+struct LayoutToolOptions {
+    std::filesystem::path layout;
+    std::optional<std::string> cell;  ///< none: all cells, or the process file's
+    std::optional<std::filesystem::path> process;
+    WindowChoice window;  ///< in place of what the process file says
+    std::optional<std::filesystem::path> picture;
+    std::optional<std::filesystem::path> assets;  ///< none: where the program's own are
+    std::size_t texts = 0;                        ///< most that are listed
+    bool json = false;
+    bool repair = false;
+};
+
+/// A command line that was understood, or how the program ends at once: with `text` on standard
+/// output for Success (help, version), else with the one line `text` on standard error.
+struct LayoutCommandLine {
+    std::optional<LayoutToolOptions> options;
+    ExitStatus status = ExitStatus::Success;
+    std::string text;
+};
+
+/// Reads the arguments behind the program's name, all in UTF-8 (on Linux, the bytes as they are).
+LayoutCommandLine ParseLayoutCommandLine(const std::vector<std::string>& arguments);
+
+}  // namespace zelmo

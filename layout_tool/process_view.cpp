@@ -1,0 +1,165 @@
+#include "layout_tool/process_view.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "base/data_files.h"
+#include "base/nearest_name.h"
+#include "base/text.h"
+#include "command_line/inputs.h"
+#include "command_line/reasons.h"
+#include "layout_tool/readable_text.h"
+#include "model/process.h"
+#include "process_file/color_table.h"
+#include "process_run/fitted_window.h"
+
+namespace zelmo {
+
+namespace {
+
+std::vector<std::filesystem::path> AssetFolders(const LayoutToolOptions& options) {
+    if (options.assets) {
+        return {*options.assets};
+    }
+    auto folders = InstalledDataFolders();
+    folders.emplace_back();
+    return folders;
+}
+
+std::optional<std::size_t> FindCell(const LayoutReading& reading, std::string_view name) {
+    const auto& cells = reading.database.cells;
+    const auto* const found = std::find_if(cells.begin(), cells.end(), [&](const GdsCell& cell) {
+        return NameText(cell.name) == name;
+    });
+    return found == cells.end() ? std::nullopt
+                                : std::optional(static_cast<std::size_t>(found - cells.begin()));
+}
+
+/// "; the nearest are "A", "B"", or nothing.
+std::string NearestCells(const LayoutReading& reading, std::string_view name) {
+    constexpr int most = 3;
+    std::vector<std::string_view> known;
+    for (const std::size_t cell : ListedCells(reading)) {
+        if (!reading.isAgain[cell]) {
+            known.push_back(NameText(reading.database.cells[cell].name));
+        }
+    }
+    std::vector<std::string> nearest;
+    for (int i = 0; i < most; ++i) {
+        const std::string_view next = NearestName(name, known);
+        if (next.empty()) {
+            break;
+        }
+        nearest.push_back(fmt::format("\"{}\"", ReadableText(next)));
+        std::erase(known, next);
+    }
+    const char* const words = nearest.size() == 1 ? "; the nearest is " : "; the nearest are ";
+    return nearest.empty() ? "" : fmt::format("{}{}", words, fmt::join(nearest, ", "));
+}
+
+/// The only cell on top.
+Outcome ChooseTop(const LayoutReading& reading, const LayoutToolOptions& options,
+                  std::optional<std::size_t>& cell) {
+    constexpr std::size_t mostNames = 5;
+    std::vector<std::string> tops;
+    for (std::size_t i = 0; i < reading.cells.size(); ++i) {
+        if (reading.cells[i].isTop && !reading.isAgain[i]) {
+            cell = i;
+            tops.push_back(ReadableText(NameText(reading.database.cells[i].name)));
+        }
+    }
+    if (tops.size() == 1) {
+        return {};
+    }
+    const std::size_t shown = std::min(mostNames, tops.size());
+    return {ExitStatus::Usage,
+            fmt::format(
+                "the layout {} has {} cells on top: give the CELL that is meant{}{}{}",
+                TextOf(options.layout), tops.size(), tops.empty() ? "" : ", of ",
+                fmt::join(tops.begin(), tops.begin() + static_cast<std::ptrdiff_t>(shown), ", "),
+                shown < tops.size() ? " and others" : "")};
+}
+
+Outcome UnknownCell(const LayoutReading& reading, const LayoutToolOptions& options,
+                    const std::string& name) {
+    const std::string reason = fmt::format("has no cell \"{}\"{} (without a CELL all are listed)",
+                                           ReadableText(name), NearestCells(reading, name));
+    if (options.cell) {
+        return {ExitStatus::Usage, fmt::format("the layout {} {}", TextOf(options.layout), reason)};
+    }
+    return ProcessFailure(*options.process,
+                          fmt::format("the layout {} {}", TextOf(options.layout), reason));
+}
+
+}  // namespace
+
+Outcome ReadProcess(const LayoutToolOptions& options, std::optional<ProcessFile>& process) {
+    if (!options.process) {
+        return {};
+    }
+    ColorTable colors;
+    if (Outcome outcome = LoadColors(FindDataFile(AssetFolders(options), "colors.txt"), colors);
+        outcome.Failed()) {
+        return outcome;
+    }
+    process = ReadProcessFile(*options.process, colors);
+    if (!process->opened) {
+        return ProcessFailure(*options.process, WhyNotOpened(*options.process));
+    }
+    std::vector<std::string> errors;
+    for (const ProcessFileError& error : process->errors) {
+        errors.push_back(Utf8FromWide(WidenBytes(ErrorLine(error))));
+    }
+    return errors.empty() ? Outcome{} : ProcessFailure(*options.process, FirstOf(errors));
+}
+
+Outcome ChooseCell(const LayoutReading& reading, const LayoutToolOptions& options,
+                   const std::optional<ProcessFile>& process, std::optional<std::size_t>& cell) {
+    const bool isNamed = options.cell.has_value() || process.has_value();
+    if (!isNamed) {
+        const bool isNeeded = options.picture || options.window.index() != 0;
+        return isNeeded ? ChooseTop(reading, options, cell) : Outcome{};
+    }
+    const std::string name = options.cell ? *options.cell : process->settings.cellName;
+    cell = FindCell(reading, NameText(name));
+    if (!cell) {
+        return UnknownCell(reading, options, name);
+    }
+    if (reading.cells[*cell].isEndless) {
+        return {ExitStatus::Layout,
+                fmt::format("cell \"{}\" of the layout {} contains a cell that contains itself: it "
+                            "has no end that could be counted",
+                            ReadableText(name), TextOf(options.layout))};
+    }
+    return {};
+}
+
+Outcome ChooseWindow(const LayoutReading& reading, const LayoutToolOptions& options,
+                     const std::optional<ProcessFile>& process, CellFacts& facts) {
+    if (const auto* const given = std::get_if<GivenWindow>(&options.window)) {
+        facts.window = *given;
+    } else if (const auto* const fitted = std::get_if<FittedWindow>(&options.window)) {
+        const std::string cell(NameText(reading.database.cells[facts.cell].name));
+        const WindowFit fit = FitWindow(reading.database, cell, process->steps, *fitted);
+        if (!fit.failure.empty()) {
+            return ProcessFailure(*options.process, ReadableText(fit.failure));
+        }
+        facts.window = fit.window;
+    } else if (process) {
+        const ProcessSettings& settings = process->settings;
+        facts.window = GivenWindow{settings.windowX, settings.windowY, settings.windowWidth,
+                                   settings.windowHeight};
+    }
+    if (facts.window) {
+        // What is higher than wide is cut to a square, as in a run.
+        facts.window->height = std::min(facts.window->height, facts.window->width);
+    }
+    return {};
+}
+
+}  // namespace zelmo

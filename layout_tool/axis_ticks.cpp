@@ -45,7 +45,11 @@ std::vector<AxisTick> AxisTicks(double from, double to, int count) {
         return ticks;
     }
     const TickStep step = StepFor(range / count);
-    for (double number = std::ceil(from / step.step); number * step.step <= to; number += 1.0) {
+    // Ends that are round numbers themselves have a tick, whatever their division is rounded to.
+    constexpr double nearly = 1e-9;
+    const double last = to + nearly * step.step;
+    for (double number = std::ceil(from / step.step - nearly); number * step.step <= last;
+         number += 1.0) {
         const double at = number * step.step + 0.0;
         ticks.push_back({at, fmt::format("{:.{}f}", at, step.decimals)});
     }

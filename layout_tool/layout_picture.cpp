@@ -174,7 +174,7 @@ void AddLegend(std::string& svg, const Page& page, const std::vector<PictureGrou
             "fill-opacity=\"0.6\" stroke=\"{2}\"/><text x=\"{3:.2f}\" "
             "y=\"{4:.2f}\">{5}{6}</text>\n",
             x, y, color, x + 26.0, y + 11.0, ShortXmlText(group.title, longestTitle),
-            group.shapes.empty() ? " (none)" : "");
+            group.shapes.empty() ? " (none drawn)" : "");
         y += legendLine;
     }
     svg += "</g>\n";

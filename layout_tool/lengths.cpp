@@ -17,7 +17,7 @@ int DecimalsOf(double micronsPerUnit) {
     double scaled = micronsPerUnit;
     for (int decimals = 0; decimals <= mostDecimals; ++decimals, scaled *= 10.0) {
         const double rounded = std::round(scaled);
-        if (rounded >= 1.0 && rounded < 1e9 && std::abs(scaled - rounded) < 1e-6 * scaled) {
+        if (rounded >= 1.0 && rounded < 1e9 && std::abs(scaled - rounded) < 1e-9 * scaled) {
             return decimals;
         }
     }

@@ -31,7 +31,7 @@ const ProcessStep* TargetFilm(const Steps& steps, std::size_t index) {
     const std::vector<std::string>& targets = steps[index].targets;
     for (std::size_t i = index; i-- > 0;) {
         if (MakesFilm(steps[i]) &&
-            std::find(targets.begin(), targets.end(), steps[i].materialType) != targets.end()) {
+            std::find(targets.begin(), targets.end(), steps[i].material) != targets.end()) {
             return &steps[i];
         }
     }

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <cstdint>
 #include <variant>
 
 #include <CLI/CLI.hpp>
@@ -23,8 +24,6 @@ constexpr const char* exitStatuses =
     "3 the process file was refused or has no window in the layout, 4 the picture could not be\n"
     "written, 5 anything else.";
 
-constexpr std::size_t usualTexts = 1000;
-
 /// The command line as it was typed.
 struct Texts {
     std::string layout;
@@ -34,6 +33,7 @@ struct Texts {
     std::string window;
     std::string picture;
     std::string assets;
+    std::int64_t mostTexts = 1000;
 };
 
 std::filesystem::path PathFromArgument(const std::string& argument) {
@@ -66,8 +66,8 @@ void AddOptions(CLI::App& app, Texts& texts, LayoutToolOptions& options) {
                    "replaced")
         ->type_name("FILE.svg");
     app.add_flag("--json", options.json, "Write data in place of tables");
-    app.add_option("--texts", options.texts,
-                   fmt::format("The most texts that are listed (default: {})", usualTexts))
+    app.add_option("--texts", texts.mostTexts,
+                   fmt::format("The most texts that are listed (default: {})", texts.mostTexts))
         ->type_name("COUNT");
     app.add_flag("--repair", options.repair,
                  "Read also a layout that is refused for a path's shape or for a missing cell, and "
@@ -128,6 +128,10 @@ std::string TakeTexts(const CLI::App& app, const Texts& texts, LayoutToolOptions
             return reason;
         }
     }
+    if (texts.mostTexts < 0) {
+        return "--texts: the number is below 0";
+    }
+    options.texts = static_cast<std::size_t>(texts.mostTexts);
     return {};
 }
 
@@ -136,7 +140,6 @@ std::string TakeTexts(const CLI::App& app, const Texts& texts, LayoutToolOptions
 LayoutCommandLine ParseLayoutCommandLine(const std::vector<std::string>& arguments) {
     Texts texts;
     LayoutToolOptions options;
-    options.texts = usualTexts;
     CLI::App app(description, "zelmo-layout");
     AddOptions(app, texts, options);
     try {

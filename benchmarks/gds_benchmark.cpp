@@ -1,16 +1,21 @@
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "base/log_console.h"
+#include "base/row_bands.h"
 #include "benchmarks/large_layouts.h"
 #include "gds/gds_database.h"
 #include "gds/gds_reader.h"
+#include "gds/layout_contents.h"
+#include "gds/layout_problems.h"
 #include "model/grid/grid.h"
 #include "process_run/mask_polygons.h"
 
@@ -37,10 +42,10 @@ public:
     LayoutFile(const LayoutFile&) = delete;
     LayoutFile& operator=(const LayoutFile&) = delete;
 
-    GdsDatabase Load() const {
+    GdsDatabase Load(const LayoutOptions& options = {}) const {
         GdsDatabase database;
         SilentConsole console;
-        if (ReadGdsFile(database, path_, &console)) {
+        if (ReadGdsFile(database, path_, &console, options)) {
             throw std::runtime_error("the layout was refused");
         }
         return database;
@@ -101,6 +106,45 @@ BENCHMARK(LayoutLoad<ReferenceLayout>)->Unit(benchmark::kMillisecond);
 BENCHMARK(LayoutLoad<PathLayout<4>>)->Unit(benchmark::kMillisecond);
 BENCHMARK(LayoutLoad<PathLayout<20>>)->Unit(benchmark::kMillisecond);
 BENCHMARK(LayoutLoad<SmallCellLayout>)->Unit(benchmark::kMillisecond);
+
+/// All that zelmo-layout works out of a layout before it prints: on one thread, from the file.
+template <GdsWriter (*makeLayout)()>
+void LayoutFacts(benchmark::State& state) {
+    const LayoutFile file(makeLayout());
+    SetRowThreads(1);
+    for (auto _ : state) {
+        const GdsDatabase database = file.Load({.texts = true});
+        benchmark::DoNotOptimize(FindLayoutProblems(database));
+        benchmark::DoNotOptimize(CountCells(database));
+    }
+    SetRowThreads(0);
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(file.Size()));
+}
+BENCHMARK(LayoutFacts<FlatLayout>)->Unit(benchmark::kMillisecond);
+BENCHMARK(LayoutFacts<MixedLayout>)->Unit(benchmark::kMillisecond);
+BENCHMARK(LayoutFacts<ReferenceLayout>)->Unit(benchmark::kMillisecond);
+BENCHMARK(LayoutFacts<SmallCellLayout>)->Unit(benchmark::kMillisecond);
+
+/// The layers of the cell with the most shapes below it.
+template <GdsWriter (*makeLayout)()>
+void LayerContents(benchmark::State& state) {
+    const LayoutFile file(makeLayout());
+    const GdsDatabase database = file.Load();
+    const std::vector<CellContents> cells = CountCells(database);
+    const auto largest = std::max_element(cells.begin(), cells.end(),
+                                          [](const CellContents& a, const CellContents& b) {
+                                              return a.shapes.estimate < b.shapes.estimate;
+                                          });
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(
+            CountLayers(database, static_cast<std::size_t>(largest - cells.begin())));
+    }
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(file.Size()));
+}
+BENCHMARK(LayerContents<FlatLayout>)->Unit(benchmark::kMillisecond);
+BENCHMARK(LayerContents<MixedLayout>)->Unit(benchmark::kMillisecond);
+BENCHMARK(LayerContents<ReferenceLayout>)->Unit(benchmark::kMillisecond);
+BENCHMARK(LayerContents<SmallCellLayout>)->Unit(benchmark::kMillisecond);
 
 /// A window of so many micrometres in the middle of the chip, 1000 cells wide.
 void PolygonExtraction(benchmark::State& state) {

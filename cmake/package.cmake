@@ -12,11 +12,12 @@ else()
     install(FILES assets/zelmo.png DESTINATION share/icons/hicolor/256x256/apps)
 endif()
 
-install(TARGETS zelmo zelmo-batch RUNTIME DESTINATION ${PROGRAM_FOLDER})
+install(TARGETS zelmo zelmo-batch zelmo-layout RUNTIME DESTINATION ${PROGRAM_FOLDER})
 install(FILES assets/colors.txt assets/surface.shader assets/point.shader assets/zelmo.ico
         DESTINATION ${DATA_FOLDER})
 configure_file(docs/guide.txt ${CMAKE_BINARY_DIR}/docs/guide.txt @ONLY)
-install(FILES ${CMAKE_BINARY_DIR}/docs/guide.txt docs/process-file.md DESTINATION ${DOCUMENT_FOLDER})
+install(FILES ${CMAKE_BINARY_DIR}/docs/guide.txt docs/process-file.md docs/zelmo-layout.md
+        DESTINATION ${DOCUMENT_FOLDER})
 foreach(example cmos_inverter mems_release array processes/gf180mcu processes/mems_three_poly
                 processes/sg13g2 processes/sky130 processes/soi220)
     get_filename_component(folder examples/${example} DIRECTORY)

@@ -5,7 +5,7 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 packages=$root/build/packages
 
 for preset in release windows; do
-    sh "$root/scripts/build.sh" packages "$preset" zelmo zelmo-batch zelmo_assets zelmo_examples
+    sh "$root/scripts/build.sh" packages "$preset" zelmo zelmo-batch zelmo-layout zelmo_assets zelmo_examples
 done
 
 echo "== Packing"

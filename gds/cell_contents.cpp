@@ -12,36 +12,34 @@ namespace zelmo {
 namespace {
 
 /// Cells under the linear parts of placements, each with the box of all shapes in it, relative to
-/// the placement's offset.
+/// the placement's offset. Cells as they are drawn come children first.
 class BoxTable {
 public:
-    explicit BoxTable(const ContentLimits& limits) : limits_(limits) {}
+    BoxTable(const GdsDatabase& database, const ContentLimits& limits)
+        : database_(database), limits_(limits), drawn_(database.cells.size()) {}
 
-    /// None where there were too many turns. References of the cell lead in no circle.
-    std::optional<GdsRect> Of(const GdsCell& cell) {
-        const PlacementKey wanted = LinearKeyOf(cell, {});
-        if (const auto found = boxes_.find(wanted); found != boxes_.end()) {
-            return found->second;
-        }
-        std::vector<Visit> path;
-        path.push_back(BeginVisit(wanted));
-        while (!path.empty()) {
+    /// The box of a cell as it is drawn. None where there were too many turns in it or in a cell
+    /// that it contains.
+    const std::optional<GdsRect>& Find(std::size_t cell) {
+        path_.push_back(BeginVisit(LinearKeyOf(database_.cells[cell], {})));
+        while (path_.size() > 1 || path_.back().next < path_.back().turned.size()) {
             if (boxes_.size() > limits_.turns || turnedElements_ > limits_.turnedElements) {
-                return std::nullopt;
+                path_.clear();
+                return drawn_[cell];
             }
-            Visit& visit = path.back();
-            while (visit.next < visit.children.size() &&
-                   boxes_.contains(visit.children[visit.next].key)) {
-                ++visit.next;
-            }
-            if (visit.next < visit.children.size()) {
-                path.push_back(BeginVisit(visit.children[visit.next].key));
-            } else {
+            Visit& visit = path_.back();
+            if (visit.next == visit.turned.size()) {
                 boxes_.emplace(visit.key, WorkOut(visit));
-                path.pop_back();
+                path_.pop_back();
+            } else if (boxes_.contains(visit.turned[visit.next].key)) {
+                ++visit.next;
+            } else {
+                path_.push_back(BeginVisit(visit.turned[visit.next].key));
             }
         }
-        return boxes_.at(wanted);
+        drawn_[cell] = WorkOut(path_.back());
+        path_.clear();
+        return drawn_[cell];
     }
 
 private:
@@ -51,18 +49,36 @@ private:
     };
     struct Visit {
         PlacementKey key;
-        std::vector<Child> children;
-        std::size_t next = 0;  ///< the first child whose box may be missing
+        std::vector<Child> turned;
+        std::size_t next = 0;                      ///< the first child whose box may be missing
+        std::optional<GdsRect> drawn = GdsRect();  ///< of all children that are not turned
     };
 
+    std::size_t NumberOf(const GdsCell& cell) const {
+        return static_cast<std::size_t>(&cell - database_.cells.begin());
+    }
+
+    void AddChild(Visit& visit, const PlacementKey& key, const GdsRect& offsets) {
+        if (key != LinearKeyOf(*key.cell, {})) {
+            visit.turned.push_back({key, offsets});
+            return;
+        }
+        const std::optional<GdsRect>& below = drawn_[NumberOf(*key.cell)];
+        if (!below) {
+            visit.drawn.reset();
+        } else if (visit.drawn && !IsNothing(*below)) {
+            MergeRect(*visit.drawn, MoveRect(*below, offsets));
+        }
+    }
+
     Visit BeginVisit(const PlacementKey& key) {
-        Visit visit{key, {}, 0};
+        Visit visit{key, {}};
         const GdsTransform transform = TransformOf(key);
         const LinearPart linear = LinearPartOf(transform);
         const auto add = [&](const auto& reference, const GdsRect& offsets) {
             const GdsTransform child =
                 PlaceChild({}, reference.mag, reference.angle, reference.strans, transform, linear);
-            visit.children.push_back({LinearKeyOf(*reference.cell, child), offsets});
+            AddChild(visit, LinearKeyOf(*reference.cell, child), offsets);
         };
         for (const GdsSref& sref : key.cell->srefs) {
             const GdsPoint offset = TurnPoint(sref.origin, linear);
@@ -78,29 +94,35 @@ private:
         return visit;
     }
 
-    GdsRect WorkOut(const Visit& visit) {
+    std::optional<GdsRect> WorkOut(const Visit& visit) {
         const GdsCell& cell = *visit.key.cell;
-        const GdsTransform transform = TransformOf(visit.key);
-        const LinearPart linear = LinearPartOf(transform);
-        GdsRect box;
-        for (const GdsBoundary& boundary : cell.boundaries) {
-            WidenByShape(box, boundary, linear, {0, 0, 0, 0});
+        std::optional<GdsRect> box = visit.drawn;
+        for (const Child& child : visit.turned) {
+            const std::optional<GdsRect>& below = boxes_.at(child.key);
+            if (!below || !box) {
+                box.reset();
+            } else if (!IsNothing(*below)) {
+                MergeRect(*box, MoveRect(*below, child.offsets));
+            }
         }
-        for (const Child& child : visit.children) {
-            const GdsRect& below = boxes_.at(child.key);
-            if (!IsNothing(below)) {
-                MergeRect(box, MoveRect(below, child.offsets));
+        const LinearPart linear = LinearPartOf(TransformOf(visit.key));
+        for (const GdsBoundary& boundary : cell.boundaries) {
+            if (box) {
+                WidenByShape(*box, boundary, linear, {0, 0, 0, 0});
             }
         }
         if (visit.key != LinearKeyOf(cell, {})) {
-            turnedElements_ += cell.boundaries.size() + visit.children.size();
+            turnedElements_ += cell.boundaries.size() + visit.turned.size();
         }
         return box;
     }
 
+    const GdsDatabase& database_;
     ContentLimits limits_;
     std::uint64_t turnedElements_ = 0;
-    std::unordered_map<PlacementKey, GdsRect, PlacementKeyHash> boxes_;
+    std::vector<std::optional<GdsRect>> drawn_;
+    std::unordered_map<PlacementKey, std::optional<GdsRect>, PlacementKeyHash> boxes_;
+    std::vector<Visit> path_;
 };
 
 /// Adds up what a cell contains. The contents of its children are complete.
@@ -139,12 +161,11 @@ std::vector<CellContents> CountCells(const GdsDatabase& database, const ContentL
     for (const CellTexts& texts : database.texts) {
         contents[texts.cell].ownTexts = texts.texts.size();
     }
-    BoxTable boxes(limits);
+    BoxTable boxes(database, limits);
     for (const std::size_t number : order.childrenFirst) {
         CellContents& cell = contents[number];
         AddChildren(contents, database, number);
-        const std::optional<GdsRect> box =
-            cell.isEndless ? std::nullopt : boxes.Of(database.cells[number]);
+        const std::optional<GdsRect> box = cell.isEndless ? std::nullopt : boxes.Find(number);
         cell.hasBox = box.has_value();
         cell.box = box.value_or(GdsRect());
     }

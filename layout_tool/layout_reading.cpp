@@ -89,11 +89,16 @@ std::vector<std::vector<ContainedCell>> FindContained(const GdsDatabase& databas
     return contained;
 }
 
-std::vector<bool> FindAgain(const GdsDatabase& database) {
-    std::vector<bool> isAgain;
-    std::unordered_set<std::string_view> names;
-    for (const GdsCell& cell : database.cells) {
-        isAgain.push_back(!names.insert(NameText(cell.name)).second);
+std::vector<bool> FindAgain(const GdsDatabase& database, const LayoutProblems& problems) {
+    std::vector<bool> isAgain(database.cells.size(), false);
+    std::unordered_set<std::string_view> repeated;
+    for (const RepeatedCell& cell : problems.repeated) {
+        repeated.insert(cell.name);
+    }
+    std::unordered_set<std::string_view> seen;
+    for (std::size_t i = 0; i < isAgain.size() && !repeated.empty(); ++i) {
+        const std::string_view name = NameText(database.cells[i].name);
+        isAgain[i] = repeated.contains(name) && !seen.insert(name).second;
     }
     return isAgain;
 }
@@ -118,7 +123,7 @@ LayoutReading ReadLayout(const std::filesystem::path& path, bool repair) {
         reading.outcome = LayoutFailure(path, fault.what());
         return reading;
     }
-    reading.isAgain = FindAgain(reading.database);
+    reading.isAgain = FindAgain(reading.database, reading.problems);
     reading.contained = FindContained(reading.database);
     reading.hasCells = true;
     return reading;

@@ -107,7 +107,8 @@ Outcome ReadProcess(const LayoutToolOptions& options, std::optional<ProcessFile>
         outcome.Failed()) {
         return outcome;
     }
-    process = ReadProcessFile(*options.process, colors);
+    const VariableValues none;  // the defaults of variables serve as in a run
+    process = ReadProcessFile(*options.process, colors, &none);
     if (!process->opened) {
         return ProcessFailure(*options.process, WhyNotOpened(*options.process));
     }

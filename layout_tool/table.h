@@ -18,15 +18,17 @@ public:
     explicit Table(std::vector<Column> columns) : columns_(std::move(columns)) {}
 
     /// As many cells as there are columns, in UTF-8.
-    void AddRow(std::vector<std::string> cells) { rows_.push_back(std::move(cells)); }
-    bool IsEmpty() const { return rows_.empty(); }
+    void AddRow(const std::vector<std::string>& cells);
+    bool IsEmpty() const { return ends_.empty(); }
 
     /// The titles and the rows, each line with its end and without blanks before it.
     std::string Text() const;
 
 private:
     std::vector<Column> columns_;
-    std::vector<std::vector<std::string>> rows_;
+    std::string texts_;              ///< of all cells, row by row
+    std::vector<std::size_t> ends_;  ///< of each cell in these
+    std::vector<std::size_t> widths_;
 };
 
 }  // namespace zelmo

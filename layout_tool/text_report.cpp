@@ -98,7 +98,7 @@ std::string CellTable(const LayoutReading& reading) {
                                      fmt::format("{}", cell.ownPlacements)};
         Append(row, BoxCells(cell.box, cell.hasBox, lengths));
         row.push_back(ContainedText(reading, reading.contained[number], mostNames));
-        table.AddRow(std::move(row));
+        table.AddRow(row);
     }
     return table.IsEmpty() ? std::string() : fmt::format("\n{}", table.Text());
 }
@@ -180,7 +180,7 @@ std::string LayerTable(const LayoutReading& reading, const CellFacts& facts) {
         if (!facts.masks.empty()) {
             row.push_back(MasksOf(facts, i));
         }
-        table.AddRow(std::move(row));
+        table.AddRow(row);
     }
     return table.IsEmpty() ? "\nno layers: the cell has neither shapes nor texts\n"
                            : fmt::format("\n{}", table.Text());

@@ -55,6 +55,11 @@ std::int64_t ToUnits(double units) {
     return TruncateToI64(std::round(std::clamp(units, -limit, limit)));
 }
 
+std::int64_t Held(std::int64_t units) {
+    constexpr std::int64_t limit = std::int64_t{1} << 50;
+    return std::clamp(units, -limit, limit);
+}
+
 PictureView ViewOf(const LayoutReading& reading, const CellFacts& facts) {
     const CellContents& cell = reading.cells[facts.cell];
     GdsRect box = cell.hasBox && !IsNothing(cell.box) ? cell.box : GdsRect{0, 0, 1, 1};
@@ -69,6 +74,7 @@ PictureView ViewOf(const LayoutReading& reading, const CellFacts& facts) {
         box = {ToUnits((x - around) / unit), ToUnits((y - around) / unit),
                ToUnits((x + width + around) / unit), ToUnits((y + height + around) / unit)};
     }
+    box = {Held(box.xmin), Held(box.ymin), Held(box.xmax), Held(box.ymax)};
     // A little room, and never none
     const std::int64_t room =
         facts.window ? 0 : std::max(box.xmax - box.xmin, box.ymax - box.ymin) / 50 + 1;

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "gds/coordinates.h"
 #include "layout_tool/lengths.h"
 #include "process_run/mask_polygons.h"
 
@@ -54,7 +55,13 @@ std::int64_t SizeOf(const RawPolygon& polygon) {
     const auto [lower, upper] =
         std::minmax_element(polygon.points.begin(), polygon.points.end(),
                             [](const GdsPoint& a, const GdsPoint& b) { return a.y < b.y; });
-    return std::max(right->x - left->x, upper->y - lower->y);
+    return std::max(SaturatingSubtract(right->x, left->x), SaturatingSubtract(upper->y, lower->y));
+}
+
+/// Held where differences of such numbers fit: far outside of every picture.
+GdsPoint Held(GdsPoint point) {
+    constexpr std::int64_t limit = std::int64_t{1} << 53;
+    return {std::clamp(point.x, -limit, limit), std::clamp(point.y, -limit, limit)};
 }
 
 /// Takes the smallest shapes out until the others are few enough. Their order stays.
@@ -107,7 +114,8 @@ PictureShapes CollectShapes(const LayoutReading& reading, const CellFacts& facts
                             });
     });
     shapes.leftOut = KeepLargest(found.polygons, limits, Lengths(reading.database));
-    for (const RawPolygon& polygon : found.polygons) {
+    for (RawPolygon& polygon : found.polygons) {
+        std::transform(polygon.points.begin(), polygon.points.end(), polygon.points.begin(), Held);
         for (PictureGroup& group : shapes.groups) {
             if (!polygon.points.empty() &&
                 IsPartOf(group.layers, polygon.layer, polygon.datatype)) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "gds/coordinates.h"
 #include "gds/placed_boxes.h"
 #include "layout_tool/lengths.h"
 #include "layout_tool/readable_text.h"
@@ -42,8 +43,9 @@ std::vector<std::string> BoxCells(const GdsRect& box, bool isKnown, const Length
     if (!isKnown || IsNothing(box)) {
         return {unknown, unknown, unknown, unknown};
     }
-    return {lengths.Text(box.xmin), lengths.Text(box.ymin), lengths.Text(box.xmax - box.xmin),
-            lengths.Text(box.ymax - box.ymin)};
+    return {lengths.Text(box.xmin), lengths.Text(box.ymin),
+            lengths.Text(SaturatingSubtract(box.xmax, box.xmin)),
+            lengths.Text(SaturatingSubtract(box.ymax, box.ymin))};
 }
 
 void Append(std::vector<std::string>& row, std::vector<std::string> cells) {

@@ -2,18 +2,24 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/row_bands.h"
 #include "gds/gds_database.h"
 #include "gds/gds_reader.h"
 #include "gds/gzip_bytes.h"
+#include "gds/layout_contents.h"
+#include "gds/layout_problems.h"
 #include "gds/layout_repairs.h"
 #include "gds/library_reading.h"
+#include "gds/placed_boxes.h"
 #include "gds/polygon_selection.h"
+#include "gds/text_places.h"
 #include "tests/fuzz/target.h"
 #include "tests/gds/database_text.h"
 
@@ -39,10 +45,38 @@ void Extract(const GdsCell& cell, std::int64_t low, std::int64_t high, std::int6
             "a refusal tells its reason");
 }
 
+/// What cells hold, counted once each and layer by layer.
+void CountContents(const GdsDatabase& database) {
+    const ContentLimits limits{.turns = 300, .turnedElements = 20000};
+    const std::vector<CellContents> cells = CountCells(database, limits);
+    Require(cells.size() == database.cells.size(), "every cell has contents");
+    FindLayoutProblems(database);
+    for (std::size_t i = 0; i < std::min<std::size_t>(cells.size(), 20); ++i) {
+        if (cells[i].isEndless) {
+            continue;
+        }
+        FlatCount shapes;
+        GdsRect box;
+        const CellLayers layers = CountLayers(database, i, limits);
+        for (const LayerContents& layer : layers.layers) {
+            shapes = shapes + layer.shapes;
+            if (!IsNothing(layer.box)) {
+                MergeRect(box, layer.box);
+            }
+        }
+        Require(shapes.isExact == cells[i].shapes.isExact && shapes.exact == cells[i].shapes.exact,
+                "layers hold the shapes of the cell");
+        Require(!layers.haveBoxes || !cells[i].hasBox || box == cells[i].box,
+                "layers lie in the box of the cell");
+        Require(FindTexts(database, i, 50).size() <= 50, "texts keep to their limit");
+    }
+}
+
 std::optional<LayoutError> ReadAndExtract(const MemoryFile& file, std::size_t size,
-                                          const LayoutOptions& options) {
+                                          LayoutOptions options) {
     GdsDatabase database;
     CountingConsole console;
+    options.texts = true;
     auto error = ReadGdsFile(database, file.Path(), &console, options);
     if (error) {
         const std::string_view reason = LayoutErrorReason(error->kind);
@@ -53,6 +87,7 @@ std::optional<LayoutError> ReadAndExtract(const MemoryFile& file, std::size_t si
         Extract(cell, -1000000000000, 1000000000000, 0);
         Extract(cell, -500, 20000, 10);
     }
+    CountContents(database);
     return std::nullopt;
 }
 

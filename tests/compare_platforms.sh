@@ -22,5 +22,19 @@ pictures=$(find "$out/linux" -name '*.bmp' | wc -l)
     ../compare/windows.records 2> ../compare/windows.log)
 cmp "$out/linux.records" "$out/windows.records"
 [ -s "$out/linux.records" ]
-echo "$pictures pictures and all records are the same on Linux and Windows"
+
+# Files of numbers, but for the times in the summary and the folders that its inputs lie in
+mkdir "$out/numbers-linux" "$out/numbers-windows"
+set -- --quiet --no-pictures --overwrite --steps deposition,last --probe 0.5,0.5 --csv probes.csv \
+    --json probes.json --cut 0,0,1,1 --cuts . --summary summary.json "$layout" "$process"
+(cd "$out/numbers-linux" && ../../release/zelmo-batch "$@")
+(cd "$out/numbers-windows" && ../../../scripts/wine.sh ../../windows/zelmo-batch.exe "$@")
+for platform in linux windows; do
+    sed -i -e 's/seconds": [0-9.e-]*/seconds": 0/' -e 's/"path": .*/"path": ""/' \
+        "$out/numbers-$platform/summary.json"
+done
+diff -r "$out/numbers-linux" "$out/numbers-windows"
+[ -s "$out/numbers-linux/probes.csv" ] && [ -s "$out/numbers-linux/summary.json" ]
+
+echo "$pictures pictures, all records and all numbers are the same on Linux and Windows"
 rm -rf "$out"

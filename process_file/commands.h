@@ -31,4 +31,7 @@ std::span<const Command> SettingsCommands();
 /// The commands that make a step.
 std::span<const Command> StepCommands();
 
+/// The command that a word stands for, or null.
+const Command* FindCommand(std::string_view word);
+
 }  // namespace zelmo

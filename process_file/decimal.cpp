@@ -88,10 +88,14 @@ float ToFloat(const DecimalText& scanned) {
     return value;
 }
 
+bool HasSign(std::string_view text) {
+    return !text.empty() && (text[0] == '+' || text[0] == '-');
+}
+
 }  // namespace
 
 std::optional<float> ParseDecimal(std::string_view text) {
-    const bool hasSign = !text.empty() && (text[0] == '+' || text[0] == '-');
+    const bool hasSign = HasSign(text);
     const bool isNegative = hasSign && text[0] == '-';
     const std::optional<DecimalText> scanned = ScanUnsigned(text.substr(hasSign ? 1 : 0));
     if (!scanned) {
@@ -99,6 +103,12 @@ std::optional<float> ParseDecimal(std::string_view text) {
     }
     const float magnitude = ToFloat(*scanned);
     return isNegative ? -magnitude : magnitude;
+}
+
+std::size_t DecimalLength(std::string_view text) {
+    const std::size_t sign = HasSign(text) ? 1 : 0;
+    const std::optional<DecimalText> scanned = ScanUnsigned(text.substr(sign));
+    return scanned ? sign + scanned->number.size() : 0;
 }
 
 }  // namespace zelmo

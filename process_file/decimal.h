@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string_view>
 
@@ -10,5 +11,8 @@ namespace zelmo {
 /// locale; too large gives infinity, too small a zero. Nothing if `text` begins with no number,
 /// which "inf" and "nan" are not.
 std::optional<float> ParseDecimal(std::string_view text);
+
+/// The length of that number in `text`; 0 if it begins with none.
+std::size_t DecimalLength(std::string_view text);
 
 }  // namespace zelmo

@@ -3,12 +3,14 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "base/file.h"
 #include "process_file/color_table.h"
+#include "process_file/command_text.h"
 #include "process_file/commands.h"
 #include "process_file/first_command.h"
 #include "process_file/reader_state.h"
@@ -17,17 +19,6 @@
 namespace zelmo {
 
 namespace {
-
-const Command* FindCommand(std::string_view word) {
-    for (const auto commands : {SettingsCommands(), StepCommands()}) {
-        for (const Command& command : commands) {
-            if (command.word == word) {
-                return &command;
-            }
-        }
-    }
-    return nullptr;
-}
 
 /// The substrate comes first in every run; a colour table without its colour leaves it black.
 ProcessStep SubstrateStep(const ColorTable& colors) {
@@ -88,17 +79,17 @@ std::string ReplaceVariables(ReaderState& state, std::string_view line) {
 
 /// Handles one line of the file, which may be a comment or blank.
 void HandleLine(ReaderState& state, ProcessFile& file, std::string_view line) {
-    if (line.starts_with('#') || line.find_first_not_of(" \r\n\t") == std::string_view::npos) {
+    const std::optional<std::string_view> command = CommandTextOf(line);
+    if (!command) {
         return;
     }
-    line = line.substr(0, line.find_first_of("\r\n"));
-    std::string_view rest = line;
+    std::string_view rest = *command;
     const std::string_view word = TakeWord(rest);
     if (word.empty()) {
         ReportError(state, "Unknown command");
         return;
     }
-    HandleCommand(state, file, word, ReplaceVariables(state, line));
+    HandleCommand(state, file, word, ReplaceVariables(state, *command));
 }
 
 }  // namespace

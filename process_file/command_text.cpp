@@ -1,0 +1,31 @@
+#include "process_file/command_text.h"
+
+#include "base/file.h"
+#include "process_file/words.h"
+
+namespace zelmo {
+
+std::optional<std::string_view> CommandTextOf(std::string_view line) {
+    if (line.starts_with('#') || line.find_first_not_of(" \r\n\t") == std::string_view::npos) {
+        return std::nullopt;
+    }
+    return line.substr(0, line.find_first_of("\r\n"));
+}
+
+std::vector<CommandText> ReadCommandTexts(const std::filesystem::path& path) {
+    std::vector<CommandText> commands;
+    const FilePointer stream = OpenFile(path, "rb");
+    std::string line;
+    std::string_view word;
+    for (std::int32_t number = 1; stream && word != "stop" && ReadTextLine(stream.get(), line);
+         ++number) {
+        if (const auto text = CommandTextOf(line)) {
+            commands.push_back({number, std::string(*text)});
+            std::string_view rest = commands.back().text;
+            word = TakeWord(rest);
+        }
+    }
+    return commands;
+}
+
+}  // namespace zelmo

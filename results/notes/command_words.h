@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string_view>
 #include <vector>
 
@@ -26,6 +27,9 @@ struct CommandWords {
     std::string_view loose;                ///< the words in front of the first argument
     std::vector<GivenArgument> arguments;  ///< in their order
 };
+
+/// The arguments that a command knows. That of `gds` looks for no others, and its row names none.
+std::span<const std::string_view> AllowedArguments(const Command& command);
 
 /// Takes apart a line by its white space, tabs among it. What stands behind `dump` and `stop` is
 /// nothing to them and is left out, as is what stands behind a word that is no command.

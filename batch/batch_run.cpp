@@ -18,6 +18,9 @@
 #include "base/data_files.h"
 #include "base/text.h"
 #include "batch/consoles.h"
+#include "batch/input_notes.h"
+#include "batch/note_listener.h"
+#include "batch/note_teller.h"
 #include "batch/output_folder.h"
 #include "batch/picture_saver.h"
 #include "batch/probe_writer.h"
@@ -49,6 +52,9 @@ struct Reporting {
     explicit Reporting(bool quiet)
         : columns(quiet ? 0 : TerminalColumns()), progress(columns), console(progress, quiet) {}
 
+    void Tell(const std::string& line) {
+        progress.Interrupt([&] { WriteToError(line); });
+    }
     void Error(const std::string& message) {
         progress.Interrupt([&] { WriteErrorLine(message); });
     }
@@ -161,7 +167,7 @@ void TellRepairs(const LayoutRepairs& repairs, const std::filesystem::path& layo
 
 /// Reads both files into a model that is ready to run.
 Outcome Prepare(const BatchOptions& options, const std::vector<std::filesystem::path>& assetFolders,
-                Reporting& reporting, std::unique_ptr<ProcessModel>& model) {
+                Reporting& reporting, NoteTeller& notes, std::unique_ptr<ProcessModel>& model) {
     LogConsole* const console = &reporting.console;
     ColorTable colors;
     Outcome outcome = LoadColors(FindDataFile(assetFolders, "colors.txt"), colors);
@@ -169,9 +175,14 @@ Outcome Prepare(const BatchOptions& options, const std::vector<std::filesystem::
     if (!outcome.Failed()) {
         outcome = LoadLayoutFile(options.layout, {.repair = options.repair}, console, database);
     }
+    if (outcome.status == ExitStatus::Layout) {
+        NoteRefusedLayout(options, notes);
+    }
     if (!outcome.Failed()) {
         TellRepairs(database->repairs, options.layout, reporting);
+        NoteLayout(options, *database, notes);
         outcome = PrepareProcess(options.process, *database, colors, options.view, console, model);
+        NoteProcess(options, *database, colors, model.get(), notes);
     }
     return outcome;
 }
@@ -186,10 +197,13 @@ Outcome CheckSteps(const BatchOptions& options, const ProcessModel& model) {
 /// Whoever takes something of this run.
 Listeners MakeListeners(const BatchOptions& given,
                         const std::vector<std::filesystem::path>& assetFolders,
-                        Reporting& reporting) {
+                        Reporting& reporting, NoteTeller& notes) {
     BatchOptions options = given;
     options.output = OutputFolder(given);  // one for all
     Listeners listeners;
+    if (notes.WantsNotes()) {
+        listeners.push_back(std::make_unique<NoteListener>(options, notes));
+    }
     const auto tell = [&](const std::string& line) { reporting.Error(line); };
     if (!options.numbers.probes.empty()) {
         listeners.push_back(std::make_unique<ProbeWriter>(options, [&](const std::string& text) {
@@ -210,17 +224,21 @@ Listeners MakeListeners(const BatchOptions& given,
     return listeners;
 }
 
-Outcome RunFiles(const BatchOptions& options, Reporting& reporting) {
+Outcome RunFiles(const BatchOptions& options, Reporting& reporting, NoteTeller& notes) {
     const auto assetFolders = AssetFolders(options.assets);
     std::unique_ptr<ProcessModel> model;
-    Outcome outcome = Prepare(options, assetFolders, reporting, model);
+    Outcome outcome = Prepare(options, assetFolders, reporting, notes, model);
     if (!outcome.Failed()) {
         outcome = CheckSteps(options, *model);
+    }
+    if (!outcome.Failed()) {
+        notes.TellAll();
+        outcome = notes.CheckStrict();
     }
     if (outcome.Failed() || options.checkOnly) {
         return outcome;
     }
-    const Listeners listeners = MakeListeners(options, assetFolders, reporting);
+    const Listeners listeners = MakeListeners(options, assetFolders, reporting, notes);
     for (const auto& listener : listeners) {
         if (outcome = listener->Begin(*model); outcome.Failed()) {
             return outcome;
@@ -228,7 +246,8 @@ Outcome RunFiles(const BatchOptions& options, Reporting& reporting) {
     }
     WarnOfDump(*model, reporting);
     try {
-        return RunSteps(*model, listeners, reporting);
+        outcome = RunSteps(*model, listeners, reporting);
+        return outcome.Failed() ? outcome : notes.CheckStrict();
     } catch (const std::bad_alloc&) {
         return {ExitStatus::Other,
                 fmt::format("the process file {} was not run to its end: there is not enough "
@@ -238,9 +257,9 @@ Outcome RunFiles(const BatchOptions& options, Reporting& reporting) {
 }
 
 /// The same for whatever the standard library may throw.
-Outcome RunFilesOrTellWhyNot(const BatchOptions& options, Reporting& reporting) {
+Outcome RunFilesOrTellWhyNot(const BatchOptions& options, Reporting& reporting, NoteTeller& notes) {
     try {
-        return RunFiles(options, reporting);
+        return RunFiles(options, reporting, notes);
     } catch (const std::bad_alloc&) {
         return {ExitStatus::Other, "there is not enough memory for this run"};
     } catch (const std::exception& error) {
@@ -252,10 +271,13 @@ Outcome RunFilesOrTellWhyNot(const BatchOptions& options, Reporting& reporting) 
 
 ExitStatus RunBatch(const BatchOptions& options) {
     Reporting reporting(options.quiet);
-    const Outcome outcome = RunFilesOrTellWhyNot(options, reporting);
+    NoteTeller notes(options.notes, options.quiet,
+                     [&](const std::string& line) { reporting.Tell(line); });
+    const Outcome outcome = RunFilesOrTellWhyNot(options, reporting, notes);
     if (!outcome.message.empty()) {
         reporting.Error(outcome.message);
     }
+    notes.TellAll();  // those that explain it
     if (reporting.console.Failure().empty()) {
         return outcome.status;
     }

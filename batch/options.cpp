@@ -17,7 +17,8 @@ constexpr const char* description =
 
 constexpr const char* exitStatuses =
     "Exit status: 0 all done, 1 wrong usage, 2 the layout did not load, 3 the process file was\n"
-    "refused or the run could not be prepared, 4 a picture could not be made or written,\n"
+    "refused, the run could not be prepared or --strict found notes, 4 a picture could not be made "
+    "or written,\n"
     "5 anything else.";
 
 using Groups = std::vector<std::unique_ptr<OptionGroup>>;
@@ -31,6 +32,7 @@ Groups MakeGroups() {
     groups.push_back(MakeStepOptions());
     groups.push_back(MakePictureOptions());
     groups.push_back(MakeNumberOptions());
+    groups.push_back(MakeNoteOptions());
     return groups;
 }
 

@@ -12,6 +12,13 @@
 
 namespace zelmo {
 
+/// Which notes are wanted (results/notes/note_kinds.h).
+struct NoteChoice {
+    std::vector<std::string> allowed{};  ///< kinds that are not told
+    bool none = false;                   ///< not any
+    bool strict = false;                 ///< those that are told end the program
+};
+
 /// What the command line asks for.
 struct BatchOptions {
     std::filesystem::path layout;
@@ -22,6 +29,7 @@ struct BatchOptions {
     NumberChoice numbers;
     bool overwrite = false;  ///< what an earlier run left in the output folder
     PictureFormat format = pictureFormats[0];
+    NoteChoice notes;
     bool repair = false;  ///< the layout, where it would be refused
     bool checkOnly = false;
     bool pictures = true;

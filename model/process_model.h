@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <vector>
 
 #include "model/grid/grid.h"
@@ -16,6 +17,7 @@ struct ProcessModel {
     std::vector<ProcessStep> steps;  ///< the substrate step first
     Grid grid;
     std::vector<MaskPolygon> polygons;  ///< of all masks
+    std::uint64_t skippedPolygons = 0;  ///< those of any layer that are too small for the grid
     Stack stack;
 };
 

@@ -99,6 +99,7 @@ MaskExtraction ExtractMaskPolygons(const GdsDatabase& database, const std::strin
     }
     console->Write(fmt::format("Extracted {} polygons with smallest size {:.3g} um",
                                masks.polygons.size(), smallest));
+    masks.skipped = raw.skipped;
     if (raw.skipped != 0) {
         console->Write(
             fmt::format("WARNING: skipped {} polygons smaller than the resolution of {:.3g} um",

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@ struct Grid;
 /// The polygons of all masks.
 struct MaskExtraction {
     std::vector<MaskPolygon> polygons;
+    std::uint64_t skipped = 0;  ///< that are too small
     std::string failure;  ///< why there are none, as the console tells; empty if all went well
 };
 

@@ -124,6 +124,7 @@ bool TakePolygons(PreparedRun& run, const GdsDatabase& gds, LogConsole* console)
         return false;
     }
     model.polygons = std::move(masks.polygons);
+    model.skippedPolygons = masks.skipped;
     return true;
 }
 

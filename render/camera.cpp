@@ -123,6 +123,24 @@ Camera::Camera(double width, double height, double top, double angle) {
     transform = Multiply(projection, view);
 }
 
+double PixelsPerMicron(const Camera& camera) {
+    constexpr double pictureWidth = 1920.0;
+    const double distance =
+        static_cast<double>(Length(Subtract({camera.eye[0], 0.0f, 0.0f}, camera.eye)));
+    return static_cast<double>(camera.projection[0]) / distance * pictureWidth / 2.0;
+}
+
+double LeastHeight(const Camera& camera) {
+    // A step of the buffer is 2^-24 of the way from the nearest plane to the furthest. It takes a
+    // few of them: the transforms in single precision are not that exact.
+    constexpr double steps = 8.0;
+    constexpr double depthStep = 1.0 / 16777216.0;
+    const double far = static_cast<double>(camera.projection[14]) /
+                       (static_cast<double>(camera.projection[10]) + 1.0);
+    return steps * depthStep * 2.0 * far * far /
+           std::abs(static_cast<double>(camera.projection[14]));
+}
+
 Matrix4 LookAt(const Vector3& eye, const Vector3& centre, const Vector3& up) {
     const Vector3 forward = Normalise(Subtract(centre, eye));
     const Vector3 back = {-forward[0], -forward[1], -forward[2]};

@@ -21,6 +21,13 @@ struct Camera {
     Vector3 centre{};
 };
 
+/// How many pixels of a picture a micrometre is across the window's front edge.
+double PixelsPerMicron(const Camera& camera);
+
+/// The height in micrometres below which two surfaces are not told apart at the far end of the
+/// view, where the depth buffer is coarsest.
+double LeastHeight(const Camera& camera);
+
 /// The view matrix for an eye that looks at `centre`.
 Matrix4 LookAt(const Vector3& eye, const Vector3& centre, const Vector3& up);
 

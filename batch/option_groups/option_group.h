@@ -38,6 +38,9 @@ std::unique_ptr<OptionGroup> MakeStepOptions();
 /// The numbers of a run.
 std::unique_ptr<OptionGroup> MakeNumberOptions();
 
+/// What is said of what is probably not meant.
+std::unique_ptr<OptionGroup> MakeNoteOptions();
+
 /// The files of pictures.
 std::unique_ptr<OptionGroup> MakePictureOptions();
 

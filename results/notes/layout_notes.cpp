@@ -8,6 +8,7 @@
 #include "gds/gds_database.h"
 #include "gds/gds_reader.h"
 #include "gds/layout_problems.h"
+#include "process_file/first_command.h"
 #include "results/notes/note_kinds.h"
 #include "results/notes/note_list.h"
 
@@ -29,9 +30,10 @@ std::string WayOutOf(const FileLook& look) {
         case FileKind::Zip:
             return "unpack it first";
         case FileKind::Text:
-            return look.firstWord == "settings" ? "it looks like a process file, and the layout "
-                                                  "comes first"
-                                                : "export the layout as GDSII";
+            return look.firstWord == firstCommandWord
+                       ? "it looks like a process file, and the layout "
+                         "comes first"
+                       : "export the layout as GDSII";
         default:
             return "export the layout as GDSII";
     }

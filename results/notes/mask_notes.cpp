@@ -2,11 +2,14 @@
 #include <fmt/ranges.h>
 
 #include <algorithm>
+#include <optional>
+#include <span>
 
 #include "gds/coordinates.h"
 #include "gds/gds_database.h"
 #include "gds/polygon_extraction.h"
 #include "model/process_model.h"
+#include "results/notes/layout_cell.h"
 #include "results/notes/mask_window.h"
 #include "results/notes/note_kinds.h"
 #include "results/notes/note_list.h"
@@ -30,26 +33,106 @@ std::string LayersText(const LayerCounts& layers) {
     return fmt::format("{}{}", fmt::join(names, ", "), more);
 }
 
-void CheckEmptyMasks(NoteList& notes, const ProcessModel& model) {
-    const LayerCounts layers = LayersInWindow(model);
-    if (layers.empty()) {
-        return;  // no mask has any, which the window's note tells
+/// How far polygons outside the window are looked for: notes are not worth a long wait.
+constexpr ExtractionLimits searchLimits{
+    .polygons = 1000000, .points = 20000000, .fruitlessTests = 20000000};
+
+/// All polygons of the cell, in units from the corner of its box; none where they are too many.
+PolygonExtraction AllPolygons(const GdsDatabase& layout, const GdsCell& cell) {
+    const GdsRect& box = cell.bounds;
+    PolygonExtraction all = ExtractPolygons(
+        layout, NameText(cell.name),
+        {box.xmin, box.ymin, SaturatingAdd(box.xmax, 1), SaturatingAdd(box.ymax, 1), 1},
+        searchLimits);
+    if (all.refusal) {
+        all.polygons.clear();
     }
-    for (const ProcessStep& step : model.steps) {
-        if (step.kind == StepKind::Photo && !HasPolygonsInWindow(model, step)) {
-            notes.Add(note_kind::maskEmpty, step.line,
-                      fmt::format("mask {} has no polygons in the window, so the resist stays {}; "
-                                  "the window has {}: check -mask_id and the window, or --allow {} "
-                                  "for a process that serves any cell",
-                                  MaskText(step.mask), step.maskDark ? "nowhere" : "everywhere",
-                                  LayersText(layers), note_kind::maskEmpty));
+    return all;
+}
+
+/// Where a cell draws a mask, in words; empty where that is not known.
+std::string PlaceText(const PolygonExtraction& all, const GdsCell& cell,
+                      std::span<const MaskLayer> mask, double micronsPerUnit) {
+    std::optional<GdsRect> box;
+    for (const RawPolygon& polygon : all.polygons) {
+        for (const GdsPoint point : polygon.points) {
+            if (!IsPartOf(mask, polygon.layer, polygon.datatype)) {
+                break;
+            }
+            box = box.value_or(GdsRect{});
+            box->xmin = std::min(box->xmin, SaturatingAdd(point.x, cell.bounds.xmin));
+            box->ymin = std::min(box->ymin, SaturatingAdd(point.y, cell.bounds.ymin));
+            box->xmax = std::max(box->xmax, SaturatingAdd(point.x, cell.bounds.xmin));
+            box->ymax = std::max(box->ymax, SaturatingAdd(point.y, cell.bounds.ymin));
+        }
+    }
+    if (all.refusal) {
+        return {};
+    }
+    const auto toMicrons = [&](std::int64_t units) {
+        return static_cast<double>(units) * micronsPerUnit;
+    };
+    return box ? fmt::format("; the cell has some from ({:.6g}, {:.6g}) to ({:.6g}, {:.6g}) um",
+                             toMicrons(box->xmin), toMicrons(box->ymin), toMicrons(box->xmax),
+                             toMicrons(box->ymax))
+               : "; the cell has none either";
+}
+
+/// Tells of one such mask; of the first with all that there is to say.
+class EmptyMasks {
+public:
+    EmptyMasks(NoteList& notes, const Preparation& preparation)
+        : notes_(notes),
+          preparation_(preparation),
+          layers_(LayersInWindow(preparation.model)),
+          cell_(FindCell(preparation.layout, preparation.model.settings.cellName)) {}
+
+    /// Whether no mask has any polygons, which the window's note tells.
+    bool HasNone() const { return layers_.empty(); }
+
+    void Add(const ProcessStep& photo) {
+        const std::string_view stays = photo.maskDark ? "nowhere" : "everywhere";
+        const std::string what =
+            fmt::format("mask {} has no polygons in the window, so the resist stays {}{}",
+                        MaskText(photo.mask), stays, Place(photo));
+        const std::string wayOut =
+            isFirst_ ? fmt::format(
+                           "; the window has {}: check -mask_id and the window, or --allow "
+                           "{} for a process that serves any cell",
+                           LayersText(layers_), note_kind::maskEmpty)
+                     : ": check -mask_id and the window";
+        notes_.Add(note_kind::maskEmpty, photo.line, what + wayOut);
+        isFirst_ = false;
+    }
+
+private:
+    std::string Place(const ProcessStep& photo) {
+        if (cell_ == nullptr) {
+            return {};
+        }
+        if (!all_) {
+            all_ = AllPolygons(preparation_.layout, *cell_);
+        }
+        return PlaceText(*all_, *cell_, photo.mask, preparation_.layout.micronsPerUnit);
+    }
+
+    NoteList& notes_;
+    const Preparation& preparation_;
+    LayerCounts layers_;
+    const GdsCell* cell_;
+    std::optional<PolygonExtraction> all_;  ///< of the cell, once they were needed
+    bool isFirst_ = true;
+};
+
+void CheckEmptyMasks(NoteList& notes, const Preparation& preparation) {
+    EmptyMasks masks(notes, preparation);
+    for (const ProcessStep& step : preparation.model.steps) {
+        if (step.kind == StepKind::Photo && !masks.HasNone() &&
+            !HasPolygonsInWindow(preparation.model, step)) {
+            masks.Add(step);
         }
     }
 }
-
-/// How far polygons that were skipped are looked for: notes are not worth a long wait.
-constexpr ExtractionLimits skippedLimits{
-    .polygons = 1000000, .points = 20000000, .fruitlessTests = 20000000};
 
 ExtractionWindow WindowIn(const GdsDatabase& layout, const ProcessSettings& settings) {
     const auto toUnits = [&](float from, float length) {
@@ -82,7 +165,7 @@ LayerCounts SkippedLayers(const Preparation& preparation) {
     LayerCounts skipped;
     const PolygonExtraction all =
         ExtractPolygons(preparation.layout, model.settings.cellName,
-                        WindowIn(preparation.layout, model.settings), skippedLimits);
+                        WindowIn(preparation.layout, model.settings), searchLimits);
     for (const RawPolygon& polygon : all.polygons) {
         if (IsBelow(polygon, size)) {
             ++skipped[{polygon.layer, polygon.datatype}];
@@ -100,7 +183,7 @@ std::size_t CountOn(const LayerCounts& counts, std::span<const MaskLayer> mask) 
 }
 
 void CheckSkipped(NoteList& notes, const Preparation& preparation) {
-    if (preparation.skippedPolygons == 0) {
+    if (preparation.model.skippedPolygons == 0) {
         return;
     }
     const LayerCounts skipped = SkippedLayers(preparation);
@@ -149,7 +232,7 @@ void CheckRes(NoteList& notes, const ProcessModel& model) {
 
 std::vector<Note> MaskNotes(const Preparation& preparation) {
     NoteList notes(preparation.processFile);
-    CheckEmptyMasks(notes, preparation.model);
+    CheckEmptyMasks(notes, preparation);
     CheckSkipped(notes, preparation);
     CheckRes(notes, preparation.model);
     return notes.Take();

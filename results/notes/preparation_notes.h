@@ -28,7 +28,6 @@ struct Preparation {
     const ViewChoice& view;
     const GdsDatabase& layout;
     const ProcessModel& model;          ///< ready to run, nothing executed
-    std::uint64_t skippedPolygons = 0;  ///< of any layer, too small for the grid
     std::optional<PictureScale> scale;  ///< none: no pictures
 };
 

@@ -5,6 +5,7 @@
 
 #include "gds/gds_database.h"
 #include "model/process_model.h"
+#include "results/notes/layout_cell.h"
 #include "results/notes/note_kinds.h"
 #include "results/notes/note_list.h"
 #include "results/notes/preparation_notes.h"
@@ -86,14 +87,13 @@ void CheckAdjustment(NoteList& notes, const ProcessModel& model, const ProcessSt
 
 /// The larger side of a cell's box in micrometres; 0 where it is not known.
 double SizeOfCell(const GdsDatabase& layout, std::string_view name) {
-    for (const GdsCell& cell : layout.cells) {
-        if (NameText(cell.name) == name && cell.boundsValid) {
-            return static_cast<double>(std::max(cell.bounds.xmax - cell.bounds.xmin,
-                                                cell.bounds.ymax - cell.bounds.ymin)) *
-                   layout.micronsPerUnit;
-        }
+    const GdsCell* const cell = FindCell(layout, name);
+    if (cell == nullptr) {
+        return 0.0;
     }
-    return 0.0;
+    const GdsRect& box = cell->bounds;
+    return static_cast<double>(std::max(box.xmax - box.xmin, box.ymax - box.ymin)) *
+           layout.micronsPerUnit;
 }
 
 /// A window that is probably meant in the other unit.

@@ -8,6 +8,7 @@
 #include "model/process_model.h"
 #include "process_file/decimal.h"
 #include "results/notes/command_words.h"
+#include "results/notes/layout_cell.h"
 #include "results/notes/mask_window.h"
 #include "results/notes/note_kinds.h"
 #include "results/notes/note_list.h"
@@ -38,20 +39,17 @@ std::string TextOf(const Box& box) {
     return fmt::format("({:.6g}, {:.6g}) to ({:.6g}, {:.6g}) um", box.x0, box.y0, box.x1, box.y1);
 }
 
-/// The box of the first cell of that name, as the layout keeps it: with the cell's origin.
+/// The box of a cell as the layout keeps it: with the cell's origin.
 std::optional<Box> CellBox(const GdsDatabase& layout, std::string_view name) {
-    for (const GdsCell& cell : layout.cells) {
-        if (NameText(cell.name) == name) {
-            const auto toMicrons = [&](std::int64_t units) {
-                return static_cast<double>(units) * layout.micronsPerUnit;
-            };
-            return cell.boundsValid ? std::optional(Box{
-                                          toMicrons(cell.bounds.xmin), toMicrons(cell.bounds.ymin),
-                                          toMicrons(cell.bounds.xmax), toMicrons(cell.bounds.ymax)})
-                                    : std::nullopt;
-        }
+    const GdsCell* const cell = FindCell(layout, name);
+    if (cell == nullptr) {
+        return std::nullopt;
     }
-    return std::nullopt;
+    const auto toMicrons = [&](std::int64_t units) {
+        return static_cast<double>(units) * layout.micronsPerUnit;
+    };
+    const GdsRect& box = cell->bounds;
+    return Box{toMicrons(box.xmin), toMicrons(box.ymin), toMicrons(box.xmax), toMicrons(box.ymax)};
 }
 
 /// What both have in common; of no area where that is nothing.
@@ -85,7 +83,7 @@ void CheckPlace(NoteList& notes, const Preparation& preparation, std::int32_t li
         fmt::format("{}; the box of cell {}, its origin included, is {}", TextOf(window),
                     Readable(settings.cellName), TextOf(*cell));
     const bool holdsNothing =
-        preparation.skippedPolygons == 0 && LayersInWindow(preparation.model).empty();
+        preparation.model.skippedPolygons == 0 && LayersInWindow(preparation.model).empty();
     if (holdsNothing || Common(window, *cell).Area() <= 0.0) {
         notes.Add(note_kind::windowOutside, line,
                   fmt::format("the window holds nothing of the cell: it is {}: move it there, or "

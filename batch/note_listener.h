@@ -1,0 +1,27 @@
+#pragma once
+
+#include "batch/note_teller.h"
+#include "batch/step_listener.h"
+#include "results/notes/step_notes.h"
+
+namespace zelmo {
+
+/// Tells what is suspicious about the steps of a run, as they come, and gives the record all notes
+/// of the run.
+class NoteListener : public StepListener {
+public:
+    /// `teller` outlives it.
+    NoteListener(const BatchOptions& options, NoteTeller& teller)
+        : teller_(teller), stepNotes_(options.process) {}
+
+    Outcome Begin(const ProcessModel& /*model*/) override { return {}; }
+    void BeforeStep(const ProcessModel& model, std::size_t index) override;
+    Outcome AfterStep(const ProcessModel& model, std::size_t index, RunRecord& record) override;
+    Outcome Finish(const RunRecord& /*record*/, bool /*complete*/) override { return {}; }
+
+private:
+    NoteTeller& teller_;
+    StepNotes stepNotes_;
+};
+
+}  // namespace zelmo

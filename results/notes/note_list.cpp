@@ -36,9 +36,14 @@ std::string OtherLines(const std::vector<std::int32_t>& lines) {
     if (lines.size() < 2) {
         return {};
     }
+    constexpr std::size_t most = 6;
     const std::span others(lines.begin() + 1, lines.end());
     if (others.size() == 1) {
         return fmt::format(" (line {} as well)", others[0]);
+    }
+    if (others.size() > most) {
+        return fmt::format(" (lines {} and {} more as well)", fmt::join(others.first(most), ", "),
+                           others.size() - most);
     }
     return fmt::format(" (lines {} and {} as well)",
                        fmt::join(others.first(others.size() - 1), ", "), others.back());

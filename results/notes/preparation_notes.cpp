@@ -1,5 +1,7 @@
 #include "results/notes/preparation_notes.h"
 
+#include <algorithm>
+
 #include "model/process_model.h"
 #include "results/notes/note_kinds.h"
 #include "results/notes/note_list.h"
@@ -33,6 +35,8 @@ std::vector<Note> PreparationNotes(const Preparation& preparation) {
     Append(notes, SizeNotes(preparation));
     Append(notes, MaskNotes(preparation));
     Append(notes, ResistLeftNotes(preparation));
+    std::stable_sort(notes.begin(), notes.end(),
+                     [](const Note& a, const Note& b) { return a.line < b.line; });
     return notes;
 }
 

@@ -69,19 +69,23 @@ void CheckThickness(NoteList& notes, const ProcessModel& model, const ProcessSte
     }
 }
 
-/// A bias or a shift that leads out of the window.
+/// A bias above the window, or a shift of many windows.
 void CheckAdjustment(NoteList& notes, const ProcessModel& model, const ProcessStep& step) {
     const float width = model.settings.windowWidth;
     const float shift =
         std::max(std::abs(step.adjustment.shiftX), std::abs(step.adjustment.shiftY));
-    for (const auto& [argument, length] :
-         {std::pair("-bias", std::abs(step.adjustment.bias)), std::pair("-shift", shift)}) {
-        if (length > width) {
-            notes.Add(note_kind::unit, step.line,
-                      fmt::format("{} is {:.6g} um, and the window {:.6g} um wide: it is in the "
-                                  "unit of the window",
-                                  argument, length, width));
-        }
+    const auto add = [&](const char* argument, float length) {
+        notes.Add(
+            note_kind::unit, step.line,
+            fmt::format("{} is {:.6g} um, and the window {:.6g} um wide: it is in the unit of "
+                        "the window",
+                        argument, length, width));
+    };
+    if (std::abs(step.adjustment.bias) > width) {
+        add("-bias", std::abs(step.adjustment.bias));
+    }
+    if (shift > 10.0f * width) {
+        add("-shift", shift);
     }
 }
 

@@ -97,6 +97,12 @@ void CheckPlace(NoteList& notes, const Preparation& preparation, std::int32_t li
     }
 }
 
+/// What the window is called where it is to be mended.
+std::string_view WindowText(const Preparation& preparation) {
+    return std::holds_alternative<std::monostate>(preparation.view.window) ? "the window"
+                                                                           : "that of --window";
+}
+
 /// How wide and high a window was asked for, in the unit of whoever asked.
 struct AskedSize {
     float width = 0.0f;
@@ -127,9 +133,9 @@ void CheckShape(NoteList& notes, const Preparation& preparation, std::int32_t li
     const AskedSize size = SizeOf(preparation);
     if (size.height > size.width) {
         notes.Add(note_kind::windowSquare, line,
-                  fmt::format("the window is higher than wide, {:.6g} by {:.6g}, and is cut to a "
+                  fmt::format("{} is higher than wide, {:.6g} by {:.6g}, and is cut to a "
                               "square at its lower edge: widen it, or turn the cell",
-                              size.width, size.height));
+                              WindowText(preparation), size.width, size.height));
     }
 }
 

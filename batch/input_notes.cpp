@@ -41,7 +41,9 @@ void NoteProcess(const BatchOptions& options, const GdsDatabase& layout, const C
     if (!teller.WantsNotes()) {
         return;
     }
-    const std::vector<CommandText> commands = ReadCommandTexts(options.process);
+    const auto& variables = options.view.variables;
+    const std::vector<CommandText> commands =
+        ReadCommandTexts(options.process, variables ? &*variables : nullptr);
     teller.Add(ProcessFileNotes(options.process, commands, colors));
     if (model == nullptr) {
         teller.Add(UnknownCellNotes(options.process, commands, options.view, layout));

@@ -76,10 +76,6 @@ void AddTargetsOfType(ReaderState& state, std::string_view type,
 
 }  // namespace
 
-bool LooksLikeArgument(std::string_view word) {
-    return word.size() >= 2 && word[0] == '-' && IsAsciiLetter(word[1]);
-}
-
 bool HasArgument(std::string_view line, std::string_view argument) {
     return FindArgument(line, argument).has_value();
 }

@@ -22,9 +22,6 @@ constexpr float nanometresPerMicrometre = 1000.0f;
 /// The names of the arguments that a command allows.
 using ArgumentList = std::span<const std::string_view>;
 
-/// Whether a word is "-" and a letter, with anything behind.
-bool LooksLikeArgument(std::string_view word);
-
 /// Whether the text of `argument` stands anywhere in the line.
 bool HasArgument(std::string_view line, std::string_view argument);
 

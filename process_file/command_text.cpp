@@ -12,7 +12,8 @@ std::optional<std::string_view> CommandTextOf(std::string_view line) {
     return line.substr(0, line.find_first_of("\r\n"));
 }
 
-std::vector<CommandText> ReadCommandTexts(const std::filesystem::path& path) {
+std::vector<CommandText> ReadCommandTexts(const std::filesystem::path& path,
+                                          const VariableValues* values) {
     std::vector<CommandText> commands;
     const FilePointer stream = OpenFile(path, "rb");
     std::string line;
@@ -20,7 +21,8 @@ std::vector<CommandText> ReadCommandTexts(const std::filesystem::path& path) {
     for (std::int32_t number = 1; stream && word != "stop" && ReadTextLine(stream.get(), line);
          ++number) {
         if (const auto text = CommandTextOf(line)) {
-            commands.push_back({number, std::string(*text)});
+            commands.push_back(
+                {number, values != nullptr ? Substitute(*text, *values).text : std::string(*text)});
             std::string_view rest = commands.back().text;
             word = TakeWord(rest);
         }

@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "process_file/substitution.h"
+
 namespace zelmo {
 
 /// A command of a process file as it is written.
@@ -20,7 +22,8 @@ struct CommandText {
 std::optional<std::string_view> CommandTextOf(std::string_view line);
 
 /// The commands of a process file that are read: up to its `stop`, that one included, whatever is
-/// wrong with them. None where it cannot be opened.
-std::vector<CommandText> ReadCommandTexts(const std::filesystem::path& path);
+/// wrong with them. With `values` its variables are replaced. None where it cannot be opened.
+std::vector<CommandText> ReadCommandTexts(const std::filesystem::path& path,
+                                          const VariableValues* values = nullptr);
 
 }  // namespace zelmo

@@ -6,7 +6,6 @@
 #include <limits>
 #include <span>
 
-#include "process_file/arguments.h"
 #include "process_file/commands.h"
 #include "process_file/words.h"
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <utility>
 
-#include "model/mask/mask_layer.h"
+#include "model/process.h"
 
 namespace zelmo {
 

@@ -1,5 +1,6 @@
 #include "batch/input_notes.h"
 
+#include <exception>
 #include <optional>
 
 #include "batch/note_teller.h"
@@ -22,18 +23,28 @@ PictureScale ScaleOf(const ProcessSettings& settings) {
     return {PixelsPerMicron(camera), LeastHeight(camera)};
 }
 
-}  // namespace
-
-void NoteRefusedLayout(const BatchOptions& options, NoteTeller& teller) {
-    if (teller.WantsNotes()) {
-        teller.Add(RefusedLayoutNotes(options.layout, options.process));
+/// Adds what `find` finds. Layouts can be such that no polygons can be taken of them, or no memory
+/// is left for more than the run: that is told by the run, and notes end none.
+template <typename Find>
+void AddFound(NoteTeller& teller, const Find& find) {
+    if (!teller.WantsNotes()) {
+        return;
+    }
+    try {
+        teller.Add(find());
+    } catch (const std::exception&) {
+        return;
     }
 }
 
+}  // namespace
+
+void NoteRefusedLayout(const BatchOptions& options, NoteTeller& teller) {
+    AddFound(teller, [&] { return RefusedLayoutNotes(options.layout, options.process); });
+}
+
 void NoteLayout(const BatchOptions& options, const GdsDatabase& layout, NoteTeller& teller) {
-    if (teller.WantsNotes()) {
-        teller.Add(LayoutNotes(options.layout, options.process, layout));
-    }
+    AddFound(teller, [&] { return LayoutNotes(options.layout, options.process, layout); });
 }
 
 void NoteProcess(const BatchOptions& options, const GdsDatabase& layout, const ColorTable& colors,
@@ -44,14 +55,15 @@ void NoteProcess(const BatchOptions& options, const GdsDatabase& layout, const C
     const auto& variables = options.view.variables;
     const std::vector<CommandText> commands =
         ReadCommandTexts(options.process, variables ? &*variables : nullptr);
-    teller.Add(ProcessFileNotes(options.process, commands, colors));
-    if (model == nullptr) {
-        teller.Add(UnknownCellNotes(options.process, commands, options.view, layout));
-        return;
-    }
-    teller.Add(PreparationNotes(
-        {options.process, commands, options.view, layout, *model,
-         options.pictures ? std::optional(ScaleOf(model->settings)) : std::nullopt}));
+    AddFound(teller, [&] { return ProcessFileNotes(options.process, commands, colors); });
+    AddFound(teller, [&] {
+        if (model == nullptr) {
+            return UnknownCellNotes(options.process, commands, options.view, layout);
+        }
+        return PreparationNotes(
+            {options.process, commands, options.view, layout, *model,
+             options.pictures ? std::optional(ScaleOf(model->settings)) : std::nullopt});
+    });
 }
 
 }  // namespace zelmo

@@ -22,6 +22,7 @@ public:
 private:
     NoteTeller& teller_;
     StepNotes stepNotes_;
+    bool hasLooked_ = false;  ///< at the stack before the present step
 };
 
 }  // namespace zelmo

@@ -7,6 +7,8 @@
 #include "gds/file_look.h"
 #include "gds/gds_database.h"
 #include "gds/gds_reader.h"
+#include "gds/layout_error.h"
+#include "gds/layout_options.h"
 #include "gds/layout_problems.h"
 #include "process_file/first_command.h"
 #include "results/notes/note_kinds.h"
@@ -119,8 +121,10 @@ std::vector<Note> RefusedLayoutNotes(const std::filesystem::path& layout,
     if (IsStream(look.kind)) {
         SilentConsole console;
         GdsDatabase database;
-        ReadGdsFile(database, layout, &console);
-        CheckCut(notes, FindLayoutProblems(database));
+        const auto error = ReadGdsFile(database, layout, &console);
+        if (error && error->kind != LayoutErrorKind::FileUnreadable) {
+            CheckCut(notes, FindLayoutProblems(database));
+        }
     }
     return notes.Take();
 }

@@ -58,15 +58,16 @@ std::string MaskTimes(const std::string& text) {
 
 void ExpectRefusal(const Ended& ended, int status, const std::vector<std::string>& pieces) {
     EXPECT_EQ(ended.status, status) << ended.errors;
-    const std::string line = ended.errors.substr(0, ended.errors.find('\n') + 1);
+    std::string line;
+    std::istringstream lines(ended.errors);
+    for (std::string one; std::getline(lines, one);) {
+        line += one.starts_with("note: ") ? "" : one + "\n";
+    }
+    EXPECT_EQ(std::count(line.begin(), line.end(), '\n'), 1) << ended.errors;
     EXPECT_TRUE(line.starts_with("zelmo-batch: ")) << ended.errors;
-    EXPECT_TRUE(line.ends_with("\n")) << ended.errors;
+    EXPECT_TRUE(ended.errors.ends_with("\n")) << ended.errors;
     for (const std::string& piece : pieces) {
         EXPECT_NE(line.find(piece), std::string::npos) << piece << " in " << ended.errors;
-    }
-    std::istringstream rest(ended.errors.substr(line.size()));
-    for (std::string note; std::getline(rest, note);) {
-        EXPECT_TRUE(note.starts_with("note: ")) << ended.errors;
     }
 }
 

@@ -41,8 +41,8 @@ std::vector<std::uint8_t> SquareLayout();
 /// The text with every number of seconds as "#".
 std::string MaskTimes(const std::string& text);
 
-/// Expects the exit status, and on standard error one line that holds all of `pieces`. Notes that
-/// explain it may follow.
+/// Expects the exit status, and on standard error one line that holds all of `pieces`. Notes may
+/// come with it.
 void ExpectRefusal(const Ended& ended, int status, const std::vector<std::string>& pieces);
 
 }  // namespace zelmo

@@ -132,8 +132,8 @@ TEST_F(NotesProgramTest, ExplainALayoutThatIsNone) {
 
 TEST_F(NotesProgramTest, TellOfFilesInEachOthersPlace) {
     const Ended ended = Run({"--no-pictures", "flow.txt", "square.gds"});
-    EXPECT_EQ(ended.status, 2) << ended.errors;
-    EXPECT_TRUE(ended.errors.starts_with("zelmo-batch: the layout flow.txt did not load: "))
+    EXPECT_EQ(ended.status, 3) << ended.errors;
+    EXPECT_TRUE(ended.errors.starts_with("zelmo-batch: the process file square.gds cannot be run"))
         << ended.errors;
     EXPECT_TRUE(ended.errors.ends_with("[files-swapped]\n")) << ended.errors;
 }

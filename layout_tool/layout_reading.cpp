@@ -138,6 +138,7 @@ std::vector<std::size_t> ListedCells(const LayoutReading& reading) {
     }
     std::sort(keys.begin(), keys.end());
     std::vector<std::size_t> numbers;
+    numbers.reserve(keys.size());
     for (const Key& key : keys) {
         numbers.push_back(std::get<std::size_t>(key));
     }

@@ -17,9 +17,8 @@ constexpr const char* description =
 
 constexpr const char* exitStatuses =
     "Exit status: 0 all done, 1 wrong usage, 2 the layout did not load, 3 the process file was\n"
-    "refused, the run could not be prepared or --strict found notes, 4 a picture could not be made "
-    "or written,\n"
-    "5 anything else.";
+    "refused, the run could not be prepared or --strict found notes, 4 a picture could not be\n"
+    "made or written, 5 anything else.";
 
 using Groups = std::vector<std::unique_ptr<OptionGroup>>;
 

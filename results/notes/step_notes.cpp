@@ -18,6 +18,20 @@ std::size_t CellsOfNewLayer(const ProcessModel& model, const ShownWindow& window
     return CountThick(ThicknessOf(model.stack.layers.back().get(), window));
 }
 
+/// Whether there are any.
+bool ShowsNewLayer(const ProcessModel& model, const ShownWindow& window) {
+    const Layer* const layer = model.stack.layers.back().get();
+    for (std::int32_t row = 0; layer != nullptr && row < window.rows; ++row) {
+        for (std::int32_t col = 0; col < window.cols; ++col) {
+            const std::size_t cell = window.GridIndex(col, row);
+            if (layer->top[cell] > layer->bottom[cell]) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
 /// What is to be said of a film that shows nowhere.
 std::string NothingShownText(const ProcessStep& step) {
     const std::string name = Readable(step.description);
@@ -35,7 +49,7 @@ std::string NothingShownText(const ProcessStep& step) {
 std::vector<Note> FilmNotes(const std::filesystem::path& file, const ProcessModel& model,
                             const ProcessStep& step) {
     NoteList notes(file);
-    if (CellsOfNewLayer(model, FindShownWindow(model.grid)) == 0) {
+    if (!ShowsNewLayer(model, FindShownWindow(model.grid))) {
         notes.Add(note_kind::nothingShown, step.line, NothingShownText(step));
     }
     return notes.Take();

@@ -47,7 +47,7 @@ public:
 
     std::string Take(const CLI::App& /*app*/, BatchOptions& options) override {
         for (const std::string& kind : allowed_) {
-            if (const std::string reason = CheckKind(kind); !reason.empty()) {
+            if (std::string reason = CheckKind(kind); !reason.empty()) {
                 return reason;
             }
         }

@@ -30,7 +30,7 @@ protected:
     std::vector<Note> NotesOf(const GdsWriter& writer) { return NotesOfBytes(Text(writer)); }
 
     static std::string Text(const GdsWriter& writer) {
-        const auto bytes = writer.Bytes();
+        const auto& bytes = writer.Bytes();
         return {bytes.begin(), bytes.end()};
     }
     static GdsWriter GoodLayout() {

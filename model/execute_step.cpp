@@ -59,6 +59,9 @@ void ExecuteStep(ProcessModel& model, const ProcessStep& step, LogConsole* conso
     if (!step.description.empty()) {
         Say(console, fmt::format("Executing {} ...", step.description));
     }
+    if (step.kind != StepKind::Dump) {
+        model.stack.coverMap.Unshare();  // before a layer changes, since memory may end here
+    }
     Execute(model, step, console);
     SettleStack(model.stack, model.grid);
 }

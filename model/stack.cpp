@@ -38,8 +38,22 @@ void AppendLayer(Stack& stack, std::unique_ptr<Layer> layer) {
 }
 
 void MarkChanged(Layer& layer) {
+    layer.top.Unshare();
+    layer.bottom.Unshare();
     layer.changed = true;
     layer.version = std::make_shared<const SurfaceVersion>();
+}
+
+Stack CopyStack(const Stack& stack) {
+    Stack copy;
+    copy.coverMap = stack.coverMap;
+    copy.layers.reserve(stack.layers.size());
+    for (const std::unique_ptr<Layer>& layer : stack.layers) {
+        copy.layers.push_back(layer != nullptr ? std::make_unique<Layer>(*layer) : nullptr);
+    }
+    copy.substrateThickness = stack.substrateThickness;
+    copy.layerCount = stack.layerCount;
+    return copy;
 }
 
 }  // namespace zelmo

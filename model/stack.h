@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "base/shared_array.h"
+
 // The stack of material layers. Heights are micrometres in single precision; height 0 is the
 // underside of the substrate.
 
@@ -27,8 +29,8 @@ struct SurfaceVersion {};
 /// A material layer: two surfaces over the grid. Where `top` equals `bottom` exactly, the layer
 /// does not exist.
 struct Layer {
-    std::vector<float> top;
-    std::vector<float> bottom;
+    SharedArray<float> top;
+    SharedArray<float> bottom;
     std::string material;
     std::string label;
     bool isPhotoresist = false;
@@ -46,7 +48,7 @@ struct Layer {
 /// is its id; a deleted layer leaves an empty slot, and slots are only ever appended. Slot 0 is the
 /// substrate.
 struct Stack {
-    std::vector<CoverCell> coverMap;
+    SharedArray<CoverCell> coverMap;
     std::vector<std::unique_ptr<Layer>> layers;
     float substrateThickness = 0.0f;
     std::int32_t layerCount = 0;  ///< slots that are not empty, counted by SettleStack
@@ -61,9 +63,13 @@ std::unique_ptr<Layer> CreateLayer(const Grid& grid, const ProcessStep& step);
 /// Puts a layer on top of the stack.
 void AppendLayer(Stack& stack, std::unique_ptr<Layer> layer);
 
-/// To be called before the surfaces of a layer are rewritten: it can run out of memory, and a step
-/// that does leaves the surfaces as they were.
+/// To be called before the surfaces of a layer are rewritten: they become the layer's own. It can
+/// run out of memory, and a step that does leaves the surfaces as they were.
 void MarkChanged(Layer& layer);
+
+/// A stack that is the same now and goes its own way from here. It shares what neither has
+/// rewritten, so that it costs next to nothing.
+Stack CopyStack(const Stack& stack);
 
 /// Ends a step: of the layers that have changed, those with no thickness at any cell of the window
 /// leave the stack, and the rest are counted. The grid's margin does not count, and in a window

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <iterator>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "base/row_bands.h"
@@ -26,11 +27,11 @@ namespace {
 /// make room for a pass over rows of which all but one are outside.
 class ColumnMajorHeights {
 public:
-    ColumnMajorHeights(const std::vector<float>& heights, std::int32_t cols, std::int32_t rows)
+    ColumnMajorHeights(std::span<const float> heights, std::int32_t cols, std::int32_t rows)
         : cols_(cols), rows_(rows), stride_(Stride(rows)) {
         cells_ = std::make_unique_for_overwrite<double[]>(static_cast<std::size_t>(cols) *
                                                           static_cast<std::size_t>(stride_));
-        ForRowBands(cols, 64, [this, &heights](std::int32_t first, std::int32_t end) {
+        ForRowBands(cols, 64, [this, heights](std::int32_t first, std::int32_t end) {
             for (std::int32_t col = first; col < end; col += tileCols) {
                 CopyColumns(heights.data(), col, std::min(col + tileCols, end));
             }

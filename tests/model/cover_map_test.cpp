@@ -215,7 +215,8 @@ TEST(CoverMap, IsTheSameAsByNineLooksAtEachLayer) {
         for (CoverCell& cover : model.stack.coverMap) {
             cover = {static_cast<std::int32_t>(random.Below(3)), random.Unit()};
         }
-        const std::vector<CoverCell> before = model.stack.coverMap;
+        const std::vector<CoverCell> before(model.stack.coverMap.begin(),
+                                            model.stack.coverMap.end());
         UpdateCoverMapPlain(model.stack, model.grid);
         const auto plain = BitsOf(model.stack.coverMap);
         for (const bool wide : {false, true}) {

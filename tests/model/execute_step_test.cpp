@@ -153,7 +153,8 @@ TEST(CoatingStep, AddsALevelledLayerAndUpdatesTheCover) {
     Layer& bump = AppendFlatLayer(model, model.stack.substrateThickness, 0.0f, "bump");
     bump.top[CellAt(model, 7, 6)] += 0.4f;
     UpdateCoverMap(model.stack, model.grid);
-    const std::vector<CoverCell> coverBefore = model.stack.coverMap;
+    const std::vector<CoverCell> coverBefore(model.stack.coverMap.begin(),
+                                             model.stack.coverMap.end());
 
     ProcessStep step = StepOf(StepKind::Coating, "SOG coating");
     step.material = "SOG";

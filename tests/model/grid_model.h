@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <random>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -64,7 +65,7 @@ private:
 };
 
 /// The bits of floats, for comparisons in which a NaN equals itself and the sign of a zero counts.
-inline std::vector<std::uint32_t> BitsOf(const std::vector<float>& values) {
+inline std::vector<std::uint32_t> BitsOf(std::span<const float> values) {
     std::vector<std::uint32_t> bits;
     bits.reserve(values.size());
     for (const float value : values) {
@@ -74,13 +75,13 @@ inline std::vector<std::uint32_t> BitsOf(const std::vector<float>& values) {
     return bits;
 }
 
-inline std::vector<std::uint32_t> BitsOf(const std::vector<CoverCell>& cells) {
+inline std::vector<std::uint32_t> BitsOf(std::span<const CoverCell> cells) {
     std::vector<float> heights;
     heights.reserve(cells.size());
     for (const CoverCell& cell : cells) {
         heights.push_back(cell.height);
     }
-    std::vector<std::uint32_t> bits = BitsOf(heights);
+    std::vector<std::uint32_t> bits = BitsOf(std::span<const float>(heights));
     for (const CoverCell& cell : cells) {
         bits.push_back(static_cast<std::uint32_t>(cell.layerId));
     }

@@ -7,6 +7,7 @@
 #include <limits>
 #include <memory>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "model/grid/grid.h"
@@ -74,7 +75,7 @@ std::optional<float> StopLevel(const Stack& stack, const Grid& grid, const Proce
 }
 
 /// Returns whether any height was above the plane.
-bool Lower(std::vector<float>& heights, float plane) {
+bool Lower(std::span<float> heights, float plane) {
     bool any = false;
     for (float& height : heights) {
         if (height > plane) {

@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 #include <limits>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -195,7 +196,7 @@ TEST_F(StackData, WritesStrangeNumbersTheSameOnEveryPlatform) {
         model.stack.coverMap[cell].height = heights[cell];
     }
     Layer& layer = AppendFlatLayer(model, 0.0f, 0.0f);
-    layer.top.assign(heights, heights + 8);
+    layer.top = std::span<const float>(heights);
     Dump(model);
     const std::string text = Text();
     const char* covers[] = {"inf",           "-inf",

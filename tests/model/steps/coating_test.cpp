@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <span>
 #include <vector>
 
 #include "model/disc/disc_filter.h"
@@ -203,7 +204,7 @@ TEST(SmoothLayerTop, IsNearTheMeanSummedAnew) {
 }
 
 /// Heights of very different size, with a few NaN and infinite ones in some of the runs.
-void RandomHeights(std::vector<float>& heights, TestRandom& random, bool withStrangers) {
+void RandomHeights(std::span<float> heights, TestRandom& random, bool withStrangers) {
     for (float& height : heights) {
         height = std::ldexp(random.Unit() - 0.25f, static_cast<int>(random.Below(40)) - 20);
         if (withStrangers && random.Below(60) == 0) {

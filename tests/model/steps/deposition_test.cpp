@@ -168,7 +168,7 @@ TEST(Deposition, IsTheCoverBesideItsThicknessToo) {
 TEST(Deposition, LeavesOtherLayersAlone) {
     ProcessModel model;
     SetUpProfile(model, 4, 0.5f, {1, 2, 1, 1});
-    const std::vector<float> top = model.stack.layers[0]->top;
+    const auto& top = model.stack.layers[0]->top;
     model.stack.layers[0]->changed = false;
     ExecuteDeposition(model.stack, model.grid, DepositionStep(0.5f, 0.3f));
     EXPECT_EQ(model.stack.layers[0]->top, top);

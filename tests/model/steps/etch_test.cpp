@@ -75,7 +75,7 @@ TEST_F(Etch, OnOpenGroundSetsTheTopToTheFront) {
         oxide.top[cell] += static_cast<float>(cell % 7) * 0.1f;
     }
     UpdateCoverMap(model.stack, model.grid);
-    const std::vector<float> before = oxide.top;
+    const std::vector<float> before(oxide.top.begin(), oxide.top.end());
     std::vector<float> front(model.grid.CellCount());
     OffsetSurface(model.grid, front, before, -1.0f, 0.0f);
     Run(EtchStep({"ox"}, 1.0f));

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -73,7 +74,7 @@ protected:
     }
 
     /// A surface along a row.
-    static std::vector<float> Along(const std::vector<float>& heights) {
+    static std::vector<float> Along(std::span<const float> heights) {
         return {heights.begin() + 3 * cols, heights.begin() + 4 * cols};
     }
     std::vector<float> CoverAlong() const {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -72,7 +73,7 @@ protected:
     /// plane.
     Layer& AppendGauge() { return AppendFlatLayer(model, 10.25f, 30.0f, "gauge"); }
 
-    static void ExpectFlat(const std::vector<float>& heights, float height) {
+    static void ExpectFlat(std::span<const float> heights, float height) {
         for (const float here : heights) {
             ASSERT_EQ(here, height);
         }

@@ -3,66 +3,41 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
+#include <cstdlib>
 #include <exception>
 #include <filesystem>
 #include <memory>
 #include <new>
-#include <optional>
 #include <string>
 #include <system_error>
 #include <utility>
 #include <vector>
 
 #include "base/clock.h"
-#include "base/data_files.h"
 #include "base/text.h"
 #include "batch/consoles.h"
-#include "batch/input_notes.h"
-#include "batch/note_listener.h"
+#include "batch/listeners.h"
 #include "batch/note_teller.h"
-#include "batch/output_folder.h"
-#include "batch/picture_saver.h"
-#include "batch/probe_writer.h"
-#include "batch/progress.h"
+#include "batch/preparation.h"
+#include "batch/reporting.h"
 #include "batch/run_record.h"
-#include "batch/section_writer.h"
-#include "batch/step_listener.h"
-#include "batch/summary_writer.h"
 #include "batch/time_table.h"
-#include "command_line/inputs.h"
+#include "batch/unfinished_files.h"
+#include "batch/watch_files.h"
+#include "command_line/interrupt.h"
 #include "command_line/platform.h"
 #include "command_line/reasons.h"
 #include "command_line/standard_streams.h"
 #include "gds/gds_database.h"
-#include "gds/layout_options.h"
-#include "gds/layout_repairs.h"
 #include "model/process_model.h"
-#include "process_file/color_table.h"
 #include "process_run/execute_run.h"
 #include "process_run/result_files.h"
-#include "process_run/step_choice.h"
 
 namespace zelmo {
 
 namespace {
-
-/// Where a run reports to.
-struct Reporting {
-    explicit Reporting(bool quiet)
-        : columns(quiet ? 0 : TerminalColumns()), progress(columns), console(progress, quiet) {}
-
-    void Tell(const std::string& line) {
-        progress.Interrupt([&] { WriteToError(line); });
-    }
-    void Error(const std::string& message) {
-        progress.Interrupt([&] { WriteErrorLine(message); });
-    }
-
-    const int columns;  ///< of the terminal that is told how the run goes; 0: none is
-    Progress progress;
-    OutputConsole console;
-};
 
 /// The dump step replaces its file without a word.
 void WarnOfDump(const ProcessModel& model, Reporting& reporting) {
@@ -77,8 +52,6 @@ void WarnOfDump(const ProcessModel& model, Reporting& reporting) {
         }
     }
 }
-
-using Listeners = std::vector<std::unique_ptr<StepListener>>;
 
 /// Executes a step, and lets the listeners take of it what they want.
 Outcome RunStep(ProcessModel& model, std::size_t index, const Listeners& listeners,
@@ -146,99 +119,17 @@ Outcome RunSteps(ProcessModel& model, const Listeners& listeners, Reporting& rep
     return outcome;
 }
 
-/// The folder that was given, or the program's own ones and the current directory.
-std::vector<std::filesystem::path> AssetFolders(const std::optional<std::filesystem::path>& given) {
-    if (given) {
-        return {*given};
-    }
-    auto folders = InstalledDataFolders();
-    folders.emplace_back();
-    return folders;
-}
-
-/// Tells what was read otherwise than it stands in the layout, a line for each kind.
-void TellRepairs(const LayoutRepairs& repairs, const std::filesystem::path& layout,
-                 Reporting& reporting) {
-    for (const std::string& line : RepairLines(repairs)) {
-        reporting.Error(
-            fmt::format("warning: the layout {} was repaired: {}", TextOf(layout), line));
-    }
-}
-
-/// Reads both files into a model that is ready to run.
-Outcome Prepare(const BatchOptions& options, const std::vector<std::filesystem::path>& assetFolders,
-                Reporting& reporting, NoteTeller& notes, std::unique_ptr<ProcessModel>& model) {
-    LogConsole* const console = &reporting.console;
-    ColorTable colors;
-    Outcome outcome = LoadColors(FindDataFile(assetFolders, "colors.txt"), colors);
-    std::unique_ptr<GdsDatabase> database;
-    if (!outcome.Failed()) {
-        outcome = LoadLayoutFile(options.layout, {.repair = options.repair}, console, database);
-    }
-    if (outcome.status == ExitStatus::Layout) {
-        NoteRefusedLayout(options, notes);
-    }
-    if (!outcome.Failed()) {
-        TellRepairs(database->repairs, options.layout, reporting);
-        NoteLayout(options, *database, notes);
-        outcome = PrepareProcess(options.process, *database, colors, options.view, console, model);
-        NoteProcess(options, *database, colors, model.get(), notes);
-    }
-    return outcome;
-}
-
-/// Whether the steps that were asked for are there.
-Outcome CheckSteps(const BatchOptions& options, const ProcessModel& model) {
-    const StepChoice choice = ChooseSteps(options.steps, model.steps);
-    return choice.failure.empty() ? Outcome{}
-                                  : Outcome{ExitStatus::Usage, "--steps: " + choice.failure};
-}
-
-/// Whoever takes something of this run.
-Listeners MakeListeners(const BatchOptions& given,
-                        const std::vector<std::filesystem::path>& assetFolders,
-                        Reporting& reporting, NoteTeller& notes) {
-    BatchOptions options = given;
-    options.output = OutputFolder(given);  // one for all
-    Listeners listeners;
-    if (notes.WantsNotes()) {
-        listeners.push_back(std::make_unique<NoteListener>(options, notes));
-    }
-    const auto tell = [&](const std::string& line) { reporting.Error(line); };
-    if (!options.numbers.probes.empty()) {
-        listeners.push_back(std::make_unique<ProbeWriter>(options, [&](const std::string& text) {
-            std::string failure;
-            reporting.progress.Interrupt([&] { WriteToOutput(text, failure); });
-            return failure;
-        }));
-    }
-    if (!options.numbers.cuts.empty()) {
-        listeners.push_back(std::make_unique<SectionWriter>(options, tell));
-    }
-    if (options.pictures) {
-        listeners.push_back(std::make_unique<PictureSaver>(options, assetFolders, tell));
-    }
-    if (options.numbers.summary) {
-        listeners.push_back(std::make_unique<SummaryWriter>(options, assetFolders));
-    }
-    return listeners;
-}
-
-Outcome RunFiles(const BatchOptions& options, Reporting& reporting, NoteTeller& notes) {
+Outcome RunFiles(const BatchOptions& options, Reporting& reporting, NoteTeller& notes,
+                 UnfinishedFiles& files) {
     const auto assetFolders = AssetFolders(options.assets);
+    std::unique_ptr<GdsDatabase> database;
     std::unique_ptr<ProcessModel> model;
-    Outcome outcome = Prepare(options, assetFolders, reporting, notes, model);
-    if (!outcome.Failed()) {
-        outcome = CheckSteps(options, *model);
-    }
-    if (!outcome.Failed()) {
-        notes.TellAll();
-        outcome = notes.CheckStrict();
-    }
+    Outcome outcome = Prepare(options, assetFolders, reporting, notes, database, model);
+    database.reset();
     if (outcome.Failed() || options.checkOnly) {
         return outcome;
     }
-    const Listeners listeners = MakeListeners(options, assetFolders, reporting, notes);
+    const Listeners listeners = MakeListeners(options, assetFolders, reporting, notes, files);
     for (const auto& listener : listeners) {
         if (outcome = listener->Begin(*model); outcome.Failed()) {
             return outcome;
@@ -257,9 +148,10 @@ Outcome RunFiles(const BatchOptions& options, Reporting& reporting, NoteTeller& 
 }
 
 /// The same for whatever the standard library may throw.
-Outcome RunFilesOrTellWhyNot(const BatchOptions& options, Reporting& reporting, NoteTeller& notes) {
+Outcome RunFilesOrTellWhyNot(const BatchOptions& options, Reporting& reporting, NoteTeller& notes,
+                             UnfinishedFiles& files) {
     try {
-        return RunFiles(options, reporting, notes);
+        return RunFiles(options, reporting, notes, files);
     } catch (const std::bad_alloc&) {
         return {ExitStatus::Other, "there is not enough memory for this run"};
     } catch (const std::exception& error) {
@@ -267,13 +159,34 @@ Outcome RunFilesOrTellWhyNot(const BatchOptions& options, Reporting& reporting, 
     }
 }
 
+/// What shells call a program that Ctrl-C ended.
+constexpr int interruptedStatus = 130;
+
+void TellInterruption(const UnfinishedFiles& files) {
+    WriteErrorLine("ended by the user" +
+                   (files.Pictures() > 0 ? "; " + files.WholePictures() : ""));
+}
+
 }  // namespace
 
 ExitStatus RunBatch(const BatchOptions& options) {
+    Interrupt interrupt;  // before the first thread
     Reporting reporting(options.quiet);
     NoteTeller notes(options.notes, options.quiet,
                      [&](const std::string& line) { reporting.Tell(line); });
-    const Outcome outcome = RunFilesOrTellWhyNot(options, reporting, notes);
+    UnfinishedFiles files;
+    std::atomic<ExitStatus> watchStatus = ExitStatus::Success;
+    interrupt.Then([&] {
+        const auto lock = files.WaitForNone();
+        if (options.watch) {
+            std::_Exit(static_cast<int>(watchStatus.load()));
+        }
+        TellInterruption(files);
+        std::_Exit(interruptedStatus);
+    });
+    const Outcome outcome = options.watch
+                                ? WatchFiles(options, reporting, notes, files, watchStatus)
+                                : RunFilesOrTellWhyNot(options, reporting, notes, files);
     if (!outcome.message.empty()) {
         reporting.Error(outcome.message);
     }

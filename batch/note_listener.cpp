@@ -18,7 +18,7 @@ void NoteListener::BeforeStep(const ProcessModel& model, std::size_t index) {
 Outcome NoteListener::AfterStep(const ProcessModel& model, std::size_t index, RunRecord& record) {
     try {
         if (hasLooked_) {
-            teller_.Add(stepNotes_.After(model, index));
+            teller_.Add(stepNotes_.After(model, index), index);
         }
     } catch (const std::bad_alloc&) {
         hasLooked_ = false;

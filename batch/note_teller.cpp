@@ -10,21 +10,42 @@ namespace zelmo {
 NoteTeller::NoteTeller(NoteChoice choice, bool quiet, std::function<void(const std::string&)> tell)
     : choice_(std::move(choice)), silent_(quiet && !choice_.strict), tell_(std::move(tell)) {}
 
-void NoteTeller::Add(const std::vector<Note>& notes) {
+void NoteTeller::Add(const std::vector<Note>& notes, std::optional<std::size_t> step) {
     const auto& allowed = choice_.allowed;
     for (const Note& note : notes) {
         if (!choice_.none &&
             std::find(allowed.begin(), allowed.end(), note.kind) == allowed.end()) {
-            notes_.push_back(note);
+            notes_.push_back({note, step});
         }
     }
 }
 
-void NoteTeller::TellAll() {
-    for (; told_ < notes_.size(); ++told_) {
-        if (!silent_) {
-            tell_(NoteLine(notes_[told_]));
+void NoteTeller::ForgetInputs() {
+    std::erase_if(notes_, [](const Kept& kept) { return !kept.step; });
+}
+
+void NoteTeller::ForgetStepsFrom(std::size_t first) {
+    std::erase_if(notes_, [first](const Kept& kept) { return kept.step >= first; });
+}
+
+std::vector<Note> NoteTeller::Notes() const {
+    std::vector<Note> notes;
+    for (const bool ofSteps : {false, true}) {
+        for (const Kept& kept : notes_) {
+            if (kept.step.has_value() == ofSteps) {
+                notes.push_back(kept.note);
+            }
         }
+    }
+    return notes;
+}
+
+void NoteTeller::TellAll() {
+    for (Kept& kept : notes_) {
+        if (!silent_ && !kept.isTold) {
+            tell_(NoteLine(kept.note));
+        }
+        kept.isTold = true;
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,14 +22,20 @@ public:
     /// Whether any notes are wanted at all.
     bool WantsNotes() const { return !choice_.none; }
 
-    /// Keeps notes for the next call of TellAll; what is allowed is left out.
-    void Add(const std::vector<Note>& notes);
+    /// Keeps notes for the next call of TellAll; what is allowed is left out. Those about a step
+    /// name its index, the others are about the inputs.
+    void Add(const std::vector<Note>& notes, std::optional<std::size_t> step = std::nullopt);
+
+    /// Forgets the notes about the inputs, or about the steps from this index on, for a run that
+    /// begins anew.
+    void ForgetInputs();
+    void ForgetStepsFrom(std::size_t first);
 
     /// Tells what has not been told.
     void TellAll();
 
-    /// All notes so far that are not allowed.
-    const std::vector<Note>& Notes() const { return notes_; }
+    /// All notes so far that are not allowed, those about the inputs first.
+    std::vector<Note> Notes() const;
 
     /// Fails where notes are to end the program, and there are any.
     Outcome CheckStrict() const;
@@ -37,8 +44,12 @@ private:
     NoteChoice choice_;
     bool silent_;
     std::function<void(const std::string&)> tell_;
-    std::vector<Note> notes_;
-    std::size_t told_ = 0;  ///< of these
+    struct Kept {
+        Note note;
+        std::optional<std::size_t> step;
+        bool isTold = false;
+    };
+    std::vector<Kept> notes_;
 };
 
 }  // namespace zelmo

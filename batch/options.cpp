@@ -32,6 +32,7 @@ Groups MakeGroups() {
     groups.push_back(MakePictureOptions());
     groups.push_back(MakeNumberOptions());
     groups.push_back(MakeNoteOptions());
+    groups.push_back(MakeWatchOptions());
     return groups;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -30,7 +31,9 @@ struct BatchOptions {
     bool overwrite = false;  ///< what an earlier run left in the output folder
     PictureFormat format = pictureFormats[0];
     NoteChoice notes;
-    bool repair = false;  ///< the layout, where it would be refused
+    bool watch = false;  ///< stay, and run again whenever an input is saved
+    std::optional<std::uint64_t> memoryMebibytes;  ///< for stacks while watching; none: the usual
+    bool repair = false;                           ///< the layout, where it would be refused
     bool checkOnly = false;
     bool pictures = true;
     std::optional<std::filesystem::path> assets;  ///< none: where the program's own are

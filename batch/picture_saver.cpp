@@ -26,6 +26,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr const char* listKind = "picture";
+
 /// Pictures are numbered from 1, as in a program that has just started.
 std::int32_t ImageNumber(std::size_t index) {
     return static_cast<std::int32_t>(index) + 1;
@@ -54,11 +56,14 @@ std::string NoPicture(const ProcessModel& model, std::size_t index, const std::s
 }  // namespace
 
 PictureSaver::PictureSaver(const BatchOptions& options, std::vector<fs::path> assetFolders,
-                           std::function<void(const std::string&)> tell)
+                           std::function<void(const std::string&)> tell, UnfinishedFiles& files,
+                           std::shared_ptr<PictureList> list)
     : assetFolders_(std::move(assetFolders)),
       tell_(std::move(tell)),
       folder_{options.output.value(), options.format, options.overwrite},
-      steps_(options.steps) {}
+      steps_(options.steps),
+      list_(std::move(list)),
+      files_(&files) {}
 
 Outcome PictureSaver::Begin(const ProcessModel& model) {
     std::string problem;
@@ -72,8 +77,20 @@ Outcome PictureSaver::Begin(const ProcessModel& model) {
     if (!problem.empty()) {
         return {ExitStatus::Picture, problem};
     }
+    return TakeOver(model);
+}
+
+Outcome PictureSaver::Restart(const ProcessModel& model, std::size_t first) {
+    WaitForLast();
+    missing_.erase(missing_.lower_bound(first), missing_.end());
+    return TakeOver(model);
+}
+
+/// Prepares the folder for the pictures of this model.
+Outcome PictureSaver::TakeOver(const ProcessModel& model) {
     chosen_ = ChooseSteps(steps_, model.steps).chosen;
-    problem = PreparePictureFolder(folder_, FileNames(model));
+    fileNames_ = FileNames(model);
+    const std::string problem = TakeFolder(folder_, list_.get(), listKind, fileNames_);
     return problem.empty() ? Outcome{} : Outcome{ExitStatus::Picture, problem};
 }
 
@@ -103,22 +120,42 @@ Outcome PictureSaver::AfterStep(const ProcessModel& model, std::size_t index, Ru
         return {ExitStatus::Picture, NoPicture(model, index, *hopeless)};
     }
     if (!problem.empty()) {
-        Miss(NoPicture(model, index, problem));
+        Miss(index, NoPicture(model, index, problem));
         return {};
     }
+    StartSaving(index, std::move(image));
+    return {};
+}
+
+void PictureSaver::StartSaving(std::size_t index, StepImage image) {
     const auto taken = std::make_shared<const StepImage>(std::move(image));
-    const auto save = [this, index, taken] { return SavePicture(folder_, index + 1, *taken); };
+    const auto save = [this, index, taken] {
+        const UnfinishedFiles::Writing picture(*files_);
+        const std::string problem = SavePicture(folder_, index + 1, *taken);
+        if (problem.empty()) {
+            files_->AddPicture(Utf8FromWide(PictureFileName(folder_, index + 1, taken->name)));
+        }
+        return problem;
+    };
+    savingIndex_ = index;
     try {
         saving_ = std::async(std::launch::async, save);
     } catch (const std::system_error&) {
         saving_ = std::async(std::launch::deferred, save);  // no thread to be had
     }
-    return {};
 }
 
-Outcome PictureSaver::Finish(const RunRecord& /*record*/, bool /*complete*/) {
+Outcome PictureSaver::Finish(const RunRecord& /*record*/, bool complete) {
     WaitForLast();
-    return complete_ ? Outcome{} : Outcome{ExitStatus::Picture, {}};
+    if (!complete && files_->Pictures() > 0) {
+        tell_(files_->WholePictures());
+    }
+    if (list_ && complete) {
+        if (const std::string problem = list_->KeepOnly(listKind, fileNames_); !problem.empty()) {
+            return {ExitStatus::Picture, problem};
+        }
+    }
+    return missing_.empty() ? Outcome{} : Outcome{ExitStatus::Picture, {}};
 }
 
 std::vector<std::wstring> PictureSaver::FileNames(const ProcessModel& model) const {
@@ -138,12 +175,12 @@ void PictureSaver::WaitForLast() {
         return;
     }
     if (const std::string problem = saving_.get(); !problem.empty()) {
-        Miss(problem);
+        Miss(savingIndex_, problem);
     }
 }
 
-void PictureSaver::Miss(const std::string& reason) {
-    complete_ = false;
+void PictureSaver::Miss(std::size_t index, const std::string& reason) {
+    missing_.insert(index);
     tell_(reason);
 }
 

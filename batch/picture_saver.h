@@ -5,12 +5,15 @@
 #include <functional>
 #include <future>
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
 #include "batch/options.h"
 #include "batch/picture_folder.h"
+#include "batch/picture_list.h"
 #include "batch/step_listener.h"
+#include "batch/unfinished_files.h"
 #include "render/gl/gl_context.h"
 #include "render/studio.h"
 
@@ -21,13 +24,19 @@ class PictureSaver : public StepListener {
 public:
     /// `options` names the output folder. The shaders are looked for in `assetFolders`. `tell`
     /// receives a line for every picture that is missing, in their order and on the caller's
-    /// thread.
+    /// thread. `files` counts those that are being written; `list` is that of the
+    /// folder, if it is to be of this program alone.
     PictureSaver(const BatchOptions& options, std::vector<std::filesystem::path> assetFolders,
-                 std::function<void(const std::string&)> tell);
+                 std::function<void(const std::string&)> tell, UnfinishedFiles& files,
+                 std::shared_ptr<PictureList> list);
 
     /// Gets ready for the pictures of the chosen steps. Fails if none could be made or they could
     /// not be saved.
     Outcome Begin(const ProcessModel& model) override;
+
+    /// Pictures of steps before this one stay. Those that no step of the model has go when the run
+    /// is complete.
+    Outcome Restart(const ProcessModel& model, std::size_t first) override;
 
     /// Takes the picture of a chosen step, and saves it on a thread of its own while the next step
     /// runs. One that could not be drawn is told of, and the next is tried all the same. Fails
@@ -40,17 +49,23 @@ public:
 private:
     /// Of the chosen steps.
     std::vector<std::wstring> FileNames(const ProcessModel& model) const;
+    Outcome TakeOver(const ProcessModel& model);
+    void StartSaving(std::size_t index, StepImage image);
     void WaitForLast();
-    void Miss(const std::string& reason);
+    void Miss(std::size_t index, const std::string& reason);
 
     std::vector<std::filesystem::path> assetFolders_;
     std::function<void(const std::string&)> tell_;
     std::unique_ptr<GlContext> context_;  ///< the studio goes while it is current
     std::unique_ptr<Studio> studio_;
     PictureFolder folder_;
-    std::string steps_;         ///< as they were asked for
-    std::vector<bool> chosen_;  ///< of them, by step
-    bool complete_ = true;
+    std::string steps_;                  ///< as they were asked for
+    std::vector<bool> chosen_;           ///< of them, by step
+    std::shared_ptr<PictureList> list_;  ///< or null
+    UnfinishedFiles* files_ = nullptr;
+    std::vector<std::wstring> fileNames_;  ///< of the chosen steps
+    std::set<std::size_t> missing_;        ///< steps whose picture is
+    std::size_t savingIndex_ = 0;
     std::future<std::string> saving_;  ///< of the last picture; ends before this object does
 };
 

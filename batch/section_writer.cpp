@@ -18,10 +18,24 @@
 
 namespace zelmo {
 
+namespace {
+
+constexpr const char* listKind = "cut";
+
+}  // namespace
+
+std::filesystem::path CutFolder(const BatchOptions& options) {
+    return options.numbers.cutFolder ? *options.numbers.cutFolder : options.output.value();
+}
+
 SectionWriter::SectionWriter(const BatchOptions& options,
-                             std::function<void(const std::string&)> tell)
-    : numbers_(options.numbers), steps_(options.steps), tell_(std::move(tell)) {
-    folder_.path = numbers_.cutFolder ? *numbers_.cutFolder : options.output.value();
+                             std::function<void(const std::string&)> tell,
+                             std::shared_ptr<PictureList> list)
+    : numbers_(options.numbers),
+      steps_(options.steps),
+      tell_(std::move(tell)),
+      list_(std::move(list)) {
+    folder_.path = CutFolder(options);
     folder_.overwrite = options.overwrite;
     sections_.resize(numbers_.cuts.size());
 }
@@ -57,7 +71,7 @@ Outcome SectionWriter::Begin(const ProcessModel& model) {
         takers_.emplace_back(model.grid, CutLine{FromLayoutUnit(settings_, {x0, y0}),
                                                  FromLayoutUnit(settings_, {x1, y1})});
     }
-    const std::string problem = PreparePictureFolder(folder_, FileNames());
+    const std::string problem = TakeFolder(folder_, list_.get(), listKind, FileNames());
     return problem.empty() ? Outcome{} : Outcome{ExitStatus::Picture, problem};
 }
 
@@ -69,10 +83,15 @@ Outcome SectionWriter::AfterStep(const ProcessModel& model, std::size_t index,
     return {};
 }
 
-Outcome SectionWriter::Finish(const RunRecord& record, bool /*complete*/) {
+Outcome SectionWriter::Finish(const RunRecord& record, bool complete) {
     bool allWritten = true;
     for (std::size_t cut = 0; cut < sections_.size(); ++cut) {
         allWritten = Write(cut, record.seconds.size()) && allWritten;
+    }
+    if (list_ && complete) {
+        if (const std::string problem = list_->KeepOnly(listKind, FileNames()); !problem.empty()) {
+            return {ExitStatus::Picture, problem};
+        }
     }
     return allWritten ? Outcome{} : Outcome{ExitStatus::Picture, {}};
 }

@@ -1,13 +1,16 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "batch/number_choice.h"
 #include "batch/picture_folder.h"
+#include "batch/picture_list.h"
 #include "batch/step_listener.h"
 #include "model/process.h"
 #include "results/section.h"
@@ -16,12 +19,17 @@ namespace zelmo {
 
 struct BatchOptions;
 
+/// Where the files of cuts go. The output folder is known by now.
+std::filesystem::path CutFolder(const BatchOptions& options);
+
 /// Takes the sections that were asked for, and writes them at the end of the run: a picture and a
 /// CSV file for each cut and step, named after the step.
 class SectionWriter : public StepListener {
 public:
     /// `options` names the output folder. `tell` receives a line for every file that is missing.
-    SectionWriter(const BatchOptions& options, std::function<void(const std::string&)> tell);
+    /// `list` is that of the cuts' folder, if it is to be of this program alone.
+    SectionWriter(const BatchOptions& options, std::function<void(const std::string&)> tell,
+                  std::shared_ptr<PictureList> list);
 
     /// Fails where an end lies outside the window, or the files could not be saved.
     Outcome Begin(const ProcessModel& model) override;
@@ -46,6 +54,7 @@ private:
     std::string steps_;  ///< as they were asked for
     std::function<void(const std::string&)> tell_;
     PictureFolder folder_;
+    std::shared_ptr<PictureList> list_;  ///< or null
     ProcessSettings settings_;
     std::vector<bool> chosen_;               ///< of the steps
     std::vector<std::string> descriptions_;  ///< of the steps

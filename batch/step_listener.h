@@ -18,6 +18,12 @@ public:
     /// Gets ready, before anything is executed. Fails where the run would be of no use.
     virtual Outcome Begin(const ProcessModel& model) = 0;
 
+    /// The run begins anew, with a model that may be another, at the step with this index: what was
+    /// taken of the steps before it still holds. What follows it is taken again.
+    virtual Outcome Restart(const ProcessModel& model, std::size_t /*first*/) {
+        return Begin(model);
+    }
+
     /// Sees the model before the step with this index.
     virtual void BeforeStep(const ProcessModel& /*model*/, std::size_t /*index*/) {}
 

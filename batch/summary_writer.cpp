@@ -80,6 +80,10 @@ Outcome SummaryWriter::Begin(const ProcessModel& model) {
     shares_ = FindWindowShares(model.grid, model.settings);
     chosen_ = ChooseSteps(options_.steps, model.steps).chosen;
     measured_.clear();
+    for (auto& [index, step] : steps_) {
+        // What was measured holds; lines above may have come or gone.
+        step.line = index < model.steps.size() ? model.steps[index].line : step.line;
+    }
     return {};
 }
 

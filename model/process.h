@@ -70,6 +70,8 @@ struct ProcessStep {
     std::string result;        ///< dump: what is written
     /// Names of materials: what etch and release remove, what implant converts, what stops a polish
     std::vector<std::string> targets;
+
+    bool operator==(const ProcessStep&) const = default;
 };
 
 }  // namespace zelmo

@@ -25,6 +25,10 @@ void ExecuteStepWithReport(ProcessModel& model, const ProcessStep& step, LogCons
     console->Write(fmt::format("Completed in {:.3f} s", seconds));
 }
 
+void RepeatStep(ProcessModel& model, const ProcessStep& step) {
+    ExecuteStep(model, step, nullptr);
+}
+
 void ReportRunEnd(std::int32_t startClock, LogConsole* console) {
     const float seconds = static_cast<float>(ElapsedMilliseconds() - startClock) / 1000.0f;
     console->Write(fmt::format("All process steps completed in {:.3f} sec", seconds));

@@ -17,6 +17,10 @@ void ReportRunStart(LogConsole* console);
 /// Executes a step, with the file that it asks for, and reports its time.
 void ExecuteStepWithReport(ProcessModel& model, const ProcessStep& step, LogConsole* console);
 
+/// Executes a step that was executed before, to have its stack again: without a report and without
+/// the file that it asks for.
+void RepeatStep(ProcessModel& model, const ProcessStep& step);
+
 /// Writes the end of a run that started at `startClock` milliseconds (ElapsedMilliseconds).
 void ReportRunEnd(std::int32_t startClock, LogConsole* console);
 

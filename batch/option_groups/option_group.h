@@ -41,6 +41,9 @@ std::unique_ptr<OptionGroup> MakeNumberOptions();
 /// What is said of what is probably not meant.
 std::unique_ptr<OptionGroup> MakeNoteOptions();
 
+/// Staying, to run again whenever an input is saved.
+std::unique_ptr<OptionGroup> MakeWatchOptions();
+
 /// The files of pictures.
 std::unique_ptr<OptionGroup> MakePictureOptions();
 

@@ -24,7 +24,8 @@ public:
                        "Folder of colors.txt and the shaders (default: the program's own, then the "
                        "current directory)")
             ->type_name("DIR");
-        app.add_flag("--quiet", quiet_, "Write only errors, no notes unless --strict makes them errors");
+        app.add_flag("--quiet", quiet_,
+                     "Write only errors, no notes unless --strict makes them errors");
     }
 
     std::string Take(const CLI::App& app, BatchOptions& options) override {

@@ -8,6 +8,8 @@ namespace zelmo {
 struct MaskPoint {
     double x = 0.0;
     double y = 0.0;
+
+    bool operator==(const MaskPoint&) const = default;
 };
 
 /// A polygon of a mask in micrometres from the grid's corner, with its bounding box.
@@ -19,6 +21,8 @@ struct MaskPolygon {
     double minY = 0.0;
     double maxX = 0.0;
     double maxY = 0.0;
+
+    bool operator==(const MaskPolygon&) const = default;
 };
 
 }  // namespace zelmo

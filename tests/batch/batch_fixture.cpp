@@ -28,11 +28,11 @@ std::filesystem::path BatchProgram() {
     return std::filesystem::current_path() / ZELMO_BATCH_FILE;
 }
 
-std::vector<std::uint8_t> SquareLayout() {
+std::vector<std::uint8_t> SquareLayout(std::int32_t width) {
     GdsWriter writer;
     writer.BeginLibrary();
     writer.BeginCell("TOP");
-    writer.Rectangle(1, 3000, 3000, 7000, 7000);
+    writer.Rectangle(1, 3000, 3000, 3000 + width, 7000);
     writer.EndCell();
     writer.EndLibrary();
     return writer.Bytes();

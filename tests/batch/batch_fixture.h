@@ -35,8 +35,8 @@ protected:
 /// The program under test.
 std::filesystem::path BatchProgram();
 
-/// A layout with the cell TOP: a square of 4 um on layer 1.
-std::vector<std::uint8_t> SquareLayout();
+/// A layout with the cell TOP: a square of 4 um on layer 1, which can be made wider or narrower.
+std::vector<std::uint8_t> SquareLayout(std::int32_t width = 4000);
 
 /// The text with every number of seconds as "#".
 std::string MaskTimes(const std::string& text);

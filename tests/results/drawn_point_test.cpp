@@ -46,9 +46,11 @@ TEST(DrawnPoint, LiesOnTheTrianglesOfTheMesh) {
         layer.rows = grid.rows;
         layer.spacing = grid.spacing;
         TestRandom random(seed);
+        layer.bottom.assign(grid.CellCount(), 0.0f);
+        layer.top.assign(grid.CellCount(), 0.0f);
         for (std::size_t cell = 0; cell < grid.CellCount(); ++cell) {
-            layer.bottom.push_back(random.Unit());
-            layer.top.push_back(layer.bottom.back() + 0.01f + random.Unit());
+            layer.bottom[cell] = random.Unit();
+            layer.top[cell] = layer.bottom[cell] + 0.01f + random.Unit();
         }
         const LayerMesh mesh = MakeLayerMeshPlain(layer, shown.marginCols, shown.marginRows);
         for (int i = 0; i < 50 && shown.rows > 1; ++i) {

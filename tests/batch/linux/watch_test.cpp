@@ -1,0 +1,214 @@
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <random>
+#include <string>
+#include <thread>
+#include <utility>
+
+#include "tests/batch/batch_fixture.h"
+
+// The program as it stays and runs again, against fresh runs of the same files.
+
+namespace zelmo {
+namespace {
+
+constexpr std::chrono::seconds patience(120);
+
+class WatchTest : public BatchTest {
+protected:
+    ~WatchTest() override {
+        if (child_ > 0) {
+            kill(child_, SIGKILL);
+            waitpid(child_, nullptr, 0);
+        }
+    }
+
+    void Start(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), {BatchProgram().string(), "--watch", "-o", "out"});
+        arguments.insert(arguments.end(), {"square.gds", "flow.txt"});
+        std::vector<char*> words;
+        for (std::string& argument : arguments) {
+            words.push_back(argument.data());
+        }
+        words.push_back(nullptr);
+        child_ = fork();
+        if (child_ == 0) {
+            const int errors = chdir(folder_.Path().c_str()) == 0
+                                   ? open("errors", O_WRONLY | O_CREAT | O_APPEND, 0666)
+                                   : -1;
+            const int output = open("output", O_WRONLY | O_CREAT | O_APPEND, 0666);
+            if (errors >= 0 && output >= 0 && dup2(output, 1) == 1 && dup2(errors, 2) == 2) {
+                signal(SIGINT, SIG_DFL);
+                execv(words[0], words.data());
+            }
+            _exit(126);
+        }
+    }
+
+    /// Ends the program, as the user does, and returns its exit status.
+    int Interrupt() {
+        kill(child_, SIGINT);
+        int status = -1;
+        waitpid(child_, &status, 0);
+        child_ = 0;
+        return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
+    }
+
+    static bool WaitUntil(const std::function<bool()>& condition) {
+        const auto end = std::chrono::steady_clock::now() + patience;
+        while (!condition()) {
+            if (std::chrono::steady_clock::now() > end) {
+                return false;
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        return true;
+    }
+
+    std::map<std::string, std::string> Pictures(const std::string& folder) const {
+        std::map<std::string, std::string> pictures;
+        if (std::filesystem::exists(InFolder(folder))) {
+            for (const std::string& name : FilesIn(folder)) {
+                if (name.ends_with(".bmp")) {
+                    pictures[name] = FileText(folder + "/" + name);
+                }
+            }
+        }
+        return pictures;
+    }
+
+    /// Expects that the watched folder comes to hold what a fresh run makes of the files.
+    void ExpectFresh() {
+        std::filesystem::remove_all(InFolder("fresh"));
+        const Ended fresh =
+            Run({"--quiet", "--format", "bmp", "-o", "fresh", "square.gds", "flow.txt"});
+        ASSERT_EQ(fresh.status, 0) << fresh.errors;
+        const auto expected = Pictures("fresh");
+        EXPECT_TRUE(WaitUntil([&] { return Pictures("out") == expected; }))
+            << FileText("errors") << Pictures("out").size() << " of " << expected.size();
+    }
+
+    void ExpectTold(const std::string& text) {
+        EXPECT_TRUE(WaitUntil([&] {
+            return std::filesystem::exists(InFolder("errors")) &&
+                   FileText("errors").find(text) != std::string::npos;
+        })) << text;
+    }
+
+    pid_t child_ = 0;
+};
+
+std::string Film(std::uint32_t name, std::uint32_t thickness) {
+    return "deposition -name F" + std::to_string(name) + " -type oxide -thickness " +
+           std::to_string(thickness) + " -sc 1 -color 200 100 50 100\n";
+}
+
+TEST_F(WatchTest, FollowsEditsOfBothFiles) {
+    std::mt19937 random(17);
+    std::vector<std::string> steps = {Film(1, 300), Film(2, 200), Film(3, 100)};
+    const auto write = [&] {
+        std::string text;
+        for (const std::string& step : steps) {
+            text += step;
+        }
+        WriteProcess(text +
+                     "photo -name P -mask_id 1 -type 1 -res 0.2 -thickness 800 -taper 80\n"
+                     "etch -name E -targets oxide -depth 200 -iso 0.5\nstrip -name P\n");
+    };
+    write();
+    Start({"--format", "bmp"});
+    ExpectFresh();
+    for (std::uint32_t edit = 0; edit < 12; ++edit) {
+        const std::size_t at = random() % steps.size();
+        if (edit % 6 == 5) {
+            WriteLayout(SquareLayout(3000 + static_cast<std::int32_t>(edit) * 100));
+        }
+        switch (edit % 4) {
+            case 0:
+                steps[at] = Film(10 + edit, 50 + static_cast<std::uint32_t>(random() % 300));
+                break;
+            case 1:
+                steps.insert(steps.begin() + static_cast<std::ptrdiff_t>(at), Film(30 + edit, 150));
+                break;
+            case 2:
+                std::swap(steps[at], steps[random() % steps.size()]);
+                break;
+            default:
+                steps.erase(steps.begin() + static_cast<std::ptrdiff_t>(at));
+        }
+        write();
+        ExpectFresh();
+    }
+    EXPECT_EQ(Interrupt(), 0);
+}
+
+TEST_F(WatchTest, TellsOfAFaultyFileAndGoesOnWhenItIsMended) {
+    Start({"--format", "bmp"});
+    ExpectFresh();
+    const auto before = Pictures("out");
+    WriteProcess("depositoin -name A\n");
+    ExpectTold("Error in line 4: Unknown command");
+    EXPECT_EQ(Pictures("out"), before);
+    WriteProcess(Film(1, 100) + Film(2, 400));
+    ExpectFresh();
+}
+
+TEST_F(WatchTest, BeginsWithAFaultyFile) {
+    WriteProcess("nonsense\n");
+    Start({"--format", "bmp"});
+    ExpectTold("Unknown command");
+    ExpectTold("watching flow.txt and square.gds");
+    WriteProcess(Film(1, 100));
+    ExpectFresh();
+}
+
+TEST_F(WatchTest, ComesToTheLastOfManyRapidSaves) {
+    Start({"--format", "bmp"});
+    for (int round = 0; round < 3; ++round) {
+        for (std::uint32_t save = 0; save < 40; ++save) {
+            WriteProcess(Film(1, 100 + save) + Film(2, 300 - save));
+            std::this_thread::sleep_for(std::chrono::milliseconds(save % 7));
+        }
+        ExpectFresh();
+    }
+}
+
+TEST_F(WatchTest, RefusesAFolderOfOthers) {
+    std::filesystem::create_directory(InFolder("out"));
+    folder_.Write("out/thesis.tex", "years of work");
+    const Ended ended = Run({"--watch", "-o", "out", "square.gds", "flow.txt"});
+    ExpectRefusal(ended, 4, {"out", "holds files of others", "--output"});
+    EXPECT_EQ(FilesIn("out"), std::vector<std::string>{"thesis.tex"});
+}
+
+TEST_F(WatchTest, LeavesNothingHalfWrittenWheneverItIsEnded) {
+    std::mt19937 random(23);
+    std::string steps;
+    for (std::uint32_t i = 0; i < 6; ++i) {
+        steps += Film(i, 100);
+    }
+    WriteProcess(steps);
+    for (int round = 0; round < 12; ++round) {
+        Start({"--quiet", "--format", "bmp"});
+        std::this_thread::sleep_for(std::chrono::milliseconds(random() % 900));
+        const int status = Interrupt();
+        EXPECT_TRUE(status == 0 || status == 128 + SIGINT) << status;  // the latter: not begun
+        if (!std::filesystem::exists(InFolder("out"))) {
+            continue;
+        }
+        for (const std::string& name : FilesIn("out")) {
+            EXPECT_FALSE(name.ends_with(".tmp")) << name;
+        }
+    }
+}
+
+}  // namespace
+}  // namespace zelmo

@@ -1,0 +1,100 @@
+#include "process_run/common_steps.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+#include "model/process_model.h"
+
+namespace zelmo {
+namespace {
+
+/// A substrate, a film, a photo on layer 3 and an etch.
+std::unique_ptr<ProcessModel> MakeRun() {
+    auto model = std::make_unique<ProcessModel>();
+    model->settings.windowWidth = 4.0f;
+    model->settings.windowHeight = 4.0f;
+    model->grid.columns = 12;
+    model->grid.rows = 12;
+    model->steps.resize(4);
+    model->steps[0].kind = StepKind::Substrate;
+    model->steps[1].kind = StepKind::Deposition;
+    model->steps[1].thickness = 0.5f;
+    model->steps[2].kind = StepKind::Photo;
+    model->steps[2].mask = {{3, std::nullopt}};
+    model->steps[3].kind = StepKind::Etch;
+    model->polygons.resize(2);
+    model->polygons[0].layer = 3;
+    model->polygons[0].points = {{0.0, 0.0}, {1.0, 0.0}, {1.0, 1.0}};
+    model->polygons[1].layer = 4;
+    return model;
+}
+
+TEST(CommonSteps, AreAllOfEqualRuns) {
+    EXPECT_EQ(CommonSteps(*MakeRun(), *MakeRun()), 4u);
+}
+
+TEST(CommonSteps, EndAtTheFirstThatDiffers) {
+    const auto now = MakeRun();
+    now->steps[1].thickness = 0.25f;
+    EXPECT_EQ(CommonSteps(*MakeRun(), *now), 1u);
+}
+
+TEST(CommonSteps, EndAtAStepThatIsInsertedOrGone) {
+    const auto more = MakeRun();
+    more->steps.insert(more->steps.begin() + 2, ProcessStep());
+    EXPECT_EQ(CommonSteps(*MakeRun(), *more), 2u);
+    const auto fewer = MakeRun();
+    fewer->steps.pop_back();
+    EXPECT_EQ(CommonSteps(*MakeRun(), *fewer), 3u);
+}
+
+TEST(CommonSteps, DoNotCareForTheLinesOfTheFile) {
+    const auto now = MakeRun();
+    for (ProcessStep& step : now->steps) {
+        step.line += 5;
+    }
+    EXPECT_EQ(CommonSteps(*MakeRun(), *now), 4u);
+}
+
+TEST(CommonSteps, EndAtAPhotoWhoseMaskIsDrawnOtherwise) {
+    const auto now = MakeRun();
+    now->polygons[0].points[1].x = 2.0;
+    EXPECT_EQ(CommonSteps(*MakeRun(), *now), 2u);
+    now->polygons.erase(now->polygons.begin());
+    EXPECT_EQ(CommonSteps(*MakeRun(), *now), 2u);
+}
+
+TEST(CommonSteps, DoNotCareForLayersThatNoMaskHas) {
+    const auto now = MakeRun();
+    now->polygons.pop_back();
+    EXPECT_EQ(CommonSteps(*MakeRun(), *now), 4u);
+}
+
+TEST(CommonSteps, AreNoneOnAnotherGridOrWindow) {
+    const auto finer = MakeRun();
+    finer->grid.columns = 13;
+    EXPECT_EQ(CommonSteps(*MakeRun(), *finer), 0u);
+    const auto moved = MakeRun();
+    moved->grid.originX = 1.0f;
+    EXPECT_EQ(CommonSteps(*MakeRun(), *moved), 0u);
+    const auto wider = MakeRun();
+    wider->settings.windowWidth = 5.0f;
+    EXPECT_EQ(CommonSteps(*MakeRun(), *wider), 0u);
+}
+
+TEST(SameView, IsOneOfTheSameCameraAndTexts) {
+    EXPECT_TRUE(HaveSameView(*MakeRun(), *MakeRun()));
+    const auto turned = MakeRun();
+    turned->settings.cameraAngle = 10.0f;
+    EXPECT_FALSE(HaveSameView(*MakeRun(), *turned));
+    const auto marked = MakeRun();
+    marked->settings.showHeights = true;
+    EXPECT_FALSE(HaveSameView(*MakeRun(), *marked));
+    const auto legend = MakeRun();
+    legend->settings.showLegend = true;
+    EXPECT_FALSE(HaveSameView(*MakeRun(), *legend));
+}
+
+}  // namespace
+}  // namespace zelmo

@@ -18,9 +18,9 @@ namespace zelmo {
 namespace {
 
 /// Between two looks at the files.
-constexpr std::chrono::milliseconds pause(20);
+constexpr std::chrono::milliseconds pause(10);
 /// Programs that save in pieces are given so many pauses to come to an end.
-constexpr int mostPieces = 25;
+constexpr int mostPieces = 50;
 
 /// The inputs of a run.
 struct Inputs {

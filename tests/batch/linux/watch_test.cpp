@@ -32,7 +32,12 @@ protected:
     }
 
     void Start(std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), {BatchProgram().string(), "--watch", "-o", "out"});
+        arguments.insert(arguments.begin(), "--watch");
+        StartProgram(std::move(arguments));
+    }
+
+    void StartProgram(std::vector<std::string> arguments) {
+        arguments.insert(arguments.begin(), {BatchProgram().string(), "-o", "out"});
         arguments.insert(arguments.end(), {"square.gds", "flow.txt"});
         std::vector<char*> words;
         for (std::string& argument : arguments) {
@@ -187,6 +192,22 @@ TEST_F(WatchTest, RefusesAFolderOfOthers) {
     const Ended ended = Run({"--watch", "-o", "out", "square.gds", "flow.txt"});
     ExpectRefusal(ended, 4, {"out", "holds files of others", "--output"});
     EXPECT_EQ(FilesIn("out"), std::vector<std::string>{"thesis.tex"});
+}
+
+TEST_F(WatchTest, APlainRunThatIsEndedTellsWhichPicturesAreWhole) {
+    std::string steps;
+    for (std::uint32_t i = 0; i < 150; ++i) {
+        steps += Film(i, 10);
+    }
+    WriteProcess(steps);
+    StartProgram({"--format", "bmp", "--no-notes"});
+    ASSERT_TRUE(WaitUntil([&] { return Pictures("out").size() > 2; }));
+    EXPECT_EQ(Interrupt(), 130);
+    const auto pictures = Pictures("out");
+    ASSERT_FALSE(pictures.empty());
+    EXPECT_EQ(FileText("errors"),
+              "zelmo-batch: ended by the user; " + std::to_string(pictures.size()) +
+                  " pictures are whole, the last is " + pictures.rbegin()->first + "\n");
 }
 
 TEST_F(WatchTest, LeavesNothingHalfWrittenWheneverItIsEnded) {

@@ -18,13 +18,13 @@ namespace zelmo {
 
 namespace {
 
-/// The lists of the folders that a watching run has for itself; none for other runs.
+/// The lists of folders whose files are replaced; none for other runs.
 struct FolderLists {
     explicit FolderLists(const BatchOptions& options) {
-        if (options.watch) {
-            pictures = std::make_shared<PictureList>();
+        if (options.overwrite) {
+            pictures = std::make_shared<PictureList>(options.watch);
             const bool isOne = !options.numbers.cutFolder || CutFolder(options) == *options.output;
-            cuts = isOne ? pictures : std::make_shared<PictureList>();
+            cuts = isOne ? pictures : std::make_shared<PictureList>(options.watch);
         }
     }
 

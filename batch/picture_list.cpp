@@ -51,10 +51,11 @@ std::string PictureList::Open(const fs::path& folder) {
         return fmt::format("the output folder {} cannot be used: {}", TextOf(folder),
                            error.message());
     }
-    if (isEmpty) {
+    const bool isTaken = isEmpty || !isAlone_;
+    if (isTaken) {
         folder_ = folder;
     }
-    return isEmpty ? std::string()
+    return isTaken ? std::string()
                    : fmt::format(
                          "the output folder {} holds files of others: --watch keeps a "
                          "folder of its own; name a new one with --output",

@@ -89,8 +89,9 @@ Outcome PictureSaver::Restart(const ProcessModel& model, std::size_t first) {
 /// Prepares the folder for the pictures of this model.
 Outcome PictureSaver::TakeOver(const ProcessModel& model) {
     chosen_ = ChooseSteps(steps_, model.steps).chosen;
-    fileNames_ = FileNames(model);
-    const std::string problem = TakeFolder(folder_, list_.get(), listKind, fileNames_);
+    // Where others have files, too, one does not expect pictures to go that were not asked for.
+    keptNames_ = FileNames(model, list_ && !list_->IsAlone());
+    const std::string problem = TakeFolder(folder_, list_.get(), listKind, FileNames(model));
     return problem.empty() ? Outcome{} : Outcome{ExitStatus::Picture, problem};
 }
 
@@ -151,17 +152,17 @@ Outcome PictureSaver::Finish(const RunRecord& /*record*/, bool complete) {
         tell_(files_->WholePictures());
     }
     if (list_ && complete) {
-        if (const std::string problem = list_->KeepOnly(listKind, fileNames_); !problem.empty()) {
+        if (const std::string problem = list_->KeepOnly(listKind, keptNames_); !problem.empty()) {
             return {ExitStatus::Picture, problem};
         }
     }
     return missing_.empty() ? Outcome{} : Outcome{ExitStatus::Picture, {}};
 }
 
-std::vector<std::wstring> PictureSaver::FileNames(const ProcessModel& model) const {
+std::vector<std::wstring> PictureSaver::FileNames(const ProcessModel& model, bool ofAll) const {
     std::vector<std::wstring> names;
     for (std::size_t index = 0; index < model.steps.size(); ++index) {
-        if (chosen_[index]) {
+        if (ofAll || chosen_[index]) {
             const std::wstring name =
                 StepImageName(ImageNumber(index), model.steps[index].description);
             names.push_back(PictureFileName(folder_, index + 1, name));

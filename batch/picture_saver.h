@@ -47,8 +47,8 @@ public:
     Outcome Finish(const RunRecord& record, bool complete) override;
 
 private:
-    /// Of the chosen steps.
-    std::vector<std::wstring> FileNames(const ProcessModel& model) const;
+    /// Of the chosen steps, or of all.
+    std::vector<std::wstring> FileNames(const ProcessModel& model, bool ofAll = false) const;
     Outcome TakeOver(const ProcessModel& model);
     void StartSaving(std::size_t index, StepImage image);
     void WaitForLast();
@@ -63,7 +63,7 @@ private:
     std::vector<bool> chosen_;           ///< of them, by step
     std::shared_ptr<PictureList> list_;  ///< or null
     UnfinishedFiles* files_ = nullptr;
-    std::vector<std::wstring> fileNames_;  ///< of the chosen steps
+    std::vector<std::wstring> keptNames_;  ///< files that stay when the run is complete
     std::set<std::size_t> missing_;        ///< steps whose picture is
     std::size_t savingIndex_ = 0;
     std::future<std::string> saving_;  ///< of the last picture; ends before this object does

@@ -89,7 +89,8 @@ Outcome SectionWriter::Finish(const RunRecord& record, bool complete) {
         allWritten = Write(cut, record.seconds.size()) && allWritten;
     }
     if (list_ && complete) {
-        if (const std::string problem = list_->KeepOnly(listKind, FileNames()); !problem.empty()) {
+        if (const std::string problem = list_->KeepOnly(listKind, FileNames(!list_->IsAlone()));
+            !problem.empty()) {
             return {ExitStatus::Picture, problem};
         }
     }
@@ -117,10 +118,10 @@ std::wstring SectionWriter::FileName(std::size_t index, std::size_t cut,
     return name;
 }
 
-std::vector<std::wstring> SectionWriter::FileNames() const {
+std::vector<std::wstring> SectionWriter::FileNames(bool ofAll) const {
     std::vector<std::wstring> names;
     for (std::size_t index = 0; index < chosen_.size(); ++index) {
-        for (std::size_t cut = 0; cut < numbers_.cuts.size() && chosen_[index]; ++cut) {
+        for (std::size_t cut = 0; cut < numbers_.cuts.size() && (ofAll || chosen_[index]); ++cut) {
             names.push_back(FileName(index, cut, L"svg"));
             names.push_back(FileName(index, cut, L"csv"));
         }

@@ -46,7 +46,8 @@ private:
     std::string CutName(std::size_t cut) const;
     /// Without what no file name can hold.
     std::wstring FileName(std::size_t index, std::size_t cut, const wchar_t* extension) const;
-    std::vector<std::wstring> FileNames() const;
+    /// Of the chosen steps, or of all.
+    std::vector<std::wstring> FileNames(bool ofAll = false) const;
     /// Writes a cut's files; whether all are there.
     bool Write(std::size_t cut, std::size_t stepCount) const;
 

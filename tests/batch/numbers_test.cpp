@@ -140,7 +140,7 @@ TEST_F(NumbersTest, CutsThatAreThereAreKeptUnlessTheyMayBeReplaced) {
     EXPECT_EQ(Ask(again).status, 0);
     EXPECT_EQ(FileText("cuts/005 005 Hole photoresist strip cut 1.svg"), svg);
     EXPECT_EQ(FileText("cuts/mine.txt"), "mine");
-    EXPECT_EQ(FilesIn("cuts").size(), 3u);
+    EXPECT_EQ(FilesIn("cuts").size(), 4u);  // with the list
 }
 
 TEST_F(NumbersTest, StepsWithNamesThatNoFileCanBearHaveCutsAllTheSame) {
@@ -193,7 +193,13 @@ TEST_F(NumbersTest, OverwriteReplacesPicturesAndNothingElse) {
     EXPECT_TRUE(FileText("out/002 002 Oxide deposition.png") == picture);
     EXPECT_EQ(FileText("out/mine.png"), "mine");
     EXPECT_EQ(FileText("out/009 009 Other deposition.png"), "other");
-    EXPECT_EQ(FilesIn("out").size(), 7u);
+    EXPECT_EQ(FilesIn("out").size(), 8u);  // with the list
+    WriteProcess("deposition -name Oxide -type oxide -thickness 500 -color 200 100 50 100\n");
+    EXPECT_EQ(Ask({"-o", "out", "--overwrite"}).status, 0);
+    EXPECT_EQ(FilesIn("out"),
+              (std::vector<std::string>{"001 001 Substrate.png", "002 002 Oxide deposition.png",
+                                        "009 009 Other deposition.png", "mine.png",
+                                        "zelmo-pictures.txt"}));
 }
 
 }  // namespace

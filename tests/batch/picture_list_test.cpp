@@ -16,7 +16,7 @@ protected:
     bool Has(const char* name) const { return fs::exists(folder_.Path() / name); }
 
     TempFolder folder_;
-    PictureList list_;
+    PictureList list_{true};
 };
 
 TEST_F(PictureListTest, TakesAnEmptyFolder) {
@@ -30,6 +30,15 @@ TEST_F(PictureListTest, RefusesAFolderOfOthers) {
     EXPECT_NE(list_.Open(folder_.Path()).find("holds files of others"), std::string::npos);
     EXPECT_FALSE(list_.IsOpen());
     EXPECT_NE(list_.Open(folder_.Path() / "absent"), "");
+}
+
+TEST_F(PictureListTest, MayShareAFolderWithOthers) {
+    folder_.Write("thesis.tex", "years of work");
+    PictureList shared(false);
+    EXPECT_EQ(shared.Open(folder_.Path()), "");
+    EXPECT_EQ(shared.Add("picture", {L"a.png"}), "");
+    EXPECT_EQ(shared.KeepOnly("picture", {}), "");
+    EXPECT_TRUE(Has("thesis.tex"));
 }
 
 TEST_F(PictureListTest, RemovesItsOwnThatAreNotKeptAndNothingElse) {
@@ -46,7 +55,7 @@ TEST_F(PictureListTest, RemovesItsOwnThatAreNotKeptAndNothingElse) {
 
 TEST_F(PictureListTest, KnowsItsOwnOfAnEarlierRun) {
     {
-        PictureList earlier;
+        PictureList earlier(true);
         ASSERT_EQ(earlier.Open(folder_.Path()), "");
         ASSERT_EQ(earlier.Add("picture", {L"001 a.png", L"002 \u00fc.png"}), "");
     }

@@ -80,8 +80,7 @@ TEST_F(RunTest, RepairReadsARefusedLayoutAndTellsALineForEachKind) {
     writer.EndCell();
     writer.EndLibrary();
     WriteLayout(writer.Bytes());
-    WriteProcess(
-        "photo -name Hole -mask_id 1 -type 0 -res 0.2 -thickness 800\nstrip -name Hole\n");
+    WriteProcess("photo -name Hole -mask_id 1 -type 0 -res 0.2 -thickness 800\nstrip -name Hole\n");
     ExpectRefusal(Run({"square.gds", "flow.txt", "-o", "refused"}), 2, {"square.gds", "error 3"});
     const Ended repaired = Run({"--repair", "--quiet", "square.gds", "flow.txt", "-o", "repaired"});
     EXPECT_EQ(repaired.status, 0);

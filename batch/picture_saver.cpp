@@ -132,7 +132,7 @@ void PictureSaver::StartSaving(std::size_t index, StepImage image) {
     const auto taken = std::make_shared<const StepImage>(std::move(image));
     const auto save = [this, index, taken] {
         const UnfinishedFiles::Writing picture(*files_);
-        const std::string problem = SavePicture(folder_, index + 1, *taken);
+        std::string problem = SavePicture(folder_, index + 1, *taken);
         if (problem.empty()) {
             files_->AddPicture(Utf8FromWide(PictureFileName(folder_, index + 1, taken->name)));
         }

@@ -23,8 +23,8 @@ namespace zelmo {
 namespace {
 
 /// The later of two outcomes counts where it failed.
-Outcome WorseOf(const Outcome& first, Outcome second) {
-    return second.Failed() ? std::move(second) : first;
+Outcome WorseOf(const Outcome& first, const Outcome& second) {
+    return second.Failed() ? second : first;
 }
 
 Outcome Write(const std::string& text) {
@@ -64,7 +64,7 @@ Outcome TellCell(const LayoutReading& reading, const LayoutToolOptions& options,
     if (facts.window) {
         CutWithWindow(reading, facts);
     }
-    const Outcome outcome =
+    Outcome outcome =
         Write(options.json ? CellJson(reading, facts, subject) : CellText(reading, facts, subject));
     if (outcome.Failed() || !options.picture) {
         return outcome;

@@ -61,7 +61,8 @@ TEST_F(LayoutToolTest, WritesTheSameAsData) {
     EXPECT_EQ(list["cells"][1]["top"], true);
     EXPECT_EQ(list["cells"][1]["shapes"], 4);
     EXPECT_EQ(list["cells"][1]["texts"], 4);
-    EXPECT_EQ(list["cells"][1]["box"], Json({{"x0", -1.0}, {"y0", -0.5}, {"x1", 6.0}, {"y1", 2.0}}));
+    EXPECT_EQ(list["cells"][1]["box"],
+              Json({{"x0", -1.0}, {"y0", -0.5}, {"x1", 6.0}, {"y1", 2.0}}));
     EXPECT_EQ(list["cells"][1]["contains"], Json::array({{{"name", "PART"}, {"times", 3}}}));
     EXPECT_EQ(list["problems"], Json::array());
 

@@ -162,9 +162,11 @@ TEST(LayoutRepair, ExtensionsOfAPathThatIsTakenChangeNothing) {
             writer.Record(record::endel);
         }
         writer.EndCell();
-        return LoadBytes(writer.Bytes());
+        LoadedLayout loaded = LoadBytes(writer.Bytes());
+        loaded.database.end.bytes = 0;  // the files are not of one length
+        return TextOf(loaded.database);
     };
-    EXPECT_EQ(TextOf(write(true).database), TextOf(write(false).database));
+    EXPECT_EQ(write(true), write(false));
 }
 
 TEST(LayoutRepair, WhatElseIsRefusedStaysRefused) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "gds/coordinates.h"
 #include "gds/gds_database.h"
 #include "model/process_model.h"
 #include "results/notes/layout_cell.h"
@@ -96,7 +97,8 @@ double SizeOfCell(const GdsDatabase& layout, std::string_view name) {
         return 0.0;
     }
     const GdsRect& box = cell->bounds;
-    return static_cast<double>(std::max(box.xmax - box.xmin, box.ymax - box.ymin)) *
+    return static_cast<double>(std::max(SaturatingSubtract(box.xmax, box.xmin),
+                                        SaturatingSubtract(box.ymax, box.ymin))) *
            layout.micronsPerUnit;
 }
 

@@ -38,15 +38,23 @@ std::size_t zelmo::PeakMemory() {
     return static_cast<std::size_t>(most - heldAtStart);
 }
 
-void* operator new(std::size_t size) {
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
     void* const memory =
         size <= SIZE_MAX - sizeof(Head) ? std::malloc(size + sizeof(Head)) : nullptr;
     if (memory == nullptr) {
-        throw std::bad_alloc();
+        return nullptr;
     }
     Head* const head = new (memory) Head{static_cast<std::int64_t>(size)};
     NoteAllocation(head->size);
     return head + 1;
+}
+
+void* operator new(std::size_t size) {
+    void* const memory = operator new(size, std::nothrow);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
 }
 
 void operator delete(void* memory) noexcept {

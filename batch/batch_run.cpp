@@ -1,122 +1,43 @@
 #include "batch/batch_run.h"
 
-#include <fmt/format.h>
-
-#include <algorithm>
 #include <atomic>
-#include <chrono>
 #include <cstdlib>
 #include <exception>
-#include <filesystem>
 #include <memory>
 #include <new>
 #include <string>
-#include <system_error>
 #include <utility>
 #include <vector>
 
-#include "base/clock.h"
-#include "base/text.h"
 #include "batch/consoles.h"
 #include "batch/listeners.h"
 #include "batch/note_teller.h"
 #include "batch/preparation.h"
 #include "batch/reporting.h"
-#include "batch/run_record.h"
+#include "batch/resumable_run.h"
 #include "batch/time_table.h"
 #include "batch/unfinished_files.h"
 #include "batch/watch_files.h"
 #include "command_line/interrupt.h"
 #include "command_line/platform.h"
-#include "command_line/reasons.h"
 #include "command_line/standard_streams.h"
 #include "gds/gds_database.h"
 #include "model/process_model.h"
-#include "process_run/execute_run.h"
-#include "process_run/result_files.h"
 
 namespace zelmo {
 
 namespace {
 
-/// The dump step replaces its file without a word.
-void WarnOfDump(const ProcessModel& model, Reporting& reporting) {
-    std::error_code ignored;
-    for (const ResultFile& file : resultFiles) {
-        const bool isAskedFor =
-            std::any_of(model.steps.begin(), model.steps.end(),
-                        [&](const ProcessStep& step) { return step.result == file.result; });
-        if (isAskedFor && std::filesystem::exists(file.fileName, ignored)) {
-            reporting.Error(fmt::format(
-                "warning: {} in the current directory is replaced by the dump", file.fileName));
-        }
-    }
-}
-
-/// Executes a step, and lets the listeners take of it what they want.
-Outcome RunStep(ProcessModel& model, std::size_t index, const Listeners& listeners,
-                RunRecord& record, Reporting& reporting) {
-    const ProcessStep& step = model.steps[index];
-    reporting.progress.BeginStep(index + 1, model.steps.size(),
-                                 Utf8FromWide(WidenBytes(step.description)));
-    for (const auto& listener : listeners) {
-        listener->BeforeStep(model, index);
-    }
-    const auto start = std::chrono::steady_clock::now();
-    ExecuteStepWithReport(model, step, &reporting.console);
-    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
-    record.seconds.push_back({.step = taken.count()});
-    for (const auto& listener : listeners) {
-        if (Outcome outcome = listener->AfterStep(model, index, record); outcome.Failed()) {
-            return outcome;
-        }
-    }
-    return {};
-}
-
-Outcome FinishAll(const Listeners& listeners, const RunRecord& record, bool complete) {
-    Outcome first;
-    for (const auto& listener : listeners) {
-        Outcome outcome = listener->Finish(record, complete);
-        if (!first.Failed()) {
-            first = std::move(outcome);
-        }
-    }
-    return first;
-}
-
-/// Tells a terminal which steps and pictures took the time.
-void TellTimes(const ProcessModel& model, const RunRecord& record, const Reporting& reporting) {
-    if (reporting.columns < 1) {
+/// Tells a terminal which steps and pictures took the time of a finished run.
+void TellTimes(const ResumableRun& run, const Reporting& reporting) {
+    const ProcessModel* const model = run.FinishedModel();
+    if (reporting.columns < 1 || model == nullptr) {
         return;
     }
-    for (const std::string& line : TimeTable(model.steps, record.seconds, reporting.columns)) {
+    for (const std::string& line :
+         TimeTable(model->steps, run.Record().seconds, reporting.columns)) {
         WriteToError(line);
     }
-}
-
-/// Executes all steps for the listeners.
-Outcome RunSteps(ProcessModel& model, const Listeners& listeners, Reporting& reporting) {
-    ReportRunStart(&reporting.console);
-    const std::int32_t start = ElapsedMilliseconds();
-    RunRecord record;
-    try {
-        for (std::size_t index = 0; index < model.steps.size(); ++index) {
-            if (Outcome outcome = RunStep(model, index, listeners, record, reporting);
-                outcome.Failed()) {
-                FinishAll(listeners, record, false);
-                return outcome;
-            }
-        }
-    } catch (...) {
-        FinishAll(listeners, record, false);  // what they have to tell comes first
-        throw;
-    }
-    Outcome outcome = FinishAll(listeners, record, true);
-    reporting.progress.End();
-    ReportRunEnd(start, &reporting.console);
-    TellTimes(model, record, reporting);
-    return outcome;
 }
 
 Outcome RunFiles(const BatchOptions& options, Reporting& reporting, NoteTeller& notes,
@@ -129,22 +50,11 @@ Outcome RunFiles(const BatchOptions& options, Reporting& reporting, NoteTeller& 
     if (outcome.Failed() || options.checkOnly) {
         return outcome;
     }
-    const Listeners listeners = MakeListeners(options, assetFolders, reporting, notes, files);
-    for (const auto& listener : listeners) {
-        if (outcome = listener->Begin(*model); outcome.Failed()) {
-            return outcome;
-        }
-    }
-    WarnOfDump(*model, reporting);
-    try {
-        outcome = RunSteps(*model, listeners, reporting);
-        return outcome.Failed() ? outcome : notes.CheckStrict();
-    } catch (const std::bad_alloc&) {
-        return {ExitStatus::Other,
-                fmt::format("the process file {} was not run to its end: there is not enough "
-                            "memory",
-                            TextOf(options.process))};
-    }
+    ResumableRun run(options, MakeListeners(options, assetFolders, reporting, notes, files),
+                     reporting, files);
+    outcome = run.Run(std::move(model), [] { return false; });
+    TellTimes(run, reporting);
+    return outcome.Failed() ? outcome : notes.CheckStrict();
 }
 
 /// The same for whatever the standard library may throw.
@@ -170,12 +80,12 @@ void TellInterruption(const UnfinishedFiles& files) {
 }  // namespace
 
 ExitStatus RunBatch(const BatchOptions& options) {
-    Interrupt interrupt;  // before the first thread
+    UnfinishedFiles files;
+    std::atomic<ExitStatus> watchStatus = ExitStatus::Success;
+    Interrupt interrupt;  // before the first thread; what it looks at stands above it
     Reporting reporting(options.quiet);
     NoteTeller notes(options.notes, options.quiet,
                      [&](const std::string& line) { reporting.Tell(line); });
-    UnfinishedFiles files;
-    std::atomic<ExitStatus> watchStatus = ExitStatus::Success;
     interrupt.Then([&] {
         const auto lock = files.WaitForNone();
         if (options.watch) {
@@ -200,19 +110,9 @@ ExitStatus RunBatch(const BatchOptions& options) {
 
 ExitStatus RunProgram(const std::vector<std::string>& arguments) {
     const CommandLine commandLine = ParseCommandLine(arguments);
-    if (commandLine.options) {
-        return RunBatch(*commandLine.options);
-    }
-    if (commandLine.status != ExitStatus::Success) {
-        WriteErrorLine(commandLine.text);
-        return commandLine.status;
-    }
-    std::string failure;
-    if (!WriteToOutput(commandLine.text, failure)) {
-        WriteErrorLine(failure);
-        return ExitStatus::Other;
-    }
-    return ExitStatus::Success;
+    return commandLine.options
+               ? RunBatch(*commandLine.options)
+               : Tell(commandLine.end, [](const std::string& text) { WriteErrorLine(text); });
 }
 
 }  // namespace zelmo

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "batch/dump_warner.h"
 #include "batch/note_listener.h"
 #include "batch/note_teller.h"
 #include "batch/options.h"
@@ -63,6 +64,7 @@ Listeners MakeListeners(const BatchOptions& given,
     if (options.numbers.summary) {
         listeners.push_back(std::make_unique<SummaryWriter>(options, assetFolders));
     }
+    listeners.push_back(std::make_unique<DumpWarner>(reporting));  // all others are ready
     return listeners;
 }
 

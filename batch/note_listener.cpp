@@ -3,8 +3,16 @@
 #include <new>
 
 #include "batch/run_record.h"
+#include "model/process_model.h"
 
 namespace zelmo {
+
+Outcome NoteListener::Restart(const ProcessModel& model, std::size_t first) {
+    teller_.ForgetStepsFrom(first);
+    // What was noted of the others holds; lines above them may have come or gone.
+    teller_.MoveLines([&](std::size_t index) { return model.steps[index].line; });
+    return {};
+}
 
 void NoteListener::BeforeStep(const ProcessModel& model, std::size_t index) {
     try {
@@ -15,7 +23,8 @@ void NoteListener::BeforeStep(const ProcessModel& model, std::size_t index) {
     }
 }
 
-Outcome NoteListener::AfterStep(const ProcessModel& model, std::size_t index, RunRecord& record) {
+Outcome NoteListener::AfterStep(const ProcessModel& model, std::size_t index,
+                                RunRecord& /*record*/) {
     try {
         if (hasLooked_) {
             teller_.Add(stepNotes_.After(model, index), index);
@@ -24,6 +33,10 @@ Outcome NoteListener::AfterStep(const ProcessModel& model, std::size_t index, Ru
         hasLooked_ = false;
     }
     teller_.TellAll();
+    return {};
+}
+
+Outcome NoteListener::Finish(RunRecord& record, bool /*complete*/) {
     record.notes = teller_.Notes();
     return {};
 }

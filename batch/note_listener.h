@@ -15,13 +15,10 @@ public:
         : teller_(teller), stepNotes_(options.process) {}
 
     Outcome Begin(const ProcessModel& /*model*/) override { return {}; }
-    Outcome Restart(const ProcessModel& /*model*/, std::size_t first) override {
-        teller_.ForgetStepsFrom(first);
-        return {};
-    }
+    Outcome Restart(const ProcessModel& model, std::size_t first) override;
     void BeforeStep(const ProcessModel& model, std::size_t index) override;
     Outcome AfterStep(const ProcessModel& model, std::size_t index, RunRecord& record) override;
-    Outcome Finish(const RunRecord& /*record*/, bool /*complete*/) override { return {}; }
+    Outcome Finish(RunRecord& record, bool complete) override;
 
 private:
     NoteTeller& teller_;

@@ -28,6 +28,14 @@ void NoteTeller::ForgetStepsFrom(std::size_t first) {
     std::erase_if(notes_, [first](const Kept& kept) { return kept.step >= first; });
 }
 
+void NoteTeller::MoveLines(const std::function<std::int32_t(std::size_t)>& lineOf) {
+    for (Kept& kept : notes_) {
+        if (kept.step) {
+            kept.note.line = lineOf(*kept.step);
+        }
+    }
+}
+
 std::vector<Note> NoteTeller::Notes() const {
     std::vector<Note> notes;
     for (const bool ofSteps : {false, true}) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -30,6 +31,9 @@ public:
     /// begins anew.
     void ForgetInputs();
     void ForgetStepsFrom(std::size_t first);
+
+    /// The lines of the steps are others now: `lineOf` gives that of a step's index.
+    void MoveLines(const std::function<std::int32_t(std::size_t)>& lineOf);
 
     /// Tells what has not been told.
     void TellAll();

@@ -4,7 +4,6 @@
 
 #include <CLI/CLI.hpp>
 
-#include "base/version.h"
 #include "batch/option_groups/option_group.h"
 
 namespace zelmo {
@@ -36,40 +35,27 @@ Groups MakeGroups() {
     return groups;
 }
 
-CommandLine UsageError(const std::string& reason) {
-    return {std::nullopt, ExitStatus::Usage, reason + " (--help lists the options)"};
-}
-
 CommandLine TakeOptions(const CLI::App& app, const Groups& groups) {
     BatchOptions options;
     for (const auto& group : groups) {
         if (const std::string reason = group->Take(app, options); !reason.empty()) {
-            return UsageError(reason);
+            return {std::nullopt, WrongUsage(reason)};
         }
     }
-    return {options, ExitStatus::Success, {}};
+    return {options, {}};
 }
 
 }  // namespace
 
 CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
     CLI::App app(description, "zelmo-batch");
-    app.allow_windows_style_options(false);
-    app.set_version_flag("--version", std::string("zelmo-batch ") + programVersion);
-    app.footer(exitStatuses);
+    AddUsualOptions(app, exitStatuses);
     const Groups groups = MakeGroups();
     for (const auto& group : groups) {
         group->Add(app);
     }
-    try {
-        // The parser takes its arguments last first.
-        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
-    } catch (const CLI::CallForHelp&) {
-        return {std::nullopt, ExitStatus::Success, app.help()};
-    } catch (const CLI::CallForVersion& version) {
-        return {std::nullopt, ExitStatus::Success, std::string(version.what()) + "\n"};
-    } catch (const CLI::Error& error) {
-        return UsageError(error.what());
+    if (const auto end = ParseArguments(app, arguments)) {
+        return {std::nullopt, *end};
     }
     return TakeOptions(app, groups);
 }

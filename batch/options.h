@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "batch/number_choice.h"
-#include "command_line/exit_status.h"
+#include "command_line/command_end.h"
 #include "pictures/picture_files.h"
 #include "process_run/view_choice.h"
 
@@ -40,13 +40,7 @@ struct BatchOptions {
     bool quiet = false;
 };
 
-/// A command line that was understood, or how the program ends at once: with `text` on standard
-/// output for Success (help, version), else with the one line `text` on standard error.
-struct CommandLine {
-    std::optional<BatchOptions> options;
-    ExitStatus status = ExitStatus::Success;
-    std::string text;
-};
+using CommandLine = CommandLineOf<BatchOptions>;
 
 /// Reads the arguments behind the program's name, all in UTF-8 (on Linux, the bytes as they are).
 CommandLine ParseCommandLine(const std::vector<std::string>& arguments);

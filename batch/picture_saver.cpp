@@ -146,7 +146,7 @@ void PictureSaver::StartSaving(std::size_t index, StepImage image) {
     }
 }
 
-Outcome PictureSaver::Finish(const RunRecord& /*record*/, bool complete) {
+Outcome PictureSaver::Finish(RunRecord& /*record*/, bool complete) {
     WaitForLast();
     if (!complete && files_->Pictures() > 0) {
         tell_(files_->WholePictures());

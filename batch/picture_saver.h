@@ -44,7 +44,7 @@ public:
     Outcome AfterStep(const ProcessModel& model, std::size_t index, RunRecord& record) override;
 
     /// Waits until the last picture has been saved. Fails if one is missing.
-    Outcome Finish(const RunRecord& record, bool complete) override;
+    Outcome Finish(RunRecord& record, bool complete) override;
 
 private:
     /// Of the chosen steps, or of all.

@@ -66,7 +66,7 @@ ProbeReport ProbeWriter::MakeReport(std::size_t stepCount) const {
     return report;
 }
 
-Outcome ProbeWriter::Finish(const RunRecord& record, bool complete) {
+Outcome ProbeWriter::Finish(RunRecord& record, bool complete) {
     if (!complete) {
         return {};
     }

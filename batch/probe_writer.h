@@ -27,7 +27,7 @@ public:
 
     /// Prints the tables, unless only files were asked for, and writes the files. Nothing of a run
     /// that was not completed.
-    Outcome Finish(const RunRecord& record, bool complete) override;
+    Outcome Finish(RunRecord& record, bool complete) override;
 
 private:
     ProbeReport MakeReport(std::size_t stepCount) const;

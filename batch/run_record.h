@@ -15,7 +15,7 @@ struct StepSeconds {
 /// What is known of a run beside its stack.
 struct RunRecord {
     std::vector<StepSeconds> seconds;  ///< of each step so far
-    std::vector<Note> notes;           ///< so far, those that are silenced left out
+    std::vector<Note> notes;           ///< at its end, those that are silenced left out
 };
 
 }  // namespace zelmo

@@ -83,7 +83,7 @@ Outcome SectionWriter::AfterStep(const ProcessModel& model, std::size_t index,
     return {};
 }
 
-Outcome SectionWriter::Finish(const RunRecord& record, bool complete) {
+Outcome SectionWriter::Finish(RunRecord& record, bool complete) {
     bool allWritten = true;
     for (std::size_t cut = 0; cut < sections_.size(); ++cut) {
         allWritten = Write(cut, record.seconds.size()) && allWritten;

@@ -37,7 +37,7 @@ public:
     Outcome AfterStep(const ProcessModel& model, std::size_t index, RunRecord& record) override;
 
     /// Writes the sections of the steps that were done. Fails if one is missing.
-    Outcome Finish(const RunRecord& record, bool complete) override;
+    Outcome Finish(RunRecord& record, bool complete) override;
 
 private:
     using Sections = std::map<std::size_t, Section>;  ///< by step

@@ -32,8 +32,9 @@ public:
     virtual Outcome AfterStep(const ProcessModel& model, std::size_t index, RunRecord& record) = 0;
 
     /// The run is over: all steps are done, or (`complete` is false) one failed or threw. Fails
-    /// where something is missing that was asked for.
-    virtual Outcome Finish(const RunRecord& record, bool complete) = 0;
+    /// where something is missing that was asked for. Listeners before it may have completed
+    /// `record`.
+    virtual Outcome Finish(RunRecord& record, bool complete) = 0;
 };
 
 }  // namespace zelmo

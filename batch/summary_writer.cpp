@@ -115,7 +115,7 @@ Outcome SummaryWriter::AfterStep(const ProcessModel& model, std::size_t index,
     return {};
 }
 
-Outcome SummaryWriter::Finish(const RunRecord& record, bool complete) {
+Outcome SummaryWriter::Finish(RunRecord& record, bool complete) {
     Summary summary{"zelmo-batch", programVersion, complete, inputs_, {}};
     for (const auto& [index, step] : steps_) {
         if (index < record.seconds.size()) {

@@ -29,7 +29,7 @@ public:
     Outcome AfterStep(const ProcessModel& model, std::size_t index, RunRecord& record) override;
 
     /// Writes the summary, also that of a run that was not completed, which it says then.
-    Outcome Finish(const RunRecord& record, bool complete) override;
+    Outcome Finish(RunRecord& record, bool complete) override;
 
 private:
     /// What the layer in a slot of the stack measured, until its surfaces change.

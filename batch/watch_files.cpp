@@ -8,7 +8,7 @@
 #include "batch/options.h"
 #include "batch/preparation.h"
 #include "batch/reporting.h"
-#include "batch/resumed_run.h"
+#include "batch/resumable_run.h"
 #include "batch/watch.h"
 #include "gds/gds_database.h"
 
@@ -17,8 +17,8 @@ namespace zelmo {
 Outcome WatchFiles(const BatchOptions& options, Reporting& reporting, NoteTeller& notes,
                    UnfinishedFiles& files, std::atomic<ExitStatus>& status) {
     const auto assetFolders = AssetFolders(options.assets);
-    ResumedRun run(options, MakeListeners(options, assetFolders, reporting, notes, files),
-                   reporting, files);
+    ResumableRun run(options, MakeListeners(options, assetFolders, reporting, notes, files),
+                     reporting, files);
     std::unique_ptr<GdsDatabase> database;
     return Watch(options, reporting, [&](const WatchedChange& change) -> WatchedOutcome {
         if (change.layout) {

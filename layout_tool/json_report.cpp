@@ -4,8 +4,8 @@
 
 #include "gds/placed_boxes.h"
 #include "layout_tool/lengths.h"
-#include "layout_tool/readable_text.h"
 #include "layout_tool/reports.h"
+#include "layout_tool/shown_text.h"
 
 namespace zelmo {
 
@@ -29,7 +29,7 @@ Json Count(const FlatCount& count) {
 }
 
 Json Name(const LayoutReading& reading, std::size_t cell) {
-    return ReadableText(NameText(reading.database.cells[cell].name));
+    return ShownText(NameText(reading.database.cells[cell].name));
 }
 
 Json Box(const GdsRect& box, bool isKnown, const Lengths& lengths) {
@@ -71,14 +71,14 @@ Json Problems(const LayoutReading& reading) {
         list.push_back({{"kind", problem.kind}, {"text", problem.text}});
     }
     for (const std::string& repair : reading.repairs) {
-        list.push_back({{"kind", "repaired"}, {"text", ReadableText(repair)}});
+        list.push_back({{"kind", "repaired"}, {"text", ShownText(repair)}});
     }
     return list;
 }
 
 Json Head(const LayoutReading& reading, const ReportSubject& subject) {
     const GdsDatabase& database = reading.database;
-    return {{"layout", ReadableText(subject.layout)},
+    return {{"layout", ShownText(subject.layout)},
             {"databaseUnit", Number(database.micronsPerUnit)},
             {"userUnit", Number(database.micronsPerUnit / database.userUnit)}};
 }
@@ -110,7 +110,7 @@ Json Uses(const MaskFacts& mask) {
     Json list = Json::array();
     for (const MaskUse& use : mask.uses) {
         list.push_back(
-            {{"photo", ReadableText(use.photo)}, {"line", use.line}, {"type", use.dark ? 1 : 0}});
+            {{"photo", ShownText(use.photo)}, {"line", use.line}, {"type", use.dark ? 1 : 0}});
     }
     return list;
 }
@@ -129,7 +129,7 @@ Json Process(const LayoutReading& reading, const CellFacts& facts, const ReportS
                          {"layers", std::move(rows)},
                          {"inWindow", isCut ? Cut(mask.cut) : Json()}});
     }
-    return {{"file", ReadableText(subject.process)},
+    return {{"file", ShownText(subject.process)},
             {"masks", std::move(masks)},
             {"missing", MissingMaskLines(reading, facts)}};
 }
@@ -138,7 +138,7 @@ Json Texts(const LayoutReading& reading, const CellFacts& facts) {
     const Lengths lengths(reading.database);
     Json list = Json::array();
     for (const PlacedText& text : facts.texts) {
-        list.push_back({{"text", ReadableText(text.string)},
+        list.push_back({{"text", ShownText(text.string)},
                         {"layer", text.layer},
                         {"texttype", text.texttype},
                         {"x", Number(lengths.Microns(text.place.x))},

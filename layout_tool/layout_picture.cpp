@@ -6,9 +6,9 @@
 #include <cmath>
 #include <iterator>
 
+#include "base/axis_ticks.h"
 #include "gds/coordinates.h"
 #include "gds/placed_boxes.h"
-#include "layout_tool/axis_ticks.h"
 #include "layout_tool/lengths.h"
 #include "layout_tool/picture_shapes.h"
 #include "layout_tool/svg_text.h"
@@ -109,7 +109,7 @@ void AddShapes(std::string& svg, const Page& page, const std::vector<PictureGrou
         }
         const std::string color = SvgColor(group.color);
         Add(svg, "<g opacity=\"0.6\" fill=\"{0}\" stroke=\"{0}\">\n<title>{1}</title>\n", color,
-            XmlText(group.title));
+            ShownXmlText(group.title));
         for (const std::vector<GdsPoint>& shape : group.shapes) {
             svg += "<path d=\"" + SvgPath(shape) + "\"/>\n";
         }
@@ -127,12 +127,12 @@ void AddAxes(std::string& svg, const Page& page) {
         "<rect x=\"{:.2f}\" y=\"{:.2f}\" width=\"{:.2f}\" height=\"{:.2f}\" fill=\"none\" "
         "stroke=\"black\"/>\n<g stroke=\"black\" font-size=\"12\" fill=\"black\">\n",
         left, top, page.width, page.height);
-    const auto count = [&](double length) {
-        return std::max(2, static_cast<int>(length / ticksEvery));
+    const auto leastStep = [&](std::int64_t range, double length) {
+        return static_cast<double>(range) * unit / std::max(2.0, std::floor(length / ticksEvery));
     };
-    for (const AxisTick& each :
-         AxisTicks(static_cast<double>(page.view.x0) * unit,
-                   static_cast<double>(page.view.x1) * unit, count(page.width))) {
+    for (const AxisTick& each : AxisTicks(static_cast<double>(page.view.x0) * unit,
+                                          static_cast<double>(page.view.x1) * unit,
+                                          leastStep(page.view.x1 - page.view.x0, page.width))) {
         const double x = page.X(each.at);
         Add(svg,
             "<line x1=\"{0:.2f}\" y1=\"{1:.2f}\" x2=\"{0:.2f}\" y2=\"{2:.2f}\"/><text "
@@ -140,9 +140,9 @@ void AddAxes(std::string& svg, const Page& page) {
             "y=\"{3:.2f}\" text-anchor=\"middle\" stroke=\"none\">{4}</text>\n",
             x, bottom, bottom + tick, bottom + tick + 13.0, each.label);
     }
-    for (const AxisTick& each :
-         AxisTicks(static_cast<double>(page.view.y0) * unit,
-                   static_cast<double>(page.view.y1) * unit, count(page.height))) {
+    for (const AxisTick& each : AxisTicks(static_cast<double>(page.view.y0) * unit,
+                                          static_cast<double>(page.view.y1) * unit,
+                                          leastStep(page.view.y1 - page.view.y0, page.height))) {
         const double y = page.Y(each.at);
         Add(svg,
             "<line x1=\"{1:.2f}\" y1=\"{0:.2f}\" x2=\"{2:.2f}\" y2=\"{0:.2f}\"/><text "
@@ -223,7 +223,7 @@ LayoutPicture DrawLayout(const LayoutReading& reading, const CellFacts& facts,
     AddLegend(svg, page, shapes.groups);
     if (!picture.leftOut.empty()) {
         Add(svg, "<text x=\"{:.2f}\" y=\"{:.2f}\" font-size=\"12\" fill=\"#A00000\">{}</text>\n",
-            left, page.pageHeight - 8.0, XmlText(picture.leftOut));
+            left, page.pageHeight - 8.0, ShownXmlText(picture.leftOut));
     }
     svg += "</svg>\n";
     return picture;

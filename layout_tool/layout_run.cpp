@@ -15,8 +15,8 @@
 #include "layout_tool/layout_reading.h"
 #include "layout_tool/options.h"
 #include "layout_tool/process_view.h"
-#include "layout_tool/readable_text.h"
 #include "layout_tool/reports.h"
+#include "layout_tool/shown_text.h"
 
 namespace zelmo {
 
@@ -37,7 +37,7 @@ Outcome WritePicture(const LayoutReading& reading, const CellFacts& facts,
     const LayoutPicture picture = DrawLayout(reading, facts, subject);
     if (!picture.failure.empty()) {
         return {ExitStatus::Picture, fmt::format("the picture {} cannot be drawn: {}", TextOf(path),
-                                                 ReadableText(picture.failure))};
+                                                 ShownText(picture.failure))};
     }
     const std::string failure = WriteWholeFile(path, picture.svg);
     if (!failure.empty()) {
@@ -121,12 +121,10 @@ void WriteLayoutToolError(const std::string& message) {
 
 ExitStatus RunLayoutTool(const std::vector<std::string>& arguments) {
     const LayoutCommandLine commandLine = ParseLayoutCommandLine(arguments);
-    Outcome outcome{commandLine.status, commandLine.text};
-    if (commandLine.options) {
-        outcome = ReadAndTellOrSayWhyNot(*commandLine.options);
-    } else if (!outcome.Failed()) {
-        outcome = Write(commandLine.text);
+    if (!commandLine.options) {
+        return zelmo::Tell(commandLine.end, WriteLayoutToolError);
     }
+    const Outcome outcome = ReadAndTellOrSayWhyNot(*commandLine.options);
     if (!outcome.message.empty()) {
         WriteLayoutToolError(outcome.message);
     }

@@ -7,8 +7,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "base/text.h"
-#include "base/version.h"
+#include "command_line/path_argument.h"
 #include "command_line/window_argument.h"
 
 namespace zelmo {
@@ -36,14 +35,8 @@ struct Texts {
     std::int64_t mostTexts = 1000;
 };
 
-std::filesystem::path PathFromArgument(const std::string& argument) {
-    return PathFromText(WideFromUtf8(argument));
-}
-
 void AddOptions(CLI::App& app, Texts& texts, LayoutToolOptions& options) {
-    app.allow_windows_style_options(false);
-    app.set_version_flag("--version", std::string("zelmo-layout ") + programVersion);
-    app.footer(exitStatuses);
+    AddUsualOptions(app, exitStatuses);
     app.add_option("LAYOUT.gds", texts.layout,
                    "The layout, a GDSII stream file, plain or gzip-compressed")
         ->required()
@@ -77,20 +70,6 @@ void AddOptions(CLI::App& app, Texts& texts, LayoutToolOptions& options) {
         ->type_name("DIR");
 }
 
-LayoutCommandLine UsageError(const std::string& reason) {
-    return {std::nullopt, ExitStatus::Usage, reason + " (--help lists the options)"};
-}
-
-/// Sets a path that was given; the reason why not, or nothing.
-std::string TakePath(const CLI::App& app, const char* option, const std::string& text,
-                     std::optional<std::filesystem::path>& path) {
-    if (app.count(option) > 0) {
-        path = PathFromArgument(text);
-    }
-    return app.count(option) > 0 && text.empty() ? fmt::format("{}: the name is empty", option)
-                                                 : std::string();
-}
-
 std::string TakeCell(const CLI::App& app, const Texts& texts, LayoutToolOptions& options) {
     if (app.count("CELL") > 0 && app.count("--cell") > 0) {
         return "--cell: the cell was given as CELL already";
@@ -120,10 +99,10 @@ std::string TakeWindow(const CLI::App& app, const Texts& texts, LayoutToolOption
 std::string TakeTexts(const CLI::App& app, const Texts& texts, LayoutToolOptions& options) {
     options.layout = PathFromArgument(texts.layout);
     for (const std::string& reason :
-         {TakePath(app, "--process", texts.process, options.process),
-          TakePath(app, "--picture", texts.picture, options.picture),
-          TakePath(app, "--assets", texts.assets, options.assets), TakeCell(app, texts, options),
-          TakeWindow(app, texts, options)}) {
+         {TakePath(app, "--process", texts.process, "file", options.process),
+          TakePath(app, "--picture", texts.picture, "file", options.picture),
+          TakePath(app, "--assets", texts.assets, "folder", options.assets),
+          TakeCell(app, texts, options), TakeWindow(app, texts, options)}) {
         if (!reason.empty()) {
             return reason;
         }
@@ -142,20 +121,13 @@ LayoutCommandLine ParseLayoutCommandLine(const std::vector<std::string>& argumen
     LayoutToolOptions options;
     CLI::App app(description, "zelmo-layout");
     AddOptions(app, texts, options);
-    try {
-        // The parser takes its arguments last first.
-        app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
-    } catch (const CLI::CallForHelp&) {
-        return {std::nullopt, ExitStatus::Success, app.help()};
-    } catch (const CLI::CallForVersion& version) {
-        return {std::nullopt, ExitStatus::Success, std::string(version.what()) + "\n"};
-    } catch (const CLI::Error& error) {
-        return UsageError(error.what());
+    if (const auto end = ParseArguments(app, arguments)) {
+        return {std::nullopt, *end};
     }
     if (const std::string reason = TakeTexts(app, texts, options); !reason.empty()) {
-        return UsageError(reason);
+        return {std::nullopt, WrongUsage(reason)};
     }
-    return {options, ExitStatus::Success, {}};
+    return {options, {}};
 }
 
 }  // namespace zelmo

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "command_line/exit_status.h"
+#include "command_line/command_end.h"
 #include "process_run/view_choice.h"
 
 namespace zelmo {
@@ -24,13 +24,7 @@ struct LayoutToolOptions {
     bool repair = false;
 };
 
-/// A command line that was understood, or how the program ends at once: with `text` on standard
-/// output for Success (help, version), else with the one line `text` on standard error.
-struct LayoutCommandLine {
-    std::optional<LayoutToolOptions> options;
-    ExitStatus status = ExitStatus::Success;
-    std::string text;
-};
+using LayoutCommandLine = CommandLineOf<LayoutToolOptions>;
 
 /// Reads the arguments behind the program's name, all in UTF-8 (on Linux, the bytes as they are).
 LayoutCommandLine ParseLayoutCommandLine(const std::vector<std::string>& arguments);

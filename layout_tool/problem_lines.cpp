@@ -1,7 +1,7 @@
 #include <fmt/format.h>
 
 #include "layout_tool/layout_reading.h"
-#include "layout_tool/readable_text.h"
+#include "layout_tool/shown_text.h"
 #include "process_file/first_command.h"
 
 namespace zelmo {
@@ -11,7 +11,7 @@ namespace {
 using Lines = std::vector<ProblemLine>;
 
 std::string Quoted(const std::string& name) {
-    return fmt::format("\"{}\"", ReadableText(name));
+    return fmt::format("\"{}\"", ShownText(name));
 }
 
 /// What a file is that is no layout, or holds none. Any file without a mark of its own can be a

@@ -13,7 +13,7 @@
 #include "base/text.h"
 #include "command_line/inputs.h"
 #include "command_line/reasons.h"
-#include "layout_tool/readable_text.h"
+#include "layout_tool/shown_text.h"
 #include "model/process.h"
 #include "process_file/color_table.h"
 #include "process_run/fitted_window.h"
@@ -55,7 +55,7 @@ std::string NearestCells(const LayoutReading& reading, std::string_view name) {
         if (next.empty()) {
             break;
         }
-        nearest.push_back(fmt::format("\"{}\"", ReadableText(next)));
+        nearest.push_back(fmt::format("\"{}\"", ShownText(next)));
         std::erase(known, next);
     }
     const char* const words = nearest.size() == 1 ? "; the nearest is " : "; the nearest are ";
@@ -70,7 +70,7 @@ Outcome ChooseTop(const LayoutReading& reading, const LayoutToolOptions& options
     for (std::size_t i = 0; i < reading.cells.size(); ++i) {
         if (reading.cells[i].isTop && !reading.isAgain[i]) {
             cell = i;
-            tops.push_back(ReadableText(NameText(reading.database.cells[i].name)));
+            tops.push_back(ShownText(NameText(reading.database.cells[i].name)));
         }
     }
     if (tops.size() == 1) {
@@ -88,7 +88,7 @@ Outcome ChooseTop(const LayoutReading& reading, const LayoutToolOptions& options
 Outcome UnknownCell(const LayoutReading& reading, const LayoutToolOptions& options,
                     const std::string& name) {
     const std::string reason = fmt::format("has no cell \"{}\"{} (without a CELL all are listed)",
-                                           ReadableText(name), NearestCells(reading, name));
+                                           ShownText(name), NearestCells(reading, name));
     if (options.cell) {
         return {ExitStatus::Usage, fmt::format("the layout {} {}", TextOf(options.layout), reason)};
     }
@@ -135,7 +135,7 @@ Outcome ChooseCell(const LayoutReading& reading, const LayoutToolOptions& option
         return {ExitStatus::Layout,
                 fmt::format("cell \"{}\" of the layout {} contains a cell that contains itself: it "
                             "has no end that could be counted",
-                            ReadableText(name), TextOf(options.layout))};
+                            ShownText(name), TextOf(options.layout))};
     }
     return {};
 }
@@ -148,7 +148,7 @@ Outcome ChooseWindow(const LayoutReading& reading, const LayoutToolOptions& opti
         const std::string cell(NameText(reading.database.cells[facts.cell].name));
         const WindowFit fit = FitWindow(reading.database, cell, process->steps, *fitted);
         if (!fit.failure.empty()) {
-            return ProcessFailure(*options.process, ReadableText(fit.failure));
+            return ProcessFailure(*options.process, ShownText(fit.failure));
         }
         facts.window = fit.window;
     } else if (process) {

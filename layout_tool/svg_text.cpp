@@ -6,55 +6,26 @@
 #include <cmath>
 #include <iterator>
 
-#include "layout_tool/readable_text.h"
+#include "base/xml_text.h"
+#include "layout_tool/shown_text.h"
 
 namespace zelmo {
 
-namespace {
-
-std::string Escaped(std::string_view text) {
-    std::string escaped;
-    for (const char character : text) {
-        switch (character) {
-            case '&':
-                escaped += "&amp;";
-                break;
-            case '<':
-                escaped += "&lt;";
-                break;
-            case '>':
-                escaped += "&gt;";
-                break;
-            case '"':
-                escaped += "&quot;";
-                break;
-            case '\'':
-                escaped += "&#39;";
-                break;
-            default:
-                escaped.push_back(character);
-        }
-    }
-    return escaped;
-}
-
-}  // namespace
-
-std::string XmlText(std::string_view bytes) {
-    return Escaped(ReadableText(bytes));
+std::string ShownXmlText(std::string_view bytes) {
+    return XmlText(ShownText(bytes));
 }
 
 std::string ShortXmlText(std::string_view bytes, std::size_t most) {
-    const std::string text = ReadableText(bytes);
+    const std::string text = ShownText(bytes);
     if (CharacterCount(text) <= most) {
-        return Escaped(text);
+        return XmlText(text);
     }
     std::size_t characters = 0;
     const auto end = std::find_if(text.begin(), text.end(), [&](char byte) {
         characters += (static_cast<unsigned char>(byte) & 0xC0u) != 0x80u ? 1 : 0;
         return characters == most;
     });
-    return Escaped(std::string(text.begin(), end)) + "\xE2\x80\xA6";
+    return XmlText(std::string(text.begin(), end)) + "\xE2\x80\xA6";
 }
 
 std::string SvgColor(const std::array<float, 3>& color) {

@@ -10,7 +10,7 @@
 namespace zelmo {
 
 /// Any bytes as text of an XML file: readable, and with its special characters replaced.
-std::string XmlText(std::string_view bytes);
+std::string ShownXmlText(std::string_view bytes);
 
 /// The same with at most so many characters; the last is an ellipsis where there are more.
 std::string ShortXmlText(std::string_view bytes, std::size_t most);

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "layout_tool/readable_text.h"
+#include "layout_tool/shown_text.h"
 
 namespace zelmo {
 

@@ -7,8 +7,8 @@
 #include "gds/coordinates.h"
 #include "gds/placed_boxes.h"
 #include "layout_tool/lengths.h"
-#include "layout_tool/readable_text.h"
 #include "layout_tool/reports.h"
+#include "layout_tool/shown_text.h"
 #include "layout_tool/table.h"
 
 namespace zelmo {
@@ -22,7 +22,7 @@ std::string Plural(std::uint64_t count, const std::string& thing) {
 }
 
 std::string CellName(const LayoutReading& reading, std::size_t cell) {
-    return ReadableText(NameText(reading.database.cells[cell].name));
+    return ShownText(NameText(reading.database.cells[cell].name));
 }
 
 /// "layout.gds: 3 cells, 1 on top; a unit is 0.001 um"
@@ -113,7 +113,7 @@ std::string ProblemText(const LayoutReading& reading) {
         text += fmt::format("  {}: {}\n", problem.kind, problem.text);
     }
     for (const std::string& repair : reading.repairs) {
-        text += fmt::format("  repaired: {}\n", ReadableText(repair));
+        text += fmt::format("  repaired: {}\n", ShownText(repair));
     }
     return text;
 }
@@ -230,7 +230,7 @@ std::string TextTable(const LayoutReading& reading, const CellFacts& facts) {
     Table table({{"layer"}, {"x um"}, {"y um"}, {"text", Table::Side::Left}});
     for (const PlacedText& text : facts.texts) {
         table.AddRow({fmt::format("{}/{}", text.layer, text.texttype), lengths.Text(text.place.x),
-                      lengths.Text(text.place.y), ReadableText(text.string)});
+                      lengths.Text(text.place.y), ShownText(text.string)});
     }
     const FlatCount all = reading.cells[facts.cell].texts;
     const std::string rest = all == CountOf(facts.texts.size())
@@ -245,7 +245,7 @@ std::string TextTable(const LayoutReading& reading, const CellFacts& facts) {
 std::string UsesText(const MaskFacts& mask) {
     std::vector<std::string> uses;
     for (const MaskUse& use : mask.uses) {
-        uses.push_back(fmt::format("{} ({}, line {})", ReadableText(use.photo),
+        uses.push_back(fmt::format("{} ({}, line {})", ShownText(use.photo),
                                    use.dark ? "dark" : "clear", use.line));
     }
     return fmt::format("{}", fmt::join(uses, ", "));
@@ -263,7 +263,7 @@ std::vector<std::string> MissingMaskLines(const LayoutReading& reading, const Ce
         }
     }
     if (!facts.cutFailure.empty()) {
-        lines.push_back(fmt::format("what the window cuts: {}", ReadableText(facts.cutFailure)));
+        lines.push_back(fmt::format("what the window cuts: {}", ShownText(facts.cutFailure)));
     }
     return lines;
 }

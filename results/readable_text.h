@@ -12,8 +12,4 @@ std::string ReadableText(std::string_view bytes);
 /// A field of a CSV file (RFC 4180): in quotation marks where it needs them.
 std::string CsvField(std::string_view text);
 
-/// The text for the content of an XML element: its own characters escaped, control characters as
-/// blanks.
-std::string XmlText(std::string_view text);
-
 }  // namespace zelmo

@@ -8,7 +8,8 @@
 #include <iterator>
 #include <utility>
 
-#include "results/readable_text.h"
+#include "base/axis_ticks.h"
+#include "base/xml_text.h"
 
 namespace zelmo {
 
@@ -205,43 +206,6 @@ std::string HairlinesOf(const CutLayer& layer, const std::vector<CutPoint>& poin
                      data, ColorText(layer.facts), layer.facts.alpha, hairline);
 }
 
-/// Round numbers for an axis: whole multiples of a step that is 1, 2 or 5 times a power of ten.
-struct Ticks {
-    double step = 1.0;
-    int decimals = 0;
-    std::vector<double> values;
-};
-
-Ticks TicksBetween(double low, double high, double pixelsPerUnit, double leastDistance) {
-    const double least = leastDistance / pixelsPerUnit;
-    if (!std::isfinite(least) || least <= 0.0) {
-        return {};
-    }
-    int exponent = 0;
-    double unit = 1.0;
-    for (; unit * 10.0 <= least; unit *= 10.0) {
-        ++exponent;
-    }
-    for (; unit > least; unit /= 10.0) {
-        --exponent;
-    }
-    double factor = 1.0;
-    for (const double candidate : {1.0, 2.0, 5.0, 10.0}) {
-        factor = candidate;
-        if (candidate * unit >= least) {
-            break;
-        }
-    }
-    exponent += factor == 10.0 ? 1 : 0;
-    Ticks ticks{factor * unit, std::max(-exponent, 0), {}};
-    const double slack = 1e-9;
-    const double last = std::floor(high / ticks.step + slack);
-    for (double i = std::ceil(low / ticks.step - slack); i <= last; i += 1.0) {
-        ticks.values.push_back(i == 0.0 ? 0.0 : i * ticks.step);
-    }
-    return ticks;
-}
-
 std::string LineElement(double x1, double y1, double x2, double y2) {
     return fmt::format("<path d=\"M{} {}L{} {}\" stroke=\"#000\" fill=\"none\"/>\n", Pixels(x1),
                        Pixels(y1), Pixels(x2), Pixels(y2));
@@ -258,11 +222,10 @@ constexpr std::string_view rightAligned = " text-anchor=\"end\"";
 std::string AxisAlong(double lengthUm, const Scale& scale) {
     const double y = plotTop + scale.Height() + 6.0;
     std::string text = LineElement(plotLeft, y, plotLeft + scale.Width(), y);
-    const Ticks ticks = TicksBetween(0.0, lengthUm, scale.PerUm(), leastTickDistanceAlong);
-    for (const double value : ticks.values) {
-        const double x = scale.X(value);
+    for (const AxisTick& tick : AxisTicks(0.0, lengthUm, leastTickDistanceAlong / scale.PerUm())) {
+        const double x = scale.X(tick.at);
         text += LineElement(x, y, x, y + 5.0);
-        text += TextElement(x, y + 18.0, centred, fmt::format("{:.{}f}", value, ticks.decimals));
+        text += TextElement(x, y + 18.0, centred, tick.label);
     }
     return text +
            TextElement(plotLeft + scale.Width() / 2.0, y + 36.0, centred, "along the cut [um]");
@@ -271,12 +234,11 @@ std::string AxisAlong(double lengthUm, const Scale& scale) {
 std::string AxisUp(const HeightRange& heights, const Scale& scale) {
     const double x = plotLeft - 6.0;
     std::string text = LineElement(x, plotTop, x, plotTop + scale.Height());
-    const Ticks ticks = TicksBetween(heights.low, heights.high, scale.PerNm(), leastTickDistanceUp);
-    for (const double value : ticks.values) {
-        const double y = scale.Y(value);
+    for (const AxisTick& tick :
+         AxisTicks(heights.low, heights.high, leastTickDistanceUp / scale.PerNm())) {
+        const double y = scale.Y(tick.at);
         text += LineElement(x - 5.0, y, x, y);
-        text += TextElement(x - 8.0, y + 4.0, rightAligned,
-                            fmt::format("{:.{}f}", value, ticks.decimals));
+        text += TextElement(x - 8.0, y + 4.0, rightAligned, tick.label);
     }
     return text + TextElement(x - 8.0, plotTop - 12.0, rightAligned, "height [nm]");
 }

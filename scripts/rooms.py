@@ -79,7 +79,7 @@ OUTSIDE = ["examples", "benchmarks", "tests"]
 # fits decides; names without a full stop or slash are the C++ library's, for everybody.
 LIBRARIES = [
     ("fmt/*", ["*"]),
-    ("CLI/*", ["batch", "layout_tool"]),
+    ("CLI/*", ["command_line", "batch", "layout_tool"]),
     ("nlohmann/*", ["results", "batch", "layout_tool"]),
     ("png.h", ["pictures"]),
     ("zlib.h", ["gds"]),

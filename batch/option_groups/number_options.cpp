@@ -1,46 +1,20 @@
 #include <fmt/format.h>
 
-#include <charconv>
-#include <cmath>
 #include <cstddef>
 #include <span>
 #include <string_view>
-#include <system_error>
 #include <vector>
 
 #include <CLI/CLI.hpp>
 
-#include "batch/option_groups/folder_argument.h"
 #include "batch/option_groups/option_group.h"
 #include "batch/options.h"
+#include "command_line/number_argument.h"
+#include "command_line/path_argument.h"
 
 namespace zelmo {
 
 namespace {
-
-/// The whole text as a finite number.
-std::optional<double> ReadNumber(std::string_view text) {
-    double value = 0.0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value);
-    const bool isNumber = error == std::errc() && stop == end && std::isfinite(value);
-    return isNumber ? std::optional(value) : std::nullopt;
-}
-
-/// Exactly as many numbers as `values` has places, with commas between them.
-bool ReadNumbers(std::string_view text, std::span<double> values) {
-    for (std::size_t i = 0; i < values.size(); ++i) {
-        const std::size_t end = i + 1 == values.size() ? text.size() : text.find(',');
-        const std::optional<double> value =
-            end == std::string_view::npos ? std::nullopt : ReadNumber(text.substr(0, end));
-        if (!value) {
-            return false;
-        }
-        values[i] = *value;
-        text.remove_prefix(i + 1 == values.size() ? end : end + 1);
-    }
-    return true;
-}
 
 /// Reads each text into as many numbers; the reason why not, or nothing.
 template <std::size_t count>
@@ -48,7 +22,7 @@ std::string TakeNumbers(const std::vector<std::string>& texts, const char* optio
                         std::vector<std::array<double, count>>& taken) {
     for (const std::string& text : texts) {
         std::array<double, count> values{};
-        if (!ReadNumbers(text, values)) {
+        if (!ReadNumbers(text, std::span(values))) {
             return fmt::format(
                 "{}: \"{}\" is not {}: {} numbers in the unit of the process file's "
                 "location, with commas and no blanks in between",
@@ -115,7 +89,7 @@ private:
         if (app.count("--stretch") == 0) {
             return {};
         }
-        const std::optional<double> factor = ReadNumber(stretch_);
+        const std::optional<double> factor = ReadNumber<double>(stretch_);
         constexpr double most = 1e6;
         if (!factor || *factor <= 0.0 || *factor > most) {
             return fmt::format("--stretch: \"{}\" is no number above 0, up to 1000000", stretch_);

@@ -1,8 +1,8 @@
 #include <CLI/CLI.hpp>
 
-#include "batch/option_groups/folder_argument.h"
 #include "batch/option_groups/option_group.h"
 #include "batch/options.h"
+#include "command_line/path_argument.h"
 
 namespace zelmo {
 

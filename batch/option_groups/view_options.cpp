@@ -1,31 +1,20 @@
 #include <fmt/format.h>
 
-#include <charconv>
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
-#include <system_error>
 
 #include <CLI/CLI.hpp>
 
 #include "batch/option_groups/option_group.h"
 #include "batch/options.h"
+#include "command_line/number_argument.h"
 #include "command_line/window_argument.h"
 #include "process_file/settings_limits.h"
 
 namespace zelmo {
 
 namespace {
-
-/// The whole text as a number without a sign.
-std::optional<std::int32_t> WholeNumberOf(std::string_view text) {
-    std::int32_t value = 0;
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value);
-    const bool isNumber = error == std::errc() && stop == end && text[0] != '-';
-    return isNumber ? std::optional(value) : std::nullopt;
-}
 
 class ViewOptions : public OptionGroup {
 public:
@@ -66,14 +55,14 @@ public:
 private:
     std::string TakeGridAndCamera(const CLI::App& app, ViewChoice& view) const {
         if (app.count("--columns") > 0) {
-            view.gridColumns = WholeNumberOf(columns_);
+            view.gridColumns = ReadNumber<std::uint16_t>(columns_);
             if (!view.gridColumns || !IsGridColumns(*view.gridColumns)) {
                 return fmt::format("--columns: \"{}\" is no whole number from {} to {}", columns_,
                                    fewestGridColumns, mostGridColumns);
             }
         }
         if (app.count("--angle") > 0) {
-            view.cameraAngle = WholeNumberOf(angle_);
+            view.cameraAngle = ReadNumber<std::uint16_t>(angle_);
             if (!view.cameraAngle || !IsCameraAngle(*view.cameraAngle)) {
                 return fmt::format("--angle: \"{}\" is no whole number of degrees from 0 to {}",
                                    angle_, largestCameraAngle);

@@ -10,16 +10,16 @@ namespace {
 
 BatchOptions Parse(const std::vector<std::string>& arguments) {
     const CommandLine line = ParseCommandLine(arguments);
-    EXPECT_TRUE(line.options) << line.text;
+    EXPECT_TRUE(line.options) << line.end.text;
     return line.options.value_or(BatchOptions{});
 }
 
 void ExpectUsageError(const std::vector<std::string>& arguments, const std::string& piece) {
     const CommandLine line = ParseCommandLine(arguments);
     EXPECT_FALSE(line.options);
-    EXPECT_EQ(line.status, ExitStatus::Usage);
-    EXPECT_NE(line.text.find(piece), std::string::npos) << line.text;
-    EXPECT_EQ(line.text.find('\n'), std::string::npos) << line.text;
+    EXPECT_EQ(line.end.status, ExitStatus::Usage);
+    EXPECT_NE(line.end.text.find(piece), std::string::npos) << line.end.text;
+    EXPECT_EQ(line.end.text.find('\n'), std::string::npos) << line.end.text;
 }
 
 TEST(ParseCommandLine, TwoFilesAreEnough) {
@@ -137,24 +137,25 @@ TEST(ParseCommandLine, ValuesThatNoVariableCanHaveAreRefused) {
     ExpectUsageError({"a.gds", "b.txt", "--set", "A=1", "--set", "A=1"}, "--set: A is set twice");
     ExpectUsageError({"a.gds", "b.txt", "--set"}, "--set");
     EXPECT_NE(ParseCommandLine({"a.gds", "b.txt", "--set", "A=1\n2"})
-                  .text.find("--set: the value of A has a tab, a line end or another control"),
+                  .end.text.find("--set: the value of A has a tab, a line end or another control"),
               std::string::npos);
 }
 
 TEST(ParseCommandLine, TheHelpNamesThePictureFormats) {
-    EXPECT_NE(ParseCommandLine({"--help"})
-                  .text.find("  --format bmp|png            Picture files: png (default) or bmp\n"),
-              std::string::npos);
+    EXPECT_NE(
+        ParseCommandLine({"--help"})
+            .end.text.find("  --format bmp|png            Picture files: png (default) or bmp\n"),
+        std::string::npos);
 }
 
 TEST(ParseCommandLine, HelpAndVersionNeedNoFiles) {
     for (const char* argument : {"-h", "--help", "--version"}) {
         const CommandLine line = ParseCommandLine({argument});
         EXPECT_FALSE(line.options);
-        EXPECT_EQ(line.status, ExitStatus::Success);
-        EXPECT_TRUE(line.text.ends_with("\n"));
+        EXPECT_EQ(line.end.status, ExitStatus::Success);
+        EXPECT_TRUE(line.end.text.ends_with("\n"));
     }
-    EXPECT_EQ(ParseCommandLine({"--version"}).text,
+    EXPECT_EQ(ParseCommandLine({"--version"}).end.text,
               std::string("zelmo-batch ") + programVersion + "\n");
 }
 

@@ -9,7 +9,7 @@ TEST(LayoutOptions, TakesWhatIsAskedFor) {
     const LayoutCommandLine line = ParseLayoutCommandLine(
         {"a.gds", "TOP", "--process", "p.txt", "--window", "1,2,3,4", "--json", "--repair",
          "--picture", "x.svg", "--texts", "5", "--assets", "d"});
-    ASSERT_TRUE(line.options) << line.text;
+    ASSERT_TRUE(line.options) << line.end.text;
     EXPECT_EQ(line.options->layout, "a.gds");
     EXPECT_EQ(line.options->cell, "TOP");
     EXPECT_EQ(line.options->process, "p.txt");
@@ -23,7 +23,7 @@ TEST(LayoutOptions, TakesWhatIsAskedFor) {
 
 TEST(LayoutOptions, AreOffAtFirst) {
     const LayoutCommandLine line = ParseLayoutCommandLine({"a.gds"});
-    ASSERT_TRUE(line.options) << line.text;
+    ASSERT_TRUE(line.options) << line.end.text;
     EXPECT_FALSE(line.options->cell);
     EXPECT_FALSE(line.options->process);
     EXPECT_FALSE(line.options->picture);
@@ -42,14 +42,14 @@ TEST(LayoutOptions, AreRefusedWithTheReason) {
         {{"a.gds", "--cell", ""}, "--cell: the cell has no name"},
         {{"a.gds", "--window", "1,2,3"}, "--window"},
         {{"a.gds", "--window", "fit"}, "--process"},
-        {{"a.gds", "--picture", ""}, "--picture: the name is empty"},
+        {{"a.gds", "--picture", ""}, "--picture: the file has no name"},
         {{"a.gds", "--texts", "x"}, "--texts"},
         {{"a.gds", "--texts", "-1"}, "--texts"}};
     for (const auto& [arguments, piece] : cases) {
         const LayoutCommandLine line = ParseLayoutCommandLine(arguments);
         EXPECT_FALSE(line.options) << piece;
-        EXPECT_EQ(line.status, ExitStatus::Usage);
-        EXPECT_NE(line.text.find(piece), std::string::npos) << line.text;
+        EXPECT_EQ(line.end.status, ExitStatus::Usage);
+        EXPECT_NE(line.end.text.find(piece), std::string::npos) << line.end.text;
     }
 }
 

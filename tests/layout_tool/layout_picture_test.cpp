@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "layout_tool/readable_text.h"
+#include "layout_tool/shown_text.h"
 #include "model/process.h"
 #include "process_file/reader.h"
 #include "tests/gds/layout_file.h"
@@ -18,7 +18,7 @@ namespace {
 
 /// What is wrong with the tags of an XML text; empty if nothing is.
 std::string FaultOf(std::string_view xml) {
-    if (ReadableText(xml).size() != xml.size() + 2 * std::count(xml.begin(), xml.end(), '\n')) {
+    if (ShownText(xml).size() != xml.size() + 2 * std::count(xml.begin(), xml.end(), '\n')) {
         return "bytes that are no text";
     }
     std::vector<std::string> open;

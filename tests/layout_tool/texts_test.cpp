@@ -6,24 +6,24 @@
 #include <string>
 
 #include "layout_tool/lengths.h"
-#include "layout_tool/readable_text.h"
+#include "layout_tool/shown_text.h"
 #include "layout_tool/svg_text.h"
 #include "layout_tool/table.h"
 
 namespace zelmo {
 namespace {
 
-TEST(ReadableText, KeepsUtf8AndReplacesTheRest) {
-    EXPECT_EQ(ReadableText("plain $1"), "plain $1");
-    EXPECT_EQ(ReadableText("\xC3\xA4\xF0\x9F\x98\x80"), "\xC3\xA4\xF0\x9F\x98\x80");
-    EXPECT_EQ(ReadableText("a\x01"
-                           "b\nc\x7F"),
+TEST(ShownText, KeepsUtf8AndReplacesTheRest) {
+    EXPECT_EQ(ShownText("plain $1"), "plain $1");
+    EXPECT_EQ(ShownText("\xC3\xA4\xF0\x9F\x98\x80"), "\xC3\xA4\xF0\x9F\x98\x80");
+    EXPECT_EQ(ShownText("a\x01"
+                        "b\nc\x7F"),
               "a\xEF\xBF\xBD"
               "b\xEF\xBF\xBD"
               "c\xEF\xBF\xBD");
-    EXPECT_EQ(ReadableText("\xFF\xC3"), "\xEF\xBF\xBD\xEF\xBF\xBD");
-    EXPECT_EQ(ReadableText("\xED\xA0\x80"), "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD");
-    EXPECT_EQ(ReadableText(""), "");
+    EXPECT_EQ(ShownText("\xFF\xC3"), "\xEF\xBF\xBD\xEF\xBF\xBD");
+    EXPECT_EQ(ShownText("\xED\xA0\x80"), "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD");
+    EXPECT_EQ(ShownText(""), "");
     EXPECT_EQ(CharacterCount("a\xC3\xA4\xF0\x9F\x98\x80"), 3u);
 }
 
@@ -68,8 +68,8 @@ TEST(Lengths, AreasAndCountsAreToldHonestly) {
 }
 
 TEST(SvgText, IsAlwaysXml) {
-    EXPECT_EQ(XmlText("<a href=\"x\">&'"), "&lt;a href=&quot;x&quot;&gt;&amp;&#39;");
-    EXPECT_EQ(XmlText("\x1B\xFF"), "\xEF\xBF\xBD\xEF\xBF\xBD");
+    EXPECT_EQ(ShownXmlText("<a href=\"x\">&'"), "&lt;a href=&quot;x&quot;&gt;&amp;&#39;");
+    EXPECT_EQ(ShownXmlText("\x1B\xFF"), "\xEF\xBF\xBD\xEF\xBF\xBD");
     EXPECT_EQ(ShortXmlText("abcdef", 6), "abcdef");
     EXPECT_EQ(ShortXmlText("abcdef", 4), "abc\xE2\x80\xA6");
     EXPECT_EQ(ShortXmlText("<<<<<<", 3), "&lt;&lt;\xE2\x80\xA6");

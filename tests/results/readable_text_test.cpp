@@ -20,10 +20,5 @@ TEST(CsvField, IsQuotedWhereItMustBe) {
     EXPECT_EQ(CsvField("a\nb"), "\"a\nb\"");
 }
 
-TEST(XmlText, HasNoMarkupAndNoControlCharacters) {
-    EXPECT_EQ(XmlText("<a & \"b\">"), "&lt;a &amp; &quot;b&quot;&gt;");
-    EXPECT_EQ(XmlText("a\x01\tb"), "a  b");
-}
-
 }  // namespace
 }  // namespace zelmo

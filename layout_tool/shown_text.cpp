@@ -1,4 +1,4 @@
-#include "layout_tool/readable_text.h"
+#include "layout_tool/shown_text.h"
 
 #include <algorithm>
 
@@ -19,7 +19,7 @@ bool IsUnreadable(wchar_t character) {
 
 }  // namespace
 
-std::string ReadableText(std::string_view bytes) {
+std::string ShownText(std::string_view bytes) {
     const bool plain = std::all_of(bytes.begin(), bytes.end(),
                                    [](char byte) { return byte >= 0x20 && byte < 0x7F; });
     if (plain) {

@@ -1,4 +1,4 @@
-#include "batch/resumed_run.h"
+#include "batch/resumable_run.h"
 
 #include <gtest/gtest.h>
 
@@ -72,7 +72,7 @@ public:
         ++taken;
         return {};
     }
-    Outcome Finish(const RunRecord&, bool isComplete) override {
+    Outcome Finish(RunRecord&, bool isComplete) override {
         complete = isComplete;
         return {};
     }
@@ -93,20 +93,21 @@ std::vector<std::uint8_t> Layout(std::int32_t size) {
     return writer.Bytes();
 }
 
-class ResumedRunTest : public testing::Test {
+class ResumableRunTest : public testing::Test {
 protected:
-    explicit ResumedRunTest(std::optional<std::uint64_t> memory = std::nullopt)
+    explicit ResumableRunTest(std::optional<std::uint64_t> memory = std::nullopt)
         : reporting_(true), options_(OptionsOf(memory)) {
         auto listener = std::make_unique<StateListener>();
         listener_ = listener.get();
         std::vector<std::unique_ptr<StepListener>> listeners;
         listeners.push_back(std::move(listener));
-        run_ = std::make_unique<ResumedRun>(options_, std::move(listeners), reporting_, files_);
+        run_ = std::make_unique<ResumableRun>(options_, std::move(listeners), reporting_, files_);
         UseLayout(4000);
     }
 
     static BatchOptions OptionsOf(std::optional<std::uint64_t> memory) {
         BatchOptions options;
+        options.watch = true;
         options.memoryMebibytes = memory;
         return options;
     }
@@ -161,7 +162,7 @@ protected:
     BatchOptions options_;
     StateListener* listener_ = nullptr;
     std::unique_ptr<GdsDatabase> database_;
-    std::unique_ptr<ResumedRun> run_;
+    std::unique_ptr<ResumableRun> run_;
 };
 
 const std::vector<std::string> head = {"settings -version 4 -N 200 -angle 40",
@@ -182,12 +183,12 @@ std::vector<std::string> Flow() {
     return lines;
 }
 
-TEST_F(ResumedRunTest, TakesAllStepsTheFirstTimeAndNoneWhenNothingChanged) {
+TEST_F(ResumableRunTest, TakesAllStepsTheFirstTimeAndNoneWhenNothingChanged) {
     EXPECT_EQ(StepsTaken(Flow()), 6u);
     EXPECT_EQ(StepsTaken(Flow()), 0u);
 }
 
-TEST_F(ResumedRunTest, TakesWhatAnEditedStepTouches) {
+TEST_F(ResumableRunTest, TakesWhatAnEditedStepTouches) {
     StepsTaken(Flow());
     auto lines = Flow();
     lines.back() = Film(2, 250);
@@ -198,7 +199,7 @@ TEST_F(ResumedRunTest, TakesWhatAnEditedStepTouches) {
     EXPECT_EQ(StepsTaken(lines), 0u);
 }
 
-TEST_F(ResumedRunTest, AnotherLayoutTouchesTheMaskThatIsDrawnOtherwise) {
+TEST_F(ResumableRunTest, AnotherLayoutTouchesTheMaskThatIsDrawnOtherwise) {
     StepsTaken(Flow());
     UseLayout(4000);
     EXPECT_EQ(StepsTaken(Flow()), 0u);
@@ -206,14 +207,14 @@ TEST_F(ResumedRunTest, AnotherLayoutTouchesTheMaskThatIsDrawnOtherwise) {
     EXPECT_EQ(StepsTaken(Flow()), 4u);
 }
 
-TEST_F(ResumedRunTest, AnotherCameraTakesAllStepsAndExecutesNone) {
+TEST_F(ResumableRunTest, AnotherCameraTakesAllStepsAndExecutesNone) {
     StepsTaken(Flow());
     auto lines = Flow();
     lines[0] = "settings -version 4 -N 200 -angle 20";
     EXPECT_EQ(StepsTaken(lines), 6u);
 }
 
-TEST_F(ResumedRunTest, GoesOnWhereItWasSuperseded) {
+TEST_F(ResumableRunTest, GoesOnWhereItWasSuperseded) {
     int asked = 0;
     ASSERT_FALSE(run_->Run(Prepare(Flow()), [&asked] { return ++asked > 3; }).Failed());
     EXPECT_EQ(listener_->taken, 3u);
@@ -279,7 +280,7 @@ private:
     TestRandom random_;
 };
 
-TEST_F(ResumedRunTest, GivesWhatFreshRunsGiveAfterRandomEdits) {
+TEST_F(ResumableRunTest, GivesWhatFreshRunsGiveAfterRandomEdits) {
     RandomEdits edits(91);
     std::vector<std::string> lines = Flow();
     std::uint32_t good = 0;
@@ -309,10 +310,25 @@ TEST_F(ResumedRunTest, GivesWhatFreshRunsGiveAfterRandomEdits) {
     EXPECT_GT(good, cases / 4);
 }
 
+TEST_F(ResumableRunTest, ARunThatIsDoneOnceGivesTheSame) {
+    options_.watch = false;
+    auto listener = std::make_unique<StateListener>();
+    StateListener* const once = listener.get();
+    std::vector<std::unique_ptr<StepListener>> listeners;
+    listeners.push_back(std::move(listener));
+    ResumableRun run(options_, std::move(listeners), reporting_, files_);
+    EXPECT_EQ(run.FinishedModel(), nullptr);
+    ASSERT_FALSE(run.Run(Prepare(Flow()), [] { return false; }).Failed());
+    EXPECT_EQ(once->states, Fresh(Flow()));
+    EXPECT_TRUE(once->complete);
+    ASSERT_NE(run.FinishedModel(), nullptr);
+    EXPECT_EQ(run.Record().seconds.size(), run.FinishedModel()->steps.size());
+}
+
 /// With memory for the first and the last state alone.
-class ForgetfulRunTest : public ResumedRunTest {
+class ForgetfulRunTest : public ResumableRunTest {
 protected:
-    ForgetfulRunTest() : ResumedRunTest(0) {}
+    ForgetfulRunTest() : ResumableRunTest(0) {}
 };
 
 TEST_F(ForgetfulRunTest, MakesWhatItForgotAnew) {

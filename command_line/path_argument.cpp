@@ -1,4 +1,4 @@
-#include "batch/option_groups/folder_argument.h"
+#include "command_line/path_argument.h"
 
 #include <fmt/format.h>
 

@@ -1,8 +1,9 @@
-#include "batch/resumed_run.h"
+#include "batch/resumable_run.h"
+
+#include <fmt/format.h>
 
 #include <algorithm>
 #include <chrono>
-#include <exception>
 #include <new>
 #include <string>
 #include <utility>
@@ -13,6 +14,7 @@
 #include "batch/options.h"
 #include "batch/reporting.h"
 #include "batch/unfinished_files.h"
+#include "command_line/reasons.h"
 #include "process_run/common_steps.h"
 #include "process_run/execute_run.h"
 #include "process_run/result_files.h"
@@ -43,35 +45,44 @@ std::size_t CommonChoice(const std::vector<bool>& before, const std::vector<bool
 
 }  // namespace
 
-ResumedRun::ResumedRun(const BatchOptions& options,
-                       std::vector<std::unique_ptr<StepListener>> listeners, Reporting& reporting,
-                       UnfinishedFiles& files)
-    : choice_(options.steps),
-      history_(MemoryLimit(options)),
+ResumableRun::ResumableRun(const BatchOptions& options,
+                           std::vector<std::unique_ptr<StepListener>> listeners,
+                           Reporting& reporting, UnfinishedFiles& files)
+    : process_(TextOf(options.process)),
+      choice_(options.steps),
       listeners_(std::move(listeners)),
       reporting_(reporting),
-      files_(files) {}
+      files_(files) {
+    if (options.watch) {
+        history_.emplace(MemoryLimit(options));
+    }
+}
 
-Outcome ResumedRun::Run(std::unique_ptr<ProcessModel> model,
-                        const std::function<bool()>& superseded) {
+Outcome ResumableRun::Run(std::unique_ptr<ProcessModel> model,
+                          const std::function<bool()>& superseded) {
     Adopt(std::move(model));
     if (Outcome outcome = BeginListeners(); outcome.Failed()) {
         return outcome;
     }
-    std::string reason;
     try {
         return RunNewSteps(superseded);
     } catch (const std::bad_alloc&) {
-        reason = "there is not enough memory";
-    } catch (const std::exception& error) {
-        reason = error.what();
+        Abandon();
+        return {ExitStatus::Other,
+                fmt::format("the process file {} was not run to its end: there is not enough "
+                            "memory",
+                            process_)};
+    } catch (...) {
+        Abandon();
+        throw;
     }
-    FinishListeners(false);
-    ForgetAll();
-    return {ExitStatus::Other, "the process was not run to its end: " + reason};
 }
 
-Outcome ResumedRun::RunNewSteps(const std::function<bool()>& superseded) {
+const ProcessModel* ResumableRun::FinishedModel() const {
+    return model_ != nullptr && taken_ == model_->steps.size() ? model_.get() : nullptr;
+}
+
+Outcome ResumableRun::RunNewSteps(const std::function<bool()>& superseded) {
     ReportRunStart(&reporting_.console);
     const std::int32_t start = ElapsedMilliseconds();
     for (std::size_t index = taken_; index < model_->steps.size(); ++index) {
@@ -92,14 +103,16 @@ Outcome ResumedRun::RunNewSteps(const std::function<bool()>& superseded) {
 }
 
 /// Takes over the model, and keeps of what was done what holds for it.
-void ResumedRun::Adopt(std::unique_ptr<ProcessModel> model) {
+void ResumableRun::Adopt(std::unique_ptr<ProcessModel> model) {
     const std::size_t common = model_ != nullptr ? CommonSteps(*model_, *model) : 0;
     const bool sameView = model_ != nullptr && HaveSameView(*model_, *model);
     executed_ = std::min(executed_, common);
     std::vector<bool> chosen = ChooseSteps(choice_, model->steps).chosen;
     taken_ = sameView ? std::min({taken_, executed_, CommonChoice(chosen_, chosen)}) : 0;
     chosen_ = std::move(chosen);
-    history_.ForgetFrom(executed_);
+    if (history_) {
+        history_->ForgetFrom(executed_);
+    }
     record_.seconds.resize(executed_);
     if (dumped_ >= common) {
         dumped_.reset();  // what is on the disk belongs to a run that is no more
@@ -108,7 +121,7 @@ void ResumedRun::Adopt(std::unique_ptr<ProcessModel> model) {
     position_.reset();
 }
 
-Outcome ResumedRun::BeginListeners() {
+Outcome ResumableRun::BeginListeners() {
     const UnfinishedFiles::Writing preparing(files_);  // they may try whether files can be made
     for (const auto& listener : listeners_) {
         Outcome outcome = begun_ ? listener->Restart(*model_, taken_) : listener->Begin(*model_);
@@ -121,7 +134,7 @@ Outcome ResumedRun::BeginListeners() {
 }
 
 /// Lets the listeners take a step, which is executed if its stack is not known.
-Outcome ResumedRun::TakeStep(std::size_t index) {
+Outcome ResumableRun::TakeStep(std::size_t index) {
     reporting_.progress.BeginStep(index + 1, model_->steps.size(),
                                   Utf8FromWide(WidenBytes(model_->steps[index].description)));
     if (index > 0) {
@@ -143,16 +156,21 @@ Outcome ResumedRun::TakeStep(std::size_t index) {
     return {};
 }
 
-void ResumedRun::ExecuteStep(std::size_t index) {
+void ResumableRun::ExecuteStep(std::size_t index) {
     const ProcessStep& step = model_->steps[index];
     const auto start = std::chrono::steady_clock::now();
-    const UnfinishedFiles::Writing result(files_);
+    std::optional<UnfinishedFiles::Writing> result;
+    if (!step.result.empty()) {
+        result.emplace(files_);
+    }
     position_.reset();  // should it end in the middle
     ExecuteStepWithReport(*model_, step, &reporting_.console);
     position_ = index;
     const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
     record_.seconds.push_back({.step = taken.count()});
-    history_.Keep(index, model_->stack);
+    if (history_) {
+        history_->Keep(index, model_->stack);
+    }
     executed_ = index + 1;
     if (!step.result.empty()) {
         dumped_ = index;
@@ -161,12 +179,12 @@ void ResumedRun::ExecuteStep(std::size_t index) {
 
 /// Puts the model's stack to where it was after a step that was executed before. Steps behind the
 /// last one that is kept are done again, for nobody to see.
-void ResumedRun::GoTo(std::size_t index) {
+void ResumableRun::GoTo(std::size_t index) {
     if (position_ == index) {
         return;
     }
-    const std::size_t kept = history_.LastUpTo(index).value();  // the first is always kept
-    model_->stack = CopyStack(*history_.Find(kept));
+    const std::size_t kept = history_->LastUpTo(index).value();  // the first is always kept
+    model_->stack = CopyStack(*history_->Find(kept));
     for (std::size_t next = kept + 1; next <= index; ++next) {
         RepeatStep(*model_, model_->steps[next]);
     }
@@ -174,7 +192,7 @@ void ResumedRun::GoTo(std::size_t index) {
 }
 
 /// Sees that the file of a dump is that of the last one of this run.
-void ResumedRun::RenewDump() {
+void ResumableRun::RenewDump() {
     for (std::size_t index = model_->steps.size(); index-- > 0;) {
         const ProcessStep& step = model_->steps[index];
         if (step.result.empty()) {
@@ -190,7 +208,7 @@ void ResumedRun::RenewDump() {
     }
 }
 
-Outcome ResumedRun::FinishListeners(bool complete) {
+Outcome ResumableRun::FinishListeners(bool complete) {
     const UnfinishedFiles::Writing results(files_);
     Outcome first;
     for (const auto& listener : listeners_) {
@@ -202,9 +220,13 @@ Outcome ResumedRun::FinishListeners(bool complete) {
     return first;
 }
 
-void ResumedRun::ForgetAll() {
+/// Ends a run that cannot go on, and forgets what was done.
+void ResumableRun::Abandon() {
+    FinishListeners(false);  // what they have to tell comes first
     model_.reset();
-    history_.ForgetFrom(0);
+    if (history_) {
+        history_->ForgetFrom(0);
+    }
     record_ = {};
     position_.reset();
     dumped_.reset();

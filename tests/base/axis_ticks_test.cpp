@@ -1,4 +1,4 @@
-#include "layout_tool/axis_ticks.h"
+#include "base/axis_ticks.h"
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@ namespace {
 
 std::vector<std::string> Labels(double from, double to, int count) {
     std::vector<std::string> labels;
-    for (const AxisTick& tick : AxisTicks(from, to, count)) {
+    for (const AxisTick& tick : AxisTicks(from, to, (to - from) / count)) {
         labels.push_back(tick.label);
     }
     return labels;
@@ -36,13 +36,16 @@ TEST(AxisTicks, AreNoneWhereThereIsNoRange) {
                                                                          {1e18, 1e18 + 1000.0},
                                                                          {0.0, 1e300},
                                                                          {0.0, 1e-300}}) {
-        EXPECT_TRUE(AxisTicks(from, to, 5).empty()) << from << ' ' << to;
+        EXPECT_TRUE(AxisTicks(from, to, (to - from) / 5).empty()) << from << ' ' << to;
+    }
+    for (const double step : {0.0, -1.0, 1e-9, infinite, infinite - infinite}) {
+        EXPECT_TRUE(AxisTicks(0.0, 10.0, step).empty()) << step;
     }
 }
 
 TEST(AxisTicks, AreAFewAndLieInside) {
     for (double range = 1e-9; range < 1e9; range *= 3.7) {
-        const auto ticks = AxisTicks(-0.3 * range, 0.7 * range, 8);
+        const auto ticks = AxisTicks(-0.3 * range, 0.7 * range, range / 8);
         EXPECT_GE(ticks.size(), 3u) << range;
         EXPECT_LE(ticks.size(), 9u) << range;
         for (const AxisTick& tick : ticks) {

@@ -20,21 +20,28 @@ struct BatchOptions;
 struct Reporting;
 class UnfinishedFiles;
 
-/// A run that is done again and again as its inputs change. Each time it does what is new: steps
-/// before the first that differs are not executed again, and what was taken of them holds.
-class ResumedRun {
+/// A run, which may be done again and again as its inputs change. Each time it does what is new:
+/// steps before the first that differs are not executed again, and what was taken of them holds.
+class ResumableRun {
 public:
-    /// The options say which steps are of interest and how much memory stacks may take. The
-    /// listeners are told of the first run with Begin, of all others with Restart.
-    ResumedRun(const BatchOptions& options, std::vector<std::unique_ptr<StepListener>> listeners,
-               Reporting& reporting, UnfinishedFiles& files);
+    /// The options say which steps are of interest, whether the run will be done again (only then
+    /// stacks are kept) and how much memory stacks may take. The listeners are told of the first
+    /// run with Begin, of all others with Restart.
+    ResumableRun(const BatchOptions& options, std::vector<std::unique_ptr<StepListener>> listeners,
+                 Reporting& reporting, UnfinishedFiles& files);
 
     /// Runs a model, which is as it was prepared, to its end, or until `superseded` answers true
-    /// between two steps. What was done by then counts for the next run.
+    /// between two steps. What was done by then counts for the next run; nothing does where memory
+    /// runs out or something is thrown.
     Outcome Run(std::unique_ptr<ProcessModel> model, const std::function<bool()>& superseded);
 
     /// Whether the listeners got ready.
     bool HasBegun() const { return begun_; }
+
+    /// The model, whose steps the listeners have taken all, and what is known of its run; null
+    /// where a step failed or the run was superseded.
+    const ProcessModel* FinishedModel() const;
+    const RunRecord& Record() const { return record_; }
 
 private:
     void Adopt(std::unique_ptr<ProcessModel> model);
@@ -45,11 +52,12 @@ private:
     void GoTo(std::size_t index);
     void RenewDump();
     Outcome FinishListeners(bool complete);
-    void ForgetAll();
+    void Abandon();
 
+    std::string process_;       ///< the file, as the user names it
     std::string choice_;        ///< of steps, as it was asked for
     std::vector<bool> chosen_;  ///< of the model's steps
-    StackHistory history_;
+    std::optional<StackHistory> history_;
     std::vector<std::unique_ptr<StepListener>> listeners_;
     Reporting& reporting_;
     UnfinishedFiles& files_;

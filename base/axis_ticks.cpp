@@ -1,4 +1,4 @@
-#include "layout_tool/axis_ticks.h"
+#include "base/axis_ticks.h"
 
 #include <fmt/format.h>
 
@@ -10,6 +10,7 @@ namespace {
 
 constexpr double least = 1e-12;
 constexpr double greatest = 1e12;
+constexpr double mostTicks = 1e5;
 
 /// The distance of ticks, and the decimals that they need.
 struct TickStep {
@@ -36,15 +37,16 @@ TickStep StepFor(double wanted) {
 
 }  // namespace
 
-std::vector<AxisTick> AxisTicks(double from, double to, int count) {
+std::vector<AxisTick> AxisTicks(double from, double to, double leastStep) {
     std::vector<AxisTick> ticks;
     const double range = to - from;
     const bool fits = range > least && range < greatest && std::abs(from) < greatest &&
-                      std::abs(from) < range * greatest;
+                      std::abs(from) < range * greatest && leastStep > range / mostTicks &&
+                      leastStep < greatest;
     if (!fits) {
         return ticks;
     }
-    const TickStep step = StepFor(range / count);
+    const TickStep step = StepFor(leastStep);
     // Ends that are round numbers themselves have a tick, whatever their division is rounded to.
     constexpr double nearly = 1e-9;
     const double last = to + nearly * step.step;

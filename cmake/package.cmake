@@ -14,6 +14,7 @@ endif()
 
 install(TARGETS zelmo zelmo-batch zelmo-layout RUNTIME DESTINATION ${PROGRAM_FOLDER})
 install(FILES assets/colors.txt assets/surface.shader assets/point.shader assets/zelmo.ico
+              ${CMAKE_BINARY_DIR}/page.js ${CMAKE_BINARY_DIR}/page.css
         DESTINATION ${DATA_FOLDER})
 configure_file(docs/guide.txt ${CMAKE_BINARY_DIR}/docs/guide.txt @ONLY)
 install(FILES ${CMAKE_BINARY_DIR}/docs/guide.txt docs/process-file.md docs/zelmo-layout.md

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Checks formatting and lint, and fails on either: clang-format for every source file, clang-tidy
-with the checks of .clang-tidy for the sources of the rooms (not for tests, benchmarks, examples).
+with the checks of .clang-tidy for the sources of the rooms (not for tests, benchmarks, examples);
+TypeScript's own check of types, ESLint and Prettier for web/.
 
     scripts/lint.py            everything
     scripts/lint.py FILE...    these sources only
@@ -193,16 +194,27 @@ def check_lint(wanted):
     return not seen
 
 
+def check_page(wanted):
+    """Prints what is wrong with the page's script; returns whether that is nothing."""
+    if wanted and not any(path.startswith("web/") for path in wanted):
+        return True
+    output, status = output_of("npm", "--prefix", os.path.join(ROOT, "web"), "run", "--silent", "check")
+    print(output if status else "lint: the page's script, nothing found", flush=True)
+    return status == 0
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.
                                      RawDescriptionHelpFormatter)
     parser.add_argument("files", nargs="*", metavar="FILE")
     options = parser.parse_args()
     wanted = {os.path.relpath(os.path.abspath(path), ROOT) for path in options.files}
+    sources = [path for path in wanted if not path.startswith("web/")]
     formatted = check_format([os.path.join(ROOT, path) for path
-                              in sorted(wanted) or rooms.project_files(ROOT, (".h", ".cpp"))])
+                              in sorted(sources) or rooms.project_files(ROOT, (".h", ".cpp"))])
     linted = check_lint(wanted)
-    return 0 if formatted and linted else 1
+    page = check_page(wanted)
+    return 0 if formatted and linted and page else 1
 
 
 if __name__ == "__main__":

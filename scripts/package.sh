@@ -5,7 +5,8 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 packages=$root/build/packages
 
 for preset in release windows; do
-    sh "$root/scripts/build.sh" packages "$preset" zelmo zelmo-batch zelmo-layout zelmo_assets zelmo_examples
+    sh "$root/scripts/build.sh" packages "$preset" zelmo zelmo-batch zelmo-layout zelmo_assets \
+        zelmo_page zelmo_examples
 done
 
 echo "== Packing"

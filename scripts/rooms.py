@@ -118,7 +118,7 @@ def project_files(root, endings):
     """The paths below root that end so, sorted; what builds leave there is passed over."""
     found = []
     for folder, folders, names in os.walk(root):
-        folders[:] = [f for f in folders if not f.startswith(".") and
+        folders[:] = [f for f in folders if not f.startswith(".") and f != "node_modules" and
                       not (folder == root and f == "build")]
         found += [os.path.relpath(os.path.join(folder, name), root) for name in names
                   if name.endswith(endings)]

@@ -6,6 +6,7 @@
 #
 # The sets, each with all that stands before it; without one, everything:
 #   rendering   the batch program with its pictures
+#   pages       the script of pages to share, with Node and the packages of web/; not for the desktop
 #   desktop     the desktop program on Linux
 #   packages    both for Windows, and what runs a Windows program here
 #   tests       formatting, lint, the sanitizers' and the fuzz targets' compiler, the tests
@@ -26,12 +27,16 @@ add() {
 add rendering "g++ cmake ninja-build dpkg-dev libfmt-dev libcli11-dev nlohmann-json3-dev \
 libpng-dev zlib1g-dev libegl-dev libgl-dev libopengl-dev libegl1 libegl-mesa0 libgl1-mesa-dri \
 libfreetype-dev libfontconfig-dev fonts-liberation" "glew libpolyclipping"
+# Node as Debian has it, or another one that is there already.
+node=""
+command -v npm > /dev/null || node="nodejs npm"
+[ "$wanted" = desktop ] || add pages "$node" ""
 add desktop qt6-base-dev ""
 add packages "file g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64" libpng1.6
 add tests "python3 python3-jsonschema clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev googletest \
-libgtest-dev libbenchmark-dev libxcb1-dev xvfb xauth" ""
+libgtest-dev libbenchmark-dev libxcb1-dev xvfb xauth chromium" ""
 if [ -z "$complete" ]; then
-    echo "setup: $wanted is none of rendering, desktop, packages, tests" >&2
+    echo "setup: $wanted is none of rendering, pages, desktop, packages, tests" >&2
     exit 1
 fi
 
@@ -98,3 +103,19 @@ mkdir -p build/third_party/include
 ln -sfn /usr/include/fmt build/third_party/include/fmt
 ln -sfn /usr/include/CLI build/third_party/include/CLI
 ln -sfn /usr/include/nlohmann build/third_party/include/nlohmann
+
+# What the page's script is bundled from, and with the tests what checks and drives it: the very
+# versions of the lock file. A copy of that file tells for what the packages were installed.
+install_npm_packages() {
+    installed=web/node_modules/installed-$1
+    for done in "$installed" web/node_modules/installed-tests; do
+        ! cmp -s web/package-lock.json "$done" || return 0
+    done
+    echo "Installing the packages of web/"
+    if [ "$1" = tests ]; then npm --prefix web ci; else npm --prefix web ci --omit=dev; fi
+    cp web/package-lock.json "$installed"
+}
+case $wanted in
+    pages | packages) install_npm_packages pages ;;
+    tests) install_npm_packages tests ;;
+esac

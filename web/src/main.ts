@@ -2,7 +2,7 @@ import "./page.css";
 import { Fields } from "./data/fields.ts";
 import { PageBytes } from "./data/page_bytes.ts";
 import { readRun } from "./data/run.ts";
-import { heightRange, readGrid } from "./stack/stack.ts";
+import { extent, heightRange, readGrid } from "./stack/stack.ts";
 import { element } from "./ui/dom.ts";
 import { showPage } from "./ui/page.ts";
 import { updateStack, type Session } from "./ui/session.ts";
@@ -19,7 +19,7 @@ function textOf(id: string): string {
 
 /** Flat stacks are stretched so that one sees something of them at first sight. */
 function firstStretch({ stack, grid }: Session): number {
-    const width = Math.max(grid.x[grid.columns - 1], grid.y[grid.rows - 1]);
+    const width = Math.max(extent(grid.x).length, extent(grid.y).length);
     const { lowest, highest } = stack ? heightRange(stack) : { lowest: 0, highest: 0 };
     if (highest <= lowest || highest - lowest > 0.2 * width) {
         return 1;

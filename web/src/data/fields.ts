@@ -27,9 +27,7 @@ export class Fields {
         this.kept = Math.max(64, Math.floor(cacheLimit / (4 * this.points)));
         run.chunks.forEach((chunk, index) => {
             this.firstOf.push(this.chunkOf.length);
-            for (const _ of chunk.fields) {
-                this.chunkOf.push(index);
-            }
+            this.chunkOf.push(...chunk.fields.map(() => index));
         });
     }
 
@@ -46,8 +44,8 @@ export class Fields {
     }
 
     private decode(field: number): Heights {
-        const index = this.chunkOf[field] ?? -1;
-        const chunk = this.run.chunks[index];
+        const index = this.chunkOf[field];
+        const chunk = this.run.chunks[index] as Chunk | undefined;
         if (!chunk) {
             throw new Error(`The page has no height field ${field}.`);
         }
@@ -66,20 +64,15 @@ export class Fields {
     }
 
     private decodePlanes(planes: Uint8Array, chunk: Chunk, i: number, first: number): Heights {
-        const { base, lowest } = chunk.fields[i];
-        const offset = Math.round(lowest / this.run.quantum);
+        const { base } = chunk.fields[i];
         const start = 4 * this.points * i;
         const result = joinPlanes(planes.subarray(start, start + 4 * this.points), this.points);
         if (base < 0) {
-            sumUp(result, this.columns, offset);
+            sumUp(result, this.columns);
         } else if (base < first + i) {
-            // Differences are of the numbers that were sent, which stand above each field's lowest.
-            const baseChunk = this.run.chunks[this.chunkOf[base]];
-            const baseField = baseChunk.fields[base - this.firstOf[this.chunkOf[base]]];
-            const shift = offset - Math.round(baseField.lowest / this.run.quantum);
             const other = this.heights(base);
             for (let k = 0; k < this.points; k++) {
-                result[k] += other[k] + shift;
+                result[k] += other[k];
             }
         } else {
             throw new Error("A height field of the page is the difference to a later one.");
@@ -113,12 +106,8 @@ function joinPlanes(planes: Uint8Array, count: number): Int32Array {
 }
 
 /** From the differences to the left neighbour, in the first column to the one below, to heights. */
-function sumUp(numbers: Int32Array, columns: number, offset: number): void {
-    for (let k = 0; k < numbers.length; k++) {
-        if (k === 0) {
-            numbers[k] += offset;
-        } else {
-            numbers[k] += numbers[k % columns === 0 ? k - columns : k - 1];
-        }
+function sumUp(numbers: Int32Array, columns: number): void {
+    for (let k = 1; k < numbers.length; k++) {
+        numbers[k] += numbers[k % columns === 0 ? k - columns : k - 1];
     }
 }

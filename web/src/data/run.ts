@@ -7,8 +7,9 @@ export interface Argument {
 }
 
 export interface Note {
+    kind: string;
+    /** What was seen, and a way out. */
     text: string;
-    wayOut: string;
     /** Of the process file, from 1; 0 where a note belongs to no line. */
     line: number;
 }
@@ -23,6 +24,8 @@ export interface Picture {
 }
 
 export interface Layer {
+    /** The same for a layer in all steps, and no other's. */
+    number: number;
     name: string;
     material: string;
     /** Red, green, blue and opacity, 0 to 255. */
@@ -51,8 +54,6 @@ export interface Step {
 export interface Field {
     /** The field that this one is the difference to, or -1. */
     base: number;
-    /** Micrometres: what the number 0 stands for. */
-    lowest: number;
 }
 
 /** Fields that are compressed together. */
@@ -70,13 +71,22 @@ export interface Run {
     cell: string;
     /** Micrometres, in the layout's coordinates. */
     window: { x: number; y: number; dx: number; dy: number };
-    /** Micrometres from the window's lower left corner. */
+    /**
+     * Micrometres from the window's lower left corner. The outer ones may lie a little beside its edges.
+     * Both are empty where the window is narrower than the model's cells.
+     */
     grid: { x: number[]; y: number[] };
     processFile: string[];
+    /** Those that belong to no step. */
+    notes: (Note & { file: string })[];
+    /** How many steps the process has; the page may hold some of them. */
+    stepCount: number;
     steps: Step[];
     chunks: Chunk[];
     /** Micrometres: heights are whole multiples of it. */
     quantum: number;
+    /** The height from which those that people see are counted, in micrometres. */
+    zero: number;
 }
 
 /** The format that this page reads. */
@@ -86,7 +96,9 @@ export const knownFormat = 1;
 export function readRun(text: string): Run {
     const run = JSON.parse(text) as Partial<Run>;
     if (run.format !== knownFormat) {
-        throw new Error(`The data of this page have format ${String(run.format)}, not ${knownFormat}.`);
+        throw new Error(
+            `The data of this page have format ${String(run.format)}, not ${knownFormat}.`,
+        );
     }
     if (!run.steps || run.steps.length === 0 || !run.grid || !run.chunks || !run.window) {
         throw new Error("The data of this page are not complete.");

@@ -38,7 +38,13 @@ function trianglesAt(solid: Solid, point: number, columns: number): number {
 }
 
 /** Whether one sheet lies on another at a triangle of a square. */
-function touches(a: Heights, b: Heights, triangle: number, point: number, columns: number): boolean {
+function touches(
+    a: Heights,
+    b: Heights,
+    triangle: number,
+    point: number,
+    columns: number,
+): boolean {
     const corner = triangle === frontTriangle ? point : point + columns + 1;
     return (
         a[corner] === b[corner] &&

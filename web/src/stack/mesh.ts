@@ -121,11 +121,19 @@ class SheetWriter {
         let nextBack = this.nextCorner(row + 1, back, end);
         while (front < end || back < end) {
             if (back === end || (front < end && nextFront <= nextBack)) {
-                this.triangle(row * columns + front, row * columns + nextFront, (row + 1) * columns + back);
+                this.triangle(
+                    row * columns + front,
+                    row * columns + nextFront,
+                    (row + 1) * columns + back,
+                );
                 front = nextFront;
                 nextFront = this.nextCorner(row, front, end);
             } else {
-                this.triangle(row * columns + front, (row + 1) * columns + nextBack, (row + 1) * columns + back);
+                this.triangle(
+                    row * columns + front,
+                    (row + 1) * columns + nextBack,
+                    (row + 1) * columns + back,
+                );
                 back = nextBack;
                 nextBack = this.nextCorner(row + 1, back, end);
             }
@@ -207,31 +215,40 @@ export interface WallCorners {
     back: Uint8Array;
 }
 
-/** The corners of all layers' walls, so that one wall meets the next without a gap. */
+/**
+ * The corners of all layers' walls, so that one wall meets the next without a gap, and each wall its
+ * layer's sheets: where the row of squares behind it is not level.
+ */
 export function findWallCorners(grid: Grid, solids: Solid[]): WallCorners {
     const { columns, rows } = grid;
-    const find = (row: number) => {
+    const find = (row: number, inner: number) => {
         const corners = new Uint8Array(columns);
-        for (const { top, bottom } of solids) {
-            for (let column = 1; column + 1 < columns; column++) {
-                const point = row * columns + column;
-                if (
-                    top[point] !== top[point - 1] ||
-                    top[point] !== top[point + 1] ||
-                    bottom[point] !== bottom[point - 1] ||
-                    bottom[point] !== bottom[point + 1]
-                ) {
+        const mark = (heights: Heights) => {
+            for (let column = 0; column + 1 < columns; column++) {
+                const edge = row * columns + column;
+                const behind = inner * columns + column;
+                if (heights[edge] !== heights[edge + 1] || heights[behind] !== heights[behind + 1]) {
                     corners[column] = 1;
+                    corners[column + 1] = 1;
                 }
             }
+        };
+        for (const { top, bottom } of solids) {
+            mark(top);
+            mark(bottom);
         }
         return corners;
     };
-    return { front: find(0), back: find(rows - 1) };
+    return { front: find(0, 1), back: find(rows - 1, rows - 2) };
 }
 
 /** Writes the upright face of a layer through points that go from left to right as seen. */
-function writeWall(grid: Grid, solid: Solid, points: number[], isCorner: (k: number) => boolean): void {
+function writeWall(
+    grid: Grid,
+    solid: Solid,
+    points: number[],
+    isCorner: (k: number) => boolean,
+): void {
     const { x, y, columns, quantum } = grid;
     const { top, bottom } = solid;
     const thick = (k: number) => top[points[k]] > bottom[points[k]];
@@ -241,7 +258,7 @@ function writeWall(grid: Grid, solid: Solid, points: number[], isCorner: (k: num
             y[Math.floor(points[k] / columns)],
             heights[points[k]] * quantum,
         );
-    for (let k = 0; k + 1 < points.length; ) {
+    for (let k = 0; k + 1 < points.length;) {
         let next = k + 1;
         if (thick(k) || thick(next)) {
             while (next + 1 < points.length && !isCorner(next)) {
@@ -318,7 +335,11 @@ function outlines(grid: Grid, polygons: Polygon[], cut: Cut): Float32Array {
         for (const heights of [bottoms, tops]) {
             for (let k = 0; k + 1 < places.length; k++) {
                 let next = k + 1;
-                while (next + 1 < places.length && heights[next + 1] === heights[k] && heights[next] === heights[k]) {
+                while (
+                    next + 1 < places.length &&
+                    heights[next + 1] === heights[k] &&
+                    heights[next] === heights[k]
+                ) {
                     next++;
                 }
                 add(places[k], heights[k]);

@@ -23,7 +23,7 @@ export interface Ray {
 
 /** One layer at a point of the grid, in micrometres. */
 export interface StackRow {
-    key: string;
+    key: number;
     name: string;
     top: number;
     bottom: number;
@@ -109,7 +109,13 @@ function stretch(places: Float64Array, place: number): number {
 }
 
 /** The height of a sheet in micrometres within a square, by its two triangles. */
-function heightIn(grid: Grid, heights: Int32Array, square: [number, number], x: number, y: number): number {
+function heightIn(
+    grid: Grid,
+    heights: Int32Array,
+    square: [number, number],
+    x: number,
+    y: number,
+): number {
     const [column, row] = square;
     const point = row * grid.columns + column;
     const u = (x - grid.x[column]) / (grid.x[column + 1] - grid.x[column]);
@@ -248,7 +254,12 @@ function crossSheets(
 }
 
 /** The heights of all surfaces at a point of the grid, in micrometres with their layers' lift. */
-export function surfacesAt(grid: Grid, targets: Target[], column: number, row: number): { z: number; target: Target }[] {
+export function surfacesAt(
+    grid: Grid,
+    targets: Target[],
+    column: number,
+    row: number,
+): { z: number; target: Target }[] {
     const point = row * grid.columns + column;
     return targets
         .filter(({ layer }) => layer.top[point] > layer.bottom[point])

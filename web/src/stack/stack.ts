@@ -14,7 +14,7 @@ export interface Grid {
 
 export interface StackLayer {
     /** The same for a layer in all steps. */
-    key: string;
+    key: number;
     name: string;
     material: string;
     color: [number, number, number, number];
@@ -28,28 +28,28 @@ export interface Stack {
     layers: StackLayer[];
 }
 
+/** The middle of places, and how far they reach, in micrometres. */
+export function extent(places: Float64Array): { middle: number; length: number } {
+    const [first, last] = [places[0], places[places.length - 1]];
+    return { middle: 0.5 * (first + last), length: last - first };
+}
+
 export function readGrid(run: Run): Grid {
     const x = Float64Array.from(run.grid.x);
     const y = Float64Array.from(run.grid.y);
     return { x, y, columns: x.length, rows: y.length, quantum: run.quantum };
 }
 
-/** The stack after a step. Layers of one name and material are told apart by their order. */
+/** The stack after a step. */
 export function readStack(run: Run, grid: Grid, fields: Fields, step: number): Stack {
-    const seen = new Map<string, number>();
-    const layers = run.steps[step].layers.map((layer) => {
-        const named = JSON.stringify([layer.name, layer.material]);
-        const count = (seen.get(named) ?? 0) + 1;
-        seen.set(named, count);
-        return {
-            key: `${named}${count}`,
-            name: layerName(layer),
-            material: layer.material,
-            color: layer.color,
-            top: fields.heights(layer.top),
-            bottom: fields.heights(layer.bottom),
-        };
-    });
+    const layers = run.steps[step].layers.map((layer) => ({
+        key: layer.number,
+        name: layerName(layer),
+        material: layer.material,
+        color: layer.color,
+        top: fields.heights(layer.top),
+        bottom: fields.heights(layer.bottom),
+    }));
     return { grid, layers };
 }
 

@@ -37,7 +37,7 @@ export function cutPlace({ grid, run }: Session, cut: Cut): number {
 
 /** Off, across x or across y; where; and which side is taken away. */
 export function makeCutControls(session: Session, eye: EyeSide): HTMLElement {
-    const { grid, store } = session;
+    const { store } = session;
     const axes = choice(
         "Cut",
         [
@@ -49,22 +49,38 @@ export function makeCutControls(session: Session, eye: EyeSide): HTMLElement {
             store.set({ cut: value === "off" ? null : middleCut(session, value, eye) });
         },
     );
-    const slider = element("input", { type: "range", class: "cut-place", min: 0, step: 1, "aria-label": "Place of the cut" });
-    releaseAfterDrag(slider);
-    slider.addEventListener("input", () => {
-        moveCut(session, slider.valueAsNumber);
-    });
     const flip = button("Take the other side away", { class: "tool" }, icon(flipIcon));
     flip.addEventListener("click", () => {
         const { cut } = store.state;
         store.set({ cut: cut && { ...cut, keepsLower: !cut.keepsLower } });
     });
-    const place = element("output", { class: "value" });
-    const details = element("span", { class: "cut-details" }, slider, place, flip);
+    const details = element("span", { class: "cut-details" }, ...makeSlider(session), flip);
     store.on(["cut"], () => {
         const { cut } = store.state;
         axes.show(cut ? cut.axis : "off");
         details.hidden = cut === null;
+    });
+    const label = element("span", { class: "label" }, "Cut");
+    return element("div", { class: "control" }, label, axes.root, details);
+}
+
+/** A slider over the columns or rows, and where it stands. */
+function makeSlider(session: Session): HTMLElement[] {
+    const { grid, store } = session;
+    const slider = element("input", {
+        type: "range",
+        class: "cut-place",
+        min: 0,
+        step: 1,
+        "aria-label": "Place of the cut",
+    });
+    releaseAfterDrag(slider);
+    slider.addEventListener("input", () => {
+        moveCut(session, slider.valueAsNumber);
+    });
+    const place = element("output", { class: "value" });
+    store.on(["cut"], () => {
+        const { cut } = store.state;
         if (cut) {
             slider.max = String((cut.axis === "x" ? grid.columns : grid.rows) - 1);
             slider.value = String(cut.index);
@@ -72,5 +88,5 @@ export function makeCutControls(session: Session, eye: EyeSide): HTMLElement {
             slider.setAttribute("aria-valuetext", `${cut.axis} = ${place.textContent}`);
         }
     });
-    return element("div", { class: "control" }, element("span", { class: "label" }, "Cut"), axes.root, details);
+    return [slider, place];
 }

@@ -25,7 +25,11 @@ export function foreign(text: string): HTMLElement {
     return element("bdi", {}, text);
 }
 
-export function button(label: string, attributes: Attributes, ...children: Child[]): HTMLButtonElement {
+export function button(
+    label: string,
+    attributes: Attributes,
+    ...children: Child[]
+): HTMLButtonElement {
     return element(
         "button",
         { type: "button", "aria-label": label, title: label, ...attributes },
@@ -58,7 +62,11 @@ export function choice<T extends string>(
     onChoose: (value: T) => void,
 ): { root: HTMLElement; show: (value: T) => void } {
     const buttons = options.map((option) => {
-        const made = element("button", { type: "button", title: option.hint ?? null }, option.label);
+        const made = element(
+            "button",
+            { type: "button", title: option.hint ?? null },
+            option.label,
+        );
         made.dataset.value = option.value;
         made.addEventListener("click", () => {
             onChoose(option.value);

@@ -3,7 +3,13 @@ import { goToStep, type Session } from "./session.ts";
 /** Arrow keys, Home and End change the step wherever they have no other meaning. */
 export function listenToStepKeys(session: Session): void {
     document.addEventListener("keydown", (event) => {
-        if (event.defaultPrevented || event.ctrlKey || event.altKey || event.metaKey || event.shiftKey) {
+        if (
+            event.defaultPrevented ||
+            event.ctrlKey ||
+            event.altKey ||
+            event.metaKey ||
+            event.shiftKey
+        ) {
             return;
         }
         if (event.target instanceof HTMLInputElement || event.target instanceof HTMLSelectElement) {

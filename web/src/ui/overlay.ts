@@ -1,8 +1,8 @@
 import type { StackView, ScreenPoint } from "../view/stack_view.ts";
-import { nearest } from "../stack/stack.ts";
+import { extent, nearest } from "../stack/stack.ts";
+import { keptPart } from "../stack/probe.ts";
 import { moveCut } from "./cut_controls.ts";
 import { svgElement } from "./dom.ts";
-import { micrometres } from "./format.ts";
 import type { Session } from "./session.ts";
 import { distanceText } from "./readout.ts";
 import type { Place } from "./state.ts";
@@ -18,14 +18,17 @@ export class Overlay {
     private readonly distance = svgElement("text", { class: "distance-text" });
     private readonly from = svgElement("circle", { class: "pin", r: 5 });
     private readonly pin = svgElement("circle", { class: "pin", r: 5 });
-    private readonly axes: { text: SVGTextElement; place: Place }[];
+    private readonly axisX: SVGTextElement;
+    private readonly axisY: SVGTextElement;
 
     constructor(session: Session, view: StackView) {
         this.session = session;
         this.view = view;
-        this.axes = this.makeAxes();
+        this.axisX = axisName(`x ${session.run.window.dx} µm`);
+        this.axisY = axisName(`y ${session.run.window.dy} µm`);
         this.root.append(
-            ...this.axes.map(({ text }) => text),
+            this.axisX,
+            this.axisY,
             this.cutFrame,
             this.handle,
             this.line,
@@ -39,9 +42,7 @@ export class Overlay {
     /** Puts everything where it belongs in the frame that was just drawn. */
     update(): void {
         const { pin, measureFrom, hover } = this.session.store.state;
-        for (const { text, place } of this.axes) {
-            put(text, this.view.toScreen({ ...place, z: this.view.heights.lowest }));
-        }
+        this.updateAxes();
         this.updateCut();
         put(this.from, measureFrom && this.view.toScreen(measureFrom));
         put(this.pin, pin && this.view.toScreen(pin));
@@ -88,10 +89,12 @@ export class Overlay {
         const top = highest + 0.06 * (highest - lowest);
         const plane = (cut.axis === "x" ? grid.x : grid.y)[cut.index];
         const along = cut.axis === "x" ? grid.y : grid.x;
-        const end = along[along.length - 1];
+        const [start, end] = [along[0], along[along.length - 1]];
         const corner = (place: number, z: number): Place =>
-            cut.axis === "x" ? { x: plane, y: place, z, key: null } : { x: place, y: plane, z, key: null };
-        return [corner(0, lowest), corner(end, lowest), corner(end, top), corner(0, top)];
+            cut.axis === "x"
+                ? { x: plane, y: place, z, key: null }
+                : { x: place, y: plane, z, key: null };
+        return [corner(start, lowest), corner(end, lowest), corner(end, top), corner(start, top)];
     }
 
     /** The handle takes the cut with it, as far along its axis as the pointer goes on the screen. */
@@ -129,7 +132,8 @@ export class Overlay {
         const { cut } = this.session.store.state;
         const [corner] = this.cutCorners();
         const start = this.view.toScreen(corner);
-        const unit = cut?.axis === "x" ? { ...corner, x: corner.x + 1 } : { ...corner, y: corner.y + 1 };
+        const unit =
+            cut?.axis === "x" ? { ...corner, x: corner.x + 1 } : { ...corner, y: corner.y + 1 };
         const end = this.view.toScreen(unit);
         if (!start || !end) {
             return 0;
@@ -139,22 +143,24 @@ export class Overlay {
         return length < 1 ? 0 : (moved.x * axis.x + moved.y * axis.y) / length;
     }
 
-    /** Names at the window's lower edges, with how long they are. */
-    private makeAxes(): { text: SVGTextElement; place: Place }[] {
-        const { grid, run } = this.session;
-        const width = grid.x[grid.columns - 1];
-        const depth = grid.y[grid.rows - 1];
-        const label = (words: string, x: number, y: number) => {
-            const text = svgElement("text", { class: "axis" });
-            text.textContent = words;
-            return { text, place: { x, y, z: 0, key: null } };
-        };
-        const away = 0.04 * Math.max(width, depth);
-        return [
-            label(`x ${micrometres(run.window.dx)} µm`, 0.5 * width, -away),
-            label(`y ${micrometres(run.window.dy)} µm`, width + away, 0.5 * depth),
-        ];
+    /** Names of the axes at the lower edges that are nearest to the eye. */
+    private updateAxes(): void {
+        const { grid, store } = this.session;
+        const [eyeX, eyeY] = this.view.camera.pose;
+        const [x, y] = keptPart(grid, store.state.cut);
+        const away = 0.04 * Math.max(extent(grid.x).length, extent(grid.y).length);
+        const z = this.view.heights.lowest;
+        const nearX = eyeX < 0 ? x[0] - away : x[1] + away;
+        const nearY = eyeY < 0 ? y[0] - away : y[1] + away;
+        put(this.axisX, this.view.toScreen({ x: 0.5 * (x[0] + x[1]), y: nearY, z, key: null }));
+        put(this.axisY, this.view.toScreen({ x: nearX, y: 0.5 * (y[0] + y[1]), z, key: null }));
     }
+}
+
+function axisName(words: string): SVGTextElement {
+    const text = svgElement("text", { class: "axis" });
+    text.textContent = words;
+    return text;
 }
 
 /** Moves what is drawn around its own origin to a place, or hides it where there is none. */

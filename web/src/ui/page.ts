@@ -5,22 +5,24 @@ import { makeFilePanel } from "./file_panel.ts";
 import { keyHelp, listenToStepKeys, viewKeyHelp } from "./keys.ts";
 import { makeLayersPanel } from "./layers_panel.ts";
 import { makePicturePanel } from "./picture_panel.ts";
-import { factTable, makePrintDocument } from "./print_document.ts";
+import { factTable, makePrintDocument, stepCount } from "./print_document.ts";
 import { goToStep, type Session } from "./session.ts";
 import { makeStackPanel, type StackPanel } from "./stack_panel.ts";
-import { makeStepPanel, stepTitle } from "./step_panel.ts";
+import { makeStepPanel, noteList, stepTitle } from "./step_panel.ts";
 import { makeStrip } from "./strip.ts";
 
 const back = "M15 5l-7 7 7 7";
 const forth = "M9 5l7 7-7 7";
-const sun = "M12 8a4 4 0 1 1 0 8 4 4 0 0 1 0-8zM12 2v3M12 19v3M2 12h3M19 12h3M5 5l2 2M17 17l2 2M5 19l2-2M17 7l2-2";
+const sun =
+    "M12 8a4 4 0 1 1 0 8 4 4 0 0 1 0-8zM12 2v3M12 19v3M2 12h3M19 12h3M5 5l2 2M17 17l2 2M5 19l2-2M17 7l2-2";
 const question = "M9 9a3 3 0 1 1 4.5 2.6c-1 .6-1.5 1.2-1.5 2.4M12 17.5v.5";
 
 type Theme = "light" | "dark";
 
 /** Builds the whole page. */
 export function showPage(session: Session): void {
-    const stack = tryStack(session);
+    const made = tryStack(session);
+    const stack = typeof made === "string" ? null : made;
     if (!stack) {
         session.store.set({ view: "picture" });
     }
@@ -29,7 +31,7 @@ export function showPage(session: Session): void {
         "div",
         { class: "app" },
         makeHeader(session, help, stack?.view ?? null),
-        makeMain(session, stack),
+        makeMain(session, made),
         makeSide(session),
         makeStrip(session),
         help,
@@ -52,11 +54,12 @@ export function showPage(session: Session): void {
     window.setTimeout(prepare, 1500);
 }
 
-function tryStack(session: Session): StackPanel | null {
+/** The view in 3D, or why there is none. */
+function tryStack(session: Session): StackPanel | string {
     try {
         return makeStackPanel(session);
-    } catch {
-        return null;
+    } catch (error) {
+        return error instanceof Error ? error.message : String(error);
     }
 }
 
@@ -67,7 +70,7 @@ function makeHeader(session: Session, help: HTMLElement, view: StackView | null)
     if (run.cell !== "") {
         facts.append(foreign(run.cell), " · ");
     }
-    facts.append(`${dx} × ${dy} µm · ${run.steps.length} steps`);
+    facts.append(`${dx} × ${dy} µm · ${stepCount(run)} steps`);
     const helpButton = button("Help", { class: "tool", "aria-expanded": "false" }, icon(question));
     helpButton.addEventListener("click", () => {
         help.hidden = !help.hidden;
@@ -105,11 +108,11 @@ function makeThemeButton(view: StackView | null): HTMLElement {
     return made;
 }
 
-function makeMain(session: Session, stack: StackPanel | null): HTMLElement {
+function makeMain(session: Session, stack: StackPanel | string): HTMLElement {
     const { store } = session;
     const picture = makePicturePanel(session);
     const main = element("main", {});
-    if (stack) {
+    if (typeof stack !== "string") {
         const views = choice(
             "View",
             [
@@ -129,14 +132,8 @@ function makeMain(session: Session, stack: StackPanel | null): HTMLElement {
         });
         main.append(views.root, stack.root, picture);
     } else {
-        main.append(
-            element(
-                "p",
-                { class: "notice", role: "status" },
-                "This browser shows no 3D (WebGL 2 is missing or switched off): the pictures and all else are here.",
-            ),
-            picture,
-        );
+        const words = `${stack} The pictures and all else are here.`;
+        main.append(element("p", { class: "notice", role: "status" }, words), picture);
     }
     return main;
 }
@@ -156,14 +153,20 @@ function makeSide(session: Session): HTMLElement {
     store.on(["step"], () => {
         const step = run.steps[store.state.step];
         title.replaceChildren(stepTitle(step));
-        count.textContent = `Step ${step.number} of ${run.steps[run.steps.length - 1].number}`;
+        count.textContent = `Step ${step.number} of ${run.stepCount}`;
         before.setAttribute("aria-disabled", String(store.state.step === 0));
         after.setAttribute("aria-disabled", String(store.state.step === run.steps.length - 1));
     });
     return element(
         "aside",
         { "aria-label": "About the step" },
-        element("div", { class: "step-head" }, before, element("div", { class: "step-name" }, count, title), after),
+        element(
+            "div",
+            { class: "step-head" },
+            before,
+            element("div", { class: "step-name" }, count, title),
+            after,
+        ),
         ...makePanels(session),
     );
 }
@@ -171,7 +174,11 @@ function makeSide(session: Session): HTMLElement {
 /** The step's details, and below them the layers or the process file. */
 function makePanels(session: Session): HTMLElement[] {
     const region = (name: string, label: string, content: HTMLElement) =>
-        element("section", { class: `panel panel-${name}`, tabindex: 0, "aria-label": label }, content);
+        element(
+            "section",
+            { class: `panel panel-${name}`, tabindex: 0, "aria-label": label },
+            content,
+        );
     const layers = region("layers", "Layers", makeLayersPanel(session));
     const file = region("file", "Process file", makeFilePanel(session));
     const tabs = choice(
@@ -198,7 +205,10 @@ function makeHelp(session: Session): HTMLElement {
         element(
             "dl",
             {},
-            ...keys.flatMap(([key, meaning]) => [element("dt", {}, key), element("dd", {}, meaning)]),
+            ...keys.flatMap(([key, meaning]) => [
+                element("dt", {}, key),
+                element("dd", {}, meaning),
+            ]),
         );
     const help = element(
         "section",
@@ -208,6 +218,7 @@ function makeHelp(session: Session): HTMLElement {
         element("div", { id: "view-help" }, element("h3", {}, "In the 3D view"), list(viewKeyHelp)),
         element("h2", {}, "This page"),
         factTable(session),
+        session.run.notes.length > 0 ? noteList(session.run.notes) : null,
     );
     help.hidden = true;
     return help;
@@ -218,7 +229,7 @@ function makeAnnouncer({ run, store }: Session): HTMLElement {
     const root = element("p", { class: "hidden", role: "status", "aria-live": "polite" });
     store.on(["step"], () => {
         const step = run.steps[store.state.step];
-        root.textContent = `Step ${step.number} of ${run.steps.length}: ${step.kind} ${stepName(step)}`;
+        root.textContent = `Step ${step.number} of ${run.stepCount}: ${step.kind} ${stepName(step)}`;
     });
     return root;
 }

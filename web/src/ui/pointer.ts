@@ -6,8 +6,10 @@ import type { Place } from "./state.ts";
 
 /** A pointer that moves by no more than this, in pixels, between down and up has clicked. */
 const clickReach = 4;
-/** A click so near to a surface's edge, in pixels, means that surface. */
+/** A click so near to a surface at a point of the grid, in pixels, means that surface. */
 const snapReach = 8;
+/** By so many pixels the surfaces of the layer that was hit count as nearer. */
+const snapFavour = 3;
 
 /** Has the pointer tell what lies under it, and set the pin and the ends of distances. */
 export function followPointer(canvas: HTMLCanvasElement, view: StackView, session: Session): void {
@@ -73,7 +75,10 @@ function placeUnder(view: StackView, { grid }: Session, point: ScreenPoint): Pla
     for (const { z, target } of surfacesAt(grid, view.targets(), column, row)) {
         const place = { x: grid.x[column], y: grid.y[row], z, key: target.layer.key };
         const screen = view.toScreen(place);
-        const away = screen ? Math.hypot(screen.x - point.x, screen.y - point.y) : Infinity;
+        const favour = target.layer === hit.target.layer ? snapFavour : 0;
+        const away = screen
+            ? Math.hypot(screen.x - point.x, screen.y - point.y) - favour
+            : Infinity;
         if (away < reach) {
             reach = away;
             found = place;

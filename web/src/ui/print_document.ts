@@ -1,7 +1,8 @@
 import { element, foreign } from "./dom.ts";
 import { pictureOf } from "./picture_panel.ts";
+import type { Run } from "../data/run.ts";
 import type { Session } from "./session.ts";
-import { stepDetails, stepTitle } from "./step_panel.ts";
+import { noteList, stepDetails, stepTitle } from "./step_panel.ts";
 
 /** What goes on paper: all steps with their pictures, and the process file. Screens do not show it. */
 export function makePrintDocument(session: Session): HTMLElement {
@@ -15,15 +16,28 @@ export function makePrintDocument(session: Session): HTMLElement {
             ...stepDetails(session, index),
         ),
     );
-    const lines = run.processFile.map((line) => element("li", {}, element("code", {}, foreign(line))));
+    const lines = run.processFile.map((line) =>
+        element("li", {}, element("code", {}, foreign(line))),
+    );
     return element(
         "article",
         { class: "print-document" },
         element("h1", {}, foreign(run.title)),
         factTable(session),
+        run.notes.length > 0 ? noteList(run.notes) : null,
         ...steps,
-        element("section", {}, element("h2", {}, "Process file"), element("ol", { class: "file" }, ...lines)),
+        element(
+            "section",
+            {},
+            element("h2", {}, "Process file"),
+            element("ol", { class: "file" }, ...lines),
+        ),
     );
+}
+
+/** How many steps there are, and how many of them the page holds. */
+export function stepCount({ steps, stepCount: all }: Run): string {
+    return steps.length === all ? `${all}` : `${steps.length} of ${all}`;
 }
 
 /** What the run was made of. */
@@ -33,7 +47,7 @@ export function factTable({ run }: Session): HTMLElement {
         ["Layout", run.layout],
         ["Cell", run.cell],
         ["Window", `${dx} × ${dy} µm from (${x}, ${y}) µm`],
-        ["Steps", String(run.steps.length)],
+        ["Steps", stepCount(run)],
         ["Made by", run.program],
     ];
     const rows = facts.map(([name, value]) =>

@@ -21,7 +21,9 @@ export function makeReadout(session: Session): HTMLElement {
     store.on(["hover", "pin", "step", "measureFrom", "measuring"], () => {
         const { hover, pin, measureFrom, measuring } = store.state;
         const place = pin ?? hover;
-        where.replaceChildren(...(place ? describe(session, place) : [hint(measuring, measureFrom)]));
+        where.replaceChildren(
+            ...(place ? describe(session, place) : [hint(measuring, measureFrom)]),
+        );
         const text = measureFrom && place ? distanceText(measureFrom, place) : null;
         distance.textContent = text ? `Distance ${text.total}: ${text.parts}` : "";
     });
@@ -38,7 +40,7 @@ function hint(measuring: boolean, from: Place | null): string {
 function describe({ run, stack }: Session, { x, y, z, key }: Place): (Node | string)[] {
     const layer = stack?.layers.find((other) => other.key === key);
     const place = `x ${micrometres(run.window.x + x)}  y ${micrometres(run.window.y + y)} µm  `;
-    return layer ? [place, foreign(layer.name), ` at ${nanometres(z)} nm`] : [place];
+    return layer ? [place, foreign(layer.name), ` at ${nanometres(z - run.zero)} nm`] : [place];
 }
 
 /** Two fields that put the pin by numbers, for who has no pointer. */
@@ -59,7 +61,11 @@ export function makePinFields(session: Session): HTMLElement {
             const wanted = places[nearest(places, field.valueAsNumber - origin)];
             store.set({
                 pin: Number.isFinite(field.valueAsNumber)
-                    ? surfacePlace(session, axis === "x" ? wanted : pin.x, axis === "y" ? wanted : pin.y)
+                    ? surfacePlace(
+                          session,
+                          axis === "x" ? wanted : pin.x,
+                          axis === "y" ? wanted : pin.y,
+                      )
                     : null,
             });
         });

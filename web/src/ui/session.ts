@@ -2,7 +2,7 @@ import type { Fields } from "../data/fields.ts";
 import type { PageBytes } from "../data/page_bytes.ts";
 import type { Run } from "../data/run.ts";
 import { nearest, readStack, type Grid, type Stack } from "../stack/stack.ts";
-import { stackAt } from "../stack/probe.ts";
+import { stackAt, type StackRow } from "../stack/probe.ts";
 import type { Place, Store } from "./state.ts";
 
 /** What all parts of the page share. */
@@ -49,7 +49,9 @@ export function surfacePlace(session: Session, x: number, y: number): Place {
     const { grid, stack, store } = session;
     const column = nearest(grid.x, x);
     const row = nearest(grid.y, y);
-    const layers = (stack?.layers ?? []).filter(({ key }) => store.state.modes.get(key) !== "hidden");
-    const top = stackAt(grid, layers, column, row)[0] as { key: string; top: number } | undefined;
+    const layers = (stack?.layers ?? []).filter(
+        ({ key }) => store.state.modes.get(key) !== "hidden",
+    );
+    const top = stackAt(grid, layers, column, row)[0] as StackRow | undefined;
     return { x: grid.x[column], y: grid.y[row], z: top?.top ?? 0, key: top?.key ?? null };
 }

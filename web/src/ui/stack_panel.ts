@@ -15,8 +15,13 @@ export interface StackPanel {
     view: StackView;
 }
 
-/** Throws an Error where the browser has no WebGL. */
+/** Throws an Error where there is nothing to draw, and where the browser has no WebGL. */
 export function makeStackPanel(session: Session): StackPanel {
+    if (session.grid.columns < 2 || session.grid.rows < 2) {
+        throw new Error(
+            "The window is narrower than the model's cells, there is nothing to show in 3D.",
+        );
+    }
     const canvas = element("canvas", {
         tabindex: 0,
         role: "img",
@@ -33,26 +38,22 @@ export function makeStackPanel(session: Session): StackPanel {
         return { x: x >= 0, y: y >= 0 };
     };
     const failure = element("p", { class: "failure", role: "alert" });
-    const stage = element("div", { class: "stage" }, canvas, failure);
-    stage.append(overlay.root);
+    const stage = element("div", { class: "stage" }, canvas, failure, overlay.root);
     const root = element(
         "div",
         { class: "stack" },
         element("div", { class: "bar" }, makeViewControls(view), makeMeasureButton(session)),
         stage,
         makeReadout(session),
-        element(
-            "div",
-            { class: "bar lower" },
-            makeCutControls(session, eye),
-            ...makeShapeControls(session),
-            makePinFields(session),
-        ),
+        makeLowerBar(session, eye),
     );
     showState(session, view, overlay, failure);
     session.store.on(["step"], () => {
         const step = session.run.steps[session.store.state.step];
-        canvas.setAttribute("aria-label", `The stack in 3D after step ${step.number}, ${stepName(step)}`);
+        canvas.setAttribute(
+            "aria-label",
+            `The stack in 3D after step ${step.number}, ${stepName(step)}`,
+        );
     });
     followPointer(canvas, view, session);
     listenToViewKeys(canvas, view, session, eye);
@@ -62,8 +63,23 @@ export function makeStackPanel(session: Session): StackPanel {
     return { root, view };
 }
 
+function makeLowerBar(session: Session, eye: EyeSide): HTMLElement {
+    return element(
+        "div",
+        { class: "bar lower" },
+        makeCutControls(session, eye),
+        ...makeShapeControls(session),
+        makePinFields(session),
+    );
+}
+
 /** Has the view follow what a person chooses. */
-function showState(session: Session, view: StackView, overlay: Overlay, failure: HTMLElement): void {
+function showState(
+    session: Session,
+    view: StackView,
+    overlay: Overlay,
+    failure: HTMLElement,
+): void {
     const { store } = session;
     store.on(["step", "modes", "cut"], () => {
         showScene(session, view);

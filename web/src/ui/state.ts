@@ -9,7 +9,7 @@ export interface Place {
     y: number;
     z: number;
     /** The layer that it lies on, or null for a place of the window itself. */
-    key: string | null;
+    key: number | null;
 }
 
 /** What a person has chosen. Steps change, the rest of it stays. */
@@ -17,7 +17,7 @@ export interface State {
     /** Index of the step. */
     step: number;
     view: "stack" | "picture";
-    modes: ReadonlyMap<string, LayerMode>;
+    modes: ReadonlyMap<number, LayerMode>;
     cut: Cut | null;
     /** From 0, layers in their places, to 1. */
     apart: number;

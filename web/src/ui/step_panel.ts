@@ -30,10 +30,10 @@ export function stepDetails({ run }: Session, index: number): HTMLElement[] {
     return parts;
 }
 
-/** Number, kind and name of a step in one line. */
+/** Name and kind of a step. Many names tell the kind already. */
 export function stepTitle(step: Step): HTMLElement {
     const title = element("span", { class: "step-title" }, foreign(stepName(step)));
-    if (step.name !== "") {
+    if (!stepName(step).toLowerCase().includes(step.kind.toLowerCase())) {
         title.append(" ", element("span", { class: "kind" }, foreign(step.kind)));
     }
     return title;
@@ -41,7 +41,11 @@ export function stepTitle(step: Step): HTMLElement {
 
 function lineOf(step: Step, processFile: string[]): HTMLElement {
     if (step.line < 1) {
-        return element("p", { class: "quiet" }, "What the process begins with; no line of the file.");
+        return element(
+            "p",
+            { class: "quiet" },
+            "What the process begins with; no line of the file.",
+        );
     }
     return element(
         "p",
@@ -71,21 +75,35 @@ function argumentTable(all: Argument[]): HTMLElement {
             element(
                 "tr",
                 {},
-                ...["Argument", "Value", "Meaning"].map((name) => element("th", { scope: "col" }, name)),
+                ...["Argument", "Value", "Meaning"].map((name) =>
+                    element("th", { scope: "col" }, name),
+                ),
             ),
         ),
         element("tbody", {}, ...rows),
     );
 }
 
-function noteList(notes: Note[]): HTMLElement {
-    const items = notes.map(({ text, wayOut, line }) =>
+/** What was noted, each with its line and kind. */
+export function noteList(notes: Note[]): HTMLElement {
+    const items = notes.map(({ kind, text, line }) =>
         element(
             "li",
             {},
-            element("p", {}, foreign(text), line > 0 ? ` (line ${line})` : null),
-            wayOut === "" ? null : element("p", { class: "way-out" }, foreign(wayOut)),
+            foreign(text),
+            element(
+                "span",
+                { class: "quiet" },
+                " ",
+                line > 0 ? `line ${line}, ` : null,
+                foreign(kind),
+            ),
         ),
     );
-    return element("section", { class: "notes" }, element("h3", {}, "Notes"), element("ul", {}, ...items));
+    return element(
+        "section",
+        { class: "notes" },
+        element("h3", {}, "Notes"),
+        element("ul", {}, ...items),
+    );
 }

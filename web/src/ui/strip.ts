@@ -8,7 +8,11 @@ export function makeStrip(session: Session): HTMLElement {
     const buttons = run.steps.map((step, index) => {
         const made = element(
             "button",
-            { type: "button", class: "frame", "aria-label": `Step ${step.number}: ${stepName(step)}` },
+            {
+                type: "button",
+                class: "frame",
+                "aria-label": `Step ${step.number}: ${stepName(step)}`,
+            },
             thumbnail(session, step),
             element("span", { class: "frame-number" }, String(step.number)),
             element("span", { class: "frame-name" }, foreign(stepName(step))),

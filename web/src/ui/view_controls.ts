@@ -49,7 +49,12 @@ export function makeViewControls(view: StackView): HTMLElement {
 /** Starts to measure a distance, or ends that. */
 export function makeMeasureButton(session: Session): HTMLElement {
     const { store } = session;
-    const made = element("button", { type: "button", class: "plain with-icon" }, icon(ruler), "Distance");
+    const made = element(
+        "button",
+        { type: "button", class: "plain with-icon" },
+        icon(ruler),
+        "Distance",
+    );
     made.title = "Measure from the pin, or from the next point that is clicked";
     made.addEventListener("click", () => {
         toggleMeasuring(session);
@@ -93,7 +98,10 @@ export function makeShapeControls({ store }: Session): HTMLElement[] {
     });
     store.on(["stretch"], () => {
         const { stretch: factor } = store.state;
-        stretch.show(4 * Math.log2(factor), `× ${factor < 10 ? factor.toFixed(1) : factor.toFixed(0)}`);
+        stretch.show(
+            4 * Math.log2(factor),
+            `× ${factor < 10 ? factor.toFixed(1) : factor.toFixed(0)}`,
+        );
     });
     return [apart.root, stretch.root];
 }
@@ -104,7 +112,13 @@ function makeSlider(label: string, min: number, max: number, meaning: string) {
     const value = element("output", { class: "value short" });
     return {
         slider,
-        root: element("label", { class: "control", title: meaning }, element("span", { class: "label" }, label), slider, value),
+        root: element(
+            "label",
+            { class: "control", title: meaning },
+            element("span", { class: "label" }, label),
+            slider,
+            value,
+        ),
         show: (position: number, text: string) => {
             slider.value = String(Math.round(position));
             slider.setAttribute("aria-valuetext", text);

@@ -127,7 +127,7 @@ export class Camera {
             distance = Math.max(distance, offset.dot(back) + needed);
         }
         this.controls.target.copy(centre);
-        this.camera.position.copy(centre).addScaledVector(back, 1.12 * distance);
+        this.camera.position.copy(centre).addScaledVector(back, 1.05 * distance);
         const size = box.high.distanceTo(box.low);
         this.controls.minDistance = 0.01 * size;
         this.controls.maxDistance = 10 * size;

@@ -41,7 +41,7 @@ interface KeptMesh {
 /** What there is to draw of a stack. */
 export interface Scene {
     stack: Stack;
-    modes: ReadonlyMap<string, LayerMode>;
+    modes: ReadonlyMap<number, LayerMode>;
     cut: Cut | null;
     apart: boolean;
 }
@@ -52,7 +52,7 @@ const outline = new LineBasicMaterial({ color: 0x1b1f27, transparent: true, opac
 export class LayerObjects {
     readonly root = new Group();
     objects: LayerObject[] = [];
-    private kept = new Map<string, KeptMesh>();
+    private kept = new Map<number, KeptMesh>();
     private readonly shared: SharedUniforms;
 
     constructor(shared: SharedUniforms) {
@@ -65,10 +65,14 @@ export class LayerObjects {
         const { grid } = scene.stack;
         const layers = scene.stack.layers.filter(({ key }) => scene.modes.get(key) !== "hidden");
         const alphas = layers.map((layer) => opacity(layer, scene.modes.get(layer.key)));
-        const solids = layers.map(({ top, bottom }, i) => ({ top, bottom, opaque: alphas[i] >= 1 }));
+        const solids = layers.map(({ top, bottom }, i) => ({
+            top,
+            bottom,
+            opaque: alphas[i] >= 1,
+        }));
         const faces = findFaces(grid, solids, scene.apart);
         const corners = findWallCorners(grid, solids);
-        const kept = new Map<string, KeptMesh>();
+        const kept = new Map<number, KeptMesh>();
         layers.forEach((layer, i) => {
             const mesh = this.reuse(layer.key, solids[i], faces[i], corners) ?? {
                 solid: solids[i],
@@ -88,7 +92,7 @@ export class LayerObjects {
     }
 
     /** Takes a mesh from those of before, if it is still right. */
-    private reuse(key: string, solid: Solid, faces: Faces, corners: WallCorners): KeptMesh | null {
+    private reuse(key: number, solid: Solid, faces: Faces, corners: WallCorners): KeptMesh | null {
         const found = this.kept.get(key);
         if (
             found?.solid.top === solid.top &&

@@ -1,6 +1,7 @@
 import { Color, Scene as ThreeScene, Vector3, WebGLRenderer } from "three";
-import { keptPart, pick, type Hit, type Target } from "../stack/probe.ts";
-import { heightRange, type Grid } from "../stack/stack.ts";
+import { pick, type Hit, type Target } from "../stack/probe.ts";
+import type { Cut } from "../stack/mesh.ts";
+import { extent, heightRange, type Grid } from "../stack/stack.ts";
 import type { Place } from "../ui/state.ts";
 import { Camera, type Box, type ViewName } from "./camera.ts";
 import { FrameQuality } from "./frame_quality.ts";
@@ -34,14 +35,14 @@ export class StackView {
     constructor(canvas: HTMLCanvasElement, grid: Grid) {
         this.canvas = canvas;
         this.grid = grid;
-        this.renderer = new WebGLRenderer({ canvas, antialias: false, stencil: false });
+        this.renderer = makeRenderer(canvas);
         this.camera = new Camera(canvas, () => {
             this.requestFrame(true);
         });
         this.quality = new FrameQuality(() => {
             this.requestFrame(false);
         });
-        this.layers.root.position.set(-0.5 * grid.x[grid.columns - 1], -0.5 * grid.y[grid.rows - 1], 0);
+        this.layers.root.position.set(-extent(grid.x).middle, -extent(grid.y).middle, 0);
         this.scene.add(this.layers.root);
         canvas.addEventListener("webglcontextrestored", () => {
             this.requestFrame(false);
@@ -54,9 +55,7 @@ export class StackView {
         if (stackChanged) {
             this.bounds = heightRange(scene.stack);
         }
-        const [x, y] = keptPart(this.grid, scene.cut);
-        this.shared.keptFrom.value.set(x[0], y[0]);
-        this.shared.keptTo.value.set(x[1], y[1]);
+        this.shareCut(scene.cut);
         this.layers.show(scene);
         this.liftLayers();
         this.requestFrame(true);
@@ -139,7 +138,7 @@ export class StackView {
     }
 
     /** How far a layer is lifted, in micrometres of its heights. */
-    private liftOf(key: string | null): number {
+    private liftOf(key: number | null): number {
         return this.layers.objects.find(({ layer }) => layer.key === key)?.group.position.z ?? 0;
     }
 
@@ -153,23 +152,21 @@ export class StackView {
         return this.shown?.apart ?? false;
     }
 
-    /** Draws one frame and waits for its end. Returns how long that took, in milliseconds. */
-    measureFrame(): number {
-        const start = performance.now();
-        this.draw(this.quality.moving());
-        const context = this.renderer.getContext();
-        context.readPixels(0, 0, 1, 1, context.RGBA, context.UNSIGNED_BYTE, new Uint8Array(4));
-        return performance.now() - start;
-    }
-
-    /** How many triangles the last frame had. */
-    get triangles(): number {
-        return this.renderer.info.render.triangles;
+    /** Only the cut takes something away: walls lie exactly on the window's edges. */
+    private shareCut(cut: Cut | null): void {
+        const far = 1e9;
+        const { keptFrom, keptTo } = this.shared;
+        keptFrom.value.set(-far, -far);
+        keptTo.value.set(far, far);
+        if (cut) {
+            const plane = (cut.axis === "x" ? this.grid.x : this.grid.y)[cut.index];
+            (cut.keepsLower ? keptTo : keptFrom).value[cut.axis] = plane;
+        }
     }
 
     private liftLayers(): void {
         const { objects } = this.layers;
-        const width = Math.max(this.grid.x[this.grid.columns - 1], this.grid.y[this.grid.rows - 1]);
+        const width = Math.max(extent(this.grid.x).length, extent(this.grid.y).length);
         const span = (1.1 * this.apart * width) / this.shared.stretch.value;
         objects.forEach(({ group }, i) => {
             group.position.z = objects.length > 1 ? (span * i) / (objects.length - 1) : 0;
@@ -177,12 +174,13 @@ export class StackView {
     }
 
     private box(): Box {
-        const { x: right, y: back } = this.layers.root.position;
+        const right = 0.5 * extent(this.grid.x).length;
+        const back = 0.5 * extent(this.grid.y).length;
         const stretch = this.shared.stretch.value;
         const lift = Math.max(0, ...this.layers.objects.map(({ group }) => group.position.z));
         return {
-            low: new Vector3(right, back, this.bounds.lowest * stretch),
-            high: new Vector3(-right, -back, (this.bounds.highest + lift) * stretch),
+            low: new Vector3(-right, -back, this.bounds.lowest * stretch),
+            high: new Vector3(right, back, (this.bounds.highest + lift) * stretch),
         };
     }
 
@@ -220,5 +218,13 @@ export class StackView {
             }
         });
         this.renderer.render(this.scene, this.camera.camera);
+    }
+}
+
+function makeRenderer(canvas: HTMLCanvasElement): WebGLRenderer {
+    try {
+        return new WebGLRenderer({ canvas, antialias: false, stencil: false });
+    } catch {
+        throw new Error("This browser shows no 3D (WebGL 2 is missing or switched off).");
     }
 }

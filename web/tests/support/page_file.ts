@@ -12,6 +12,8 @@ export interface PageFacts {
     layout: string;
     cell: string;
     window: Run["window"];
+    /** Micrometres. */
+    zero: number;
     /** Whether steps have pictures. */
     pictures: boolean;
 }
@@ -51,17 +53,18 @@ class FieldWriter {
         if (fresh.length === 0) {
             return -1;
         }
-        const lowest = fresh.map((field) => field.reduce((a, b) => Math.min(a, b)));
         const parts = fresh.map((field, i) => {
             this.known.set(field, this.known.size);
-            const base = i > 0 ? fresh[i - 1].map((height) => height - lowest[i - 1]) : null;
-            const own = field.map((height) => height - lowest[i]);
-            return planes(base ? own.map((height, k) => height - base[k]) : differences(own, this.columns));
+            return planes(
+                i > 0
+                    ? field.map((height, k) => height - fresh[i - 1][k])
+                    : differences(field, this.columns),
+            );
         });
         const first = this.known.size - fresh.length;
         this.chunks.push({
             ...this.blob.add(deflateSync(Buffer.concat(parts))),
-            fields: fresh.map((_, i) => ({ base: i > 0 ? first + i - 1 : -1, lowest: lowest[i] * quantum })),
+            fields: fresh.map((_, i) => ({ base: i > 0 ? first + i - 1 : -1 })),
         });
         return this.chunks.length - 1;
     }
@@ -125,11 +128,17 @@ export function makeRun(process: MadeProcess, facts: PageFacts): { run: Run; dat
         layout: facts.layout,
         cell: facts.cell,
         window: facts.window,
-        grid: { x: places(process.columns, facts.window.dx), y: places(process.rows, facts.window.dy) },
+        grid: {
+            x: places(process.columns, facts.window.dx),
+            y: places(process.rows, facts.window.dy),
+        },
         processFile: ["settings -version 4", ...process.steps.slice(1).map(({ text }) => text)],
+        notes: [],
+        stepCount: steps.length,
         steps,
         chunks: fields.chunks,
         quantum,
+        zero: facts.zero,
     };
     return { run, data: blob.toBase64() };
 }

@@ -1,5 +1,6 @@
 /** A layer of a made-up stack; heights are multiples of the quantum. */
 export interface MadeLayer {
+    number: number;
     name: string;
     material: string;
     color: [number, number, number, number];
@@ -13,7 +14,7 @@ export interface MadeStep {
     /** The step's line of the process file. */
     text: string;
     arguments: { name: string; value: string; meaning: string }[];
-    notes: { text: string; wayOut: string; line: number }[];
+    notes: { kind: string; text: string; line: number }[];
     console: string[];
     layers: MadeLayer[];
 }
@@ -43,6 +44,7 @@ export class MadeProcess {
     readonly rows: number;
     readonly steps: MadeStep[] = [];
     private layers: MadeLayer[] = [];
+    private count = 0;
 
     constructor(columns: number, rows: number) {
         this.columns = columns;
@@ -63,17 +65,31 @@ export class MadeProcess {
     }
 
     /** A film of one thickness over everything, or where a pattern is. */
-    film(name: string, material: string, color: MadeLayer["color"], thickness: number, where: Pattern = () => true): void {
+    film(
+        name: string,
+        material: string,
+        color: MadeLayer["color"],
+        thickness: number,
+        where: Pattern = () => true,
+    ): void {
         const bottom = this.surface();
-        const top = bottom.map((height, k) => height + (this.has(where, k) ? quanta(thickness) : 0));
-        this.layers = [...this.layers, { name, material, color, top, bottom }];
+        const top = bottom.map(
+            (height, k) => height + (this.has(where, k) ? quanta(thickness) : 0),
+        );
+        this.layers = [
+            ...this.layers,
+            { number: ++this.count, name, material, color, top, bottom },
+        ];
     }
 
     /** A film that fills up to a level. */
     fill(name: string, material: string, color: MadeLayer["color"], level: number): void {
         const bottom = this.surface();
         const top = bottom.map((height) => Math.max(height, quanta(level)));
-        this.layers = [...this.layers, { name, material, color, top, bottom }];
+        this.layers = [
+            ...this.layers,
+            { number: ++this.count, name, material, color, top, bottom },
+        ];
     }
 
     /** Lowers the upper surface of a layer to a level, where a pattern is. */
@@ -83,7 +99,9 @@ export class MadeProcess {
                 return layer;
             }
             const top = layer.top.map((height, k) =>
-                this.has(where, k) ? Math.max(layer.bottom[k], Math.min(height, quanta(level))) : height,
+                this.has(where, k)
+                    ? Math.max(layer.bottom[k], Math.min(height, quanta(level)))
+                    : height,
             );
             return { ...layer, top };
         });

@@ -6,6 +6,7 @@ export const facts: PageFacts = {
     layout: "sample.gds",
     cell: "SAMPLE",
     window: { x: -1, y: 2, dx: 12, dy: 8 },
+    zero: 2,
     pictures: true,
 };
 
@@ -40,7 +41,13 @@ export function makeTransistors(columns: number, rows: number, metals: number): 
     made.record({
         name: "Gate",
         kind: "etch",
-        notes: [{ text: "The etch stops 12 nm above the field.", wayOut: "Etch deeper.", line: 6 }],
+        notes: [
+            {
+                kind: "etch-stops",
+                text: "The etch stops 12 nm above the field; etch deeper.",
+                line: 6,
+            },
+        ],
     });
     for (let level = 1; level <= metals; level++) {
         addMetal(made, level);

@@ -58,8 +58,7 @@ function volumeBetween(grid: Grid, { top, bottom }: Solid): number {
     for (let row = 0; row + 1 < grid.rows; row++) {
         for (let column = 0; column + 1 < grid.columns; column++) {
             const point = row * grid.columns + column;
-            const area =
-                (grid.x[column + 1] - grid.x[column]) * (grid.y[row + 1] - grid.y[row]);
+            const area = (grid.x[column + 1] - grid.x[column]) * (grid.y[row + 1] - grid.y[row]);
             const thickness = (k: number) => (top[k] - bottom[k]) * grid.quantum;
             const diagonal = thickness(point + 1) + thickness(point + grid.columns);
             const ends = thickness(point) + thickness(point + grid.columns + 1);
@@ -118,7 +117,8 @@ test("a level film takes a few triangles a row", () => {
 
 test("surfaces between opaque layers are left out, those next to glass or air are not", () => {
     const grid = gridOf(21, 21);
-    const count = (drawn: Uint8Array) => drawn.reduce((sum, bits) => sum + (bits & 1) + (bits >> 1), 0);
+    const count = (drawn: Uint8Array) =>
+        drawn.reduce((sum, bits) => sum + (bits & 1) + (bits >> 1), 0);
     const film = (from: number, to: number, opaque: boolean): Solid => ({
         bottom: new Int32Array(441).fill(from),
         top: new Int32Array(441).fill(to),
@@ -174,7 +174,10 @@ test("a cut face has the area of the layer in the cut and faces the side that is
                     const first = 3 * mesh.indices[i + k];
                     return [...mesh.positions.slice(first, first + 3)];
                 });
-                const [u, v] = [b.map((value, k) => value - a[k]), c.map((value, k) => value - a[k])];
+                const [u, v] = [
+                    b.map((value, k) => value - a[k]),
+                    c.map((value, k) => value - a[k]),
+                ];
                 const [m, n] = normal === 0 ? [1, 2] : [2, 0];
                 sum += 0.5 * (u[m] * v[n] - u[n] * v[m]);
             }
@@ -187,7 +190,10 @@ test("a cut face has the area of the layer in the cut and faces the side that is
                     expected += 0.5 * pitch * (solid.top[point] - solid.bottom[point]) * quantum;
                 }
             }
-            assert.ok(Math.abs(sum - (keepsLower ? 1 : -1) * expected) < 1e-5, `${axis} ${keepsLower}`);
+            assert.ok(
+                Math.abs(sum - (keepsLower ? 1 : -1) * expected) < 1e-5,
+                `${axis} ${keepsLower}`,
+            );
         }
     }
 });

@@ -16,7 +16,9 @@ const grid: Grid = {
     quantum,
 };
 
-function layersOf(made: { steps: { layers: Omit<StackLayer & { number: number }, "key">[] }[] }): StackLayer[] {
+function layersOf(made: {
+    steps: { layers: Omit<StackLayer & { number: number }, "key">[] }[];
+}): StackLayer[] {
     const { layers } = made.steps[made.steps.length - 1];
     return layers.map((layer) => ({ ...layer, key: layer.number }));
 }
@@ -38,25 +40,32 @@ test("a ray from straight above meets the highest layer at its height", () => {
     }
 });
 
-/** Where a ray first comes into a layer, by small steps. */
+/** Whether a ray is in one of the layers at a place along it. */
+function isInside(ray: Ray, targets: { layer: StackLayer; lift: number }[], t: number): boolean {
+    const [x, y, z] = [0, 1, 2].map((axis) => ray.origin[axis] + t * ray.direction[axis]);
+    const column = Math.floor(x / 0.2);
+    const row = Math.floor(y / 0.2);
+    if (column < 0 || row < 0 || column >= columns - 1 || row >= rows - 1) {
+        return false;
+    }
+    const [u, v] = [x / 0.2 - column, y / 0.2 - row];
+    const point = row * columns + column;
+    const at = (heights: Int32Array) =>
+        quantum *
+        (u + v <= 1
+            ? heights[point] * (1 - u - v) + heights[point + 1] * u + heights[point + columns] * v
+            : heights[point + columns + 1] * (u + v - 1) +
+              heights[point + 1] * (1 - v) +
+              heights[point + columns] * (1 - u));
+    return targets.some(
+        ({ layer, lift }) => z - lift < at(layer.top) && z - lift > at(layer.bottom),
+    );
+}
+
+/** Where a ray first comes into a layer, by small steps: thin ones may be passed. */
 function march(ray: Ray, targets: { layer: StackLayer; lift: number }[]): number {
     for (let t = 0; t < 40; t += 0.002) {
-        const [x, y, z] = [0, 1, 2].map((axis) => ray.origin[axis] + t * ray.direction[axis]);
-        const column = Math.floor(x / 0.2);
-        const row = Math.floor(y / 0.2);
-        if (column < 0 || row < 0 || column >= columns - 1 || row >= rows - 1) {
-            continue;
-        }
-        const [u, v] = [x / 0.2 - column, y / 0.2 - row];
-        const point = row * columns + column;
-        const at = (heights: Int32Array) =>
-            quantum *
-            (u + v <= 1
-                ? heights[point] * (1 - u - v) + heights[point + 1] * u + heights[point + columns] * v
-                : heights[point + columns + 1] * (u + v - 1) +
-                  heights[point + 1] * (1 - v) +
-                  heights[point + columns] * (1 - u));
-        if (targets.some(({ layer, lift }) => z - lift < at(layer.top) && z - lift > at(layer.bottom))) {
+        if (isInside(ray, targets, t)) {
             return t;
         }
     }
@@ -70,7 +79,11 @@ test("rays from all sides meet what a slow search meets", () => {
         for (let i = 0; i < 80; i++) {
             const to = [12 * next(), 8 * next(), 4 * next()];
             const around = 2 * Math.PI * next();
-            const from = [6 + 15 * Math.cos(around), 4 + 15 * Math.sin(around), 20 * (next() - 0.2)];
+            const from = [
+                6 + 15 * Math.cos(around),
+                4 + 15 * Math.sin(around),
+                20 * (next() - 0.2),
+            ];
             const way = to.map((value, axis) => value - from[axis]);
             const length = Math.hypot(...way);
             const [dx, dy, dz] = way.map((value) => value / length);
@@ -80,19 +93,18 @@ test("rays from all sides meet what a slow search meets", () => {
             if (hit) {
                 const z = hit.z + hit.target.lift;
                 const t = Math.hypot(hit.x - from[0], hit.y - from[1], z - from[2]);
-                // Films thinner than a step of the slow search may be passed by it.
                 assert.ok(t < expected + 0.003, `${i}: ${t} ${expected}`);
-                assert.ok(t > expected - 0.05 || expected === Infinity || isThin(hit.target.layer));
+                const behind = [1e-7, 1e-6, 1e-5, 1e-4, 1e-3].map((step) => t + step);
+                assert.ok(
+                    behind.some((place) => isInside(ray, targets, place)),
+                    `${i}: ${t}`,
+                );
             } else {
                 assert.equal(expected, Infinity);
             }
         }
     }
 });
-
-function isThin(layer: StackLayer): boolean {
-    return layer.top.every((top, k) => top - layer.bottom[k] < 40);
-}
 
 test("a ray through a cut meets the layer that the cut shows", () => {
     const targets = layers.map((layer) => ({ layer, lift: 0 }));

@@ -1,3 +1,5 @@
+import type { Picture } from "./run.ts";
+
 /** The bytes that stand in the page as base64. Only what is asked for is decoded. */
 export class PageBytes {
     private readonly text: string;
@@ -23,13 +25,16 @@ export class PageBytes {
         return result;
     }
 
-    /** An address for an image element, the same each time. */
-    imageUrl(picture: { type: string; offset: number; length: number }): string {
-        let url = this.urls.get(picture.offset);
-        if (url === undefined) {
-            const bytes = this.bytes(picture.offset, picture.length);
-            url = URL.createObjectURL(new Blob([bytes], { type: picture.type }));
-            this.urls.set(picture.offset, url);
+    /** An address for an image element, the same each time; null where the page lacks the picture. */
+    imageUrl({ type, offset, length }: Picture): string | null {
+        let url = this.urls.get(offset) ?? null;
+        if (url === null) {
+            try {
+                url = URL.createObjectURL(new Blob([this.bytes(offset, length)], { type }));
+                this.urls.set(offset, url);
+            } catch {
+                return null;
+            }
         }
         return url;
     }

@@ -227,7 +227,10 @@ export function findWallCorners(grid: Grid, solids: Solid[]): WallCorners {
             for (let column = 0; column + 1 < columns; column++) {
                 const edge = row * columns + column;
                 const behind = inner * columns + column;
-                if (heights[edge] !== heights[edge + 1] || heights[behind] !== heights[behind + 1]) {
+                if (
+                    heights[edge] !== heights[edge + 1] ||
+                    heights[behind] !== heights[behind + 1]
+                ) {
                     corners[column] = 1;
                     corners[column + 1] = 1;
                 }

@@ -221,6 +221,9 @@ function crossDiagonal(grid: Grid, ray: Ray, [column, row]: [number, number]): n
     return (1 - start) / speed;
 }
 
+/** Sheets that are nearer to each other, in micrometres, are one: no quantum is so small. */
+const leastThickness = 1e-7;
+
 /** Where a ray goes into a layer through one of its sheets within a triangle, or Infinity. */
 function crossSheets(
     grid: Grid,
@@ -245,7 +248,7 @@ function crossSheets(
             const part = start / (start - end);
             const other = sheet === "above" ? "below" : "above";
             // Inside the layer on the far side of the crossing, or it is not there.
-            if (gaps[0][other] + part * (gaps[1][other] - gaps[0][other]) < 0) {
+            if (gaps[0][other] + part * (gaps[1][other] - gaps[0][other]) < -leastThickness) {
                 nearest = Math.min(nearest, from + part * (to - from));
             }
         }

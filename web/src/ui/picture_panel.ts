@@ -20,8 +20,12 @@ export function pictureOf({ bytes }: Session, step: Step): HTMLElement {
     if (!picture) {
         return element("p", { class: "quiet" }, "This step has no picture.");
     }
+    const src = bytes.imageUrl(picture);
+    if (!src) {
+        return element("p", { class: "quiet" }, "The page was cut short: this picture is missing.");
+    }
     return element("img", {
-        src: bytes.imageUrl(picture),
+        src,
         alt: `The stack after step ${step.number}, ${stepName(step)}`,
         width: picture.width,
         height: picture.height,

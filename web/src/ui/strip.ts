@@ -58,10 +58,11 @@ function centre(root: HTMLElement, present: HTMLElement): void {
 function thumbnail({ bytes }: Session, step: Step): HTMLElement {
     const picture = step.thumbnail ?? step.picture;
     const frame = element("span", { class: "frame-picture" });
-    if (picture) {
+    const src = picture && bytes.imageUrl(picture);
+    if (src) {
         frame.append(
             element("img", {
-                src: bytes.imageUrl(picture),
+                src,
                 alt: "",
                 width: picture.width,
                 height: picture.height,

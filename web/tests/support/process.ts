@@ -116,7 +116,10 @@ export class MadeProcess {
     record(step: Partial<MadeStep> & { name: string; kind: string }): void {
         this.steps.push({
             text: `${step.kind} -name ${step.name}`,
-            arguments: [{ name: "-name", value: step.name, meaning: "name of the step" }],
+            arguments:
+                step.kind === "substrate"
+                    ? []
+                    : [{ name: "-name", value: step.name, meaning: "name of the step" }],
             notes: [],
             console: [],
             ...step,

@@ -90,6 +90,8 @@ export async function openPage(
 function countFrames(): void {
     const counted = window as unknown as { draws: number };
     counted.draws = 0;
+    // It is called with the context that it belongs to, as before.
+    // eslint-disable-next-line @typescript-eslint/unbound-method
     const clear = WebGL2RenderingContext.prototype.clear;
     WebGL2RenderingContext.prototype.clear = function (mask: number): void {
         counted.draws++;
@@ -134,7 +136,7 @@ export async function nextFrame(page: Page): Promise<void> {
 
 /** The text of an element. */
 export function textOf(page: Page, selector: string): Promise<string> {
-    return page.$eval(selector, (element) => element.textContent ?? "");
+    return page.$eval(selector, (element) => element.textContent);
 }
 
 /** The names of the layers in the panel with their heights, as the page shows them. */
@@ -144,8 +146,8 @@ export function shownLayers(
     return page.$$eval(".layers tbody tr", (rows) =>
         rows.map((row) => ({
             name: row.querySelector("bdi")?.textContent ?? "",
-            top: row.children[1].textContent ?? "",
-            thickness: row.children[2].textContent ?? "",
+            top: row.children[1].textContent,
+            thickness: row.children[2].textContent,
         })),
     );
 }

@@ -65,6 +65,11 @@ async function middleOfView(): Promise<{ x: number; y: number }> {
     return { x: box.x + box.width / 2, y: box.y + box.height / 2 };
 }
 
+/** How wide the cut is on the screen, in pixels. */
+function cutWidth(): Promise<number> {
+    return page.$eval(".cut-frame", (frame) => frame.getBoundingClientRect().width);
+}
+
 /** Where the names of the axes are: they move when the view does. */
 function pose(): Promise<string> {
     return page.$$eval(".overlay .axis", (names) =>
@@ -293,14 +298,18 @@ test("a cut shows closed faces in the layers' colours, where the data have them"
     );
     await page.click("xpath///button[text()='Front']");
     await settle(page);
+    const width = await cutWidth();
+    await page.click("[aria-label=Nearer]");
+    await page.click("[aria-label=Nearer]");
+    await settle(page);
+    assert.ok((await cutWidth()) > 1.4 * width);
     const box = await (await page.$("canvas"))?.boundingBox();
     assert.ok(box);
     const seen = new Set<string>();
-    for (let k = 0; k < 60; k++) {
-        const x = Math.floor(box.x + (0.08 + 0.014 * k) * box.width);
-        const y = Math.floor(
-            box.y + 0.5 * box.height + 0.18 * box.width * (((7 * k) % 20) / 10 - 1),
-        );
+    for (let k = 0; k < 90; k++) {
+        const x = Math.floor(box.x + (0.02 + 0.0106 * k) * box.width);
+        const across = ((7 * k) % 24) / 12 - 1;
+        const y = Math.floor(box.y + 0.5 * box.height + 0.28 * box.width * across);
         await page.mouse.move(x, y);
         await nextFrame(page);
         const words = /x (-?[\d.]+) {2}y (-?[\d.]+) µm {2}(\S+) at (-?[\d.]+) nm/.exec(
@@ -322,7 +331,7 @@ test("a cut shows closed faces in the layers' colours, where the data have them"
             layer.color[3] === 255 &&
             height < Math.min(...tops) - 60 &&
             height > Math.max(...bottoms) + 60;
-        if (isInside) {
+        if (isInside && !seen.has(layer.name)) {
             // The light on a side that faces the front, as in the pictures.
             const shade = 0.355 + 0.43 * 0.5 + 0.27 / Math.hypot(1, 0.9);
             const dark = (1 - Math.max(...layer.color.slice(0, 3)) / 255) ** 3 * 0.27 * 255;

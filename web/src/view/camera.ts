@@ -63,7 +63,7 @@ export class Camera {
 
     /** Comes nearer by a factor above 1, goes away by one below. */
     zoom(factor: number): void {
-        this.controls.dollyIn(factor);
+        this.controls.dollyIn(1 / factor);
         this.controls.update();
     }
 

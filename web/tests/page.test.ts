@@ -306,13 +306,13 @@ test("a cut shows closed faces in the layers' colours, where the data have them"
     const box = await (await page.$("canvas"))?.boundingBox();
     assert.ok(box);
     const seen = new Set<string>();
-    for (let k = 0; k < 90; k++) {
+    for (let k = 0; k < 90 && seen.size < 4; k++) {
         const x = Math.floor(box.x + (0.02 + 0.0106 * k) * box.width);
         const across = ((7 * k) % 24) / 12 - 1;
         const y = Math.floor(box.y + 0.5 * box.height + 0.28 * box.width * across);
         await page.mouse.move(x, y);
         await nextFrame(page);
-        const words = /x (-?[\d.]+) {2}y (-?[\d.]+) µm {2}(\S+) at (-?[\d.]+) nm/.exec(
+        const words = /^x (-?[\d.]+) {2}y (-?[\d.]+) µm {2}(\S+) at (-?[\d.]+) nm$/.exec(
             await textOf(page, ".where"),
         );
         if (!words || Math.abs(Number(words[2]) - (2 + (row * 8) / (rows - 1))) > 0.001) {
@@ -337,6 +337,10 @@ test("a cut shows closed faces in the layers' colours, where the data have them"
             const dark = (1 - Math.max(...layer.color.slice(0, 3)) / 255) ** 3 * 0.27 * 255;
             const expected = layer.color.slice(0, 3).map((value) => (value + dark * shade) * shade);
             const color = await colorAt(page, x, y);
+            if ((await textOf(page, ".where")) !== words.input) {
+                // A busy machine tells late what is under the pointer.
+                continue;
+            }
             assert.ok(
                 color.every((value, i) => Math.abs(value - expected[i]) < 4),
                 `${words[0]}: ${color.join()} for ${expected.join()}`,

@@ -24,8 +24,9 @@ void main() {
 #endif
     vec3 drawn = vec3(place.xy, place.z * stretch);
     vec3 n = normalize(cross(dFdx(drawn), dFdy(drawn)));
-    float under = n.z < -1e-4 ? 1.0 : 0.0;
-    n = under > 0.0 ? -n : n;
+    // What faces down is lit from above as well, but a little weaker.
+    float under = n.z < -0.02 ? 1.0 : 0.0;
+    n.z = abs(n.z);
     vec3 toLight = normalize(vec3(0.0, -1.0, 0.9));
     float sky = 0.5 + 0.5 * n.z;
     float lamp = max(dot(n, toLight), 0.0);

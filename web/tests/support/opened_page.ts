@@ -180,7 +180,8 @@ export async function colorsAlong(
 ): Promise<number[][]> {
     await settle(page);
     const clip = { x: Math.floor(x), y: Math.floor(y), width: 1, height: Math.floor(height) };
-    const shot = await page.screenshot({ encoding: "base64", clip });
+    // Without this, the browser changes the size of its window for the picture.
+    const shot = await page.screenshot({ encoding: "base64", clip, captureBeyondViewport: false });
     return page.evaluate(async (data) => {
         const bytes = Uint8Array.from(atob(data), (sign) => sign.charCodeAt(0));
         const bitmap = await createImageBitmap(new Blob([bytes], { type: "image/png" }));

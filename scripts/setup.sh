@@ -24,12 +24,13 @@ add() {
     [ "$1" != "$wanted" ] || complete=yes
 }
 add rendering "g++ cmake ninja-build dpkg-dev libfmt-dev libcli11-dev nlohmann-json3-dev \
+libtinygltf-dev \
 libpng-dev zlib1g-dev libegl-dev libgl-dev libopengl-dev libegl1 libegl-mesa0 libgl1-mesa-dri \
 libfreetype-dev libfontconfig-dev fonts-liberation" "glew libpolyclipping"
 add desktop qt6-base-dev ""
 add packages "file g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64" libpng1.6
 add tests "python3 python3-jsonschema clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev googletest \
-libgtest-dev libbenchmark-dev libxcb1-dev xvfb xauth" ""
+libgtest-dev libbenchmark-dev libxcb1-dev admesh xvfb xauth" ""
 if [ -z "$complete" ]; then
     echo "setup: $wanted is none of rendering, desktop, packages, tests" >&2
     exit 1
@@ -92,9 +93,10 @@ for source in $sources; do
     fetch_source "$source"
 done
 
-# {fmt}, CLI11 and the JSON library are used as headers alone where the target is not this machine;
+# {fmt}, CLI11, the JSON library and TinyGLTF are used as headers alone, for every target;
 # a folder that holds only links to them keeps the rest of the machine's headers out.
 mkdir -p build/third_party/include
 ln -sfn /usr/include/fmt build/third_party/include/fmt
 ln -sfn /usr/include/CLI build/third_party/include/CLI
 ln -sfn /usr/include/nlohmann build/third_party/include/nlohmann
+ln -sfn /usr/include/tiny_gltf.h build/third_party/include/tiny_gltf.h

@@ -8,7 +8,8 @@ namespace zelmo {
 
 LayerArea::LayerArea(const Layer& layer, const ShownWindow& window)
     : layer_(layer), window_(window) {
-    const auto nodes = static_cast<std::size_t>(window.cols) * static_cast<std::size_t>(window.rows);
+    const auto nodes =
+        static_cast<std::size_t>(window.cols) * static_cast<std::size_t>(window.rows);
     // Triangles, and corners of triangles of both surfaces, are numbered with 32 bits.
     if (nodes > std::numeric_limits<std::uint32_t>::max() / 16) {
         throw std::length_error("the grid is too large for a model");

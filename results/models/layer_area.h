@@ -34,8 +34,8 @@ public:
     /// Which triangles a square has (model/grid/drawn_square.h); none outside of the window. It
     /// lies to the upper right of its node.
     std::uint8_t Square(std::int32_t col, std::int32_t row) const {
-        const bool isInside = col >= 0 && row >= 0 && col < window_.cols - 1 &&
-                              row < window_.rows - 1;
+        const bool isInside =
+            col >= 0 && row >= 0 && col < window_.cols - 1 && row < window_.rows - 1;
         return isInside ? squares_[Node(col, row)] : std::uint8_t{0};
     }
 
@@ -91,7 +91,7 @@ struct SectorTriangle {
     std::uint8_t half;
 };
 constexpr SectorTriangle sectorTriangles[6] = {
-    {{0, 0}, hasFrontTriangle},  {{-1, 0}, hasBackTriangle}, {{-1, 0}, hasFrontTriangle},
+    {{0, 0}, hasFrontTriangle},  {{-1, 0}, hasBackTriangle},  {{-1, 0}, hasFrontTriangle},
     {{-1, -1}, hasBackTriangle}, {{0, -1}, hasFrontTriangle}, {{0, -1}, hasBackTriangle}};
 
 /// Whether a sector of a node has a triangle.

@@ -10,7 +10,8 @@
 namespace zelmo {
 
 /// The vertices of a layer's model. Both surfaces have one at a node; where they meet there is one
-/// for each part of the solid that ends in the node, so that none is shared by parts that only touch.
+/// for each part of the solid that ends in the node, so that none is shared by parts that only
+/// touch.
 class ModelVertices {
 public:
     explicit ModelVertices(const LayerArea& area);

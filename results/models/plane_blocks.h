@@ -17,8 +17,7 @@ struct PlaneBlocks {
     bool AreTogether(std::size_t first, std::size_t second) const {
         const auto width = static_cast<std::size_t>(cols);
         const int level = levels[first];
-        return levels[second] == level &&
-               (first % width) >> level == (second % width) >> level &&
+        return levels[second] == level && (first % width) >> level == (second % width) >> level &&
                (first / width) >> level == (second / width) >> level;
     }
 };

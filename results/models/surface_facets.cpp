@@ -114,8 +114,8 @@ void SurfaceFacets::FindCorners() {
                 isBoundary[static_cast<std::size_t>(direction)] = IsBoundary(col, row, direction);
                 const std::int32_t otherCol = col - edgeSteps[direction].col;
                 const std::int32_t otherRow = row - edgeSteps[direction].row;
-                const bool isInside = otherCol >= 0 && otherRow >= 0 &&
-                                      otherCol < area_.Cols() && otherRow < area_.Rows();
+                const bool isInside = otherCol >= 0 && otherRow >= 0 && otherCol < area_.Cols() &&
+                                      otherRow < area_.Rows();
                 isBoundary[static_cast<std::size_t>(direction) + 3] =
                     isInside && IsBoundary(otherCol, otherRow, direction);
             }

@@ -39,10 +39,9 @@ std::vector<std::uint8_t> KeptNodes(const LayerArea& area, const SurfaceFacets& 
                                     const SurfaceFacets& others) {
     std::vector<std::uint8_t> kept(area.NodeCount());
     ForNodes(area, [&](std::int32_t col, std::int32_t row) {
-        const bool isKept =
-            facets.IsCorner(col, row) ||
-            (facets.IsOnBoundary(col, row) && !area.IsThick(col, row) &&
-             (others.IsCorner(col, row) || LeadsToALoneEnd(area, col, row)));
+        const bool isKept = facets.IsCorner(col, row) ||
+                            (facets.IsOnBoundary(col, row) && !area.IsThick(col, row) &&
+                             (others.IsCorner(col, row) || LeadsToALoneEnd(area, col, row)));
         kept[area.Node(col, row)] = isKept ? 1 : 0;
     });
     return kept;
@@ -198,9 +197,9 @@ private:
             const PlanePoint& a = points[triangle[0]];
             const PlanePoint& b = points[triangle[1]];
             const PlanePoint& c = points[triangle[2]];
-            const auto twiceArea = static_cast<double>(
-                (std::int64_t{b.x} - a.x) * (std::int64_t{c.y} - a.y) -
-                (std::int64_t{b.y} - a.y) * (std::int64_t{c.x} - a.x));
+            const auto twiceArea =
+                static_cast<double>((std::int64_t{b.x} - a.x) * (std::int64_t{c.y} - a.y) -
+                                    (std::int64_t{b.y} - a.y) * (std::int64_t{c.x} - a.x));
             surface_.volumeChange +=
                 twiceArea * (Height(nodes[0]) + Height(nodes[1]) + Height(nodes[2])) / 6.0;
             surface_.triangles.push_back(nodes);

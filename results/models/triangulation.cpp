@@ -330,8 +330,7 @@ private:
             }
             Flip(edge);
             const bool touches = c == from || c == to || d == from || d == to;
-            const bool crosses =
-                !touches && (Turn(from, to, c) > 0) != (Turn(from, to, d) > 0);
+            const bool crosses = !touches && (Turn(from, to, c) > 0) != (Turn(from, to, d) > 0);
             if (crosses) {
                 crossed.emplace_back(c, d);
             } else {

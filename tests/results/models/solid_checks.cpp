@@ -131,10 +131,10 @@ std::string WhyMoved(const LayerModel& solid, const Layer& layer, const ProcessM
                      double tolerance) {
     const ShownWindow window = FindShownWindow(model.grid);
     const double spacing = layer.spacing;
-    const double x = static_cast<double>(solid.vertices.empty() ? 0.0f : window.marginCols) *
-                         spacing - static_cast<double>(model.grid.marginX);
-    const double y =
-        window.marginRows * spacing - static_cast<double>(model.grid.marginY);
+    const double x =
+        static_cast<double>(solid.vertices.empty() ? 0.0f : window.marginCols) * spacing -
+        static_cast<double>(model.grid.marginX);
+    const double y = window.marginRows * spacing - static_cast<double>(model.grid.marginY);
     for (const auto& corners : solid.triangles) {
         std::array<Vector, 3> places{};  // in cells
         for (std::size_t i = 0; i < 3; ++i) {
@@ -150,22 +150,19 @@ std::string WhyMoved(const LayerModel& solid, const Layer& layer, const ProcessM
             continue;  // a wall
         }
         const auto& surface = area > 0.0 ? layer.top : layer.bottom;
-        const auto [left, right] =
-            std::minmax({places[0][0], places[1][0], places[2][0]});
-        const auto [front, back] =
-            std::minmax({places[0][1], places[1][1], places[2][1]});
+        const auto [left, right] = std::minmax({places[0][0], places[1][0], places[2][0]});
+        const auto [front, back] = std::minmax({places[0][1], places[1][1], places[2][1]});
         for (double row = front; row <= back; row += 1.0) {
             for (double col = left; col <= right; col += 1.0) {
                 std::array<double, 3> shares{};
                 for (std::size_t i = 0; i < 3; ++i) {
-                    shares[i] =
-                        turn(places[(i + 1) % 3], places[(i + 2) % 3], col, row) / area;
+                    shares[i] = turn(places[(i + 1) % 3], places[(i + 2) % 3], col, row) / area;
                 }
                 if (*std::min_element(shares.begin(), shares.end()) < 0.0) {
                     continue;
                 }
-                const double height = shares[0] * places[0][2] + shares[1] * places[1][2] +
-                                      shares[2] * places[2][2];
+                const double height =
+                    shares[0] * places[0][2] + shares[1] * places[1][2] + shares[2] * places[2][2];
                 const double drawn = surface[window.GridIndex(static_cast<std::int32_t>(col),
                                                               static_cast<std::int32_t>(row))];
                 if (std::abs(height - drawn) * 1000.0 > tolerance + 1e-6) {

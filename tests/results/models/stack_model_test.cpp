@@ -83,8 +83,9 @@ std::unique_ptr<ProcessModel> MakeCurvedStack(std::uint32_t seed) {
             const auto y = static_cast<float>(row - 35);
             layer->bottom[cell] = 1.0f - 0.1f * bend * y * y;
             const bool isHole = col < 20 && row < 30 && col + row < 33;
-            layer->top[cell] = isHole ? layer->bottom[cell]
-                                      : 1.5f + bend * (x * x + 0.3f * x * y) + 1e-7f * random.Unit();
+            layer->top[cell] = isHole
+                                   ? layer->bottom[cell]
+                                   : 1.5f + bend * (x * x + 0.3f * x * y) + 1e-7f * random.Unit();
         }
     }
     AppendLayer(model->stack, std::move(layer));

@@ -51,8 +51,9 @@ PlaneGraph RandomGraph(TestRandom& random) {
     const auto size = static_cast<std::uint32_t>(graph.points.size());
     for (std::uint32_t i = 0; i < 3 * size; ++i) {
         const std::array<std::uint32_t, 2> edge{random.Below(size), random.Below(size)};
-        const bool isFree = std::none_of(graph.edges.begin(), graph.edges.end(),
-                                         [&](const auto& other) { return Meet(graph, edge, other); });
+        const bool isFree =
+            std::none_of(graph.edges.begin(), graph.edges.end(),
+                         [&](const auto& other) { return Meet(graph, edge, other); });
         if (edge[0] != edge[1] && isFree && !HoldsAPoint(graph, edge)) {
             graph.edges.push_back(edge);
         }

@@ -9,10 +9,13 @@ namespace {
 
 constexpr int greatestLevel = 6;
 
-/// How far the heights of a square piece leave the plane between its corners, from the lowest to
-/// the highest difference; infinite once that is more than `most`.
+/// How many triangles a piece takes, with what its neighbours need on its sides.
+constexpr float usualTriangles = 4.0f;
+
+/// Whether the heights of a square piece lie between two planes, parallel to that between its
+/// corners, that are at most `most` from each other.
 bool IsFlat(const LayerArea& area, LayerSide side, std::int32_t col, std::int32_t row,
-            std::int32_t size, double most, bool& isExact) {
+            std::int32_t size, double most) {
     const auto height = [&](std::int32_t dCol, std::int32_t dRow) -> double {
         return area.Height(side, col + dCol, row + dRow);
     };
@@ -37,45 +40,110 @@ bool IsFlat(const LayerArea& area, LayerSide side, std::int32_t col, std::int32_
             return false;
         }
     }
-    isExact = highest == lowest;
     return true;
 }
 
-/// The pieces of one level, from those of the level before.
+/// The pieces of one level, by their position: whether they are flat enough, and how many
+/// triangles they take, as far as one can tell, in the best way found so far.
 class Level {
 public:
-    Level(std::int32_t squareCols, std::int32_t squareRows)
-        : cols_(squareCols),
-          rows_(squareRows),
-          isPiece_(static_cast<std::size_t>(cols_) * static_cast<std::size_t>(rows_)) {}
+    Level(std::int32_t pieceCols, std::int32_t pieceRows)
+        : cols_(pieceCols),
+          rows_(pieceRows),
+          pieces_(static_cast<std::size_t>(cols_) * static_cast<std::size_t>(rows_)) {}
+
+    struct Piece {
+        bool isFlat = false;
+        float triangles = 0.0f;
+    };
 
     std::int32_t Cols() const { return cols_; }
     std::int32_t Rows() const { return rows_; }
-    std::uint8_t& At(std::int32_t col, std::int32_t row) {
-        return isPiece_[static_cast<std::size_t>(row) * static_cast<std::size_t>(cols_) +
-                        static_cast<std::size_t>(col)];
+    Piece& At(std::int32_t col, std::int32_t row) {
+        return pieces_[static_cast<std::size_t>(row) * static_cast<std::size_t>(cols_) +
+                       static_cast<std::size_t>(col)];
     }
 
 private:
     std::int32_t cols_;
     std::int32_t rows_;
-    std::vector<std::uint8_t> isPiece_;
+    std::vector<Piece> pieces_;
 };
 
-/// The squares at whose nodes the layer is thick enough.
-Level ThickSquares(const LayerArea& area, double least) {
+/// Tells of rows of squares, in one of both directions, that are exactly flat as a whole: they take
+/// two triangles, shared out over their squares.
+class FlatRows {
+public:
+    FlatRows(const LayerArea& area, LayerSide side, Level& squares, GridStep step)
+        : area_(area), side_(side), squares_(squares), step_(step) {}
+
+    /// Along the row or column that begins with this square.
+    void Find(std::int32_t col, std::int32_t row) {
+        std::int32_t length = IsFlat(col, row) ? 1 : 0;
+        while (col + step_.col < squares_.Cols() && row + step_.row < squares_.Rows()) {
+            const std::int32_t nextCol = col + step_.col;
+            const std::int32_t nextRow = row + step_.row;
+            const bool isFlat = IsFlat(nextCol, nextRow);
+            if (!isFlat || !Continues(col, row)) {
+                Finish(col, row, length);
+                length = 0;
+            }
+            length += isFlat ? 1 : 0;
+            col = nextCol;
+            row = nextRow;
+        }
+        Finish(col, row, length);
+    }
+
+private:
+    double Height(std::int32_t col, std::int32_t row) const {
+        return area_.Height(side_, col, row);
+    }
+    bool IsFlat(std::int32_t col, std::int32_t row) const {
+        return Height(col, row) + Height(col + 1, row + 1) ==
+               Height(col + 1, row) + Height(col, row + 1);
+    }
+    /// Whether the next square, flat as this one, lies in the same plane.
+    bool Continues(std::int32_t col, std::int32_t row) const {
+        return Height(col + step_.col, row + step_.row) - Height(col, row) ==
+               Height(col + 2 * step_.col, row + 2 * step_.row) -
+                   Height(col + step_.col, row + step_.row);
+    }
+    /// The row ends with this square.
+    void Finish(std::int32_t col, std::int32_t row, std::int32_t length) {
+        const float share = 2.0f / static_cast<float>(std::max(length, 1));
+        for (std::int32_t i = 0; i < length; ++i) {
+            float& triangles = squares_.At(col - i * step_.col, row - i * step_.row).triangles;
+            triangles = std::min(triangles, share);
+        }
+    }
+
+    const LayerArea& area_;
+    LayerSide side_;
+    Level& squares_;
+    GridStep step_;
+};
+
+/// The single squares. Pieces of them may be made where the layer is thick enough at all nodes.
+Level FindSquares(const LayerArea& area, LayerSide side, double leastThickness) {
     Level squares(area.Cols() - 1, area.Rows() - 1);
-    const auto thickness = [&](std::int32_t col, std::int32_t row) {
+    const auto isThick = [&](std::int32_t col, std::int32_t row) {
         return static_cast<double>(area.Height(LayerSide::Top, col, row)) -
-               static_cast<double>(area.Height(LayerSide::Bottom, col, row));
+                   static_cast<double>(area.Height(LayerSide::Bottom, col, row)) >
+               leastThickness;
     };
     for (std::int32_t row = 0; row < squares.Rows(); ++row) {
         for (std::int32_t col = 0; col < squares.Cols(); ++col) {
-            const bool isThick = thickness(col, row) > least && thickness(col + 1, row) > least &&
-                                 thickness(col, row + 1) > least &&
-                                 thickness(col + 1, row + 1) > least;
-            squares.At(col, row) = isThick ? 1 : 0;
+            const bool isFlat = isThick(col, row) && isThick(col + 1, row) &&
+                                isThick(col, row + 1) && isThick(col + 1, row + 1);
+            squares.At(col, row) = {isFlat, 2.0f};
         }
+    }
+    for (std::int32_t row = 0; row < squares.Rows(); ++row) {
+        FlatRows(area, side, squares, {1, 0}).Find(0, row);
+    }
+    for (std::int32_t col = 0; col < squares.Cols(); ++col) {
+        FlatRows(area, side, squares, {0, 1}).Find(col, 0);
     }
     return squares;
 }
@@ -90,30 +158,39 @@ void MarkSquares(PlaneBlocks& blocks, std::int32_t col, std::int32_t row, int le
 
 }  // namespace
 
+/// What a piece's four parts are together.
+Level::Piece Together(Level& parts, std::int32_t col, std::int32_t row) {
+    Level::Piece together{true, 0.0f};
+    for (const auto& [dCol, dRow] : {GridStep{0, 0}, {1, 0}, {0, 1}, {1, 1}}) {
+        const Level::Piece& part = parts.At(2 * col + dCol, 2 * row + dRow);
+        together.isFlat = together.isFlat && part.isFlat;
+        together.triangles += part.triangles;
+    }
+    return together;
+}
+
 PlaneBlocks FindPlaneBlocks(const LayerArea& area, LayerSide side, double bound) {
     PlaneBlocks blocks{std::vector<std::uint8_t>(area.NodeCount()), area.Cols()};
     if (!(bound > 0.0) || area.IsInverted()) {
         return blocks;
     }
-    Level before = ThickSquares(area, 4.0 * bound);
+    Level parts = FindSquares(area, side, 4.0 * bound);
     for (int level = 1; level <= greatestLevel; ++level) {
         const std::int32_t size = 1 << level;
-        Level pieces(before.Cols() / 2, before.Rows() / 2);
+        Level pieces(parts.Cols() / 2, parts.Rows() / 2);
         for (std::int32_t row = 0; row < pieces.Rows(); ++row) {
             for (std::int32_t col = 0; col < pieces.Cols(); ++col) {
-                bool isExact = false;
-                if (before.At(2 * col, 2 * row) != 0 && before.At(2 * col + 1, 2 * row) != 0 &&
-                    before.At(2 * col, 2 * row + 1) != 0 &&
-                    before.At(2 * col + 1, 2 * row + 1) != 0 &&
-                    IsFlat(area, side, col * size, row * size, size, 2.0 * bound, isExact)) {
-                    pieces.At(col, row) = 1;
-                    if (!isExact) {
-                        MarkSquares(blocks, col * size, row * size, level);
-                    }
+                Level::Piece& piece = pieces.At(col, row);
+                piece = Together(parts, col, row);
+                piece.isFlat =
+                    piece.isFlat && IsFlat(area, side, col * size, row * size, size, 2.0 * bound);
+                if (piece.isFlat && piece.triangles > usualTriangles) {
+                    piece.triangles = usualTriangles;
+                    MarkSquares(blocks, col * size, row * size, level);
                 }
             }
         }
-        before = std::move(pieces);
+        parts = std::move(pieces);
     }
     return blocks;
 }

@@ -22,9 +22,10 @@ struct PlaneBlocks {
     }
 };
 
-/// The largest pieces whose heights lie within `bound` micrometres of a plane, but for those that
-/// are exactly flat. The layer is more than four times the bound thick at all of their nodes: so no
-/// surface that stays within twice the bound touches the other one.
+/// The largest pieces whose heights lie within `bound` micrometres of a plane, but for what is
+/// exactly flat already, as a whole piece or over long rows. The layer is more than four times the
+/// bound thick at all of their nodes: so no surface that stays within twice the bound touches the
+/// other one.
 PlaneBlocks FindPlaneBlocks(const LayerArea& area, LayerSide side, double bound);
 
 }  // namespace zelmo

@@ -28,7 +28,7 @@ LayerSurfaces FittedSurfaces(const LayerArea& area, const ModelAccuracy& accurac
     double bound = accuracy.tolerance / 2.0 / nanometresPerMicrometre;
     const double most = accuracy.VolumeShare() * std::abs(area.Volume());
     // More than a few times that over all of the layer is not likely to be balanced elsewhere.
-    constexpr double usualBalance = 3.0;
+    constexpr double usualBalance = 10.0;
     bound = std::min(bound, usualBalance * most / area.Extent());
     constexpr int attempts = 4;
     for (int attempt = 0; attempt < attempts; ++attempt) {

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <limits>
+#include <utility>
 
 namespace zelmo {
 
@@ -12,10 +14,10 @@ constexpr int greatestLevel = 6;
 /// How many triangles a piece takes, with what its neighbours need on its sides.
 constexpr float usualTriangles = 4.0f;
 
-/// Whether the heights of a square piece lie between two planes, parallel to that between its
-/// corners, that are at most `most` from each other.
-bool IsFlat(const LayerArea& area, LayerSide side, std::int32_t col, std::int32_t row,
-            std::int32_t size, double most) {
+/// How far two planes, parallel to that between the corners of a square piece, are from each other
+/// that hold all of its heights between them; infinite if that is more than `most`.
+double SpreadOf(const LayerArea& area, LayerSide side, std::int32_t col, std::int32_t row,
+                std::int32_t size, double most) {
     const auto height = [&](std::int32_t dCol, std::int32_t dRow) -> double {
         return area.Height(side, col + dCol, row + dRow);
     };
@@ -37,10 +39,10 @@ bool IsFlat(const LayerArea& area, LayerSide side, std::int32_t col, std::int32_
             highest = std::max(highest, difference);
         }
         if (highest - lowest > most) {
-            return false;
+            return std::numeric_limits<double>::infinity();
         }
     }
-    return true;
+    return highest - lowest;
 }
 
 /// The pieces of one level, by their position: whether they are flat enough, and how many
@@ -182,11 +184,15 @@ PlaneBlocks FindPlaneBlocks(const LayerArea& area, LayerSide side, double bound)
             for (std::int32_t col = 0; col < pieces.Cols(); ++col) {
                 Level::Piece& piece = pieces.At(col, row);
                 piece = Together(parts, col, row);
-                piece.isFlat =
-                    piece.isFlat && IsFlat(area, side, col * size, row * size, size, 2.0 * bound);
+                const double most = 2.0 * bound;
+                const double spread =
+                    piece.isFlat ? SpreadOf(area, side, col * size, row * size, size, most) : most;
+                piece.isFlat = piece.isFlat && spread <= most;
                 if (piece.isFlat && piece.triangles > usualTriangles) {
                     piece.triangles = usualTriangles;
-                    MarkSquares(blocks, col * size, row * size, level);
+                    if (spread > 0.0) {
+                        MarkSquares(blocks, col * size, row * size, level);
+                    }
                 }
             }
         }

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "batch/dump_warner.h"
+#include "batch/model_writer.h"
 #include "batch/note_listener.h"
 #include "batch/note_teller.h"
 #include "batch/options.h"
@@ -60,6 +61,9 @@ Listeners MakeListeners(const BatchOptions& given,
     if (options.pictures) {
         listeners.push_back(
             std::make_unique<PictureSaver>(options, assetFolders, tell, files, lists.pictures));
+    }
+    if (options.model.file) {
+        listeners.push_back(std::make_unique<ModelWriter>(options, tell, files));
     }
     if (options.numbers.summary) {
         listeners.push_back(std::make_unique<SummaryWriter>(options, assetFolders));

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "batch/model_choice.h"
 #include "batch/number_choice.h"
 #include "command_line/command_end.h"
 #include "pictures/picture_files.h"
@@ -28,6 +29,7 @@ struct BatchOptions {
     ViewChoice view;                              ///< in place of what the process file says
     std::string steps;  ///< those of pictures and numbers (ChooseSteps); empty: all
     NumberChoice numbers;
+    ModelChoice model;
     bool overwrite = false;  ///< what an earlier run left in the output folder
     PictureFormat format = pictureFormats[0];
     NoteChoice notes;

@@ -8,6 +8,7 @@
 #include "base/text.h"
 #include "batch/options.h"
 #include "batch/run_record.h"
+#include "batch/safe_file_name.h"
 #include "batch/window_places.h"
 #include "command_line/reasons.h"
 #include "model/process_model.h"
@@ -107,15 +108,8 @@ std::wstring SectionWriter::FileName(std::size_t index, std::size_t cut,
                                      const wchar_t* extension) const {
     const auto number = static_cast<std::int32_t>(index) + 1;
     const std::wstring picture = StepImageName(number, descriptions_[index]);
-    std::wstring name = SavedImageName(
-        index + 1, picture + WideFromUtf8(fmt::format(" cut {}", cut + 1)), extension);
-    for (wchar_t& character : name) {
-        // The same names on every platform.
-        const bool isRefused = character < 0x20 || character == 0x7F ||
-                               std::wstring_view(L"/\\:*?\"<>|").find(character) != name.npos;
-        character = isRefused ? L'_' : character;
-    }
-    return name;
+    return SafeFileName(SavedImageName(
+        index + 1, picture + WideFromUtf8(fmt::format(" cut {}", cut + 1)), extension));
 }
 
 std::vector<std::wstring> SectionWriter::FileNames(bool ofAll) const {

@@ -17,6 +17,19 @@ target_include_directories(zelmo_cli11 SYSTEM INTERFACE ${THIRD_PARTY}/include)
 add_library(zelmo_json INTERFACE)
 target_include_directories(zelmo_json SYSTEM INTERFACE ${THIRD_PARTY}/include)
 
+# TinyGLTF, whose header holds its sources; nothing of it touches files or decodes pictures
+set(TINYGLTF_FILE ${CMAKE_BINARY_DIR}/third_party/tiny_gltf.cpp)
+file(CONFIGURE OUTPUT ${TINYGLTF_FILE} CONTENT
+"#define TINYGLTF_IMPLEMENTATION
+#include <fstream>
+#include <tiny_gltf.h>
+")
+add_library(zelmo_tinygltf STATIC ${TINYGLTF_FILE})
+target_include_directories(zelmo_tinygltf SYSTEM PUBLIC ${THIRD_PARTY}/include)
+target_compile_definitions(zelmo_tinygltf PUBLIC
+    TINYGLTF_NO_FS TINYGLTF_NO_STB_IMAGE TINYGLTF_NO_STB_IMAGE_WRITE TINYGLTF_NO_EXTERNAL_IMAGE)
+target_compile_options(zelmo_tinygltf PRIVATE -w)
+
 # GLEW, compiled here so that it finds its entry points through EGL where there is no display
 add_library(zelmo_glew STATIC ${THIRD_PARTY}/glew/src/glew.c)
 target_include_directories(zelmo_glew SYSTEM PUBLIC ${THIRD_PARTY}/glew/include)

@@ -81,6 +81,7 @@ LIBRARIES = [
     ("fmt/*", ["*"]),
     ("CLI/*", ["command_line", "batch", "layout_tool"]),
     ("nlohmann/*", ["results", "batch", "layout_tool"]),
+    ("tiny_gltf.h", ["results"]),
     ("png.h", ["pictures"]),
     ("zlib.h", ["gds"]),
     ("clipper.hpp", ["model/mask"]),

@@ -25,6 +25,7 @@ add() {
     [ "$1" != "$wanted" ] || complete=yes
 }
 add rendering "g++ cmake ninja-build dpkg-dev libfmt-dev libcli11-dev nlohmann-json3-dev \
+libtinygltf-dev \
 libpng-dev zlib1g-dev libegl-dev libgl-dev libopengl-dev libegl1 libegl-mesa0 libgl1-mesa-dri \
 libfreetype-dev libfontconfig-dev fonts-liberation" "glew libpolyclipping"
 # Node as Debian has it, or another one that is there already.
@@ -34,7 +35,7 @@ command -v npm > /dev/null || node="nodejs npm"
 add desktop qt6-base-dev ""
 add packages "file g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64" libpng1.6
 add tests "python3 python3-jsonschema clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev googletest \
-libgtest-dev libbenchmark-dev libxcb1-dev xvfb xauth chromium" ""
+libgtest-dev libbenchmark-dev libxcb1-dev admesh xvfb xauth chromium" ""
 if [ -z "$complete" ]; then
     echo "setup: $wanted is none of rendering, pages, desktop, packages, tests" >&2
     exit 1
@@ -97,12 +98,13 @@ for source in $sources; do
     fetch_source "$source"
 done
 
-# {fmt}, CLI11 and the JSON library are used as headers alone where the target is not this machine;
+# {fmt}, CLI11, the JSON library and TinyGLTF are used as headers alone, for every target;
 # a folder that holds only links to them keeps the rest of the machine's headers out.
 mkdir -p build/third_party/include
 ln -sfn /usr/include/fmt build/third_party/include/fmt
 ln -sfn /usr/include/CLI build/third_party/include/CLI
 ln -sfn /usr/include/nlohmann build/third_party/include/nlohmann
+ln -sfn /usr/include/tiny_gltf.h build/third_party/include/tiny_gltf.h
 
 # What the page's script is bundled from, and with the tests what checks and drives it: the very
 # versions of the lock file. A copy of that file tells for what the packages were installed.

@@ -10,6 +10,7 @@
 
 #include "base/conversions.h"
 #include "base/row_bands.h"
+#include "model/grid/drawn_square.h"
 #include "render/mesh/mesh_lanes.h"
 #include "render/mesh/mesh_numbers.h"
 #include "render/mesh/mesh_window.h"
@@ -159,9 +160,7 @@ private:
             const std::uint8_t* f = front.data();
             const std::uint8_t* b = back.data();
             for (std::size_t i = 0; i < squaresPerRow_; ++i) {
-                const unsigned diagonal = f[i + 1] | b[i];
-                squares[i] =
-                    static_cast<std::uint8_t>((diagonal | f[i]) | ((diagonal | b[i + 1]) << 1));
+                squares[i] = DrawnTriangles(f[i], f[i + 1], b[i], b[i + 1]);
             }
         }
     }

@@ -5,6 +5,7 @@
 #include <limits>
 #include <vector>
 
+#include "model/grid/drawn_square.h"
 #include "render/mesh/mesh_window.h"
 
 // How the vertices of a layer's mesh are numbered: by first use in the order of its triangles,
@@ -16,10 +17,7 @@
 
 namespace zelmo {
 
-/// What a square of a mesh has, as bits. Other bits of a square's byte are its user's own.
-constexpr std::uint8_t hasFrontTriangle = 1;  ///< its lower left half
-constexpr std::uint8_t hasBackTriangle = 2;   ///< its upper right half
-constexpr std::uint8_t hasSquare = hasFrontTriangle | hasBackTriangle;
+// Squares are bytes (model/grid/drawn_square.h) whose other bits are their user's own.
 
 constexpr std::uint32_t unnumbered = std::numeric_limits<std::uint32_t>::max();
 

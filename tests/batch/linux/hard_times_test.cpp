@@ -62,6 +62,17 @@ TEST_F(HardTimesTest, TheProgramStartsWithoutAnyGlLibrary) {
     }
 }
 
+TEST_F(HardTimesTest, ADiskThatTakesNoModelIsToldAndKeepsNone) {
+    for (const char* file : {"s.glb", "s.stl"}) {
+        // The model of a step needs more than 1 KiB.
+        const Ended ended = RunAfter("ulimit -f 2", {"--no-pictures", "--no-notes", "square.gds",
+                                                     "flow.txt", "--export", file});
+        ExpectRefusal(ended, 5, {file, "could not be written", "File too large"});
+        EXPECT_FALSE(std::filesystem::exists(InFolder(file)));
+        EXPECT_NE(ended.output.find("All process steps completed"), std::string::npos);
+    }
+}
+
 TEST_F(HardTimesTest, ADiskThatTakesNoPictureIsToldForEachAndKeepsNone) {
     for (const char* format : {"bmp", "png"}) {
         // Files of at most 2 KiB: no picture fits.

@@ -175,6 +175,20 @@ TEST_F(WatchTest, BeginsWithAFaultyFile) {
     ExpectFresh();
 }
 
+TEST_F(WatchTest, WritesTheModelAnewWhenTheStackHasChanged) {
+    WriteProcess(Film(1, 100));
+    Start({"--format", "bmp", "--export", "stack.stl"});
+    ExpectFresh();
+    const std::string before = FileText("stack.stl");
+    WriteProcess(Film(1, 100) + Film(2, 400));
+    ExpectFresh();
+    EXPECT_TRUE(WaitUntil([&] { return FileText("stack.stl") != before; }));
+    EXPECT_EQ(Interrupt(), 0);
+    const std::string watched = FileText("stack.stl");
+    ASSERT_EQ(Run({"square.gds", "flow.txt", "--no-pictures", "--export", "fresh.stl"}).status, 0);
+    EXPECT_TRUE(watched == FileText("fresh.stl"));
+}
+
 TEST_F(WatchTest, ComesToTheLastOfManyRapidSaves) {
     Start({"--format", "bmp"});
     for (int round = 0; round < 3; ++round) {

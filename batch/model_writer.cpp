@@ -1,0 +1,138 @@
+#include "batch/model_writer.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <exception>
+#include <new>
+#include <system_error>
+#include <utility>
+
+#include "base/text.h"
+#include "batch/options.h"
+#include "batch/run_record.h"
+#include "batch/safe_file_name.h"
+#include "batch/unfinished_files.h"
+#include "command_line/reasons.h"
+#include "command_line/whole_file.h"
+#include "model/process_model.h"
+#include "pictures/step_image.h"
+#include "process_run/step_choice.h"
+#include "results/models/model_files.h"
+
+namespace zelmo {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// "005 Hole etching"
+std::wstring NameOfStep(const ProcessStep& step, std::size_t index) {
+    return StepImageName(static_cast<std::int32_t>(index) + 1, step.description);
+}
+
+/// "stack.glb" becomes "stack 005 Hole etching.glb".
+fs::path WithStep(const fs::path& file, const std::wstring& step) {
+    fs::path name = file.stem();
+    name += PathFromText(SafeFileName(L" " + step));
+    name += file.extension();
+    return file.parent_path() / name;
+}
+
+}  // namespace
+
+const ModelFormat* FormatOfModel(const fs::path& file) {
+    std::string extension = TextOf(file.extension());
+    std::transform(extension.begin(), extension.end(), extension.begin(), [](char letter) {
+        return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+    });
+    for (const ModelFormat& format : modelFormats) {
+        if (extension == fmt::format(".{}", format.extension)) {
+            return &format;
+        }
+    }
+    return nullptr;
+}
+
+ModelWriter::ModelWriter(const BatchOptions& options, std::function<void(const std::string&)> tell,
+                         UnfinishedFiles& files)
+    : choice_(options.model),
+      steps_(options.steps),
+      overwrite_(options.overwrite),
+      tell_(std::move(tell)),
+      files_(files) {}
+
+std::vector<bool> ModelWriter::ChosenSteps(const std::vector<ProcessStep>& steps) const {
+    return ChooseSteps(steps_.empty() ? "last" : steps_, steps).chosen;
+}
+
+Outcome ModelWriter::Begin(const ProcessModel& model) {
+    const std::vector<bool> chosen = ChosenSteps(model.steps);
+    const auto count = std::count(chosen.begin(), chosen.end(), true);
+    targets_.assign(chosen.size(), {});
+    for (std::size_t index = 0; index < chosen.size(); ++index) {
+        if (!chosen[index]) {
+            continue;
+        }
+        fs::path& target = targets_[index];
+        target = count == 1 ? *choice_.file
+                            : WithStep(*choice_.file, NameOfStep(model.steps[index], index));
+        std::error_code ignored;
+        if (!overwrite_ && fs::exists(target, ignored)) {
+            return {ExitStatus::Other,
+                    fmt::format("the model {} exists already and is kept; nothing was run "
+                                "(--overwrite replaces it)",
+                                TextOf(target))};
+        }
+        if (const std::string reason = WhyNotWritable(target); !reason.empty()) {
+            return {ExitStatus::Other, reason};
+        }
+    }
+    return {};
+}
+
+Outcome ModelWriter::Restart(const ProcessModel& model, std::size_t first) {
+    missing_.erase(missing_.lower_bound(first), missing_.end());
+    return Begin(model);
+}
+
+/// Makes and writes the model of a step; the reason if there is none now.
+std::string ModelWriter::WhyNotWritten(const ProcessModel& model, std::size_t index) const {
+    const fs::path& target = targets_[index];
+    std::string reason;
+    try {
+        const StackModel stack = MakeStackModel(model, choice_.accuracy);
+        if (stack.failure.empty()) {
+            const ModelFormat& format = *FormatOfModel(*choice_.file);
+            const std::string name = Utf8FromWide(NameOfStep(model.steps[index], index));
+            const auto write = [&](std::FILE* file) { return format.write(stack, name, file); };
+            const UnfinishedFiles::Writing writing(files_);
+            return overwrite_ ? WriteWholeFile(target, write) : WriteNewFile(target, write);
+        }
+        reason = stack.failure;
+    } catch (const std::bad_alloc&) {
+        reason = "there is not enough memory; fewer grid columns need less";
+    } catch (const std::exception& error) {
+        reason = error.what();
+    }
+    return fmt::format("the model {} could not be made: {}", TextOf(target), reason);
+}
+
+Outcome ModelWriter::AfterStep(const ProcessModel& model, std::size_t index,
+                               RunRecord& /*record*/) {
+    if (!targets_.at(index).empty()) {
+        if (const std::string reason = WhyNotWritten(model, index); !reason.empty()) {
+            tell_(reason);
+            missing_.insert(index);
+        }
+    }
+    return {};
+}
+
+Outcome ModelWriter::Finish(RunRecord& /*record*/, bool /*complete*/) {
+    return missing_.empty() ? Outcome{} : Outcome{ExitStatus::Other, {}};
+}
+
+}  // namespace zelmo

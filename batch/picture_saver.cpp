@@ -61,6 +61,7 @@ PictureSaver::PictureSaver(const BatchOptions& options, std::vector<fs::path> as
     : assetFolders_(std::move(assetFolders)),
       tell_(std::move(tell)),
       folder_{options.output.value(), options.format, options.overwrite},
+      picture_(options.picture),
       steps_(options.steps),
       list_(std::move(list)),
       files_(&files) {}
@@ -104,7 +105,8 @@ Outcome PictureSaver::AfterStep(const ProcessModel& model, std::size_t index, Ru
     std::string problem;
     std::optional<std::string> hopeless;
     try {
-        image = studio_->TakePicture(model, model.steps[index], ImageNumber(index), &problem);
+        image =
+            studio_->TakePicture(model, model.steps[index], ImageNumber(index), picture_, &problem);
     } catch (const std::bad_alloc&) {
         hopeless = "there is not enough memory";
     } catch (const std::exception& error) {

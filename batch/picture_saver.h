@@ -59,6 +59,7 @@ private:
     std::unique_ptr<GlContext> context_;  ///< the studio goes while it is current
     std::unique_ptr<Studio> studio_;
     PictureFolder folder_;
+    PictureChoice picture_;
     std::string steps_;                  ///< as they were asked for
     std::vector<bool> chosen_;           ///< of them, by step
     std::shared_ptr<PictureList> list_;  ///< or null

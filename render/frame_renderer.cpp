@@ -28,15 +28,10 @@ GLint UniformLocation(const ShaderProgram& shader, const char* name) {
     return glGetUniformLocation(shader.Program(), name);
 }
 
-/// Makes the shader current, with the camera's transform.
-void UseShader(const ShaderProgram& shader, const Camera& camera) {
+/// Makes the shader current, with this transform.
+void UseShader(const ShaderProgram& shader, const Matrix4& transform) {
     glUseProgram(shader.Program());
-    glUniformMatrix4fv(UniformLocation(shader, "transform"), 1, GL_FALSE, camera.transform.data());
-}
-
-void SetLight(const ShaderProgram& shader, float windowWidth) {
-    glUniform3fv(UniformLocation(shader, "lightColor"), 1, lightColor.data());
-    glUniform3fv(UniformLocation(shader, "lightPos"), 1, LightPosition(windowWidth).data());
+    glUniformMatrix4fv(UniformLocation(shader, "transform"), 1, GL_FALSE, transform.data());
 }
 
 /// The view keeps the camera's aspect, to the right of the legend and centred vertically.
@@ -56,7 +51,7 @@ void DrawMarkers(const ProcessModel& model, const StackUploads& uploads, const C
     if (!shader.IsUsable()) {
         return;
     }
-    UseShader(shader, camera);
+    UseShader(shader, camera.transform);
     glBindVertexArray(uploads.markerVertices.Array());
     glDrawArrays(GL_POINTS, 0, ShownMarkerCount(model.settings, uploads.markers));
     glBindVertexArray(0);
@@ -65,10 +60,15 @@ void DrawMarkers(const ProcessModel& model, const StackUploads& uploads, const C
 
 }  // namespace
 
+void UseSurfaceShader(const ShaderProgram& shader, const Matrix4& transform, float windowWidth) {
+    UseShader(shader, transform);
+    glUniform3fv(UniformLocation(shader, "lightColor"), 1, lightColor.data());
+    glUniform3fv(UniformLocation(shader, "lightPos"), 1, LightPosition(windowWidth).data());
+}
+
 void RenderFrame(const ProcessModel& model, const StackUploads& uploads, const Camera& camera,
                  const PictureTools& tools, std::int32_t width, std::int32_t height) {
-    UseShader(tools.surfaceShader, camera);
-    SetLight(tools.surfaceShader, model.settings.windowWidth);
+    UseSurfaceShader(tools.surfaceShader, camera.transform, model.settings.windowWidth);
     glClearColor(1.0f, 1.0f, 1.0f, 1.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 

@@ -87,6 +87,10 @@ void LayerRenderer::DrawLayer(std::size_t slot, const Layer& layer, bool isLast)
     } else {
         DrawMesh(*mesh);
     }
+    if (const UploadedMesh* const walls = FindWalls(uploads_, layer); walls != nullptr) {
+        glBindVertexArray(walls->VertexArray());
+        DrawMesh(*walls);
+    }
     glBindVertexArray(0);
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
 }

@@ -38,6 +38,7 @@ struct BatchOptions {
     bool checkOnly = false;
     bool pictures = true;
     PictureChoice picture;                        ///< how they are drawn
+    bool sameSize = false;                        ///< with room for the highest stack, all of them
     std::optional<std::filesystem::path> assets;  ///< none: where the program's own are
     bool quiet = false;
 };

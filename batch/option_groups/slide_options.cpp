@@ -1,18 +1,18 @@
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <charconv>
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
-#include <system_error>
 
 #include <CLI/CLI.hpp>
 
 #include "batch/option_groups/option_group.h"
 #include "batch/options.h"
+#include "command_line/number_argument.h"
 
 namespace zelmo {
 
@@ -25,33 +25,16 @@ constexpr double upright = 90.0;
 constexpr double mostThin = 1e6;
 constexpr double nanometresPerMicrometre = 1000.0;
 
-/// The whole text as a finite number.
-template <typename Number>
-std::optional<Number> ReadWhole(std::string_view text) {
-    Number value{};
-    const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, value);
-    const bool isNumber =
-        error == std::errc() && stop == end && std::isfinite(static_cast<double>(value));
-    return isNumber ? std::optional(value) : std::nullopt;
-}
-
-/// Takes a text up to the next comma off its front.
-std::string_view TakePiece(std::string_view& text) {
-    const std::size_t comma = text.find(',');
-    const std::string_view piece = text.substr(0, comma);
-    text = comma == std::string_view::npos ? std::string_view() : text.substr(comma + 1);
-    return piece;
-}
-
 std::optional<ViewDirection> ReadView(std::string_view text) {
-    const auto commas = std::count(text.begin(), text.end(), ',');
-    const std::optional<double> azimuth = ReadWhole<double>(TakePiece(text));
-    const std::optional<double> elevation = ReadWhole<double>(TakePiece(text));
-    const bool isParallel = commas == 2 && text == "parallel";
-    const bool fits = azimuth && elevation && std::abs(*azimuth) <= fullTurn &&
-                      std::abs(*elevation) <= upright && (commas == 1 || isParallel);
-    return fits ? std::optional(ViewDirection{*azimuth, *elevation, isParallel}) : std::nullopt;
+    constexpr std::string_view parallel = ",parallel";
+    const bool isParallel = text.ends_with(parallel);
+    if (isParallel) {
+        text.remove_suffix(parallel.size());
+    }
+    std::array<double, 2> angles{};
+    const bool fits = ReadNumbers(text, std::span(angles)) && std::abs(angles[0]) <= fullTurn &&
+                      std::abs(angles[1]) <= upright;
+    return fits ? std::optional(ViewDirection{angles[0], angles[1], isParallel}) : std::nullopt;
 }
 
 class SlideOptions : public OptionGroup {
@@ -63,6 +46,8 @@ public:
             ->type_name("PIXELS");
         app.add_flag("--smooth", picture_.smooth,
                      "Edges without stairs: each pixel is the mean of 4 by 4");
+        app.add_flag("--same-size", sameSize_,
+                     "All pictures of one size and scale, with room for the highest stack");
         app.add_option("--view", view_,
                        "Look from there, in degrees: around the window (0 from the front, 90 from "
                        "the right) and above the horizon; \"parallel\" without perspective, so "
@@ -92,6 +77,7 @@ public:
             failure = "--transparent needs pictures of the format png, the only one with opacity";
         }
         options.picture = picture_;
+        options.sameSize = sameSize_;
         return failure;
     }
 
@@ -100,7 +86,7 @@ private:
         if (app.count("--width") == 0) {
             return {};
         }
-        const std::optional<std::int32_t> width = ReadWhole<std::int32_t>(width_);
+        const std::optional<std::int32_t> width = ReadNumber<std::int32_t>(width_);
         if (!width || *width < leastWidth || *width > mostWidth) {
             return fmt::format("--width: \"{}\" is no whole number of pixels from {} to {}", width_,
                                leastWidth, mostWidth);
@@ -130,7 +116,7 @@ private:
         if (app.count("--thin") == 0) {
             return {};
         }
-        const std::optional<double> thickness = ReadWhole<double>(thin_);
+        const std::optional<double> thickness = ReadNumber<double>(thin_);
         if (!thickness || !(*thickness > 0.0) || *thickness > mostThin) {
             return fmt::format("--thin: \"{}\" is no number of nanometres above 0, up to 1000000",
                                thin_);
@@ -140,6 +126,7 @@ private:
     }
 
     PictureChoice picture_;
+    bool sameSize_ = false;
     std::string width_;
     std::string view_;
     std::string thin_;

@@ -29,6 +29,14 @@ std::int32_t Rounded(double length) {
     return TruncateToI32(std::round(length));
 }
 
+/// Grows a box to hold another one.
+void Hold(PixelPoint& lowerLeft, PixelPoint& upperRight, const PixelPoint& otherLowerLeft,
+          const PixelPoint& otherUpperRight) {
+    lowerLeft = {std::min(lowerLeft.x, otherLowerLeft.x), std::min(lowerLeft.y, otherLowerLeft.y)};
+    upperRight = {std::max(upperRight.x, otherUpperRight.x),
+                  std::max(upperRight.y, otherUpperRight.y)};
+}
+
 }  // namespace
 
 SlideLayout LayOutSlide(const PictureChoice& choice, const ProcessSettings& settings, double aspect,
@@ -97,6 +105,37 @@ PixelPoint Projector::At(const Vector3& position) const {
     const double scale = w != 0.0 ? 1.0 / w : 1.0;
     return {(row(0) * scale + 1.0) * view.width * 0.5 + view.left,
             (row(1) * scale + 1.0) * view.height * 0.5 + view.bottom};
+}
+
+PixelRect FindContents(const SlideLayout& layout, const PictureChoice& choice,
+                       const ProcessSettings& settings, const Projector& projector,
+                       const Vector3& box) {
+    const double unit = layout.unit;
+    PixelPoint lowerLeft{static_cast<double>(layout.width), static_cast<double>(layout.height)};
+    PixelPoint upperRight{};
+    for (unsigned corner = 0; corner < 8; ++corner) {
+        const PixelPoint at =
+            projector.At({(corner & 1) != 0 ? box[0] : 0.0f, (corner & 2) != 0 ? box[1] : 0.0f,
+                          (corner & 4) != 0 ? box[2] : 0.0f});
+        Hold(lowerLeft, upperRight, at, at);
+    }
+    const double beside = choice.scale ? bandBesideWithBars * unit : 0.0;
+    lowerLeft = {lowerLeft.x - beside, lowerLeft.y - bandBelow * unit};
+    upperRight = {upperRight.x + beside,
+                  upperRight.y + (settings.showHeights ? bandAboveWithLabels * unit : 0.0)};
+    const double margin = legendMargin * unit;
+    if (layout.legendWidth > 0) {
+        Hold(lowerLeft, upperRight, {margin, margin},
+             {static_cast<double>(layout.legendWidth), layout.legendHeight - margin});
+    }
+    if (layout.titleBase || layout.remarkBase) {
+        Hold(lowerLeft, upperRight, {margin, upperRight.y},
+             {layout.width - margin, layout.height - margin});
+    }
+    const std::int32_t left = Rounded(std::floor(lowerLeft.x));
+    const std::int32_t bottom = Rounded(std::floor(lowerLeft.y));
+    return {left, bottom, Rounded(std::ceil(upperRight.x)) - left,
+            Rounded(std::ceil(upperRight.y)) - bottom};
 }
 
 }  // namespace zelmo

@@ -54,4 +54,10 @@ struct Projector {
     PixelPoint At(const Vector3& position) const;
 };
 
+/// The part of a picture that its contents may take, whatever stack in this box is drawn: legend,
+/// box, labels and texts. `box` is the size of the window and the height that there is room for.
+PixelRect FindContents(const SlideLayout& layout, const PictureChoice& choice,
+                       const ProcessSettings& settings, const Projector& projector,
+                       const Vector3& box);
+
 }  // namespace zelmo

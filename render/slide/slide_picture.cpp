@@ -166,9 +166,14 @@ void DrawPicture(const SlideLayout& layout, const SlideContents& contents,
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
 }
 
-/// What remains of a picture that is cut to what is drawn on it.
-PixelRect CroppedPart(const StepImage& image, const SlideLayout& layout) {
-    const PixelRect drawn = FindDrawn(image);
+/// What remains of a picture that is cut to what is drawn on it. Pictures that are to be of one
+/// size are all cut in the same way.
+PixelRect CroppedPart(const StepImage& image, const SlideLayout& layout,
+                      const PictureChoice& choice, const SlideContents& contents) {
+    const PixelRect drawn =
+        choice.room ? FindContents(layout, choice, contents.model.settings,
+                                   {contents.camera.transform, layout.view}, contents.box)
+                    : FindDrawn(image);
     const auto margin = static_cast<std::int32_t>(cropMargin * layout.unit + 0.5);
     return {drawn.left - margin, drawn.bottom - margin, drawn.width + 2 * margin,
             drawn.height + 2 * margin};
@@ -230,7 +235,7 @@ StepImage TakeSlidePicture(const ProcessModel& model, const ProcessStep& step,
     DrawPicture(layout, contents, uploads, tools, choice.smooth ? samplesAcross : 1, image,
                 problem);
     if (choice.crop) {
-        Crop(image, CroppedPart(image, layout));
+        Crop(image, CroppedPart(image, layout, choice, contents));
     }
     FinishPixels(image, choice.transparent);
     return image;

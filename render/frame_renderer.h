@@ -23,6 +23,8 @@ struct PictureTools {
     std::optional<HidingRules> hidingRules = HidingRules{};
     /// Pixels across what is drawn at once, at most. Larger pictures for slides come in parts.
     std::int32_t largestPart = 8192;
+    /// The same of a viewport. What reaches beyond it is cut off, and colours may be wrong there.
+    std::int32_t largestViewport = 32768;
 };
 
 /// Makes the shader of the layers current, with a transform and the light over a window of this

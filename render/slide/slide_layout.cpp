@@ -21,7 +21,7 @@ constexpr double titleRise = 20.0;  // of the base line in its band
 constexpr double remarkBand = 40.0;
 constexpr double remarkRise = 12.0;
 constexpr double bandBelow = 56.0;  // for the width, or a bar
-constexpr double bandAbove = 16.0;
+constexpr double bandAbove = 24.0;
 constexpr double bandAboveWithLabels = 44.0;
 constexpr double bandBesideWithBars = 84.0;
 

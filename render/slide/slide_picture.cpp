@@ -48,6 +48,25 @@ PictureView ViewOf(const PictureCamera& camera, const SlideLayout& layout) {
             layout.view.width, layout.view.height, subpixelBits};
 }
 
+/// The viewport for a part of the picture: all of it, or as much around the part as OpenGL can
+/// address. OpenGL cuts triangles off at its edge and may give the cut ones wrong colours there
+/// (Mesa does), so it should be far from the part.
+PixelRect FindViewport(const SlideLayout& layout, const PixelRect& part,
+                       const PictureTools& tools) {
+    std::array<GLint, 2> most{};
+    glGetIntegerv(GL_MAX_VIEWPORT_DIMS, most.data());
+    const auto fit = [&](std::int32_t whole, std::int32_t start, std::int32_t length, GLint limit,
+                         std::int32_t& viewStart, std::int32_t& viewLength) {
+        viewLength = std::min({whole, limit, tools.largestViewport});
+        viewLength = std::max(viewLength, length);
+        viewStart = std::clamp(start - (viewLength - length) / 2, 0, whole - viewLength);
+    };
+    PixelRect viewport;
+    fit(layout.width, part.left, part.width, most[0], viewport.left, viewport.width);
+    fit(layout.height, part.bottom, part.height, most[1], viewport.bottom, viewport.height);
+    return viewport;
+}
+
 /// The transform for a viewport that is this part of the picture.
 Matrix4 TransformForPart(const Matrix4& transform, const PixelRect& view, const PixelRect& part) {
     Matrix4 m = transform;
@@ -81,14 +100,17 @@ public:
 void DrawPart(const PixelRect& part, const SlideLayout& layout, const SlideContents& contents,
               const PictureTools& tools, LayerRenderer& layers, bool isLast) {
     const OpacityBlending blending;
-    glViewport(0, 0, part.width, part.height);
+    const PixelRect viewport = FindViewport(layout, part, tools);
+    glViewport(viewport.left - part.left, viewport.bottom - part.bottom, viewport.width,
+               viewport.height);
     glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     UseSurfaceShader(tools.surfaceShader,
-                     TransformForPart(contents.camera.transform, layout.view, part),
+                     TransformForPart(contents.camera.transform, layout.view, viewport),
                      contents.model.settings.windowWidth);
     layers.Draw(isLast);
     glUseProgram(0);
+    glViewport(0, 0, part.width, part.height);
     SlideCanvas canvas(part, layout.unit, tools.textFont);
     if (contents.model.settings.showHeights) {
         DrawSlideMarks(canvas, layout, contents);

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <limits>
 
-#include "model/process.h"
+#include "model/process_model.h"
 #include "render/camera.h"
 #include "render/picture_choice.h"
 

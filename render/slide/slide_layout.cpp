@@ -5,7 +5,7 @@
 #include <stdexcept>
 
 #include "base/conversions.h"
-#include "model/process.h"
+#include "model/process_model.h"
 #include "render/picture_choice.h"
 
 namespace zelmo {

@@ -4,9 +4,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <optional>
 #include <vector>
 
+#include "base/conversions.h"
 #include "base/row_bands.h"
 #include "model/process_model.h"
 #include "render/camera.h"
@@ -161,7 +163,7 @@ std::vector<PixelRect> FindParts(const SlideLayout& layout, std::int32_t factor,
     };
     const std::int64_t mostPixels = std::int64_t{tools.largestPart} * tools.largestPart / 2;
     return DivideIntoParts(layout.width, layout.height, limit(viewport[0]), limit(viewport[1]),
-                           mostPixels / (factor * factor));
+                           mostPixels / factor / factor);
 }
 
 PixelRect Magnified(const PixelRect& rect, std::int32_t factor) {
@@ -196,7 +198,7 @@ PixelRect CroppedPart(const StepImage& image, const SlideLayout& layout,
         choice.room ? FindContents(layout, choice, contents.model.settings,
                                    {contents.camera.transform, layout.view}, contents.box)
                     : FindDrawn(image);
-    const auto margin = static_cast<std::int32_t>(cropMargin * layout.unit + 0.5);
+    const auto margin = TruncateToI32(std::round(cropMargin * layout.unit));
     return {drawn.left - margin, drawn.bottom - margin, drawn.width + 2 * margin,
             drawn.height + 2 * margin};
 }

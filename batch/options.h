@@ -11,6 +11,7 @@
 #include "command_line/command_end.h"
 #include "pictures/picture_files.h"
 #include "process_run/view_choice.h"
+#include "render/picture_choice.h"
 
 namespace zelmo {
 
@@ -38,6 +39,8 @@ struct BatchOptions {
     bool repair = false;                           ///< the layout, where it would be refused
     bool checkOnly = false;
     bool pictures = true;
+    PictureChoice picture;                        ///< how they are drawn
+    bool sameSize = false;                        ///< with room for the highest stack, all of them
     std::optional<std::filesystem::path> assets;  ///< none: where the program's own are
     bool quiet = false;
 };

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <exception>
@@ -19,6 +20,7 @@
 #include "pictures/picture_names.h"
 #include "pictures/step_image.h"
 #include "process_run/step_choice.h"
+#include "render/slide/slide_picture.h"
 
 namespace zelmo {
 
@@ -61,6 +63,8 @@ PictureSaver::PictureSaver(const BatchOptions& options, std::vector<fs::path> as
     : assetFolders_(std::move(assetFolders)),
       tell_(std::move(tell)),
       folder_{options.output.value(), options.format, options.overwrite},
+      picture_(options.picture),
+      sameSize_(options.sameSize),
       steps_(options.steps),
       list_(std::move(list)),
       files_(&files) {}
@@ -83,12 +87,15 @@ Outcome PictureSaver::Begin(const ProcessModel& model) {
 Outcome PictureSaver::Restart(const ProcessModel& model, std::size_t first) {
     WaitForLast();
     missing_.erase(missing_.lower_bound(first), missing_.end());
+    drawn_.erase(drawn_.lower_bound(first), drawn_.end());
+    rooms_.resize(std::min(rooms_.size(), first));
     return TakeOver(model);
 }
 
 /// Prepares the folder for the pictures of this model.
 Outcome PictureSaver::TakeOver(const ProcessModel& model) {
     chosen_ = ChooseSteps(steps_, model.steps).chosen;
+    std::erase_if(drawn_, [&](std::size_t step) { return !chosen_.at(step); });
     // Where others have files, too, one does not expect pictures to go that were not asked for.
     keptNames_ = FileNames(model, list_ && !list_->IsAlone());
     const std::string problem = TakeFolder(folder_, list_.get(), listKind, FileNames(model));
@@ -96,15 +103,46 @@ Outcome PictureSaver::TakeOver(const ProcessModel& model) {
 }
 
 Outcome PictureSaver::AfterStep(const ProcessModel& model, std::size_t index, RunRecord& record) {
-    if (!chosen_.at(index)) {
+    if (sameSize_) {
+        rooms_.resize(index);
+        rooms_.push_back(RoomOf(model, picture_));
         return {};
     }
+    return chosen_.at(index) ? Draw(model, index, record) : Outcome{};
+}
+
+std::vector<std::size_t> PictureSaver::StepsToReview() {
+    PictureRoom room;
+    for (const PictureRoom& needed : rooms_) {
+        room = {std::max(room.top, needed.top), std::max(room.layerCount, needed.layerCount)};
+    }
+    if (picture_.room != room) {
+        picture_.room = room;
+        drawn_.clear();
+    }
+    std::vector<std::size_t> steps;
+    for (std::size_t index = 0; index < rooms_.size(); ++index) {
+        if (chosen_.at(index) && !drawn_.contains(index)) {
+            steps.push_back(index);
+        }
+    }
+    return steps;
+}
+
+Outcome PictureSaver::Review(const ProcessModel& model, std::size_t index, RunRecord& record) {
+    missing_.erase(index);
+    drawn_.insert(index);
+    return Draw(model, index, record);
+}
+
+Outcome PictureSaver::Draw(const ProcessModel& model, std::size_t index, RunRecord& record) {
     const auto start = std::chrono::steady_clock::now();
     StepImage image;
     std::string problem;
     std::optional<std::string> hopeless;
     try {
-        image = studio_->TakePicture(model, model.steps[index], ImageNumber(index), &problem);
+        image =
+            studio_->TakePicture(model, model.steps[index], ImageNumber(index), picture_, &problem);
     } catch (const std::bad_alloc&) {
         hopeless = "there is not enough memory";
     } catch (const std::exception& error) {
@@ -182,6 +220,7 @@ void PictureSaver::WaitForLast() {
 
 void PictureSaver::Miss(std::size_t index, const std::string& reason) {
     missing_.insert(index);
+    drawn_.erase(index);
     tell_(reason);
 }
 

@@ -43,6 +43,11 @@ public:
     /// where there is no hope for others.
     Outcome AfterStep(const ProcessModel& model, std::size_t index, RunRecord& record) override;
 
+    /// With pictures of one size it is only now that they can be drawn: those that have not been
+    /// drawn for the highest stack of the run.
+    std::vector<std::size_t> StepsToReview() override;
+    Outcome Review(const ProcessModel& model, std::size_t index, RunRecord& record) override;
+
     /// Waits until the last picture has been saved. Fails if one is missing.
     Outcome Finish(RunRecord& record, bool complete) override;
 
@@ -50,6 +55,7 @@ private:
     /// Of the chosen steps, or of all.
     std::vector<std::wstring> FileNames(const ProcessModel& model, bool ofAll = false) const;
     Outcome TakeOver(const ProcessModel& model);
+    Outcome Draw(const ProcessModel& model, std::size_t index, RunRecord& record);
     void StartSaving(std::size_t index, StepImage image);
     void WaitForLast();
     void Miss(std::size_t index, const std::string& reason);
@@ -59,6 +65,10 @@ private:
     std::unique_ptr<GlContext> context_;  ///< the studio goes while it is current
     std::unique_ptr<Studio> studio_;
     PictureFolder folder_;
+    PictureChoice picture_;
+    bool sameSize_ = false;
+    std::vector<PictureRoom> rooms_;     ///< of all steps so far, for pictures of one size
+    std::set<std::size_t> drawn_;        ///< steps whose pictures are of the present size
     std::string steps_;                  ///< as they were asked for
     std::vector<bool> chosen_;           ///< of them, by step
     std::shared_ptr<PictureList> list_;  ///< or null

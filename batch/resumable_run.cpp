@@ -53,7 +53,7 @@ ResumableRun::ResumableRun(const BatchOptions& options,
       listeners_(std::move(listeners)),
       reporting_(reporting),
       files_(files) {
-    if (options.watch) {
+    if (options.watch || (options.pictures && options.sameSize)) {
         history_.emplace(MemoryLimit(options));
     }
 }
@@ -95,6 +95,13 @@ Outcome ResumableRun::RunNewSteps(const std::function<bool()>& superseded) {
         }
         taken_ = index + 1;
     }
+    if (Outcome outcome = ReviewAll(superseded); outcome.Failed()) {
+        FinishListeners(false);
+        return outcome;
+    }
+    if (superseded()) {
+        return {};
+    }
     RenewDump();
     Outcome outcome = FinishListeners(true);
     reporting_.progress.End();
@@ -133,10 +140,14 @@ Outcome ResumableRun::BeginListeners() {
     return {};
 }
 
-/// Lets the listeners take a step, which is executed if its stack is not known.
-Outcome ResumableRun::TakeStep(std::size_t index) {
+void ResumableRun::TellProgress(std::size_t index) {
     reporting_.progress.BeginStep(index + 1, model_->steps.size(),
                                   Utf8FromWide(WidenBytes(model_->steps[index].description)));
+}
+
+/// Lets the listeners take a step, which is executed if its stack is not known.
+Outcome ResumableRun::TakeStep(std::size_t index) {
+    TellProgress(index);
     if (index > 0) {
         GoTo(index - 1);
     }
@@ -189,6 +200,34 @@ void ResumableRun::GoTo(std::size_t index) {
         RepeatStep(*model_, model_->steps[next]);
     }
     position_ = index;
+}
+
+/// Lets the listeners see steps once more.
+Outcome ResumableRun::ReviewAll(const std::function<bool()>& superseded) {
+    for (const auto& listener : listeners_) {
+        if (Outcome outcome = ReviewSteps(*listener, superseded); outcome.Failed()) {
+            return outcome;
+        }
+    }
+    return {};
+}
+
+Outcome ResumableRun::ReviewSteps(StepListener& listener, const std::function<bool()>& superseded) {
+    const std::vector<std::size_t> steps = listener.StepsToReview();
+    for (const std::size_t index : steps) {
+        if (superseded()) {
+            break;
+        }
+        TellProgress(index);
+        GoTo(index);
+        if (Outcome outcome = listener.Review(*model_, index, record_); outcome.Failed()) {
+            return outcome;
+        }
+    }
+    if (!steps.empty()) {
+        GoTo(model_->steps.size() - 1);
+    }
+    return {};
 }
 
 /// Sees that the file of a dump is that of the last one of this run.

@@ -24,9 +24,9 @@ class UnfinishedFiles;
 /// steps before the first that differs are not executed again, and what was taken of them holds.
 class ResumableRun {
 public:
-    /// The options say which steps are of interest, whether the run will be done again (only then
-    /// stacks are kept) and how much memory stacks may take. The listeners are told of the first
-    /// run with Begin, of all others with Restart.
+    /// The options say which steps are of interest, whether stacks are kept, as the run will be
+    /// done again or looked at twice, and how much memory they may take. The listeners are told of
+    /// the first run with Begin, of all others with Restart.
     ResumableRun(const BatchOptions& options, std::vector<std::unique_ptr<StepListener>> listeners,
                  Reporting& reporting, UnfinishedFiles& files);
 
@@ -47,9 +47,12 @@ private:
     void Adopt(std::unique_ptr<ProcessModel> model);
     Outcome RunNewSteps(const std::function<bool()>& superseded);
     Outcome BeginListeners();
+    void TellProgress(std::size_t index);
     Outcome TakeStep(std::size_t index);
     void ExecuteStep(std::size_t index);
     void GoTo(std::size_t index);
+    Outcome ReviewSteps(StepListener& listener, const std::function<bool()>& superseded);
+    Outcome ReviewAll(const std::function<bool()>& superseded);
     void RenewDump();
     Outcome FinishListeners(bool complete);
     void Abandon();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <vector>
 
 #include "command_line/exit_status.h"
 
@@ -30,6 +31,16 @@ public:
     /// Takes what it wants of the finished step with this index. `record` has the times so far and
     /// takes what there is to tell. Fails where going on would be of no use.
     virtual Outcome AfterStep(const ProcessModel& model, std::size_t index, RunRecord& record) = 0;
+
+    /// Steps whose stacks it wants to see once more now that all are done, in ascending order. Only
+    /// where the options let the run keep stacks (BatchOptions::sameSize).
+    virtual std::vector<std::size_t> StepsToReview() { return {}; }
+
+    /// Sees the model as it was after one of these steps. Fails where going on would be of no use.
+    virtual Outcome Review(const ProcessModel& /*model*/, std::size_t /*index*/,
+                           RunRecord& /*record*/) {
+        return {};
+    }
 
     /// The run is over: all steps are done, or (`complete` is false) one failed or threw. Fails
     /// where something is missing that was asked for. Listeners before it may have completed

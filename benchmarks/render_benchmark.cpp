@@ -17,6 +17,7 @@
 #include "model/grid/shown_window.h"
 #include "render/gl/gl_context.h"
 #include "render/mesh/layer_mesh.h"
+#include "render/picture_choice.h"
 #include "render/studio.h"
 #include "tests/plain/mesh_plain.h"
 
@@ -145,6 +146,52 @@ BENCHMARK(Picture)
             }
         }
     }) -> MeasureProcessCPUTime() -> UseRealTime() -> Unit(benchmark::kMillisecond);
+
+/// Pictures for slides, by what is chosen of them.
+enum Slides : std::int64_t {
+    rough,  ///< nothing but a margin around the legend
+    smooth,
+    thickened,  ///< smooth, films below 40 nm thickened
+    sideways,   ///< smooth, from a corner: whole meshes
+};
+
+PictureChoice SlideOf(std::int64_t kind, std::int64_t width) {
+    PictureChoice choice;
+    choice.width = static_cast<std::int32_t>(width);
+    choice.title = true;  // in all of them, so that none is the usual picture
+    choice.smooth = kind != rough;
+    if (kind == thickened) {
+        choice.thinnestFilm = 0.04f;
+    }
+    if (kind == sideways) {
+        choice.view = ViewDirection{30.0, 30.0, false};
+    }
+    return choice;
+}
+
+/// The same for a picture for a slide.
+void SlidePicture(benchmark::State& state) {
+    const ProcessModel& model = StackAfter(allSteps);
+    Studio& studio = StudioOf(allRules);
+    const PictureChoice choice = SlideOf(state.range(0), state.range(1));
+    studio.TakePicture(model, {}, 1, choice);  // uploads what has changed, and makes the fonts
+    for (auto _ : state) {
+        const StepImage image = studio.TakePicture(model, {}, 1, choice);
+        benchmark::DoNotOptimize(image.pixels.data());
+    }
+}
+
+// Arguments: what is chosen, the width
+BENCHMARK(SlidePicture)
+    ->Args({rough, 1920})
+    ->Args({smooth, 1920})
+    ->Args({rough, 3840})
+    ->Args({smooth, 3840})
+    ->Args({thickened, 1920})
+    ->Args({sideways, 1920})
+    ->MeasureProcessCPUTime()
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
 
 }  // namespace
 }  // namespace zelmo

@@ -15,8 +15,9 @@ namespace zelmo {
 /// A 32-bit bitmap: the pixels as they stand.
 bool WriteBitmap(const StepImage& image, std::FILE* file, std::string& reason);
 
-/// An 8-bit RGB file, top row first. The picture's alpha is left out: it only records how
-/// translucent layers were blended, and would make them see-through on a slide.
+/// An 8-bit RGB file, top row first, or RGBA of a transparent picture. The alpha of others is left
+/// out: it only records how translucent layers were blended, and would make them see-through on a
+/// slide.
 bool WritePng(const StepImage& image, std::FILE* file, std::string& reason);
 
 /// A kind of picture file.

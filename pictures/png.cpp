@@ -38,7 +38,8 @@ bool WriteFile(PngJob& job) {
     const auto width = static_cast<png_uint_32>(job.image.width);
     const auto height = static_cast<png_uint_32>(job.image.height);
     png_init_io(job.png, job.file);
-    png_set_IHDR(job.png, job.info, width, height, 8, PNG_COLOR_TYPE_RGB, PNG_INTERLACE_NONE,
+    const int colorType = job.image.isTransparent ? PNG_COLOR_TYPE_RGB_ALPHA : PNG_COLOR_TYPE_RGB;
+    png_set_IHDR(job.png, job.info, width, height, 8, colorType, PNG_INTERLACE_NONE,
                  PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
     png_set_sRGB(job.png, job.info, PNG_sRGB_INTENT_PERCEPTUAL);
     // Most rows look much like the one above. To try other filters for each row as well takes twice
@@ -47,7 +48,9 @@ bool WriteFile(PngJob& job) {
     png_set_compression_level(job.png, 6);
     png_write_info(job.png, job.info);
     png_set_bgr(job.png);
-    png_set_filler(job.png, 0, PNG_FILLER_AFTER);  // leaves out the alpha
+    if (!job.image.isTransparent) {
+        png_set_filler(job.png, 0, PNG_FILLER_AFTER);  // leaves out the alpha
+    }
     const std::size_t rowBytes = std::size_t{width} * 4;
     for (png_uint_32 row = height; row-- > 0;) {
         png_write_row(job.png, job.image.pixels.data() + row * rowBytes);

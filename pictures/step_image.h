@@ -13,7 +13,8 @@ struct StepImage {
     std::vector<std::uint8_t> pixels;
     std::int32_t width = 0;
     std::int32_t height = 0;
-    std::wstring name;  ///< "001 oxide deposition"
+    std::wstring name;           ///< "001 oxide deposition"
+    bool isTransparent = false;  ///< alpha tells how much of a background shows through
 };
 
 /// The name of the picture with this number, of a step with this description: "008 oxide

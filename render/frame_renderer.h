@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "render/mesh/matrix.h"
 #include "render/visible/hiding_rules.h"
 
 namespace zelmo {
@@ -20,7 +21,15 @@ struct PictureTools {
     TextFont& textFont;
     /// What need not be drawn. Without any, whole meshes are drawn, all with blending.
     std::optional<HidingRules> hidingRules = HidingRules{};
+    /// Pixels across what is drawn at once, at most. Larger pictures for slides come in parts.
+    std::int32_t largestPart = 8192;
+    /// The same of a viewport. What reaches beyond it is cut off, and colours may be wrong there.
+    std::int32_t largestViewport = 32768;
 };
+
+/// Makes the shader of the layers current, with a transform and the light over a window of this
+/// width in micrometres.
+void UseSurfaceShader(const ShaderProgram& shader, const Matrix4& transform, float windowWidth);
 
 /// Draws the complete picture of a model into the framebuffer that is bound, `width` by `height`
 /// pixels: white background, the layers in stack order, height markers, width label, legend. The

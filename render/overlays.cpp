@@ -1,7 +1,6 @@
 #include "render/overlays.h"
 
 #include <GL/glew.h>
-#include <fmt/format.h>
 
 #include <algorithm>
 #include <array>
@@ -10,7 +9,7 @@
 
 #include "model/process_model.h"
 #include "render/height_markers.h"
-#include "render/number_format.h"
+#include "render/picture_texts.h"
 
 namespace zelmo {
 
@@ -18,12 +17,10 @@ namespace {
 
 constexpr std::int32_t markersInFrontRow = 10;
 constexpr float flatAngle = 15.0f;  // below this only the front row of markers is shown
-constexpr float unitsPerMicrometre = 10000.0f;
 
 constexpr std::int32_t legendPitch = 36;
 constexpr float swatchWidth = 72.0f;
 constexpr std::int32_t legendTextLeft = 77;
-constexpr std::int32_t dotsLength = 3;
 
 std::array<GLint, 4> CurrentViewport() {
     std::array<GLint, 4> viewport{};
@@ -46,22 +43,6 @@ void DrawTextAtPixel(const std::string& text, float x, float y, const GlFont& fo
 /// How far to the left a text starts whose middle is to be at 0, by the font's average width.
 float CentringOffset(const std::string& text, const GlFont& font) {
     return -1.0f * static_cast<float>(font.averageWidth) * static_cast<float>(text.size()) * 0.5f;
-}
-
-/// A height in micrometres in units of 0.1 nm, truncated.
-std::int64_t LabelValue(float height) {
-    const float units = height * unitsPerMicrometre;
-    if (units >= -9223372036854775808.0f && units < 9223372036854775808.0f) {
-        return static_cast<std::int64_t>(units);
-    }
-    return std::numeric_limits<std::int64_t>::min();
-}
-
-/// The label's text where it is shorter than `maxChars` less the room for three dots, else as much
-/// of it and the dots.
-std::string LegendText(const std::string& label, std::int32_t maxChars) {
-    const auto cut = static_cast<std::size_t>(std::max(maxChars - dotsLength, 0));
-    return label.size() < cut ? label : label.substr(0, cut) + "...";
 }
 
 void DrawSwatch(const Layer& layer, float y0, float y1) {
@@ -116,8 +97,7 @@ void DrawHeightLabels(const ProcessModel& model, const HeightMarkers& markers, c
     for (std::int32_t k = 0; k < count; ++k) {
         const MarkerVertex& marker = markers.vertices[static_cast<std::size_t>(k)];
         const Vector3 position{marker.position[0], marker.position[1], marker.position[2]};
-        const std::string text =
-            FormatThousands(LabelValue(position[2] - model.stack.substrateThickness));
+        const std::string text = HeightText(position[2] - model.stack.substrateThickness);
         const GlFont font = textFont.GetFont(24, 900);
         DrawTextAt(text, camera.transform, position, CentringOffset(text, font),
                    static_cast<float>(font.height) * 0.5f, font);
@@ -125,10 +105,7 @@ void DrawHeightLabels(const ProcessModel& model, const HeightMarkers& markers, c
 }
 
 void DrawWidthLabel(const ProcessModel& model, const Camera& camera, TextFont& textFont) {
-    const std::string text =
-        static_cast<double>(model.settings.windowWidth) > 0.2
-            ? fmt::format("W = {:.2f} um", model.settings.windowWidth)
-            : fmt::format("W = {:.2f} nm", model.settings.windowWidth * 1000.0f);
+    const std::string text = WidthText(model.settings.windowWidth);
     const GlFont font = textFont.GetFont(32, 700);
     DrawTextAt(text, camera.transform, {model.settings.windowWidth * 0.5f, 0.0f, 0.0f},
                CentringOffset(text, font), -1.0f * static_cast<float>(font.height) - 1.0f, font);

@@ -6,6 +6,7 @@
 #include <stdexcept>
 
 #include "model/process_model.h"
+#include "render/gl/gl_problem.h"
 #include "render/gl/offscreen_buffer.h"
 #include "render/highest_surface.h"
 #include "render/stack_uploads.h"
@@ -22,25 +23,6 @@ std::unique_ptr<Camera> MakeCamera(const ProcessModel& model, float top) {
                                     static_cast<double>(model.settings.windowHeight),
                                     static_cast<double>(top),
                                     static_cast<double>(model.settings.cameraAngle));
-}
-
-/// The first error of OpenGL since this was last asked for. Each kind of error is kept by itself,
-/// so that a few questions clear them all; without a working context they never end.
-GLenum TakeGlError() {
-    const GLenum first = glGetError();
-    for (int kinds = 0; kinds < 16 && glGetError() != GL_NO_ERROR; ++kinds) {
-    }
-    return first;
-}
-
-std::string PictureProblem(const OffscreenBuffer& buffer) {
-    std::string problem = buffer.Problem();
-    const GLenum error = TakeGlError();
-    if (!problem.empty() || error == GL_NO_ERROR) {
-        return problem;
-    }
-    return error == GL_OUT_OF_MEMORY ? "OpenGL has no memory left"
-                                     : fmt::format("OpenGL reports error 0x{:04X}", error);
 }
 
 /// An image of the right size, without a name.
@@ -67,7 +49,7 @@ StepImage TakeStepPicture(const ProcessModel& model, const ProcessStep& step, St
                           const PictureTools& tools, std::int32_t imageNumber,
                           std::unique_ptr<Camera>& camera, std::string* problem) {
     if (problem != nullptr) {
-        TakeGlError();
+        ForgetGlErrors();
     }
     UpdateUploads(uploads, model);
     camera = MakeCamera(model, HighestSurface(model.stack.coverMap));
@@ -80,7 +62,7 @@ StepImage TakeStepPicture(const ProcessModel& model, const ProcessStep& step, St
     RenderFrame(model, uploads, *camera, tools, image.width, image.height);
     ReadPixels(image);
     if (problem != nullptr) {
-        *problem = PictureProblem(buffer);
+        *problem = DrawingProblem(buffer);
     }
     glBindFramebuffer(GL_FRAMEBUFFER, 0);
     return image;

@@ -1,6 +1,8 @@
 #include "render/studio.h"
 
 #include "render/frame_renderer.h"
+#include "render/picture_choice.h"
+#include "render/slide/slide_picture.h"
 #include "render/step_picture.h"
 
 namespace zelmo {
@@ -18,8 +20,17 @@ Studio::Studio(const std::filesystem::path& surfaceShader, const std::filesystem
 
 StepImage Studio::TakePicture(const ProcessModel& model, const ProcessStep& step,
                               std::int32_t imageNumber, std::string* problem) {
+    return TakePicture(model, step, imageNumber, {}, problem);
+}
+
+StepImage Studio::TakePicture(const ProcessModel& model, const ProcessStep& step,
+                              std::int32_t imageNumber, const PictureChoice& choice,
+                              std::string* problem) {
     const PictureTools tools{surfaceShader_, pointShader_, textFont_, hidingRules_};
-    return TakeStepPicture(model, step, uploads_, tools, imageNumber, camera_, problem);
+    if (choice == PictureChoice{}) {
+        return TakeStepPicture(model, step, uploads_, tools, imageNumber, camera_, problem);
+    }
+    return TakeSlidePicture(model, step, uploads_, tools, imageNumber, choice, problem);
 }
 
 }  // namespace zelmo

@@ -16,6 +16,7 @@
 
 namespace zelmo {
 
+struct PictureChoice;
 struct ProcessModel;
 struct ProcessStep;
 
@@ -42,6 +43,11 @@ public:
     /// Takes the picture of a finished step (TakeStepPicture).
     StepImage TakePicture(const ProcessModel& model, const ProcessStep& step,
                           std::int32_t imageNumber, std::string* problem = nullptr);
+
+    /// The same as it is chosen: the usual picture, or one for a slide (TakeSlidePicture).
+    StepImage TakePicture(const ProcessModel& model, const ProcessStep& step,
+                          std::int32_t imageNumber, const PictureChoice& choice,
+                          std::string* problem = nullptr);
 
 private:
     StackUploads uploads_;

@@ -50,4 +50,7 @@ std::unique_ptr<OptionGroup> MakeWatchOptions();
 /// The files of pictures.
 std::unique_ptr<OptionGroup> MakePictureOptions();
 
+/// How pictures are drawn, where not as usual.
+std::unique_ptr<OptionGroup> MakeSlideOptions();
+
 }  // namespace zelmo

@@ -143,6 +143,7 @@ ZELMO_FORWARD(0, FindGl, void, glPopClientAttrib)
 ZELMO_FORWARD(1, FindGl, void, glPushClientAttrib, GLbitfield)
 ZELMO_FORWARD(7, FindGl, void, glReadPixels, GLint, GLint, GLsizei, GLsizei, GLenum, GLenum, void*)
 ZELMO_FORWARD(2, FindGl, void, glVertex2f, GLfloat, GLfloat)
+ZELMO_FORWARD(3, FindGl, void, glVertex3f, GLfloat, GLfloat, GLfloat)
 ZELMO_FORWARD(4, FindGl, void, glViewport, GLint, GLint, GLsizei, GLsizei)
 
 // clang-format on

@@ -1,0 +1,141 @@
+#include <fmt/format.h>
+
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include <CLI/CLI.hpp>
+
+#include "batch/option_groups/option_group.h"
+#include "batch/options.h"
+#include "command_line/number_argument.h"
+
+namespace zelmo {
+
+namespace {
+
+constexpr std::int32_t leastWidth = 320;
+constexpr std::int32_t mostWidth = 16384;
+constexpr double fullTurn = 360.0;
+constexpr double upright = 90.0;
+constexpr double mostThin = 1e6;
+constexpr double nanometresPerMicrometre = 1000.0;
+
+std::optional<ViewDirection> ReadView(std::string_view text) {
+    constexpr std::string_view parallel = ",parallel";
+    const bool isParallel = text.ends_with(parallel);
+    if (isParallel) {
+        text.remove_suffix(parallel.size());
+    }
+    std::array<double, 2> angles{};
+    const bool fits = ReadNumbers(text, std::span(angles)) && std::abs(angles[0]) <= fullTurn &&
+                      std::abs(angles[1]) <= upright;
+    return fits ? std::optional(ViewDirection{angles[0], angles[1], isParallel}) : std::nullopt;
+}
+
+class SlideOptions : public OptionGroup {
+public:
+    void Add(CLI::App& app) override {
+        app.add_option("--width", width_,
+                       "Pixels across a picture (default: 1920), 320 to 16384; texts, legend and "
+                       "markers are in proportion")
+            ->type_name("PIXELS");
+        app.add_flag("--smooth", picture_.smooth,
+                     "Edges without stairs: each pixel is the mean of 4 by 4");
+        app.add_flag("--same-size", sameSize_,
+                     "All pictures of one size and scale, with room for the highest stack");
+        app.add_option("--view", view_,
+                       "Look from there, in degrees: around the window (0 from the front, 90 from "
+                       "the right) and above the horizon; \"parallel\" without perspective, so "
+                       "that lengths can be measured")
+            ->type_name("AZIMUTH,ELEVATION[,parallel]");
+        app.add_flag("--title", picture_.title, "The step's number and name in its picture");
+        app.add_flag("--scale", picture_.scale, "Bars for x, y and height in the pictures");
+        app.add_flag("--transparent", picture_.transparent,
+                     "Pictures without a background (png only)");
+        app.add_flag("--crop", picture_.crop,
+                     "Cut pictures to what is drawn on them, with a margin");
+        app.add_option("--thin", thin_,
+                       "Draw films that are thinner as if they were so thick, in nm, and say so in "
+                       "the picture")
+            ->type_name("NM");
+    }
+
+    std::string Take(const CLI::App& app, BatchOptions& options) override {
+        std::string failure = TakeWidth(app);
+        if (failure.empty()) {
+            failure = TakeView(app);
+        }
+        if (failure.empty()) {
+            failure = TakeThin(app);
+        }
+        if (failure.empty() && picture_.transparent && options.format.name != "png") {
+            failure = "--transparent needs pictures of the format png, the only one with opacity";
+        }
+        options.picture = picture_;
+        options.sameSize = sameSize_;
+        return failure;
+    }
+
+private:
+    std::string TakeWidth(const CLI::App& app) {
+        if (app.count("--width") == 0) {
+            return {};
+        }
+        const std::optional<std::int32_t> width = ReadNumber<std::int32_t>(width_);
+        if (!width || *width < leastWidth || *width > mostWidth) {
+            return fmt::format("--width: \"{}\" is no whole number of pixels from {} to {}", width_,
+                               leastWidth, mostWidth);
+        }
+        picture_.width = *width;
+        return {};
+    }
+
+    std::string TakeView(const CLI::App& app) {
+        if (app.count("--view") == 0) {
+            return {};
+        }
+        if (app.count("--angle") > 0) {
+            return "--angle and --view exclude each other: both say how high the camera stands";
+        }
+        picture_.view = ReadView(view_);
+        if (!picture_.view) {
+            return fmt::format(
+                "--view: \"{}\" is not AZIMUTH,ELEVATION[,parallel]: degrees from -360 to 360 and "
+                "from -90 to 90, with commas and no blanks in between",
+                view_);
+        }
+        return {};
+    }
+
+    std::string TakeThin(const CLI::App& app) {
+        if (app.count("--thin") == 0) {
+            return {};
+        }
+        const std::optional<double> thickness = ReadNumber<double>(thin_);
+        if (!thickness || !(*thickness > 0.0) || *thickness > mostThin) {
+            return fmt::format("--thin: \"{}\" is no number of nanometres above 0, up to 1000000",
+                               thin_);
+        }
+        picture_.thinnestFilm = static_cast<float>(*thickness / nanometresPerMicrometre);
+        return {};
+    }
+
+    PictureChoice picture_;
+    bool sameSize_ = false;
+    std::string width_;
+    std::string view_;
+    std::string thin_;
+};
+
+}  // namespace
+
+std::unique_ptr<OptionGroup> MakeSlideOptions() {
+    return std::make_unique<SlideOptions>();
+}
+
+}  // namespace zelmo

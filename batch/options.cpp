@@ -32,6 +32,7 @@ Groups MakeGroups() {
     groups.push_back(MakeSlideOptions());
     groups.push_back(MakeNumberOptions());
     groups.push_back(MakeModelOptions());
+    groups.push_back(MakeReportOptions());
     groups.push_back(MakeNoteOptions());
     groups.push_back(MakeWatchOptions());
     return groups;

@@ -22,6 +22,12 @@ struct NoteChoice {
     bool strict = false;                 ///< those that are told end the program
 };
 
+/// The page that is asked for.
+struct ReportChoice {
+    std::optional<std::filesystem::path> file;  ///< none: no page
+    std::int32_t columns = 200;                 ///< of the model that it has at most
+};
+
 /// What the command line asks for.
 struct BatchOptions {
     std::filesystem::path layout;
@@ -31,6 +37,7 @@ struct BatchOptions {
     std::string steps;  ///< those of pictures and numbers (ChooseSteps); empty: all
     NumberChoice numbers;
     ModelChoice model;
+    ReportChoice report;
     bool overwrite = false;  ///< what an earlier run left in the output folder
     PictureFormat format = pictureFormats[0];
     NoteChoice notes;

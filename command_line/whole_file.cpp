@@ -57,9 +57,9 @@ std::string NotWritten(const fs::path& path, const std::string& reason) {
     return fmt::format("the file {} could not be written: {}", TextOf(path), reason);
 }
 
-/// Fills a temporary file and gives it its name by `move`.
-std::string Write(const fs::path& path, const std::function<std::string(std::FILE*)>& write,
-                  std::error_code (TemporaryFile::*move)(const fs::path&)) {
+/// Writes a file under another name and then moves it to its own with `move`.
+std::string WriteAndMove(const fs::path& path, const std::function<std::string(std::FILE*)>& write,
+                         std::error_code (TemporaryFile::*move)(const fs::path&)) {
     const auto failed = [&](const std::string& reason) { return NotWritten(path, reason); };
     std::error_code ignored;
     if (fs::is_directory(path, ignored)) {
@@ -92,12 +92,12 @@ std::string WhyNotWritable(const fs::path& path) {
 
 std::string WriteWholeFile(const fs::path& path,
                            const std::function<std::string(std::FILE*)>& write) {
-    return Write(path, write, &TemporaryFile::MoveTo);
+    return WriteAndMove(path, write, &TemporaryFile::MoveTo);
 }
 
 std::string WriteNewFile(const fs::path& path,
                          const std::function<std::string(std::FILE*)>& write) {
-    return Write(path, write, &TemporaryFile::MoveToNew);
+    return WriteAndMove(path, write, &TemporaryFile::MoveToNew);
 }
 
 std::string WriteWholeFile(const fs::path& path, std::string_view content) {

@@ -41,6 +41,9 @@ std::unique_ptr<OptionGroup> MakeNumberOptions();
 /// The models of the stack.
 std::unique_ptr<OptionGroup> MakeModelOptions();
 
+/// The page of a run.
+std::unique_ptr<OptionGroup> MakeReportOptions();
+
 /// What is said of what is probably not meant.
 std::unique_ptr<OptionGroup> MakeNoteOptions();
 

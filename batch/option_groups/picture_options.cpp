@@ -58,10 +58,10 @@ public:
             ->type_name("DIR");
         app.add_option("--format", format_, FormatHelp())
             ->type_name(fmt::format("{}", fmt::join(FormatNames(), "|")));
-        app.add_flag(
-            "--overwrite", overwrite_,
-            "Replace the pictures and cuts of an earlier run of the same folder, and models "
-            "of the same name, and nothing else");
+        app.add_flag("--overwrite", overwrite_,
+                     "Replace the pictures and cuts of an earlier run of the same folder, and files "
+                     "of the names that are asked for (--report, --export, --sheet, --film), and "
+                     "nothing else");
         app.add_flag("--no-pictures", noPictures_, "Run the steps, draw nothing (needs no GL)");
     }
 

@@ -1,10 +1,12 @@
 #include "pictures/webp.h"
 
+#include <webp/decode.h>
 #include <webp/encode.h>
 
 #include <cstddef>
-#include <memory>
 #include <new>
+
+#include "pictures/webp_picture.h"
 
 namespace zelmo {
 
@@ -13,20 +15,6 @@ namespace {
 /// Of the presets from 0, fast, to 9, small: those above take longer and save next to nothing on
 /// pictures of few colours.
 constexpr int losslessPreset = 3;
-
-struct PictureCloser {
-    void operator()(WebPPicture* picture) const { WebPPictureFree(picture); }
-};
-
-void FillRow(const StepImage& image, std::int32_t row, std::uint32_t* target) {
-    const std::size_t width = static_cast<std::size_t>(image.width);
-    const std::uint8_t* source =
-        image.pixels.data() + static_cast<std::size_t>(image.height - 1 - row) * width * 4;
-    for (std::size_t col = 0; col < width; ++col, source += 4) {
-        target[col] = 0xFF000000U | static_cast<std::uint32_t>(source[2]) << 16 |
-                      static_cast<std::uint32_t>(source[1]) << 8 | source[0];
-    }
-}
 
 int AppendBytes(const std::uint8_t* data, std::size_t size, const WebPPicture* picture) {
     auto& bytes = *static_cast<std::vector<std::uint8_t>*>(picture->custom_ptr);
@@ -39,26 +27,14 @@ int AppendBytes(const std::uint8_t* data, std::size_t size, const WebPPicture* p
 }
 
 std::vector<std::uint8_t> Encode(const StepImage& image, const WebPConfig& config) {
-    if (image.width < 1 || image.height < 1 || image.width > WEBP_MAX_DIMENSION ||
-        image.height > WEBP_MAX_DIMENSION) {
+    if (!FitsWebp(image.width, image.height)) {
         return {};
     }
-    WebPPicture picture;
-    WebPPictureInit(&picture);
-    picture.use_argb = 1;
-    picture.width = image.width;
-    picture.height = image.height;
-    if (WebPPictureAlloc(&picture) == 0) {
-        throw std::bad_alloc();
-    }
-    const std::unique_ptr<WebPPicture, PictureCloser> closer(&picture);
-    for (std::int32_t row = 0; row < image.height; ++row) {
-        FillRow(image, row, picture.argb + std::ptrdiff_t{row} * picture.argb_stride);
-    }
+    WebpPicture picture(image, image.width, image.height);
     std::vector<std::uint8_t> bytes;
-    picture.writer = AppendBytes;
-    picture.custom_ptr = &bytes;
-    if (WebPEncode(&config, &picture) == 0) {
+    picture.Get()->writer = AppendBytes;
+    picture.Get()->custom_ptr = &bytes;
+    if (WebPEncode(&config, picture.Get()) == 0) {
         throw std::bad_alloc();  // nothing else can be wrong with such a picture
     }
     return bytes;
@@ -77,6 +53,30 @@ std::vector<std::uint8_t> LossyWebp(const StepImage& image, float quality) {
     WebPConfig config;
     WebPConfigPreset(&config, WEBP_PRESET_DRAWING, quality);
     return Encode(image, config);
+}
+
+StepImage ImageOfWebp(const std::vector<std::uint8_t>& bytes) {
+    WebPBitstreamFeatures features;
+    if (WebPGetFeatures(bytes.data(), bytes.size(), &features) != VP8_STATUS_OK) {
+        return {};
+    }
+    StepImage image;
+    image.width = features.width;
+    image.height = features.height;
+    image.isTransparent = features.has_alpha != 0;
+    const std::size_t row = static_cast<std::size_t>(image.width) * 4;
+    image.pixels.resize(row * static_cast<std::size_t>(image.height));
+    // The top row goes last.
+    WebPDecoderConfig config;
+    WebPInitDecoderConfig(&config);
+    config.options.flip = 1;
+    config.output.colorspace = MODE_BGRA;
+    config.output.is_external_memory = 1;
+    config.output.u.RGBA = {image.pixels.data(), static_cast<int>(row), image.pixels.size()};
+    if (WebPDecode(bytes.data(), bytes.size(), &config) != VP8_STATUS_OK) {
+        throw std::bad_alloc();  // nothing else can be wrong with what the library wrote
+    }
+    return image;
 }
 
 }  // namespace zelmo

@@ -7,7 +7,8 @@
 
 namespace zelmo {
 
-// The bytes of WebP files, top row first and without the picture's alpha, as PNG files have them.
+// The bytes of WebP files, top row first, with the alpha of transparent pictures alone, as PNG
+// files have them.
 // Empty where the picture is empty or larger than 16383 pixels, which is the most that WebP holds.
 // Throws std::bad_alloc.
 
@@ -16,5 +17,8 @@ std::vector<std::uint8_t> LosslessWebp(const StepImage& image);
 
 /// Small rather than exact: `quality` from 0 to 100.
 std::vector<std::uint8_t> LossyWebp(const StepImage& image, float quality);
+
+/// The picture that LosslessWebp made these bytes of, without its name. Throws std::bad_alloc.
+StepImage ImageOfWebp(const std::vector<std::uint8_t>& bytes);
 
 }  // namespace zelmo

@@ -1,0 +1,133 @@
+#include <fmt/format.h>
+
+#include <cmath>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include <CLI/CLI.hpp>
+
+#include "batch/option_groups/option_group.h"
+#include "batch/options.h"
+#include "command_line/number_argument.h"
+#include "command_line/path_argument.h"
+
+namespace zelmo {
+
+namespace {
+
+constexpr std::int32_t mostSheetColumns = 100;
+constexpr double millisecondsPerSecond = 1000.0;
+constexpr double leastSeconds = 0.02;
+
+class OverviewOptions : public OptionGroup {
+public:
+    void Add(CLI::App& app) override {
+        app.add_option("--sheet", sheet_,
+                       "File for one sheet with the pictures of all steps, each with its number "
+                       "and name; they are of one size then (--same-size)")
+            ->type_name("FILE.png");
+        app.add_option("--sheet-columns", columns_,
+                       "Pictures side by side on the sheet, 1 to 100 (default: what suits a "
+                       "screen)")
+            ->type_name("N");
+        app.add_option("--film", film_,
+                       "File for a film of the pictures, an animated WebP, as wide as the "
+                       "pictures (--width); they are of one size then (--same-size)")
+            ->type_name("FILE.webp");
+        app.add_option("--film-seconds", seconds_,
+                       "How long the film shows each step, 0.02 to 60 (default: 0.8)")
+            ->type_name("S");
+        app.add_option("--film-loops", loops_,
+                       "How often the film is shown, up to 65535 (default: 0, without end)")
+            ->type_name("N");
+    }
+
+    std::string Take(const CLI::App& app, BatchOptions& options) override {
+        OverviewChoice& overview = options.overview;
+        std::string failure = WhatIsMissing(app);
+        if (failure.empty()) {
+            failure = TakePath(app, "--sheet", sheet_, "file", overview.sheet);
+        }
+        if (failure.empty()) {
+            failure = TakePath(app, "--film", film_, "file", overview.film);
+        }
+        if (failure.empty()) {
+            failure = TakeColumns(app, overview);
+        }
+        if (failure.empty()) {
+            failure = TakeTiming(app, overview.timing);
+        }
+        options.sameSize = options.sameSize || overview.sheet || overview.film;
+        return failure;
+    }
+
+private:
+    static std::string WhatIsMissing(const CLI::App& app) {
+        for (const char* const option : {"--sheet", "--film"}) {
+            if (app.count(option) > 0 && app.count("--no-pictures") > 0) {
+                return fmt::format("{} and --no-pictures exclude each other: it is made of the "
+                                   "pictures",
+                                   option);
+            }
+        }
+        if (app.count("--sheet-columns") > 0 && app.count("--sheet") == 0) {
+            return "--sheet-columns needs a --sheet FILE.png";
+        }
+        for (const char* const option : {"--film-seconds", "--film-loops"}) {
+            if (app.count(option) > 0 && app.count("--film") == 0) {
+                return fmt::format("{} needs a --film FILE.webp", option);
+            }
+        }
+        return {};
+    }
+
+    std::string TakeColumns(const CLI::App& app, OverviewChoice& overview) const {
+        if (app.count("--sheet-columns") == 0) {
+            return {};
+        }
+        overview.sheetColumns = ReadNumber<std::int32_t>(columns_);
+        if (!overview.sheetColumns || *overview.sheetColumns < 1 ||
+            *overview.sheetColumns > mostSheetColumns) {
+            return fmt::format("--sheet-columns: \"{}\" is no whole number from 1 to {}", columns_,
+                               mostSheetColumns);
+        }
+        return {};
+    }
+
+    std::string TakeTiming(const CLI::App& app, FilmTiming& timing) const {
+        if (app.count("--film-seconds") > 0) {
+            const std::optional<double> seconds = ReadNumber<double>(seconds_);
+            if (!seconds || *seconds < leastSeconds ||
+                *seconds * millisecondsPerSecond > longestFrame) {
+                return fmt::format("--film-seconds: \"{}\" is no number of seconds from {} to {}",
+                                   seconds_, leastSeconds, longestFrame / millisecondsPerSecond);
+            }
+            timing.millisecondsEach =
+                static_cast<std::int32_t>(std::lround(*seconds * millisecondsPerSecond));
+        }
+        if (app.count("--film-loops") > 0) {
+            const std::optional<std::int32_t> loops = ReadNumber<std::int32_t>(loops_);
+            if (!loops || *loops < 0 || *loops > mostLoops) {
+                return fmt::format("--film-loops: \"{}\" is no whole number from 0 to {}", loops_,
+                                   mostLoops);
+            }
+            timing.loops = *loops;
+        }
+        return {};
+    }
+
+    std::string sheet_;
+    std::string columns_;
+    std::string film_;
+    std::string seconds_;
+    std::string loops_;
+};
+
+}  // namespace
+
+std::unique_ptr<OptionGroup> MakeOverviewOptions() {
+    return std::make_unique<OverviewOptions>();
+}
+
+}  // namespace zelmo

@@ -9,6 +9,7 @@
 #include "batch/note_teller.h"
 #include "batch/options.h"
 #include "batch/output_folder.h"
+#include "batch/overviews.h"
 #include "batch/picture_list.h"
 #include "batch/picture_saver.h"
 #include "batch/probe_writer.h"
@@ -36,6 +37,26 @@ struct FolderLists {
     std::shared_ptr<PictureList> cuts;
 };
 
+/// What is made of all pictures.
+void AddOverviews(const BatchOptions& options, PictureSaver& pictures, Listeners& listeners) {
+    std::vector<Overview> overviews;
+    if (options.overview.sheet) {
+        overviews.push_back(MakeSheet(options, [&pictures](const auto& text, auto... size) {
+            return pictures.DrawCaption(text, size...);
+        }));
+    }
+    if (options.overview.film) {
+        overviews.push_back(MakeFilm(options));
+    }
+    for (Overview& overview : overviews) {
+        auto writer = std::make_unique<OverviewWriter>(std::move(overview), options.overwrite);
+        pictures.AddTaker([taker = writer.get()](const auto index, const auto& image) {
+            taker->TakePicture(index, *image);
+        });
+        listeners.push_back(std::move(writer));
+    }
+}
+
 }  // namespace
 
 Listeners MakeListeners(const BatchOptions& given,
@@ -60,18 +81,23 @@ Listeners MakeListeners(const BatchOptions& given,
     if (!options.numbers.cuts.empty()) {
         listeners.push_back(std::make_unique<SectionWriter>(options, tell, lists.cuts));
     }
-    std::vector<PictureTaker> takers;
+    std::unique_ptr<PictureSaver> pictures;
+    if (options.pictures) {
+        pictures =
+            std::make_unique<PictureSaver>(options, assetFolders, tell, files, lists.pictures);
+    }
     if (options.report.file) {
         auto report = std::make_unique<ReportWriter>(given, assetFolders, reporting.console);
-        takers.emplace_back([taker = report.get()](std::size_t index,
-                                                   const std::shared_ptr<const StepImage>& image) {
-            taker->TakePicture(index, image);
-        });
+        if (pictures != nullptr) {
+            pictures->AddTaker([taker = report.get()](const auto index, const auto& image) {
+                taker->TakePicture(index, image);
+            });
+        }
         listeners.push_back(std::move(report));
     }
-    if (options.pictures) {
-        listeners.push_back(std::make_unique<PictureSaver>(options, assetFolders, tell, files,
-                                                           lists.pictures, std::move(takers)));
+    if (pictures != nullptr) {
+        AddOverviews(given, *pictures, listeners);
+        listeners.push_back(std::move(pictures));
     }
     if (options.model.file) {
         listeners.push_back(std::make_unique<ModelWriter>(options, tell, files));

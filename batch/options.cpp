@@ -30,6 +30,7 @@ Groups MakeGroups() {
     groups.push_back(MakeStepOptions());
     groups.push_back(MakePictureOptions());
     groups.push_back(MakeSlideOptions());
+    groups.push_back(MakeOverviewOptions());
     groups.push_back(MakeNumberOptions());
     groups.push_back(MakeModelOptions());
     groups.push_back(MakeReportOptions());

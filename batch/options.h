@@ -8,6 +8,7 @@
 
 #include "batch/model_choice.h"
 #include "batch/number_choice.h"
+#include "batch/overview_choice.h"
 #include "command_line/command_end.h"
 #include "pictures/picture_files.h"
 #include "process_run/view_choice.h"
@@ -38,6 +39,7 @@ struct BatchOptions {
     NumberChoice numbers;
     ModelChoice model;
     ReportChoice report;
+    OverviewChoice overview;
     bool overwrite = false;  ///< what an earlier run left in the output folder
     PictureFormat format = pictureFormats[0];
     NoteChoice notes;

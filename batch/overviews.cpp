@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "batch/options.h"
+#include "command_line/reasons.h"
 #include "pictures/contact_sheet.h"
 #include "pictures/picture_files.h"
 #include "pictures/smaller_image.h"
@@ -42,13 +43,13 @@ std::string CaptionOf(const StepImage& image) {
     return text;
 }
 
-std::string WriteSheet(std::span<const KeptPicture> pictures,
-                       std::optional<std::int32_t> columns, std::FILE* file) {
+std::string WriteSheet(std::span<const KeptPicture> pictures, std::optional<std::int32_t> columns,
+                       std::FILE* file) {
     const Size size = LargestOf(pictures);
-    const StepImage sheet = ContactSheet(
-        pictures.size(), size.width, size.height,
-        columns.value_or(SheetColumns(pictures.size(), size.width, size.height)),
-        [&](std::size_t i) { return pictures[i].Image(); });
+    const StepImage sheet =
+        ContactSheet(pictures.size(), size.width, size.height,
+                     columns.value_or(SheetColumns(pictures.size(), size.width, size.height)),
+                     [&](std::size_t i) { return pictures[i].Image(); });
     std::string reason;
     WritePng(sheet, file, reason);
     return reason;
@@ -63,7 +64,7 @@ std::string WriteFilm(std::span<const KeptPicture> pictures, const FilmTiming& t
     if (bytes.empty()) {
         return "a film holds pictures of up to 16383 by 16383 pixels, one at least";
     }
-    return std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() ? "" : ErrorText();
+    return std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() ? "" : SystemReason();
 }
 
 }  // namespace

@@ -59,7 +59,7 @@ std::string NoPicture(const ProcessModel& model, std::size_t index, const std::s
 
 PictureSaver::PictureSaver(const BatchOptions& options, std::vector<fs::path> assetFolders,
                            std::function<void(const std::string&)> tell, UnfinishedFiles& files,
-                           std::shared_ptr<PictureList> list, std::vector<PictureTaker> takers)
+                           std::shared_ptr<PictureList> list)
     : assetFolders_(std::move(assetFolders)),
       tell_(std::move(tell)),
       folder_{options.output.value(), options.format, options.overwrite},
@@ -67,8 +67,7 @@ PictureSaver::PictureSaver(const BatchOptions& options, std::vector<fs::path> as
       sameSize_(options.sameSize),
       steps_(options.steps),
       list_(std::move(list)),
-      files_(&files),
-      takers_(std::move(takers)) {}
+      files_(&files) {}
 
 Outcome PictureSaver::Begin(const ProcessModel& model) {
     std::string problem;
@@ -165,6 +164,11 @@ Outcome PictureSaver::Draw(const ProcessModel& model, std::size_t index, RunReco
     }
     StartSaving(index, std::move(image));
     return {};
+}
+
+StepImage PictureSaver::DrawCaption(const std::string& text, std::int32_t width,
+                                    std::int32_t height) {
+    return studio_->DrawCaption(text, width, height);
 }
 
 void PictureSaver::StartSaving(std::size_t index, StepImage image) {

@@ -29,11 +29,16 @@ public:
     /// `options` names the output folder. The shaders are looked for in `assetFolders`. `tell`
     /// receives a line for every picture that is missing, in their order and on the caller's
     /// thread. `files` counts those that are being written; `list` is that of the
-    /// folder, if it is to be of this program alone. `takers` are given each picture as it comes,
-    /// on the caller's thread.
+    /// folder, if it is to be of this program alone.
     PictureSaver(const BatchOptions& options, std::vector<std::filesystem::path> assetFolders,
                  std::function<void(const std::string&)> tell, UnfinishedFiles& files,
-                 std::shared_ptr<PictureList> list, std::vector<PictureTaker> takers = {});
+                 std::shared_ptr<PictureList> list);
+
+    /// Gives each picture to `taker`, too, as it comes and on the caller's thread.
+    void AddTaker(PictureTaker taker) { takers_.push_back(std::move(taker)); }
+
+    /// Draws a line of text in a picture of this size (Studio::DrawCaption). For takers.
+    StepImage DrawCaption(const std::string& text, std::int32_t width, std::int32_t height);
 
     /// Gets ready for the pictures of the chosen steps. Fails if none could be made or they could
     /// not be saved.

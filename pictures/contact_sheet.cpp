@@ -17,9 +17,8 @@ StepImage WhiteImage(std::int32_t width, std::int32_t height) {
     StepImage image;
     image.width = width;
     image.height = height;
-    image.pixels.assign(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) *
-                            bytesPerPixel,
-                        white);
+    image.pixels.assign(
+        static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * bytesPerPixel, white);
     return image;
 }
 
@@ -34,11 +33,11 @@ void Put(const StepImage& source, std::int32_t left, std::int32_t bottom, StepIm
     for (std::int32_t row = 0; row < source.height; ++row) {
         const std::uint8_t* const from =
             source.pixels.data() + static_cast<std::size_t>(row) * length;
-        std::uint8_t* const to = target.pixels.data() +
-                                 (static_cast<std::size_t>(bottom + row) *
-                                      static_cast<std::size_t>(target.width) +
-                                  static_cast<std::size_t>(left)) *
-                                     bytesPerPixel;
+        std::uint8_t* const to =
+            target.pixels.data() +
+            (static_cast<std::size_t>(bottom + row) * static_cast<std::size_t>(target.width) +
+             static_cast<std::size_t>(left)) *
+                bytesPerPixel;
         for (std::size_t i = 0; i < length; ++i) {
             const std::size_t alphaAt = i / bytesPerPixel * bytesPerPixel + 3;
             const std::uint8_t alpha = source.isTransparent ? from[alphaAt] : white;
@@ -50,8 +49,7 @@ void Put(const StepImage& source, std::int32_t left, std::int32_t bottom, StepIm
 }  // namespace
 
 StepImage StackImages(const StepImage& upper, const StepImage& lower) {
-    StepImage both =
-        WhiteImage(std::max(upper.width, lower.width), upper.height + lower.height);
+    StepImage both = WhiteImage(std::max(upper.width, lower.width), upper.height + lower.height);
     Put(upper, (both.width - upper.width) / 2, lower.height, both);
     Put(lower, (both.width - lower.width) / 2, 0, both);
     return both;

@@ -13,7 +13,7 @@ namespace zelmo {
 
 namespace {
 
-constexpr float quality = 80.0f;
+constexpr float quality = 92.0f;
 /// Effort from 0 to 6: those above take longer and save next to nothing.
 constexpr int effort = 4;
 /// A whole picture at least so often, so that one can go to a place in a film.

@@ -2,6 +2,7 @@
 
 #include "render/frame_renderer.h"
 #include "render/picture_choice.h"
+#include "render/slide/caption.h"
 #include "render/slide/slide_picture.h"
 #include "render/step_picture.h"
 
@@ -31,6 +32,10 @@ StepImage Studio::TakePicture(const ProcessModel& model, const ProcessStep& step
         return TakeStepPicture(model, step, uploads_, tools, imageNumber, camera_, problem);
     }
     return TakeSlidePicture(model, step, uploads_, tools, imageNumber, choice, problem);
+}
+
+StepImage Studio::DrawCaption(const std::string& text, std::int32_t width, std::int32_t height) {
+    return zelmo::DrawCaption(text, width, height, textFont_);
 }
 
 }  // namespace zelmo

@@ -49,6 +49,10 @@ public:
                           std::int32_t imageNumber, const PictureChoice& choice,
                           std::string* problem = nullptr);
 
+    /// A line of text on white, shortened where it is too long for a picture of this size. Its
+    /// glyphs are its bytes.
+    StepImage DrawCaption(const std::string& text, std::int32_t width, std::int32_t height);
+
 private:
     StackUploads uploads_;
     TextFont textFont_;

@@ -41,6 +41,9 @@ std::unique_ptr<OptionGroup> MakeNumberOptions();
 /// The models of the stack.
 std::unique_ptr<OptionGroup> MakeModelOptions();
 
+/// A sheet and a film of the pictures.
+std::unique_ptr<OptionGroup> MakeOverviewOptions();
+
 /// The page of a run.
 std::unique_ptr<OptionGroup> MakeReportOptions();
 

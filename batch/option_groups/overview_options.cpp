@@ -66,9 +66,10 @@ private:
     static std::string WhatIsMissing(const CLI::App& app) {
         for (const char* const option : {"--sheet", "--film"}) {
             if (app.count(option) > 0 && app.count("--no-pictures") > 0) {
-                return fmt::format("{} and --no-pictures exclude each other: it is made of the "
-                                   "pictures",
-                                   option);
+                return fmt::format(
+                    "{} and --no-pictures exclude each other: it is made of the "
+                    "pictures",
+                    option);
             }
         }
         if (app.count("--sheet-columns") > 0 && app.count("--sheet") == 0) {

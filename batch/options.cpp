@@ -2,9 +2,8 @@
 
 #include <memory>
 
-#include <CLI/CLI.hpp>
-
 #include "batch/option_groups/option_group.h"
+#include "command_line/arguments.h"
 
 namespace zelmo {
 
@@ -39,10 +38,10 @@ Groups MakeGroups() {
     return groups;
 }
 
-CommandLine TakeOptions(const CLI::App& app, const Groups& groups) {
+CommandLine TakeOptions(const Arguments& given, const Groups& groups) {
     BatchOptions options;
     for (const auto& group : groups) {
-        if (const std::string reason = group->Take(app, options); !reason.empty()) {
+        if (const std::string reason = group->Take(given, options); !reason.empty()) {
             return {std::nullopt, WrongUsage(reason)};
         }
     }
@@ -52,16 +51,15 @@ CommandLine TakeOptions(const CLI::App& app, const Groups& groups) {
 }  // namespace
 
 CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
-    CLI::App app(description, "zelmo-batch");
-    AddUsualOptions(app, exitStatuses);
+    Arguments known("zelmo-batch", description, exitStatuses);
     const Groups groups = MakeGroups();
     for (const auto& group : groups) {
-        group->Add(app);
+        group->Add(known);
     }
-    if (const auto end = ParseArguments(app, arguments)) {
+    if (const auto end = known.Parse(arguments)) {
         return {std::nullopt, *end};
     }
-    return TakeOptions(app, groups);
+    return TakeOptions(known, groups);
 }
 
 }  // namespace zelmo

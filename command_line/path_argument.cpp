@@ -2,9 +2,8 @@
 
 #include <fmt/format.h>
 
-#include <CLI/CLI.hpp>
-
 #include "base/text.h"
+#include "command_line/arguments.h"
 
 namespace zelmo {
 
@@ -12,9 +11,9 @@ std::filesystem::path PathFromArgument(const std::string& argument) {
     return PathFromText(WideFromUtf8(argument));
 }
 
-std::string TakePath(const CLI::App& app, const std::string& option, const std::string& text,
+std::string TakePath(const Arguments& arguments, const std::string& option, const std::string& text,
                      std::string_view what, std::optional<std::filesystem::path>& path) {
-    if (app.count(option) == 0) {
+    if (arguments.Count(option) == 0) {
         return {};
     }
     if (text.empty()) {
@@ -24,9 +23,9 @@ std::string TakePath(const CLI::App& app, const std::string& option, const std::
     return {};
 }
 
-std::string TakeFolder(const CLI::App& app, const std::string& option, const std::string& text,
-                       std::optional<std::filesystem::path>& folder) {
-    return TakePath(app, option, text, "folder", folder);
+std::string TakeFolder(const Arguments& arguments, const std::string& option,
+                       const std::string& text, std::optional<std::filesystem::path>& folder) {
+    return TakePath(arguments, option, text, "folder", folder);
 }
 
 }  // namespace zelmo

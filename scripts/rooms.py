@@ -82,7 +82,7 @@ OUTSIDE = ["examples", "benchmarks", "tests"]
 # fits decides; names without a full stop or slash are the C++ library's, for everybody.
 LIBRARIES = [
     ("fmt/*", ["*"]),
-    ("CLI/*", ["command_line", "batch", "layout_tool"]),
+    ("CLI/*", ["command_line"]),
     ("nlohmann/*", ["results", "report", "batch", "layout_tool"]),
     ("tiny_gltf.h", ["results"]),
     ("png.h", ["pictures"]),

@@ -5,11 +5,10 @@
 #include <string>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 #include "batch/model_writer.h"
 #include "batch/option_groups/option_group.h"
 #include "batch/options.h"
+#include "command_line/arguments.h"
 #include "command_line/number_argument.h"
 #include "command_line/path_argument.h"
 #include "results/models/model_files.h"
@@ -31,21 +30,23 @@ std::string Extensions() {
 
 class ModelOptions : public OptionGroup {
 public:
-    void Add(CLI::App& app) override {
-        app.add_option("--export", file_,
-                       "The stack after the last step as a model of closed solids, one for each "
-                       "layer: glTF (.glb) or STL (.stl), in micrometres; with --steps after the "
-                       "chosen ones, a file each where there are several")
-            ->type_name("FILE");
-        app.add_option("--export-tolerance", tolerance_,
-                       "By how much the model may move a surface to have fewer triangles (default: "
-                       "0.1)")
-            ->type_name("NM");
+    void Add(Arguments& arguments) override {
+        arguments.AddText(
+            "--export", file_,
+            "The stack after the last step as a model of closed solids, one for each "
+            "layer: glTF (.glb) or STL (.stl), in micrometres; with --steps after the "
+            "chosen ones, a file each where there are several",
+            "FILE");
+        arguments.AddText(
+            "--export-tolerance", tolerance_,
+            "By how much the model may move a surface to have fewer triangles (default: "
+            "0.1)",
+            "NM");
     }
 
-    std::string Take(const CLI::App& app, BatchOptions& options) override {
-        if (app.count("--export-tolerance") > 0) {
-            if (app.count("--export") == 0) {
+    std::string Take(const Arguments& arguments, BatchOptions& options) override {
+        if (arguments.Count("--export-tolerance") > 0) {
+            if (arguments.Count("--export") == 0) {
                 return "--export-tolerance needs an --export FILE";
             }
             const std::optional<double> tolerance = ReadNumber<double>(tolerance_);
@@ -55,7 +56,8 @@ public:
             }
             options.model.accuracy.tolerance = *tolerance;
         }
-        if (std::string failure = TakePath(app, "--export", file_, "file", options.model.file);
+        if (std::string failure =
+                TakePath(arguments, "--export", file_, "file", options.model.file);
             !failure.empty()) {
             return failure;
         }

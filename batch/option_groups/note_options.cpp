@@ -4,11 +4,10 @@
 #include <string_view>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 #include "base/nearest_name.h"
 #include "batch/option_groups/option_group.h"
 #include "batch/options.h"
+#include "command_line/arguments.h"
 #include "results/notes/note_kinds.h"
 
 namespace zelmo {
@@ -32,20 +31,20 @@ std::string CheckKind(std::string_view kind) {
 
 class NoteOptions : public OptionGroup {
 public:
-    void Add(CLI::App& app) override {
-        app.add_option("--allow", allowed_,
-                       "Be silent about this kind of note, as its line has it in brackets; may be "
-                       "given several times (docs/notes.md lists the kinds)")
-            ->type_name("KIND")
-            ->allow_extra_args(false)
-            ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-        app.add_flag("--no-notes", none_, "Be silent about all notes");
-        app.add_flag("--strict", strict_,
-                     "End with status 3 if there are notes, before the run where they are known "
-                     "by then");
+    void Add(Arguments& arguments) override {
+        arguments.AddTexts(
+            "--allow", allowed_,
+            "Be silent about this kind of note, as its line has it in brackets; may be "
+            "given several times (docs/notes.md lists the kinds)",
+            "KIND");
+        arguments.AddFlag("--no-notes", none_, "Be silent about all notes");
+        arguments.AddFlag(
+            "--strict", strict_,
+            "End with status 3 if there are notes, before the run where they are known "
+            "by then");
     }
 
-    std::string Take(const CLI::App& /*app*/, BatchOptions& options) override {
+    std::string Take(const Arguments& /*arguments*/, BatchOptions& options) override {
         for (const std::string& kind : allowed_) {
             if (std::string reason = CheckKind(kind); !reason.empty()) {
                 return reason;

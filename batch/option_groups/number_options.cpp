@@ -5,10 +5,9 @@
 #include <string_view>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 #include "batch/option_groups/option_group.h"
 #include "batch/options.h"
+#include "command_line/arguments.h"
 #include "command_line/number_argument.h"
 #include "command_line/path_argument.h"
 
@@ -35,58 +34,60 @@ std::string TakeNumbers(const std::vector<std::string>& texts, const char* optio
 
 class NumberOptions : public OptionGroup {
 public:
-    void Add(CLI::App& app) override {
-        app.add_option("--probe", probes_,
-                       "The stack at this place, in the unit of the process file's location, after "
-                       "each step, as a table behind the lines of the run; may be given again")
-            ->type_name("X,Y")
-            ->allow_extra_args(false);
-        app.add_option("--csv", csv_, "File for the numbers of the probes")->type_name("FILE");
-        app.add_option("--json", json_, "The same as JSON")->type_name("FILE");
-        app.add_option("--cut", cuts_,
-                       "The section along this line after each step, as an SVG picture and a CSV "
-                       "file; may be given again")
-            ->type_name("X0,Y0,X1,Y1")
-            ->allow_extra_args(false);
-        app.add_option("--cuts", cutFolder_, "Folder for the cuts (default: that of the pictures)")
-            ->type_name("DIR");
-        app.add_option("--stretch", stretch_,
-                       "How many times the pictures of cuts stretch heights (default: 1, true "
-                       "proportions)")
-            ->type_name("FACTOR");
-        app.add_option("--summary", summary_,
-                       "File for what each layer measures after each step, with the inputs, times "
-                       "and notes, as JSON")
-            ->type_name("FILE");
+    void Add(Arguments& arguments) override {
+        arguments.AddTexts(
+            "--probe", probes_,
+            "The stack at this place, in the unit of the process file's location, after "
+            "each step, as a table behind the lines of the run; may be given again",
+            "X,Y");
+        arguments.AddText("--csv", csv_, "File for the numbers of the probes", "FILE");
+        arguments.AddText("--json", json_, "The same as JSON", "FILE");
+        arguments.AddTexts(
+            "--cut", cuts_,
+            "The section along this line after each step, as an SVG picture and a CSV "
+            "file; may be given again",
+            "X0,Y0,X1,Y1");
+        arguments.AddText("--cuts", cutFolder_,
+                          "Folder for the cuts (default: that of the pictures)", "DIR");
+        arguments.AddText("--stretch", stretch_,
+                          "How many times the pictures of cuts stretch heights (default: 1, true "
+                          "proportions)",
+                          "FACTOR");
+        arguments.AddText(
+            "--summary", summary_,
+            "File for what each layer measures after each step, with the inputs, times "
+            "and notes, as JSON",
+            "FILE");
     }
 
-    std::string Take(const CLI::App& app, BatchOptions& options) override {
+    std::string Take(const Arguments& arguments, BatchOptions& options) override {
         NumberChoice& numbers = options.numbers;
         std::string failure = TakeNumbers(probes_, "--probe", "X,Y", numbers.probes);
         if (failure.empty()) {
             failure = TakeNumbers(cuts_, "--cut", "X0,Y0,X1,Y1", numbers.cuts);
         }
         if (failure.empty()) {
-            failure = TakeStretch(app, numbers);
+            failure = TakeStretch(arguments, numbers);
         }
         if (failure.empty()) {
-            failure = WhatIsMissing(app);
+            failure = WhatIsMissing(arguments);
         }
         const auto takeFile = [&](const char* option, const std::string& text,
                                   std::optional<std::filesystem::path>& file) {
             if (failure.empty()) {
-                failure = TakePath(app, option, text, "file", file);
+                failure = TakePath(arguments, option, text, "file", file);
             }
         };
         takeFile("--csv", csv_, numbers.probeCsv);
         takeFile("--json", json_, numbers.probeJson);
         takeFile("--summary", summary_, numbers.summary);
-        return failure.empty() ? TakeFolder(app, "--cuts", cutFolder_, numbers.cutFolder) : failure;
+        return failure.empty() ? TakeFolder(arguments, "--cuts", cutFolder_, numbers.cutFolder)
+                               : failure;
     }
 
 private:
-    std::string TakeStretch(const CLI::App& app, NumberChoice& numbers) const {
-        if (app.count("--stretch") == 0) {
+    std::string TakeStretch(const Arguments& arguments, NumberChoice& numbers) const {
+        if (arguments.Count("--stretch") == 0) {
             return {};
         }
         const std::optional<double> factor = ReadNumber<double>(stretch_);
@@ -99,14 +100,14 @@ private:
     }
 
     /// An option that says something about another one, which is not there.
-    std::string WhatIsMissing(const CLI::App& app) const {
+    std::string WhatIsMissing(const Arguments& arguments) const {
         for (const char* const option : {"--csv", "--json"}) {
-            if (app.count(option) > 0 && probes_.empty()) {
+            if (arguments.Count(option) > 0 && probes_.empty()) {
                 return fmt::format("{} needs a --probe X,Y", option);
             }
         }
         for (const char* const option : {"--cuts", "--stretch"}) {
-            if (app.count(option) > 0 && cuts_.empty()) {
+            if (arguments.Count(option) > 0 && cuts_.empty()) {
                 return fmt::format("{} needs a --cut X0,Y0,X1,Y1", option);
             }
         }

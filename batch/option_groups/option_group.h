@@ -3,12 +3,9 @@
 #include <memory>
 #include <string>
 
-namespace CLI {
-class App;
-}  // namespace CLI
-
 namespace zelmo {
 
+class Arguments;
 struct BatchOptions;
 
 /// Options of the command line that belong together.
@@ -17,10 +14,10 @@ public:
     virtual ~OptionGroup() = default;
 
     /// Makes them known to the parser.
-    virtual void Add(CLI::App& app) = 0;
+    virtual void Add(Arguments& arguments) = 0;
 
     /// Sets what they ask for; the reason why not, or nothing if all is well.
-    virtual std::string Take(const CLI::App& app, BatchOptions& options) = 0;
+    virtual std::string Take(const Arguments& arguments, BatchOptions& options) = 0;
 };
 
 /// The files of a run, and how it goes.

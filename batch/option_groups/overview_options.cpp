@@ -5,10 +5,9 @@
 #include <optional>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
 #include "batch/option_groups/option_group.h"
 #include "batch/options.h"
+#include "command_line/arguments.h"
 #include "command_line/number_argument.h"
 #include "command_line/path_argument.h"
 
@@ -22,69 +21,68 @@ constexpr double leastSeconds = 0.02;
 
 class OverviewOptions : public OptionGroup {
 public:
-    void Add(CLI::App& app) override {
-        app.add_option("--sheet", sheet_,
-                       "File for one sheet with the pictures of all steps, each with its number "
-                       "and name; they are of one size then (--same-size)")
-            ->type_name("FILE.png");
-        app.add_option("--sheet-columns", columns_,
-                       "Pictures side by side on the sheet, 1 to 100 (default: what suits a "
-                       "screen)")
-            ->type_name("N");
-        app.add_option("--film", film_,
-                       "File for a film of the pictures, an animated WebP, as wide as the "
-                       "pictures (--width); they are of one size then (--same-size)")
-            ->type_name("FILE.webp");
-        app.add_option("--film-seconds", seconds_,
-                       "How long the film shows each step, 0.02 to 60 (default: 0.8)")
-            ->type_name("S");
-        app.add_option("--film-loops", loops_,
-                       "How often the film is shown, up to 65535 (default: 0, without end)")
-            ->type_name("N");
+    void Add(Arguments& arguments) override {
+        arguments.AddText("--sheet", sheet_,
+                          "File for one sheet with the pictures of all steps, each with its number "
+                          "and name; they are of one size then (--same-size)",
+                          "FILE.png");
+        arguments.AddText("--sheet-columns", columns_,
+                          "Pictures side by side on the sheet, 1 to 100 (default: what suits a "
+                          "screen)",
+                          "N");
+        arguments.AddText("--film", film_,
+                          "File for a film of the pictures, an animated WebP, as wide as the "
+                          "pictures (--width); they are of one size then (--same-size)",
+                          "FILE.webp");
+        arguments.AddText("--film-seconds", seconds_,
+                          "How long the film shows each step, 0.02 to 60 (default: 0.8)", "S");
+        arguments.AddText("--film-loops", loops_,
+                          "How often the film is shown, up to 65535 (default: 0, without end)",
+                          "N");
     }
 
-    std::string Take(const CLI::App& app, BatchOptions& options) override {
+    std::string Take(const Arguments& arguments, BatchOptions& options) override {
         OverviewChoice& overview = options.overview;
-        std::string failure = WhatIsMissing(app);
+        std::string failure = WhatIsMissing(arguments);
         if (failure.empty()) {
-            failure = TakePath(app, "--sheet", sheet_, "file", overview.sheet);
+            failure = TakePath(arguments, "--sheet", sheet_, "file", overview.sheet);
         }
         if (failure.empty()) {
-            failure = TakePath(app, "--film", film_, "file", overview.film);
+            failure = TakePath(arguments, "--film", film_, "file", overview.film);
         }
         if (failure.empty()) {
-            failure = TakeColumns(app, overview);
+            failure = TakeColumns(arguments, overview);
         }
         if (failure.empty()) {
-            failure = TakeTiming(app, overview.timing);
+            failure = TakeTiming(arguments, overview.timing);
         }
         options.sameSize = options.sameSize || overview.sheet || overview.film;
         return failure;
     }
 
 private:
-    static std::string WhatIsMissing(const CLI::App& app) {
+    static std::string WhatIsMissing(const Arguments& arguments) {
         for (const char* const option : {"--sheet", "--film"}) {
-            if (app.count(option) > 0 && app.count("--no-pictures") > 0) {
+            if (arguments.Count(option) > 0 && arguments.Count("--no-pictures") > 0) {
                 return fmt::format(
                     "{} and --no-pictures exclude each other: it is made of the "
                     "pictures",
                     option);
             }
         }
-        if (app.count("--sheet-columns") > 0 && app.count("--sheet") == 0) {
+        if (arguments.Count("--sheet-columns") > 0 && arguments.Count("--sheet") == 0) {
             return "--sheet-columns needs a --sheet FILE.png";
         }
         for (const char* const option : {"--film-seconds", "--film-loops"}) {
-            if (app.count(option) > 0 && app.count("--film") == 0) {
+            if (arguments.Count(option) > 0 && arguments.Count("--film") == 0) {
                 return fmt::format("{} needs a --film FILE.webp", option);
             }
         }
         return {};
     }
 
-    std::string TakeColumns(const CLI::App& app, OverviewChoice& overview) const {
-        if (app.count("--sheet-columns") == 0) {
+    std::string TakeColumns(const Arguments& arguments, OverviewChoice& overview) const {
+        if (arguments.Count("--sheet-columns") == 0) {
             return {};
         }
         overview.sheetColumns = ReadNumber<std::int32_t>(columns_);
@@ -96,8 +94,8 @@ private:
         return {};
     }
 
-    std::string TakeTiming(const CLI::App& app, FilmTiming& timing) const {
-        if (app.count("--film-seconds") > 0) {
+    std::string TakeTiming(const Arguments& arguments, FilmTiming& timing) const {
+        if (arguments.Count("--film-seconds") > 0) {
             const std::optional<double> seconds = ReadNumber<double>(seconds_);
             if (!seconds || *seconds < leastSeconds ||
                 *seconds * millisecondsPerSecond > longestFrame) {
@@ -107,7 +105,7 @@ private:
             timing.millisecondsEach =
                 static_cast<std::int32_t>(std::lround(*seconds * millisecondsPerSecond));
         }
-        if (app.count("--film-loops") > 0) {
+        if (arguments.Count("--film-loops") > 0) {
             const std::optional<std::int32_t> loops = ReadNumber<std::int32_t>(loops_);
             if (!loops || *loops < 0 || *loops > mostLoops) {
                 return fmt::format("--film-loops: \"{}\" is no whole number from 0 to {}", loops_,

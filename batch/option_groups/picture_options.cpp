@@ -7,10 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 #include "batch/option_groups/option_group.h"
 #include "batch/options.h"
+#include "command_line/arguments.h"
 #include "command_line/path_argument.h"
 
 namespace zelmo {
@@ -51,21 +50,24 @@ const PictureFormat* FindFormat(std::string_view name) {
 
 class PictureOptions : public OptionGroup {
 public:
-    void Add(CLI::App& app) override {
-        app.add_option("-o,--output", output_,
-                       "Folder for the pictures (default: a new one beside the process file, named "
-                       "after it and the time)")
-            ->type_name("DIR");
-        app.add_option("--format", format_, FormatHelp())
-            ->type_name(fmt::format("{}", fmt::join(FormatNames(), "|")));
-        app.add_flag("--overwrite", overwrite_,
-                     "Replace the pictures and cuts of an earlier run of the same folder, and files "
-                     "of the names that are asked for (--report, --export, --sheet, --film), and "
-                     "nothing else");
-        app.add_flag("--no-pictures", noPictures_, "Run the steps, draw nothing (needs no GL)");
+    void Add(Arguments& arguments) override {
+        arguments.AddText(
+            "-o,--output", output_,
+            "Folder for the pictures (default: a new one beside the process file, named "
+            "after it and the time)",
+            "DIR");
+        arguments.AddText("--format", format_, FormatHelp(),
+                          fmt::format("{}", fmt::join(FormatNames(), "|")));
+        arguments.AddFlag(
+            "--overwrite", overwrite_,
+            "Replace the pictures and cuts of an earlier run of the same folder, and files "
+            "of the names that are asked for (--report, --export, --sheet, --film), and "
+            "nothing else");
+        arguments.AddFlag("--no-pictures", noPictures_,
+                          "Run the steps, draw nothing (needs no GL)");
     }
 
-    std::string Take(const CLI::App& app, BatchOptions& options) override {
+    std::string Take(const Arguments& arguments, BatchOptions& options) override {
         const PictureFormat* const format = FindFormat(format_);
         if (format == nullptr) {
             return fmt::format("--format: \"{}\" is neither {}", format_,
@@ -74,7 +76,7 @@ public:
         options.format = *format;
         options.pictures = !noPictures_;
         options.overwrite = overwrite_;
-        return TakeFolder(app, "--output", output_, options.output);
+        return TakeFolder(arguments, "--output", output_, options.output);
     }
 
 private:

@@ -2,10 +2,9 @@
 
 #include <string>
 
-#include <CLI/CLI.hpp>
-
 #include "batch/option_groups/option_group.h"
 #include "batch/options.h"
+#include "command_line/arguments.h"
 #include "command_line/path_argument.h"
 
 namespace zelmo {
@@ -18,22 +17,24 @@ constexpr std::int32_t mostColumns = 2000;
 
 class ReportOptions : public OptionGroup {
 public:
-    void Add(CLI::App& app) override {
-        app.add_option("--report", file_,
-                       "File for a page of the run that a browser shows by itself: the steps with "
-                       "their pictures, and the stack after each in 3D")
-            ->type_name("FILE.html");
-        app.add_option("--report-columns", columns_,
-                       fmt::format("With --report: how many columns of the grid the page has at "
-                                   "most (default: {})",
-                                   ReportChoice().columns))
-            ->type_name("N");
+    void Add(Arguments& arguments) override {
+        arguments.AddText(
+            "--report", file_,
+            "File for a page of the run that a browser shows by itself: the steps with "
+            "their pictures, and the stack after each in 3D",
+            "FILE.html");
+        arguments.AddNumber(
+            "--report-columns", columns_,
+            fmt::format("With --report: how many columns of the grid the page has at "
+                        "most (default: {})",
+                        ReportChoice().columns),
+            "N");
     }
 
-    std::string Take(const CLI::App& app, BatchOptions& options) override {
+    std::string Take(const Arguments& arguments, BatchOptions& options) override {
         ReportChoice& report = options.report;
-        if (app.count("--report-columns") > 0) {
-            if (app.count("--report") == 0) {
+        if (arguments.Count("--report-columns") > 0) {
+            if (arguments.Count("--report") == 0) {
                 return "--report-columns needs a --report FILE.html";
             }
             if (columns_ < leastColumns || columns_ > mostColumns) {
@@ -42,7 +43,7 @@ public:
             }
             report.columns = static_cast<std::int32_t>(columns_);
         }
-        return TakePath(app, "--report", file_, "file", report.file);
+        return TakePath(arguments, "--report", file_, "file", report.file);
     }
 
 private:

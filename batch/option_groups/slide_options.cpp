@@ -8,10 +8,9 @@
 #include <string>
 #include <string_view>
 
-#include <CLI/CLI.hpp>
-
 #include "batch/option_groups/option_group.h"
 #include "batch/options.h"
+#include "command_line/arguments.h"
 #include "command_line/number_argument.h"
 
 namespace zelmo {
@@ -39,39 +38,42 @@ std::optional<ViewDirection> ReadView(std::string_view text) {
 
 class SlideOptions : public OptionGroup {
 public:
-    void Add(CLI::App& app) override {
-        app.add_option("--width", width_,
-                       "Pixels across a picture (default: 1920), 320 to 16384; texts, legend and "
-                       "markers are in proportion")
-            ->type_name("PIXELS");
-        app.add_flag("--smooth", picture_.smooth,
-                     "Edges without stairs: each pixel is the mean of 4 by 4");
-        app.add_flag("--same-size", sameSize_,
-                     "All pictures of one size and scale, with room for the highest stack");
-        app.add_option("--view", view_,
-                       "Look from there, in degrees: around the window (0 from the front, 90 from "
-                       "the right) and above the horizon; \"parallel\" without perspective, so "
-                       "that lengths can be measured")
-            ->type_name("AZIMUTH,ELEVATION[,parallel]");
-        app.add_flag("--title", picture_.title, "The step's number and name in its picture");
-        app.add_flag("--scale", picture_.scale, "Bars for x, y and height in the pictures");
-        app.add_flag("--transparent", picture_.transparent,
-                     "Pictures without a background (png only)");
-        app.add_flag("--crop", picture_.crop,
-                     "Cut pictures to what is drawn on them, with a margin");
-        app.add_option("--thin", thin_,
-                       "Draw films that are thinner as if they were so thick, in nm, and say so in "
-                       "the picture")
-            ->type_name("NM");
+    void Add(Arguments& arguments) override {
+        arguments.AddText(
+            "--width", width_,
+            "Pixels across a picture (default: 1920), 320 to 16384; texts, legend and "
+            "markers are in proportion",
+            "PIXELS");
+        arguments.AddFlag("--smooth", picture_.smooth,
+                          "Edges without stairs: each pixel is the mean of 4 by 4");
+        arguments.AddFlag("--same-size", sameSize_,
+                          "All pictures of one size and scale, with room for the highest stack");
+        arguments.AddText(
+            "--view", view_,
+            "Look from there, in degrees: around the window (0 from the front, 90 from "
+            "the right) and above the horizon; \"parallel\" without perspective, so "
+            "that lengths can be measured",
+            "AZIMUTH,ELEVATION[,parallel]");
+        arguments.AddFlag("--title", picture_.title, "The step's number and name in its picture");
+        arguments.AddFlag("--scale", picture_.scale, "Bars for x, y and height in the pictures");
+        arguments.AddFlag("--transparent", picture_.transparent,
+                          "Pictures without a background (png only)");
+        arguments.AddFlag("--crop", picture_.crop,
+                          "Cut pictures to what is drawn on them, with a margin");
+        arguments.AddText(
+            "--thin", thin_,
+            "Draw films that are thinner as if they were so thick, in nm, and say so in "
+            "the picture",
+            "NM");
     }
 
-    std::string Take(const CLI::App& app, BatchOptions& options) override {
-        std::string failure = TakeWidth(app);
+    std::string Take(const Arguments& arguments, BatchOptions& options) override {
+        std::string failure = TakeWidth(arguments);
         if (failure.empty()) {
-            failure = TakeView(app);
+            failure = TakeView(arguments);
         }
         if (failure.empty()) {
-            failure = TakeThin(app);
+            failure = TakeThin(arguments);
         }
         if (failure.empty() && picture_.transparent && options.format.name != "png") {
             failure = "--transparent needs pictures of the format png, the only one with opacity";
@@ -82,8 +84,8 @@ public:
     }
 
 private:
-    std::string TakeWidth(const CLI::App& app) {
-        if (app.count("--width") == 0) {
+    std::string TakeWidth(const Arguments& arguments) {
+        if (arguments.Count("--width") == 0) {
             return {};
         }
         const std::optional<std::int32_t> width = ReadNumber<std::int32_t>(width_);
@@ -95,11 +97,11 @@ private:
         return {};
     }
 
-    std::string TakeView(const CLI::App& app) {
-        if (app.count("--view") == 0) {
+    std::string TakeView(const Arguments& arguments) {
+        if (arguments.Count("--view") == 0) {
             return {};
         }
-        if (app.count("--angle") > 0) {
+        if (arguments.Count("--angle") > 0) {
             return "--angle and --view exclude each other: both say how high the camera stands";
         }
         picture_.view = ReadView(view_);
@@ -112,8 +114,8 @@ private:
         return {};
     }
 
-    std::string TakeThin(const CLI::App& app) {
-        if (app.count("--thin") == 0) {
+    std::string TakeThin(const Arguments& arguments) {
+        if (arguments.Count("--thin") == 0) {
             return {};
         }
         const std::optional<double> thickness = ReadNumber<double>(thin_);

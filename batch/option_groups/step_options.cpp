@@ -1,7 +1,6 @@
-#include <CLI/CLI.hpp>
-
 #include "batch/option_groups/option_group.h"
 #include "batch/options.h"
+#include "command_line/arguments.h"
 
 namespace zelmo {
 
@@ -9,16 +8,16 @@ namespace {
 
 class StepOptions : public OptionGroup {
 public:
-    void Add(CLI::App& app) override {
-        app.add_option("--steps", steps_,
-                       "The steps whose pictures and numbers are wanted (default: all; all are "
-                       "executed): numbers, 1 the substrate's, ranges such as 3-7, first, last, "
-                       "commands such as photo, names of the process file; commas in between")
-            ->type_name("LIST");
+    void Add(Arguments& arguments) override {
+        arguments.AddText("--steps", steps_,
+                          "The steps whose pictures and numbers are wanted (default: all; all are "
+                          "executed): numbers, 1 the substrate's, ranges such as 3-7, first, last, "
+                          "commands such as photo, names of the process file; commas in between",
+                          "LIST");
     }
 
-    std::string Take(const CLI::App& app, BatchOptions& options) override {
-        if (app.count("--steps") > 0 && steps_.empty()) {
+    std::string Take(const Arguments& arguments, BatchOptions& options) override {
+        if (arguments.Count("--steps") > 0 && steps_.empty()) {
             return "--steps: the list is empty";
         }
         options.steps = steps_;

@@ -6,10 +6,9 @@
 #include <utility>
 #include <vector>
 
-#include <CLI/CLI.hpp>
-
 #include "batch/option_groups/option_group.h"
 #include "batch/options.h"
+#include "command_line/arguments.h"
 #include "process_file/substitution.h"
 
 namespace zelmo {
@@ -41,17 +40,15 @@ std::string AddValue(std::string_view text, VariableValues& values) {
 
 class VariableOptions : public OptionGroup {
 public:
-    void Add(CLI::App& app) override {
-        app.add_option("--set", texts_,
-                       "Replaces ${NAME} in the process file, also where it stands with a default, "
-                       "as ${NAME:-500}; as often as there are variables")
-            ->type_name("NAME=VALUE")
-            ->expected(1)
-            ->allow_extra_args(false)
-            ->take_all();
+    void Add(Arguments& arguments) override {
+        arguments.AddTexts(
+            "--set", texts_,
+            "Replaces ${NAME} in the process file, also where it stands with a default, "
+            "as ${NAME:-500}; as often as there are variables",
+            "NAME=VALUE");
     }
 
-    std::string Take(const CLI::App&, BatchOptions& options) override {
+    std::string Take(const Arguments& /*arguments*/, BatchOptions& options) override {
         VariableValues values;
         for (const std::string& text : texts_) {
             if (std::string reason = AddValue(text, values); !reason.empty()) {

@@ -4,10 +4,9 @@
 #include <optional>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
 #include "batch/option_groups/option_group.h"
 #include "batch/options.h"
+#include "command_line/arguments.h"
 #include "command_line/number_argument.h"
 #include "command_line/window_argument.h"
 #include "process_file/settings_limits.h"
@@ -18,50 +17,51 @@ namespace {
 
 class ViewOptions : public OptionGroup {
 public:
-    void Add(CLI::App& app) override {
-        app.add_option("--cell", cell_, "The cell to look at, in place of the process file's")
-            ->type_name("NAME");
-        app.add_option("--window", window_,
-                       "The window, in place of the process file's, in um: its lower left corner "
-                       "and its size, or what fits around the cell's masks, with a margin")
-            ->type_name("X,Y,DX,DY|fit[:MARGIN]");
-        app.add_option("--columns", columns_,
-                       "Grid points across the picture, 200 to 2000, in place of the process "
-                       "file's")
-            ->type_name("N");
-        app.add_option("--angle", angle_,
-                       "Elevation of the camera in whole degrees, 0 to 90, in place of the "
-                       "process file's")
-            ->type_name("DEG");
+    void Add(Arguments& arguments) override {
+        arguments.AddText("--cell", cell_, "The cell to look at, in place of the process file's",
+                          "NAME");
+        arguments.AddText(
+            "--window", window_,
+            "The window, in place of the process file's, in um: its lower left corner "
+            "and its size, or what fits around the cell's masks, with a margin",
+            "X,Y,DX,DY|fit[:MARGIN]");
+        arguments.AddText("--columns", columns_,
+                          "Grid points across the picture, 200 to 2000, in place of the process "
+                          "file's",
+                          "N");
+        arguments.AddText("--angle", angle_,
+                          "Elevation of the camera in whole degrees, 0 to 90, in place of the "
+                          "process file's",
+                          "DEG");
     }
 
-    std::string Take(const CLI::App& app, BatchOptions& options) override {
-        if (app.count("--cell") > 0) {
+    std::string Take(const Arguments& arguments, BatchOptions& options) override {
+        if (arguments.Count("--cell") > 0) {
             if (cell_.empty()) {
                 return "--cell: the cell has no name";
             }
             options.view.cell = cell_;
         }
-        if (app.count("--window") > 0) {
+        if (arguments.Count("--window") > 0) {
             WindowArgument argument = ParseWindowArgument(window_);
             options.view.window = argument.window;
             if (!argument.failure.empty()) {
                 return argument.failure;
             }
         }
-        return TakeGridAndCamera(app, options.view);
+        return TakeGridAndCamera(arguments, options.view);
     }
 
 private:
-    std::string TakeGridAndCamera(const CLI::App& app, ViewChoice& view) const {
-        if (app.count("--columns") > 0) {
+    std::string TakeGridAndCamera(const Arguments& arguments, ViewChoice& view) const {
+        if (arguments.Count("--columns") > 0) {
             view.gridColumns = ReadNumber<std::uint16_t>(columns_);
             if (!view.gridColumns || !IsGridColumns(*view.gridColumns)) {
                 return fmt::format("--columns: \"{}\" is no whole number from {} to {}", columns_,
                                    fewestGridColumns, mostGridColumns);
             }
         }
-        if (app.count("--angle") > 0) {
+        if (arguments.Count("--angle") > 0) {
             view.cameraAngle = ReadNumber<std::uint16_t>(angle_);
             if (!view.cameraAngle || !IsCameraAngle(*view.cameraAngle)) {
                 return fmt::format("--angle: \"{}\" is no whole number of degrees from 0 to {}",

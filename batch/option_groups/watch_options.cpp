@@ -1,10 +1,9 @@
 #include <cstdint>
 #include <string>
 
-#include <CLI/CLI.hpp>
-
 #include "batch/option_groups/option_group.h"
 #include "batch/options.h"
+#include "command_line/arguments.h"
 
 namespace zelmo {
 
@@ -12,22 +11,24 @@ namespace {
 
 class WatchOptions : public OptionGroup {
 public:
-    void Add(CLI::App& app) override {
-        app.add_flag("--watch", watch_,
-                     "Stay, and run again whenever the process file or the layout is saved: what a "
-                     "change does not touch is not done again. Ctrl-C ends it");
-        app.add_option("--memory", mebibytes_,
-                       "With --watch: what kept states of the stack may take (default: a quarter "
-                       "of the machine's memory); those that do not fit are made anew when needed")
-            ->type_name("MIB");
+    void Add(Arguments& arguments) override {
+        arguments.AddFlag(
+            "--watch", watch_,
+            "Stay, and run again whenever the process file or the layout is saved: what a "
+            "change does not touch is not done again. Ctrl-C ends it");
+        arguments.AddNumber(
+            "--memory", mebibytes_,
+            "With --watch: what kept states of the stack may take (default: a quarter "
+            "of the machine's memory); those that do not fit are made anew when needed",
+            "MIB");
     }
 
-    std::string Take(const CLI::App& app, BatchOptions& options) override {
+    std::string Take(const Arguments& arguments, BatchOptions& options) override {
         options.watch = watch_;
         if (watch_ && options.checkOnly) {
             return "--watch and --check exclude each other: leave one of them out";
         }
-        if (app.count("--memory") == 0) {
+        if (arguments.Count("--memory") == 0) {
             return {};
         }
         if (!watch_) {

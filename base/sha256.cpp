@@ -59,6 +59,15 @@ void Sha256::Add(std::span<const std::uint8_t> bytes) {
 }
 
 std::string Sha256::Digest() {
+    std::string digits;
+    for (const std::uint8_t byte : DigestBytes()) {
+        digits.push_back("0123456789abcdef"[byte >> 4]);
+        digits.push_back("0123456789abcdef"[byte & 0xF]);
+    }
+    return digits;
+}
+
+std::array<std::uint8_t, 32> Sha256::DigestBytes() {
     const std::uint64_t bitCount = byteCount_ * 8;
     const std::uint8_t end = 0x80;
     const std::uint8_t zero = 0;
@@ -71,13 +80,11 @@ std::string Sha256::Digest() {
         length[i] = static_cast<std::uint8_t>(bitCount >> (56 - 8 * i));
     }
     Add(length);
-    std::string digits;
-    for (const std::uint32_t word : state_) {
-        for (int shift = 28; shift >= 0; shift -= 4) {
-            digits.push_back("0123456789abcdef"[(word >> shift) & 0xF]);
-        }
+    std::array<std::uint8_t, 32> digest{};
+    for (std::size_t i = 0; i < digest.size(); ++i) {
+        digest[i] = static_cast<std::uint8_t>(state_[i / 4] >> (24 - 8 * (i % 4)));
     }
-    return digits;
+    return digest;
 }
 
 void Sha256::TakeBlock(const std::uint8_t* block) {

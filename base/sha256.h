@@ -13,9 +13,10 @@ class Sha256 {
 public:
     void Add(std::span<const std::uint8_t> bytes);
 
-    /// The digest of all that was added, as 64 lower-case hexadecimal digits. Nothing can be added
-    /// afterwards.
+    /// The digest of all that was added, as 64 lower-case hexadecimal digits or as bytes. Nothing
+    /// can be added afterwards.
     std::string Digest();
+    std::array<std::uint8_t, 32> DigestBytes();
 
 private:
     static constexpr std::size_t blockSize = 64;

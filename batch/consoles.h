@@ -1,7 +1,9 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "base/log_console.h"
 
@@ -16,6 +18,11 @@ public:
     /// `quiet` writes nothing at all.
     OutputConsole(Progress& progress, bool quiet) : progress_(progress), quiet_(quiet) {}
 
+    /// Keeps a copy of the lines from now on, of those that are not written as well.
+    void BeginCopy();
+    /// The copied lines; there are no more from now on.
+    std::vector<std::wstring> TakeCopy();
+
     /// Why a line could not be written; empty if all were.
     const std::string& Failure() const { return failure_; }
 
@@ -25,6 +32,7 @@ protected:
 private:
     Progress& progress_;
     bool quiet_ = false;
+    std::optional<std::vector<std::wstring>> copy_;
     std::string failure_;
 };
 

@@ -1,6 +1,7 @@
 #include "batch/listeners.h"
 
 #include <string>
+#include <utility>
 
 #include "batch/dump_warner.h"
 #include "batch/note_listener.h"
@@ -10,6 +11,7 @@
 #include "batch/picture_list.h"
 #include "batch/picture_saver.h"
 #include "batch/probe_writer.h"
+#include "batch/report_writer.h"
 #include "batch/reporting.h"
 #include "batch/section_writer.h"
 #include "batch/summary_writer.h"
@@ -57,9 +59,18 @@ Listeners MakeListeners(const BatchOptions& given,
     if (!options.numbers.cuts.empty()) {
         listeners.push_back(std::make_unique<SectionWriter>(options, tell, lists.cuts));
     }
+    std::vector<PictureTaker> takers;
+    if (options.report.file) {
+        auto report = std::make_unique<ReportWriter>(given, assetFolders, reporting.console);
+        takers.emplace_back([taker = report.get()](std::size_t index,
+                                                   const std::shared_ptr<const StepImage>& image) {
+            taker->TakePicture(index, image);
+        });
+        listeners.push_back(std::move(report));
+    }
     if (options.pictures) {
-        listeners.push_back(
-            std::make_unique<PictureSaver>(options, assetFolders, tell, files, lists.pictures));
+        listeners.push_back(std::make_unique<PictureSaver>(options, assetFolders, tell, files,
+                                                           lists.pictures, std::move(takers)));
     }
     if (options.numbers.summary) {
         listeners.push_back(std::make_unique<SummaryWriter>(options, assetFolders));

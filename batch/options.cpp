@@ -30,6 +30,7 @@ Groups MakeGroups() {
     groups.push_back(MakeStepOptions());
     groups.push_back(MakePictureOptions());
     groups.push_back(MakeNumberOptions());
+    groups.push_back(MakeReportOptions());
     groups.push_back(MakeNoteOptions());
     groups.push_back(MakeWatchOptions());
     return groups;

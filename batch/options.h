@@ -20,6 +20,12 @@ struct NoteChoice {
     bool strict = false;                 ///< those that are told end the program
 };
 
+/// The page that is asked for.
+struct ReportChoice {
+    std::optional<std::filesystem::path> file;  ///< none: no page
+    std::int32_t columns = 200;                 ///< of the model that it has at most
+};
+
 /// What the command line asks for.
 struct BatchOptions {
     std::filesystem::path layout;
@@ -28,6 +34,7 @@ struct BatchOptions {
     ViewChoice view;                              ///< in place of what the process file says
     std::string steps;  ///< those of pictures and numbers (ChooseSteps); empty: all
     NumberChoice numbers;
+    ReportChoice report;
     bool overwrite = false;  ///< what an earlier run left in the output folder
     PictureFormat format = pictureFormats[0];
     NoteChoice notes;

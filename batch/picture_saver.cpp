@@ -57,13 +57,14 @@ std::string NoPicture(const ProcessModel& model, std::size_t index, const std::s
 
 PictureSaver::PictureSaver(const BatchOptions& options, std::vector<fs::path> assetFolders,
                            std::function<void(const std::string&)> tell, UnfinishedFiles& files,
-                           std::shared_ptr<PictureList> list)
+                           std::shared_ptr<PictureList> list, std::vector<PictureTaker> takers)
     : assetFolders_(std::move(assetFolders)),
       tell_(std::move(tell)),
       folder_{options.output.value(), options.format, options.overwrite},
       steps_(options.steps),
       list_(std::move(list)),
-      files_(&files) {}
+      files_(&files),
+      takers_(std::move(takers)) {}
 
 Outcome PictureSaver::Begin(const ProcessModel& model) {
     std::string problem;
@@ -130,6 +131,9 @@ Outcome PictureSaver::AfterStep(const ProcessModel& model, std::size_t index, Ru
 
 void PictureSaver::StartSaving(std::size_t index, StepImage image) {
     const auto taken = std::make_shared<const StepImage>(std::move(image));
+    for (const PictureTaker& taker : takers_) {
+        taker(index, taken);
+    }
     const auto save = [this, index, taken] {
         const UnfinishedFiles::Writing picture(*files_);
         std::string problem = SavePicture(folder_, index + 1, *taken);

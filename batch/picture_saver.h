@@ -19,16 +19,21 @@
 
 namespace zelmo {
 
+/// Whoever else wants the picture of the step with this index; it is not changed any more.
+using PictureTaker =
+    std::function<void(std::size_t index, const std::shared_ptr<const StepImage>& image)>;
+
 /// Makes the pictures of a run and saves each as it comes.
 class PictureSaver : public StepListener {
 public:
     /// `options` names the output folder. The shaders are looked for in `assetFolders`. `tell`
     /// receives a line for every picture that is missing, in their order and on the caller's
     /// thread. `files` counts those that are being written; `list` is that of the
-    /// folder, if it is to be of this program alone.
+    /// folder, if it is to be of this program alone. `takers` are given each picture as it comes,
+    /// on the caller's thread.
     PictureSaver(const BatchOptions& options, std::vector<std::filesystem::path> assetFolders,
                  std::function<void(const std::string&)> tell, UnfinishedFiles& files,
-                 std::shared_ptr<PictureList> list);
+                 std::shared_ptr<PictureList> list, std::vector<PictureTaker> takers = {});
 
     /// Gets ready for the pictures of the chosen steps. Fails if none could be made or they could
     /// not be saved.
@@ -63,6 +68,7 @@ private:
     std::vector<bool> chosen_;           ///< of them, by step
     std::shared_ptr<PictureList> list_;  ///< or null
     UnfinishedFiles* files_ = nullptr;
+    std::vector<PictureTaker> takers_;
     std::vector<std::wstring> keptNames_;  ///< files that stay when the run is complete
     std::set<std::size_t> missing_;        ///< steps whose picture is
     std::size_t savingIndex_ = 0;

@@ -66,3 +66,17 @@ else()
     add_library(zelmo_png INTERFACE)
     target_link_libraries(zelmo_png INTERFACE PNG::PNG)
 endif()
+
+# WebP
+if(WIN32)
+    set(WEBP_DIR ${THIRD_PARTY}/libwebp)
+    file(GLOB WEBP_FILES ${WEBP_DIR}/src/dec/*.c ${WEBP_DIR}/src/dsp/*.c ${WEBP_DIR}/src/enc/*.c
+         ${WEBP_DIR}/src/utils/*.c ${WEBP_DIR}/sharpyuv/*.c)
+    add_library(zelmo_webp STATIC ${WEBP_FILES})
+    target_include_directories(zelmo_webp SYSTEM PUBLIC ${WEBP_DIR}/src PRIVATE ${WEBP_DIR})
+    target_compile_options(zelmo_webp PRIVATE -w)
+else()
+    find_library(WEBP_LIBRARY webp REQUIRED)
+    add_library(zelmo_webp INTERFACE)
+    target_link_libraries(zelmo_webp INTERFACE ${WEBP_LIBRARY})
+endif()

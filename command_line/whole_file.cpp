@@ -57,19 +57,9 @@ std::string NotWritten(const fs::path& path, const std::string& reason) {
     return fmt::format("the file {} could not be written: {}", TextOf(path), reason);
 }
 
-}  // namespace
-
-std::string WhyNotWritable(const fs::path& path) {
-    std::error_code ignored;
-    if (fs::is_directory(path, ignored)) {
-        return NotWritten(path, "it is a folder");
-    }
-    const TemporaryFile probe(path.parent_path());
-    return probe.Made() ? std::string() : NotWritten(path, probe.WhyNotMade());
-}
-
-std::string WriteWholeFile(const fs::path& path,
-                           const std::function<std::string(std::FILE*)>& write) {
+/// Writes a file under another name and then moves it to its own with `move`.
+std::string WriteAndMove(const fs::path& path, const std::function<std::string(std::FILE*)>& write,
+                         std::error_code (TemporaryFile::*move)(const fs::path&)) {
     const auto failed = [&](const std::string& reason) { return NotWritten(path, reason); };
     std::error_code ignored;
     if (fs::is_directory(path, ignored)) {
@@ -85,8 +75,29 @@ std::string WriteWholeFile(const fs::path& path,
     if (!file.Close()) {
         return failed(SystemReason());
     }
-    const std::error_code error = file.MoveTo(path);
+    const std::error_code error = (file.*move)(path);
     return error ? failed(error.message()) : std::string();
+}
+
+}  // namespace
+
+std::string WhyNotWritable(const fs::path& path) {
+    std::error_code ignored;
+    if (fs::is_directory(path, ignored)) {
+        return NotWritten(path, "it is a folder");
+    }
+    const TemporaryFile probe(path.parent_path());
+    return probe.Made() ? std::string() : NotWritten(path, probe.WhyNotMade());
+}
+
+std::string WriteWholeFile(const fs::path& path,
+                           const std::function<std::string(std::FILE*)>& write) {
+    return WriteAndMove(path, write, &TemporaryFile::MoveTo);
+}
+
+std::string WriteNewFile(const fs::path& path,
+                         const std::function<std::string(std::FILE*)>& write) {
+    return WriteAndMove(path, write, &TemporaryFile::MoveToNew);
 }
 
 std::string WriteWholeFile(const fs::path& path, std::string_view content) {

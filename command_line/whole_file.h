@@ -48,7 +48,11 @@ std::string WhyNotWritable(const std::filesystem::path& path);
 std::string WriteWholeFile(const std::filesystem::path& path,
                            const std::function<std::string(std::FILE*)>& write);
 
-/// The same with this content.
+/// The same for a file that is not there yet: never replaces one.
+std::string WriteNewFile(const std::filesystem::path& path,
+                         const std::function<std::string(std::FILE*)>& write);
+
+/// WriteWholeFile with this content.
 std::string WriteWholeFile(const std::filesystem::path& path, std::string_view content);
 
 }  // namespace zelmo

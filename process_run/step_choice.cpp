@@ -39,17 +39,11 @@ constexpr KindWord kindWords[] = {
 constexpr std::string_view firstWord = "first";
 constexpr std::string_view lastWord = "last";
 
-std::string_view WordOf(StepKind kind) {
-    return std::find_if(std::begin(kindWords), std::end(kindWords),
-                        [&](const KindWord& row) { return row.kind == kind; })
-        ->word;
-}
-
 /// What a step can be called, the command that makes it first. Some are empty.
 std::vector<std::string_view> NamesOf(const ProcessStep& step) {
     const bool makesFilm = step.kind == StepKind::Deposition || step.kind == StepKind::Coating ||
                            step.kind == StepKind::Implant;
-    return {WordOf(step.kind), step.photoName, step.processName,
+    return {CommandWord(step.kind), step.photoName, step.processName,
             makesFilm ? std::string_view(step.material) : std::string_view(), step.description};
 }
 
@@ -175,6 +169,12 @@ private:
 };
 
 }  // namespace
+
+std::string_view CommandWord(StepKind kind) {
+    return std::find_if(std::begin(kindWords), std::end(kindWords),
+                        [&](const KindWord& row) { return row.kind == kind; })
+        ->word;
+}
 
 StepChoice ChooseSteps(std::string_view list, std::span<const ProcessStep> steps) {
     if (list.empty()) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <span>
 #include <string>
 #include <string_view>
@@ -7,7 +8,11 @@
 
 namespace zelmo {
 
+enum class StepKind : std::int32_t;
 struct ProcessStep;
+
+/// The command of process files that makes a step of this kind; "substrate" for the first.
+std::string_view CommandWord(StepKind kind);
 
 /// The steps that a list chooses, or why there are none.
 struct StepChoice {

@@ -25,14 +25,14 @@ add() {
     [ "$1" != "$wanted" ] || complete=yes
 }
 add rendering "g++ cmake ninja-build dpkg-dev libfmt-dev libcli11-dev nlohmann-json3-dev \
-libpng-dev zlib1g-dev libegl-dev libgl-dev libopengl-dev libegl1 libegl-mesa0 libgl1-mesa-dri \
+libpng-dev libwebp-dev zlib1g-dev libegl-dev libgl-dev libopengl-dev libegl1 libegl-mesa0 libgl1-mesa-dri \
 libfreetype-dev libfontconfig-dev fonts-liberation" "glew libpolyclipping"
 # Node as Debian has it, or another one that is there already.
 node=""
 command -v npm > /dev/null || node="nodejs npm"
 [ "$wanted" = desktop ] || add pages "$node" ""
 add desktop qt6-base-dev ""
-add packages "file g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64" libpng1.6
+add packages "file g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64" "libpng1.6 libwebp"
 add tests "python3 python3-jsonschema clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev googletest \
 libgtest-dev libbenchmark-dev libxcb1-dev xvfb xauth chromium" ""
 if [ -z "$complete" ]; then

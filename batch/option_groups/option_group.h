@@ -38,6 +38,9 @@ std::unique_ptr<OptionGroup> MakeStepOptions();
 /// The numbers of a run.
 std::unique_ptr<OptionGroup> MakeNumberOptions();
 
+/// The page of a run.
+std::unique_ptr<OptionGroup> MakeReportOptions();
+
 /// What is said of what is probably not meant.
 std::unique_ptr<OptionGroup> MakeNoteOptions();
 

@@ -60,7 +60,7 @@ public:
             ->type_name(fmt::format("{}", fmt::join(FormatNames(), "|")));
         app.add_flag("--overwrite", overwrite_,
                      "Replace the pictures and cuts of an earlier run of the same folder, and "
-                     "nothing else in it");
+                     "nothing else in it; replace the page of --report");
         app.add_flag("--no-pictures", noPictures_, "Run the steps, draw nothing (needs no GL)");
     }
 

@@ -17,7 +17,6 @@
 #include "report/page_bundle.h"
 #include "report/page_json.h"
 
-
 namespace zelmo {
 
 namespace {

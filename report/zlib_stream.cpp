@@ -60,7 +60,7 @@ std::vector<std::uint8_t> Deflate(std::span<const std::uint8_t> bytes) {
 }
 
 std::vector<std::uint8_t> Inflate(std::span<const std::uint8_t> packed, std::size_t size) {
-    std::vector<std::uint8_t> bytes(size);
+    std::vector<std::uint8_t> bytes(size + 1);  // one that more than `size` would take
     z_stream stream{};
     if (inflateInit(&stream) != Z_OK) {
         throw std::bad_alloc();
@@ -71,6 +71,7 @@ std::vector<std::uint8_t> Inflate(std::span<const std::uint8_t> packed, std::siz
     if (!isWhole) {
         throw std::runtime_error("bytes are no compressed ones");
     }
+    bytes.pop_back();
     return bytes;
 }
 

@@ -4,9 +4,9 @@
 
 #include <CLI/CLI.hpp>
 
-#include "command_line/path_argument.h"
 #include "batch/option_groups/option_group.h"
 #include "batch/options.h"
+#include "command_line/path_argument.h"
 
 namespace zelmo {
 

@@ -152,7 +152,7 @@ Outcome ReportWriter::AfterStep(const ProcessModel& model, std::size_t index,
         consoleLines_[index] = std::move(lines);  // a step that is only taken again has none
     }
     if (chosen_.at(index)) {
-        head_.zero = static_cast<double>(model.stack.substrateThickness);
+        zero_ = static_cast<double>(model.stack.substrateThickness);
         taken_[index].stack = fields_->Take(model.stack, model.grid.columns);
     }
     return {};
@@ -192,6 +192,7 @@ Outcome ReportWriter::Finish(RunRecord& record, bool complete) {
 
 Page ReportWriter::MakePage(const RunRecord& record) const {
     Page page = head_;
+    page.zero = zero_;
     for (const auto& [index, taken] : taken_) {
         page.steps.push_back(MakeStep(index, record));
     }

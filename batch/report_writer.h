@@ -63,6 +63,7 @@ private:
     OutputConsole& console_;
     PageBundle bundle_;
     Page head_;                    ///< what does not come from steps
+    double zero_ = 0.0;            ///< of the page, from the steps that were taken
     std::vector<PageStep> steps_;  ///< what is known of all before they are taken
     std::vector<bool> chosen_;     ///< by step
     PageGrid grid_;

@@ -2,9 +2,8 @@
 #include <string>
 #include <vector>
 
-#include <nlohmann/json.hpp>
-
 #include "tests/batch/batch_fixture.h"
+#include "tests/batch/told_page.h"
 
 // The page of a run, as users ask for it. What its bytes hold is read by tests/report.
 
@@ -37,17 +36,7 @@ protected:
         return Run(arguments);
     }
 
-    /// What a page tells.
-    Json Told(const std::string& name) const {
-        const std::string page = FileText(name);
-        const std::string begin = "id=\"run\">";
-        const std::size_t start = page.find(begin);
-        if (start == std::string::npos) {
-            return {};
-        }
-        const std::size_t end = page.find("</script>", start);
-        return Json::parse(page.substr(start + begin.size(), end - start - begin.size()));
-    }
+    Json Told(const std::string& name) const { return ToldPage(FileText(name)); }
 };
 
 std::vector<int> StepNumbers(const Json& run) {

@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "tests/batch/batch_fixture.h"
+#include "tests/batch/told_page.h"
 
 // The program as it stays and runs again, against fresh runs of the same files.
 
@@ -184,6 +185,53 @@ TEST_F(WatchTest, ComesToTheLastOfManyRapidSaves) {
         }
         ExpectFresh();
     }
+}
+
+TEST_F(WatchTest, ThePageIsThatOfAFreshRun) {
+    const std::filesystem::path assets = std::filesystem::current_path();
+    std::filesystem::create_directory(InFolder("assets"));
+    std::filesystem::copy_file(assets / "colors.txt", InFolder("assets/colors.txt"));
+    folder_.Write("assets/page.js", "let page = 1;");
+    folder_.Write("assets/page.css", "a{}");
+    const std::vector<std::string> common{"--no-pictures", "--assets", "assets", "--steps",
+                                          "2-last"};
+    const auto with = [&](const std::vector<std::string>& more) {
+        std::vector<std::string> all = common;
+        all.insert(all.end(), more.begin(), more.end());
+        return all;
+    };
+    const auto expectFreshPage = [&] {
+        const std::string path = "fresh.html";
+        ASSERT_EQ(Run(with({"--overwrite", "--report", path, "square.gds", "flow.txt"})).status, 0);
+        const std::string fresh = PageWithoutTimes(FileText(path));
+        ASSERT_FALSE(fresh.empty());
+        EXPECT_TRUE(WaitUntil([&] {
+            return std::filesystem::exists(InFolder("page.html")) &&
+                   PageWithoutTimes(FileText("page.html")) == fresh;
+        })) << FileText("errors");
+    };
+    const std::string end =
+        "photo -name P -mask_id 1 -type 1 -res 0.2 -thickness 800 -taper 80\n"
+        "etch -name E -targets oxide -depth 200 -iso 0.5\nstrip -name P\n";
+    WriteProcess(Film(1, 300) + Film(2, 200) + end);
+    Start(with({"--report", "page.html"}));
+    expectFreshPage();
+    for (const std::string& steps :
+         {Film(1, 300) + Film(2, 250) + end, Film(1, 300) + "# moved\n" + Film(2, 250) + end,
+          Film(1, 300) + Film(2, 250) + end + Film(3, 50), Film(1, 300),
+          Film(3, 300) + Film(2, 250) + end}) {
+        WriteProcess(steps);
+        expectFreshPage();
+    }
+    EXPECT_EQ(Interrupt(), 0);
+}
+
+TEST_F(WatchTest, APageOfOthersIsKept) {
+    folder_.Write("page.html", "mine");
+    ExpectRefusal(
+        Run({"--watch", "--no-pictures", "--report", "page.html", "square.gds", "flow.txt"}), 5,
+        {"page.html exists already"});
+    EXPECT_EQ(FileText("page.html"), "mine");
 }
 
 TEST_F(WatchTest, RefusesAFolderOfOthers) {

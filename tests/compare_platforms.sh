@@ -34,7 +34,21 @@ for platform in linux windows; do
         "$out/numbers-$platform/summary.json"
 done
 diff -r "$out/numbers-linux" "$out/numbers-windows"
+# A page of them, but for its times
+mkdir "$out/assets"
+cp assets/colors.txt "$out/assets"
+echo "let page = 1;" > "$out/assets/page.js"
+echo "body { margin: 0 }" > "$out/assets/page.css"
+set -- --quiet --no-pictures --assets "$PWD/$out/assets" --report page.html "$layout" "$process"
+(cd "$out/numbers-linux" && ../../release/zelmo-batch "$@")
+(cd "$out/numbers-windows" && ../../../scripts/wine.sh ../../windows/zelmo-batch.exe "$@")
+for platform in linux windows; do
+    sed -i -e 's/"seconds":[0-9.e-]*/"seconds":0/g' -e 's/Completed in [0-9.]* s/Completed/g' \
+        "$out/numbers-$platform/page.html"
+done
+diff -r "$out/numbers-linux" "$out/numbers-windows"
+[ -s "$out/numbers-linux/page.html" ]
 [ -s "$out/numbers-linux/probes.csv" ] && [ -s "$out/numbers-linux/summary.json" ]
 
-echo "$pictures pictures, all records and all numbers are the same on Linux and Windows"
+echo "$pictures pictures, all records, all numbers and a page are the same on Linux and Windows"
 rm -rf "$out"

@@ -7,10 +7,10 @@
 #include <cstdio>
 #include <exception>
 #include <new>
-#include <system_error>
 #include <utility>
 
 #include "base/text.h"
+#include "batch/asked_file.h"
 #include "batch/options.h"
 #include "batch/run_record.h"
 #include "batch/safe_file_name.h"
@@ -79,14 +79,8 @@ Outcome ModelWriter::Begin(const ProcessModel& model) {
         fs::path& target = targets_[index];
         target = count == 1 ? *choice_.file
                             : WithStep(*choice_.file, NameOfStep(model.steps[index], index));
-        std::error_code ignored;
-        if (!overwrite_ && fs::exists(target, ignored)) {
-            return {ExitStatus::Other,
-                    fmt::format("the model {} exists already and is kept; nothing was run "
-                                "(--overwrite replaces it)",
-                                TextOf(target))};
-        }
-        if (const std::string reason = WhyNotWritable(target); !reason.empty()) {
+        if (const std::string reason = WhyNotToWrite(target, "model", overwrite_);
+            !reason.empty()) {
             return {ExitStatus::Other, reason};
         }
     }

@@ -3,9 +3,9 @@
 #include <fmt/format.h>
 
 #include <new>
-#include <system_error>
 #include <utility>
 
+#include "batch/asked_file.h"
 #include "command_line/reasons.h"
 #include "command_line/whole_file.h"
 #include "pictures/webp.h"
@@ -17,14 +17,7 @@ StepImage KeptPicture::Image() const {
 }
 
 Outcome OverviewWriter::Begin(const ProcessModel& /*model*/) {
-    std::error_code ignored;
-    if (!overwrite_ && std::filesystem::exists(overview_.file, ignored)) {
-        return {ExitStatus::Other,
-                fmt::format("the {} {} exists already and is kept; nothing was run (--overwrite "
-                            "replaces it)",
-                            overview_.name, TextOf(overview_.file))};
-    }
-    const std::string reason = WhyNotWritable(overview_.file);
+    const std::string reason = WhyNotToWrite(overview_.file, overview_.name, overwrite_);
     return reason.empty() ? Outcome{} : Outcome{ExitStatus::Other, reason};
 }
 

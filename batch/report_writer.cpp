@@ -1,15 +1,13 @@
 #include "batch/report_writer.h"
 
-#include <fmt/format.h>
-
 #include <algorithm>
-#include <system_error>
 #include <tuple>
 #include <utility>
 
 #include "base/data_files.h"
 #include "base/text.h"
 #include "base/version.h"
+#include "batch/asked_file.h"
 #include "batch/consoles.h"
 #include "batch/run_record.h"
 #include "command_line/reasons.h"
@@ -102,14 +100,7 @@ ReportWriter::ReportWriter(BatchOptions options, std::vector<fs::path> assetFold
 
 Outcome ReportWriter::Begin(const ProcessModel& model) {
     const fs::path& file = *options_.report.file;
-    std::error_code ignored;
-    if (!options_.overwrite && fs::exists(file, ignored)) {
-        return {ExitStatus::Other,
-                fmt::format("the page {} exists already and is kept; nothing was run (--overwrite "
-                            "replaces it)",
-                            TextOf(file))};
-    }
-    std::string reason = WhyNotWritable(file);
+    std::string reason = WhyNotToWrite(file, "page", options_.overwrite);
     if (reason.empty()) {
         reason = ReadPageBundle(FindDataFile(assetFolders_, "page.js"),
                                 FindDataFile(assetFolders_, "page.css"), bundle_);

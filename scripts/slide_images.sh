@@ -28,3 +28,7 @@ draw thin cmos_inverter 22 --width 640 --smooth --thin 40 --window 2.2,1.5,1.6,1
 for step in 1 26 51; do
     draw "same_size_$step" cmos_inverter "$step" --width 320 --smooth --same-size --crop
 done
+"$build/zelmo-batch" "$build/examples/mems_release.gds" "$build/examples/mems_release.txt" --quiet \
+    --assets "$root/assets" --output "$work/sheet" --steps etch,release --sheet-columns 4 \
+    --smooth --crop --sheet "$work/sheet.png"
+mv "$work/sheet.png" "$root/docs/images/slide_sheet.png"

@@ -61,8 +61,7 @@ TEST(Manual, ThePageOfProcessFilesTellsEveryArgument) {
     const std::string page{std::istreambuf_iterator<char>(stream), {}};
     ASSERT_FALSE(page.empty());
     for (const ManualRow& row : Manual()) {
-        EXPECT_NE(page.find(fmt::format("`{}`", row.argument)), std::string::npos)
-            << row.argument;
+        EXPECT_NE(page.find(fmt::format("`{}`", row.argument)), std::string::npos) << row.argument;
     }
 }
 

@@ -1,11 +1,14 @@
-// How long a page takes to open, to change the step and to draw a frame while the stack is turned:
-// page_benchmark PAGE.html [CHROMIUM OPTION...]
+// How long a page takes to open, to change the step and to draw a frame while the stack is turned.
+// Run by run.mjs beside this file.
 import { pathToFileURL } from "node:url";
 import { statSync } from "node:fs";
 import type { Page } from "puppeteer-core";
 import { startBrowser } from "../tests/support/browser.ts";
 
-const [file, ...options] = process.argv.slice(2);
+const [file] = process.argv.slice(2);
+// On a display, Chromium can draw with Mesa's llvmpipe; without one it has a renderer of its own.
+const hasDisplay = (process.env.DISPLAY ?? "") !== "";
+const options = hasDisplay ? ["--use-gl=angle", "--use-angle=gl", "--ignore-gpu-blocklist"] : [];
 
 function median(times: number[]): number {
     return [...times].sort((a, b) => a - b)[Math.floor(times.length / 2)];
@@ -91,7 +94,7 @@ function changeSteps(page: Page): Promise<number[]> {
     });
 }
 
-const browser = await startBrowser(options);
+const browser = await startBrowser(options, hasDisplay);
 const page = await browser.newPage();
 await page.setViewport({ width: 1280, height: 800 });
 console.log(`${file}: ${(statSync(file).size / 1e6).toFixed(2)} MB`);

@@ -179,6 +179,17 @@ test("a phone shows everything without scrolling sideways, and fingers turn the 
         window.innerWidth,
     ]);
     assert.ok(widths[0] <= widths[1], widths.join());
+    const ends = await page.evaluate(() => {
+        window.scrollTo(0, document.documentElement.scrollHeight);
+        const rows = document.querySelectorAll(".layers tr");
+        return [rows[rows.length - 1], document.querySelector(".strip")].map(
+            (made) => made?.getBoundingClientRect().bottom ?? 0,
+        );
+    });
+    assert.ok(ends[0] < ends[1], `the strip ends the page, below all layers: ${ends.join()}`);
+    await page.evaluate(() => {
+        window.scrollTo(0, 0);
+    });
     const pose = () => page.$eval(".overlay .axis", (name) => name.getAttribute("transform"));
     const first = await pose();
     const box = await (await page.$("canvas"))?.boundingBox();

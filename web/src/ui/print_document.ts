@@ -13,7 +13,7 @@ export function makePrintDocument(session: Session): HTMLElement {
             { class: "print-step" },
             element("h2", {}, `Step ${step.number}: `, stepTitle(step)),
             pictureOf(session, step),
-            ...stepDetails(session, index),
+            element("div", {}, ...stepDetails(session, index)),
         ),
     );
     const lines = run.processFile.map((line) =>

@@ -96,6 +96,7 @@ function changeSteps(page: Page): Promise<number[]> {
 
 const browser = await startBrowser(options, hasDisplay);
 const page = await browser.newPage();
+page.setDefaultTimeout(240_000);
 await page.setViewport({ width: 1280, height: 800 });
 console.log(`${file}: ${(statSync(file).size / 1e6).toFixed(2)} MB`);
 const opened: number[] = [];

@@ -58,6 +58,8 @@ export async function openPage(
     opening: Opening = {},
 ): Promise<OpenedPage> {
     const page = await browser.newPage();
+    // A machine that does much else may take its time.
+    page.setDefaultTimeout(240_000);
     const faults: string[] = [];
     const requests: string[] = [];
     page.on("pageerror", (error) => faults.push(String(error)));

@@ -275,6 +275,7 @@ test("a window without cells and data of another format are told in words", asyn
 test("without scripts the page says what it needs", async () => {
     const url = writePage(folder.path, "noscript.html", makeBeam(9, 7), facts);
     const page = await browser.newPage();
+    page.setDefaultTimeout(240_000);
     await page.setJavaScriptEnabled(false);
     await page.goto(url);
     assert.match(await textOf(page, "body"), /needs JavaScript/);

@@ -1,6 +1,15 @@
 import type { Cut } from "./mesh.ts";
 import type { Grid, StackLayer } from "./stack.ts";
 
+/** Micrometres from the window's lower left corner, the height as the layers have it. */
+export interface Place {
+    x: number;
+    y: number;
+    z: number;
+    /** The layer that it lies on, or null for a place of the window itself. */
+    key: number | null;
+}
+
 /** A layer as one can point at it. */
 export interface Target {
     layer: StackLayer;

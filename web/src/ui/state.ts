@@ -1,16 +1,8 @@
 import type { Cut } from "../stack/mesh.ts";
+import type { Place } from "../stack/probe.ts";
+import type { LayerMode } from "../view/layer_objects.ts";
 
-/** How a layer is drawn; layers that the state does not name are shown. */
-export type LayerMode = "shown" | "glass" | "hidden";
-
-/** Micrometres from the window's lower left corner, the height as the layers have it. */
-export interface Place {
-    x: number;
-    y: number;
-    z: number;
-    /** The layer that it lies on, or null for a place of the window itself. */
-    key: number | null;
-}
+export type { LayerMode, Place };
 
 /** What a person has chosen. Steps change, the rest of it stays. */
 export interface State {

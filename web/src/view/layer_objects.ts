@@ -16,8 +16,10 @@ import {
     type WallCorners,
 } from "../stack/mesh.ts";
 import type { Stack, StackLayer } from "../stack/stack.ts";
-import type { LayerMode } from "../ui/state.ts";
 import { makeLayerMaterial, type SharedUniforms } from "./layer_material.ts";
+
+/** How a layer is drawn; layers that nobody names are shown. */
+export type LayerMode = "shown" | "glass" | "hidden";
 
 /** What a layer of glass lets through at least. */
 const glassOpacity = 0.2;

@@ -1,8 +1,7 @@
 import { Color, Scene as ThreeScene, Vector3, WebGLRenderer } from "three";
-import { pick, type Hit, type Target } from "../stack/probe.ts";
+import { pick, type Hit, type Place, type Target } from "../stack/probe.ts";
 import type { Cut } from "../stack/mesh.ts";
 import { extent, heightRange, type Grid } from "../stack/stack.ts";
-import type { Place } from "../ui/state.ts";
 import { Camera, type Box, type ViewName } from "./camera.ts";
 import { FrameQuality } from "./frame_quality.ts";
 import { makeSharedUniforms } from "./layer_material.ts";

@@ -39,6 +39,20 @@ TEST(WriteWholeFile, TakesThePlaceOfAnOlderFile) {
     EXPECT_EQ(FilesIn(folder), 1);
 }
 
+TEST(WriteNewFile, MakesAFileAndReplacesNone) {
+    const TempFolder folder;
+    const auto write = [](std::FILE* file) {
+        std::fputs("content", file);
+        return std::string();
+    };
+    EXPECT_EQ(WriteNewFile(folder.Path() / "new.txt", write), "");
+    EXPECT_EQ(ContentOf(folder.Path() / "new.txt"), "content");
+    const auto path = folder.Write("old.txt", "kept");
+    EXPECT_NE(WriteNewFile(path, write).find("old.txt could not be written"), std::string::npos);
+    EXPECT_EQ(ContentOf(path), "kept");
+    EXPECT_EQ(FilesIn(folder), 2);
+}
+
 TEST(WriteWholeFile, LeavesTheOlderFileWhereWritingFails) {
     const TempFolder folder;
     const auto path = folder.Write("old.txt", "kept");

@@ -89,6 +89,7 @@ Outcome ModelWriter::Begin(const ProcessModel& model) {
 
 Outcome ModelWriter::Restart(const ProcessModel& model, std::size_t first) {
     missing_.erase(missing_.lower_bound(first), missing_.end());
+    std::erase_if(held_, [&](const auto& file) { return file.second >= first; });
     return Begin(model);
 }
 
@@ -117,12 +118,31 @@ std::string ModelWriter::WhyNotWritten(const ProcessModel& model, std::size_t in
 Outcome ModelWriter::AfterStep(const ProcessModel& model, std::size_t index,
                                RunRecord& /*record*/) {
     if (!targets_.at(index).empty()) {
-        if (const std::string reason = WhyNotWritten(model, index); !reason.empty()) {
+        const std::string reason = WhyNotWritten(model, index);
+        if (reason.empty()) {
+            held_[targets_[index]] = index;
+        } else {
             tell_(reason);
             missing_.insert(index);
         }
     }
     return {};
+}
+
+std::vector<std::size_t> ModelWriter::StepsToReview() {
+    std::vector<std::size_t> steps;
+    for (std::size_t index = 0; index < targets_.size(); ++index) {
+        const auto held = held_.find(targets_[index]);
+        const bool isThere = held != held_.end() && held->second == index;
+        if (!targets_[index].empty() && !isThere && !missing_.contains(index)) {
+            steps.push_back(index);
+        }
+    }
+    return steps;
+}
+
+Outcome ModelWriter::Review(const ProcessModel& model, std::size_t index, RunRecord& record) {
+    return AfterStep(model, index, record);
 }
 
 Outcome ModelWriter::Finish(RunRecord& /*record*/, bool /*complete*/) {

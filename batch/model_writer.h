@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <set>
 #include <string>
 #include <vector>
@@ -33,6 +34,10 @@ public:
     Outcome Restart(const ProcessModel& model, std::size_t first) override;
     Outcome AfterStep(const ProcessModel& model, std::size_t index, RunRecord& record) override;
 
+    /// Those that became the ones to write by a change behind them, such as a new last step.
+    std::vector<std::size_t> StepsToReview() override;
+    Outcome Review(const ProcessModel& model, std::size_t index, RunRecord& record) override;
+
     /// Fails if a model is missing.
     Outcome Finish(RunRecord& record, bool complete) override;
 
@@ -47,6 +52,7 @@ private:
     UnfinishedFiles& files_;
     std::vector<std::filesystem::path> targets_;  ///< by step; empty: there is none
     std::set<std::size_t> missing_;
+    std::map<std::filesystem::path, std::size_t> held_;  ///< the step that a written file is of
 };
 
 }  // namespace zelmo

@@ -112,6 +112,9 @@ Outcome PictureSaver::AfterStep(const ProcessModel& model, std::size_t index, Ru
 }
 
 std::vector<std::size_t> PictureSaver::StepsToReview() {
+    if (!sameSize_) {
+        return {};
+    }
     PictureRoom room;
     for (const PictureRoom& needed : rooms_) {
         room = {std::max(room.top, needed.top), std::max(room.layerCount, needed.layerCount)};

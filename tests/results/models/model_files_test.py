@@ -132,7 +132,7 @@ def check_glb(folder, summary):
 
 def check_with_validator(folder, modules):
     report = json.loads(subprocess.run(
-        ["node", "-e", VALIDATE, os.path.join(modules, "x"), os.path.join(folder, "stack.glb")],
+        ["node", "-e", VALIDATE, os.path.join(os.path.abspath(modules), "x"), os.path.join(folder, "stack.glb")],
         check=True, capture_output=True, encoding="utf-8").stdout)
     issues = report["issues"]
     assert issues["numErrors"] == issues["numWarnings"] == issues["numInfos"] == 0, issues

@@ -95,11 +95,13 @@ Outcome ResumableRun::RunNewSteps(const std::function<bool()>& superseded) {
         }
         taken_ = index + 1;
     }
-    if (Outcome outcome = ReviewAll(superseded); outcome.Failed()) {
+    bool isSuperseded = false;
+    const auto stops = [&] { return isSuperseded = superseded(); };
+    if (Outcome outcome = ReviewAll(stops); outcome.Failed()) {
         FinishListeners(false);
         return outcome;
     }
-    if (superseded()) {
+    if (isSuperseded) {
         return {};
     }
     RenewDump();

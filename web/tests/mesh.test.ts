@@ -138,6 +138,10 @@ test("surfaces between opaque layers are left out, those next to glass or air ar
         [800, 0],
         [800, 800],
     ]);
+    assert.deepEqual(seen(film(0, 5, false), film(5, 9, false)), [
+        [800, 800],
+        [0, 800],
+    ]);
     assert.deepEqual(seen(film(0, 5, true), film(6, 9, true)), [
         [800, 800],
         [800, 800],

@@ -55,7 +55,8 @@ function touches(
 
 /**
  * What of the layers can be seen, from below to above: where two of them touch, the sheet of either
- * is left out if the other is opaque. Layers that are pulled `apart` touch nowhere.
+ * is left out if the other is opaque; of two translucent ones the upper sheet of the lower layer stands
+ * for both. Layers that are pulled `apart` touch nowhere.
  */
 export function findFaces(grid: Grid, solids: Solid[], apart: boolean): Faces[] {
     const { columns, rows } = grid;
@@ -87,7 +88,7 @@ export function findFaces(grid: Grid, solids: Solid[], apart: boolean): Faces[] 
                     !apart &&
                     touches(solids[lower].top, solid.bottom, triangle, point, columns)
                 ) {
-                    if (solids[lower].opaque) {
+                    if (solids[lower].opaque || !solid.opaque) {
                         own.bottom[square] &= ~triangle;
                     }
                     if (solid.opaque) {

@@ -3,8 +3,9 @@
 add_library(zelmo_options INTERFACE)
 target_compile_options(zelmo_options INTERFACE
     -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
-    # The fuzz targets' compiler has warnings of its own, and they are no errors.
-    $<$<CXX_COMPILER_ID:GNU>:-Werror>
+    # The fuzz targets' compiler has warnings of its own, and checks that are put in cause others:
+    # they are no errors.
+    $<$<AND:$<CXX_COMPILER_ID:GNU>,$<NOT:$<BOOL:${ZELMO_SANITIZE}>>>:-Werror>
     -ffp-contract=off -fno-fast-math)
 target_include_directories(zelmo_options INTERFACE ${CMAKE_SOURCE_DIR})
 

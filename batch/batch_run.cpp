@@ -10,14 +10,14 @@
 #include <vector>
 
 #include "batch/consoles.h"
-#include "batch/listeners.h"
+#include "batch/files/unfinished_files.h"
+#include "batch/listeners/listeners.h"
 #include "batch/note_teller.h"
 #include "batch/preparation.h"
 #include "batch/reporting.h"
 #include "batch/resumable_run.h"
 #include "batch/time_table.h"
-#include "batch/unfinished_files.h"
-#include "batch/watch_files.h"
+#include "batch/watch/watch_files.h"
 #include "command_line/interrupt.h"
 #include "command_line/platform.h"
 #include "command_line/standard_streams.h"

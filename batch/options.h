@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "batch/listeners/overview_choice.h"
 #include "batch/model_choice.h"
 #include "batch/number_choice.h"
-#include "batch/overview_choice.h"
 #include "command_line/command_end.h"
 #include "pictures/picture_files.h"
 #include "process_run/view_choice.h"

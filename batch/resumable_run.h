@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "batch/listeners/step_listener.h"
 #include "batch/run_record.h"
-#include "batch/step_listener.h"
 #include "command_line/exit_status.h"
 #include "model/process_model.h"
 #include "process_run/stack_history.h"

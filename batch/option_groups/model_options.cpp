@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "batch/model_writer.h"
+#include "batch/listeners/model_writer.h"
 #include "batch/option_groups/option_group.h"
 #include "batch/options.h"
 #include "command_line/arguments.h"

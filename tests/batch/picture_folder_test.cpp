@@ -1,4 +1,4 @@
-#include "batch/picture_folder.h"
+#include "batch/files/picture_folder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "batch/picture_list.h"
+#include "batch/files/picture_list.h"
 
 #include <gtest/gtest.h>
 

@@ -13,9 +13,9 @@
 #include <utility>
 #include <vector>
 
+#include "batch/files/unfinished_files.h"
 #include "batch/options.h"
 #include "batch/reporting.h"
-#include "batch/unfinished_files.h"
 #include "examples/gds_writer.h"
 #include "gds/gds_database.h"
 #include "model/execute_step.h"

@@ -1,4 +1,4 @@
-#include "batch/watched_file.h"
+#include "batch/watch/watched_file.h"
 
 #include <gtest/gtest.h>
 

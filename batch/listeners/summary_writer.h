@@ -1,0 +1,54 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "batch/listeners/step_listener.h"
+#include "batch/options.h"
+#include "model/process.h"
+#include "results/summary.h"
+
+namespace zelmo {
+
+struct SurfaceVersion;
+
+/// Measures the layers after each step, and writes the summary at the end of the run.
+class SummaryWriter : public StepListener {
+public:
+    /// Colours and shaders are looked for in `assetFolders`.
+    SummaryWriter(BatchOptions options, std::vector<std::filesystem::path> assetFolders);
+
+    /// Takes the digests of the inputs. Fails where one cannot be read, or the summary could not be
+    /// written.
+    Outcome Begin(const ProcessModel& model) override;
+
+    Outcome AfterStep(const ProcessModel& model, std::size_t index, RunRecord& record) override;
+
+    /// Writes the summary, also that of a run that was not completed, which it says then.
+    Outcome Finish(RunRecord& record, bool complete) override;
+
+private:
+    /// What the layer in a slot of the stack measured, until its surfaces change.
+    struct Measured {
+        std::shared_ptr<const SurfaceVersion> version;
+        LayerNumbers numbers;
+    };
+
+    Outcome AddInput(const std::string& role, const std::filesystem::path& path);
+    std::vector<MeasuredLayer> Measure(const ProcessModel& model);
+
+    BatchOptions options_;
+    std::vector<std::filesystem::path> assetFolders_;
+    std::vector<SummaryInput> inputs_;
+    ProcessSettings settings_;
+    WindowShares shares_;
+    std::vector<bool> chosen_;  ///< of the steps
+    std::vector<Measured> measured_;
+    std::map<std::size_t, SummaryStep> steps_;  ///< by step
+};
+
+}  // namespace zelmo

@@ -83,9 +83,8 @@ ExitStatus RunBatch(const BatchOptions& options) {
     UnfinishedFiles files;
     std::atomic<ExitStatus> watchStatus = ExitStatus::Success;
     Interrupt interrupt;  // before the first thread; what it looks at stands above it
-    Reporting reporting(options.quiet);
-    NoteTeller notes(options.notes, options.quiet,
-                     [&](const std::string& line) { reporting.Tell(line); });
+    Reporting reporting(options.quiet, options.diagnostics);
+    NoteTeller notes(options.notes, options.quiet, [&](const Note& note) { reporting.Tell(note); });
     interrupt.Then([&] {
         const auto lock = files.WaitForNone();
         if (options.watch) {
@@ -98,7 +97,7 @@ ExitStatus RunBatch(const BatchOptions& options) {
                                 ? WatchFiles(options, reporting, notes, files, watchStatus)
                                 : RunFilesOrTellWhyNot(options, reporting, notes, files);
     if (!outcome.message.empty()) {
-        reporting.Error(outcome.message);
+        reporting.Failure(outcome);
     }
     notes.TellAll();  // those that explain it
     if (reporting.console.Failure().empty()) {

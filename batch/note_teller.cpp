@@ -7,7 +7,7 @@
 
 namespace zelmo {
 
-NoteTeller::NoteTeller(NoteChoice choice, bool quiet, std::function<void(const std::string&)> tell)
+NoteTeller::NoteTeller(NoteChoice choice, bool quiet, std::function<void(const Note&)> tell)
     : choice_(std::move(choice)), silent_(quiet && !choice_.strict), tell_(std::move(tell)) {}
 
 void NoteTeller::Add(const std::vector<Note>& notes, std::optional<std::size_t> step) {
@@ -51,7 +51,7 @@ std::vector<Note> NoteTeller::Notes() const {
 void NoteTeller::TellAll() {
     for (Kept& kept : notes_) {
         if (!silent_ && !kept.isTold) {
-            tell_(NoteLine(kept.note));
+            tell_(kept.note);
         }
         kept.isTold = true;
     }

@@ -18,7 +18,7 @@ namespace zelmo {
 class NoteTeller {
 public:
     /// `tell` receives the lines. With `quiet` they are told only if they end the program.
-    NoteTeller(NoteChoice choice, bool quiet, std::function<void(const std::string&)> tell);
+    NoteTeller(NoteChoice choice, bool quiet, std::function<void(const Note&)> tell);
 
     /// Whether any notes are wanted at all.
     bool WantsNotes() const { return !choice_.none; }
@@ -47,7 +47,7 @@ public:
 private:
     NoteChoice choice_;
     bool silent_;
-    std::function<void(const std::string&)> tell_;
+    std::function<void(const Note&)> tell_;
     struct Kept {
         Note note;
         std::optional<std::size_t> step;

@@ -10,6 +10,7 @@
 #include "batch/model_choice.h"
 #include "batch/number_choice.h"
 #include "command_line/command_end.h"
+#include "command_line/diagnostics.h"
 #include "pictures/picture_files.h"
 #include "process_run/view_choice.h"
 #include "render/picture_choice.h"
@@ -43,6 +44,7 @@ struct BatchOptions {
     bool overwrite = false;  ///< what an earlier run left in the output folder
     PictureFormat format = pictureFormats[0];
     NoteChoice notes;
+    DiagnosticStyle diagnostics = DiagnosticStyle::Plain;  ///< of errors and notes
     bool watch = false;  ///< stay, and run again whenever an input is saved
     std::optional<std::uint64_t> memoryMebibytes;  ///< for stacks while watching; none: the usual
     bool repair = false;                           ///< the layout, where it would be refused

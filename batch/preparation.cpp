@@ -26,8 +26,8 @@ namespace {
 void TellRepairs(const LayoutRepairs& repairs, const std::filesystem::path& layout,
                  Reporting& reporting) {
     for (const std::string& line : RepairLines(repairs)) {
-        reporting.Error(
-            fmt::format("warning: the layout {} was repaired: {}", TextOf(layout), line));
+        reporting.Warning({TextOf(layout), 0, "repaired: " + line},
+                          fmt::format("the layout {} was repaired: {}", TextOf(layout), line));
     }
 }
 

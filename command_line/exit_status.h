@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 namespace zelmo {
 
@@ -14,11 +16,19 @@ enum class ExitStatus {
     Other = 5,
 };
 
+/// What is to be mended in a file, in UTF-8.
+struct FileFault {
+    std::string file;       ///< as the user named it
+    std::int32_t line = 0;  ///< counted from 1; 0: the file as a whole
+    std::string text;
+};
+
 /// How a part of a run came out. Where it failed and the run cannot go on, `message` is one line
 /// that names the file and the reason, in UTF-8.
 struct Outcome {
     ExitStatus status = ExitStatus::Success;
     std::string message;
+    std::vector<FileFault> faults{};  ///< the same by itself and in full, where files are to blame
 
     bool Failed() const { return status != ExitStatus::Success; }
 };

@@ -50,13 +50,27 @@ std::string WhyNotOpened(const std::filesystem::path& path) {
 }
 
 Outcome LayoutFailure(const std::filesystem::path& path, const std::string& reason) {
+    const std::string file = TextOf(path);
     return {ExitStatus::Layout,
-            fmt::format("the layout {} did not load: {}", TextOf(path), reason)};
+            fmt::format("the layout {} did not load: {}", file, reason),
+            {{file, 0, reason}}};
 }
 
 Outcome ProcessFailure(const std::filesystem::path& path, const std::string& reason) {
+    const std::string file = TextOf(path);
     return {ExitStatus::Process,
-            fmt::format("the process file {} cannot be run: {}", TextOf(path), reason)};
+            fmt::format("the process file {} cannot be run: {}", file, reason),
+            {{file, 0, reason}}};
+}
+
+Outcome ProcessFailure(const std::filesystem::path& path, const std::vector<std::string>& errors,
+                       const std::vector<ProcessFileError>& faults) {
+    Outcome outcome = ProcessFailure(path, FirstOf(errors));
+    outcome.faults.clear();
+    for (const ProcessFileError& fault : faults) {
+        outcome.faults.push_back({TextOf(path), fault.line, fault.text});
+    }
+    return outcome;
 }
 
 Outcome LayoutRefusal(const std::filesystem::path& path, const LayoutError& error) {
@@ -103,7 +117,8 @@ Outcome PrepareProcess(const std::filesystem::path& path, const GdsDatabase& dat
         return ProcessFailure(path, error.what());
     }
     if (run.model == nullptr) {
-        return ProcessFailure(path, run.fileOpened ? FirstOf(run.errors) : WhyNotOpened(path));
+        return run.fileOpened ? ProcessFailure(path, run.errors, run.faults)
+                              : ProcessFailure(path, WhyNotOpened(path));
     }
     model = std::move(run.model);
     return {};

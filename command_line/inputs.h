@@ -3,9 +3,11 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "command_line/exit_status.h"
 #include "process_file/color_table.h"
+#include "process_file/process_file_error.h"
 #include "process_run/view_choice.h"
 
 namespace zelmo {
@@ -31,6 +33,10 @@ Outcome LayoutRefusal(const std::filesystem::path& path, const LayoutError& erro
 /// How the attempt to load a layout, or to run a process file, ends for a reason in words.
 Outcome LayoutFailure(const std::filesystem::path& path, const std::string& reason);
 Outcome ProcessFailure(const std::filesystem::path& path, const std::string& reason);
+
+/// How a process file is refused for these errors, and the same with their lines.
+Outcome ProcessFailure(const std::filesystem::path& path, const std::vector<std::string>& errors,
+                       const std::vector<ProcessFileError>& faults);
 
 /// What keeps a file from being opened, as far as looking at it from outside can tell.
 std::string WhyNotOpened(const std::filesystem::path& path);

@@ -7,6 +7,7 @@
 #include <optional>
 #include <utility>
 
+#include "command_line/diagnostics.h"
 #include "command_line/reasons.h"
 #include "command_line/standard_streams.h"
 #include "command_line/whole_file.h"
@@ -21,6 +22,12 @@
 namespace zelmo {
 
 namespace {
+
+void WriteFailure(const Outcome& outcome, DiagnosticStyle style) {
+    for (const std::string& line : FailureLines(outcome, "zelmo-layout", style)) {
+        WriteToError(line);
+    }
+}
 
 /// The later of two outcomes counts where it failed.
 Outcome WorseOf(const Outcome& first, const Outcome& second) {
@@ -95,9 +102,13 @@ Outcome ReadAndTell(const LayoutToolOptions& options) {
     if (reading.hasCells) {
         return WorseOf(reading.outcome, Tell(reading, options));
     }
-    WriteLayoutToolError(reading.outcome.message);
+    WriteFailure(reading.outcome, options.diagnostics);
     for (const ProblemLine& problem : ProblemLines(reading)) {
-        WriteLayoutToolError(problem.text);
+        if (options.diagnostics == DiagnosticStyle::Gcc) {
+            WriteToError(GccLine({TextOf(options.layout), 0, problem.text}, "note"));
+        } else {
+            WriteLayoutToolError(problem.text);
+        }
     }
     return {reading.outcome.status, {}};
 }
@@ -126,7 +137,7 @@ ExitStatus RunLayoutTool(const std::vector<std::string>& arguments) {
     }
     const Outcome outcome = ReadAndTellOrSayWhyNot(*commandLine.options);
     if (!outcome.message.empty()) {
-        WriteLayoutToolError(outcome.message);
+        WriteFailure(outcome, commandLine.options->diagnostics);
     }
     return outcome.status;
 }

@@ -31,6 +31,7 @@ struct Texts {
     std::string window;
     std::string picture;
     std::string assets;
+    std::string diagnostics = "plain";
     std::int64_t mostTexts = 1000;
 };
 
@@ -68,6 +69,7 @@ void AddOptions(Arguments& arguments, Texts& texts, LayoutToolOptions& options) 
     arguments.AddText(
         "--assets", texts.assets,
         "Folder of colors.txt (default: the program's own, then the current directory)", "DIR");
+    arguments.AddText("--diagnostics", texts.diagnostics, diagnosticHelp, diagnosticForm);
 }
 
 std::string TakeCell(const Arguments& arguments, const Texts& texts, LayoutToolOptions& options) {
@@ -102,7 +104,8 @@ std::string TakeTexts(const Arguments& arguments, const Texts& texts, LayoutTool
          {TakePath(arguments, "--process", texts.process, "file", options.process),
           TakePath(arguments, "--picture", texts.picture, "file", options.picture),
           TakePath(arguments, "--assets", texts.assets, "folder", options.assets),
-          TakeCell(arguments, texts, options), TakeWindow(arguments, texts, options)}) {
+          TakeCell(arguments, texts, options), TakeWindow(arguments, texts, options),
+          TakeDiagnosticStyle(texts.diagnostics, options.diagnostics)}) {
         if (!reason.empty()) {
             return reason;
         }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "command_line/command_end.h"
+#include "command_line/diagnostics.h"
 #include "process_run/view_choice.h"
 
 namespace zelmo {
@@ -22,6 +23,7 @@ struct LayoutToolOptions {
     std::size_t texts = 0;                        ///< most that are listed
     bool json = false;
     bool repair = false;
+    DiagnosticStyle diagnostics = DiagnosticStyle::Plain;
 };
 
 using LayoutCommandLine = CommandLineOf<LayoutToolOptions>;

@@ -113,10 +113,12 @@ Outcome ReadProcess(const LayoutToolOptions& options, std::optional<ProcessFile>
         return ProcessFailure(*options.process, WhyNotOpened(*options.process));
     }
     std::vector<std::string> errors;
+    std::vector<ProcessFileError> faults;
     for (const ProcessFileError& error : process->errors) {
         errors.push_back(Utf8FromWide(WidenBytes(ErrorLine(error))));
+        faults.push_back({error.line, Utf8FromWide(WidenBytes(error.text))});
     }
-    return errors.empty() ? Outcome{} : ProcessFailure(*options.process, FirstOf(errors));
+    return errors.empty() ? Outcome{} : ProcessFailure(*options.process, errors, faults);
 }
 
 Outcome ChooseCell(const LayoutReading& reading, const LayoutToolOptions& options,

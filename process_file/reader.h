@@ -1,21 +1,15 @@
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
 #include <string>
 #include <vector>
 
 #include "model/process.h"
 #include "process_file/color_table.h"
+#include "process_file/process_file_error.h"
 #include "process_file/substitution.h"
 
 namespace zelmo {
-
-/// What is wrong with a line of a process file, in the file's bytes.
-struct ProcessFileError {
-    std::int32_t line = 0;  ///< counted from 1; 0: the file as a whole
-    std::string text;
-};
 
 /// The text for the user: "Error in line 12: ...", or "Error: ..." where there is no line.
 std::string ErrorLine(const ProcessFileError& error);

@@ -28,6 +28,7 @@ namespace {
 void Refuse(PreparedRun& run, const std::string& line, LogConsole* console) {
     console->Write(line);
     run.errors.push_back(Utf8FromWide(WidenBytes(line)));
+    run.faults.push_back({0, run.errors.back()});
 }
 
 /// Takes settings and steps from a process file. False if it was refused.
@@ -39,9 +40,11 @@ bool TakeProcessFile(PreparedRun& run, const std::filesystem::path& path, const 
         const std::wstring line = L"Failed to open process file: " + PathText(path);
         console->Write(line);
         run.errors.push_back(Utf8FromWide(line));
+        run.faults.push_back({0, run.errors.back()});
     }
     for (const ProcessFileError& error : file.errors) {
         Refuse(run, ErrorLine(error), console);
+        run.faults.back() = {error.line, Utf8FromWide(WidenBytes(error.text))};
     }
     if (!run.errors.empty()) {
         console->Write(L"Opening process file " + PathText(path) +
@@ -121,6 +124,7 @@ bool TakePolygons(PreparedRun& run, const GdsDatabase& gds, LogConsole* console)
                                                ReachOfMasks(model.steps));
     if (!masks.failure.empty()) {
         run.errors.push_back(Utf8FromWide(WidenBytes(masks.failure)));
+        run.faults.push_back({0, run.errors.back()});
         return false;
     }
     model.polygons = std::move(masks.polygons);

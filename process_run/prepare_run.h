@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "process_file/color_table.h"
+#include "process_file/process_file_error.h"
 #include "process_run/view_choice.h"
 
 namespace zelmo {
@@ -19,6 +20,7 @@ struct PreparedRun {
     std::unique_ptr<ProcessModel> model;
     bool fileOpened = true;           ///< whether there was a process file to read
     std::vector<std::string> errors;  ///< as the console has them, in UTF-8; empty with a model
+    std::vector<ProcessFileError> faults;  ///< the same, each with its line, in UTF-8
 };
 
 /// Prepares a run: reads the process file, sizes the grid, takes the cell's polygons and builds the

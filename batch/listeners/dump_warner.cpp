@@ -19,8 +19,9 @@ Outcome DumpWarner::Begin(const ProcessModel& model) {
             std::any_of(model.steps.begin(), model.steps.end(),
                         [&](const ProcessStep& step) { return step.result == file.result; });
         if (isAskedFor && std::filesystem::exists(file.fileName, ignored)) {
-            reporting_.Error(fmt::format(
-                "warning: {} in the current directory is replaced by the dump", file.fileName));
+            const std::string change = "in the current directory is replaced by the dump";
+            reporting_.Warning({std::string(file.fileName), 0, change},
+                               fmt::format("{} {}", file.fileName, change));
         }
     }
     return {};

@@ -42,6 +42,7 @@ public:
             "--strict", strict_,
             "End with status 3 if there are notes, before the run where they are known "
             "by then");
+        arguments.AddText("--diagnostics", diagnostics_, diagnosticHelp, diagnosticForm);
     }
 
     std::string Take(const Arguments& /*arguments*/, BatchOptions& options) override {
@@ -51,13 +52,14 @@ public:
             }
         }
         options.notes = {.allowed = allowed_, .none = none_, .strict = strict_};
-        return {};
+        return TakeDiagnosticStyle(diagnostics_, options.diagnostics);
     }
 
 private:
     std::vector<std::string> allowed_;
     bool none_ = false;
     bool strict_ = false;
+    std::string diagnostics_ = "plain";
 };
 
 }  // namespace

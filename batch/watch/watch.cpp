@@ -73,7 +73,7 @@ Outcome Watch(const BatchOptions& options, Reporting& reporting,
         }
         reporting.progress.End();
         if (!done.outcome.message.empty()) {
-            reporting.Error(done.outcome.message);
+            reporting.Failure(done.outcome);
         }
         if (!options.quiet && !inputs.Changed()) {
             reporting.Error(fmt::format("watching {} and {}; Ctrl-C ends it",

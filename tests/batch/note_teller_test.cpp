@@ -15,7 +15,7 @@ Note NoteAt(std::int32_t line) {
 
 TEST(NoteTellerTest, TellsEachNoteOnce) {
     std::vector<std::string> told;
-    NoteTeller teller({}, false, [&](const std::string& line) { told.push_back(line); });
+    NoteTeller teller({}, false, [&](const Note& note) { told.push_back(NoteLine(note)); });
     teller.Add({NoteAt(3)});
     teller.TellAll();
     teller.Add({NoteAt(8)}, 1);
@@ -24,7 +24,7 @@ TEST(NoteTellerTest, TellsEachNoteOnce) {
 }
 
 TEST(NoteTellerTest, NotesOfStepsMoveWithTheirLines) {
-    NoteTeller teller({}, false, [](const std::string&) {});
+    NoteTeller teller({}, false, [](const Note&) {});
     teller.Add({NoteAt(3)});
     teller.Add({NoteAt(8)}, 1);
     teller.Add({NoteAt(9), NoteAt(9)}, 2);
@@ -37,7 +37,7 @@ TEST(NoteTellerTest, NotesOfStepsMoveWithTheirLines) {
 }
 
 TEST(NoteTellerTest, ForgetsWhatARunThatBeginsAnewTellsAgain) {
-    NoteTeller teller({}, false, [](const std::string&) {});
+    NoteTeller teller({}, false, [](const Note&) {});
     teller.Add({NoteAt(3)});
     teller.Add({NoteAt(8)}, 1);
     teller.Add({NoteAt(9)}, 2);

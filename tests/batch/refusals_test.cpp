@@ -264,5 +264,75 @@ TEST_F(RefusalsTest, APictureWhoseNameIsTooLongIsReportedToo) {
     EXPECT_EQ(FilesIn("out"), (std::vector<std::string>{"001 001 Substrate.png"}));
 }
 
+/// The same with a line for each error, as compilers write them.
+class GccDiagnosticsTest : public BatchTest {
+protected:
+    Ended RunWith(std::vector<std::string> arguments) const {
+        arguments.insert(arguments.end(), {"--no-pictures", "--diagnostics", "gcc"});
+        return Run(arguments);
+    }
+    Ended RunFiles() const { return RunWith({"square.gds", "flow.txt"}); }
+};
+
+TEST_F(GccDiagnosticsTest, AreAllErrorsOfAProcessFileAndItsNotes) {
+    WriteProcess(
+        "deposition -name Oxide -type oxide -thickness 500 -color 200 100 50 100\n"
+        "depositoin -name B\n"
+        "etch -name E -targets oxid -depth 100 -iso 0\n");
+    const Ended ended = RunFiles();
+    EXPECT_EQ(ended.status, 3);
+    EXPECT_EQ(ended.errors,
+              "flow.txt:5: error: Unknown command\n"
+              "flow.txt:6: error: Target etch type oxid is undefined\n"
+              "flow.txt:5: note: there is no command \"depositoin\": is \"deposition\" meant? "
+              "[misspelt]\n"
+              "flow.txt:6: note: no earlier line defines the type \"oxid\": is \"oxide\" meant? "
+              "[misspelt]\n");
+    // Standard output has the same lines in both styles, times apart.
+    EXPECT_EQ(MaskTimes(ended.output),
+              MaskTimes(Run({"--no-pictures", "square.gds", "flow.txt"}).output));
+}
+
+TEST_F(GccDiagnosticsTest, OfARunThatEndsWellAreNotesOnly) {
+    WriteProcess("photo -name P -mask_id 9 -type 1 -res 0.2 -thickness 800\n");
+    const Ended ended = RunFiles();
+    EXPECT_EQ(ended.status, 0);
+    EXPECT_TRUE(ended.errors.starts_with("flow.txt:4: note: mask 9 has no polygons in the window"))
+        << ended.errors;
+    EXPECT_NE(ended.errors.find(" [mask-empty]\nflow.txt:4: note: "), std::string::npos);
+    const Ended strict = RunWith({"--strict", "--allow", "mask-empty", "square.gds", "flow.txt"});
+    EXPECT_EQ(strict.status, 3);
+    EXPECT_NE(strict.errors.find("zelmo-batch: error: --strict: there is 1 note;"),
+              std::string::npos)
+        << strict.errors;
+}
+
+TEST_F(GccDiagnosticsTest, NameTheFileAloneWhereNoLineIsKnown) {
+    EXPECT_EQ(RunWith({"square.gds", "absent.txt"}).errors,
+              "absent.txt: error: there is no such file\n");
+    EXPECT_EQ(RunWith({"absent.gds", "flow.txt"}).errors,
+              "absent.gds: error: there is no such file (error 2)\n");
+    EXPECT_EQ(RunWith({"square.gds", "flow.txt", "--cell", "NONE"}).errors.substr(0, 17),
+              "flow.txt: error: ");
+}
+
+TEST_F(GccDiagnosticsTest, NameTheProgramWhereNoFileIsToBlame) {
+    EXPECT_EQ(RunWith({"square.gds", "flow.txt", "--steps", "99"}).errors.substr(0, 29),
+              "zelmo-batch: error: --steps: ");
+}
+
+TEST_F(GccDiagnosticsTest, ArePlainUnlessTheyAreAskedFor) {
+    WriteProcess("nonsense\n");
+    const Ended plain = Run({"--no-pictures", "square.gds", "flow.txt"});
+    const Ended named = Run({"--no-pictures", "--diagnostics", "plain", "square.gds", "flow.txt"});
+    EXPECT_TRUE(
+        plain.errors.starts_with("zelmo-batch: the process file flow.txt cannot be run: "
+                                 "Error in line 4: Unknown command\n"))
+        << plain.errors;
+    EXPECT_EQ(named.errors, plain.errors);
+    ExpectRefusal(Run({"--diagnostics", "json", "square.gds", "flow.txt"}), 1,
+                  {"--diagnostics", "\"json\"", "gcc", "plain", "--help"});
+}
+
 }  // namespace
 }  // namespace zelmo

@@ -95,5 +95,20 @@ TEST_F(LayoutToolTest, EndsOtherwiseForWhatIsNeitherLayoutNorProcess) {
     ExpectError(Run({"small.gds", "--process", "flow.txt", "--assets", "none"}), 5, {"colors.txt"});
 }
 
+TEST_F(LayoutToolTest, WritesErrorsAsCompilersDoWhenAsked) {
+    folder_.Write("bad.txt", "settings -version 4 -N 200 -angle 30\nnonsense\nmore\n");
+    EXPECT_TRUE(Run({"small.gds", "--process", "bad.txt", "--diagnostics", "gcc"})
+                    .errors.starts_with("bad.txt:2: error: Unknown command\n"
+                                        "bad.txt:3: error: Unknown command\n"));
+    EXPECT_EQ(Run({"none.gds", "--diagnostics", "gcc"}).errors,
+              "none.gds: error: there is no such file (error 2)\n");
+    folder_.Write("damaged.gds", "\x1F\x8B\x08 damaged");
+    const Ended damaged = Run({"damaged.gds", "--diagnostics", "gcc"});
+    EXPECT_EQ(damaged.status, 2);
+    ExpectPieces(damaged.errors, {"damaged.gds: error: the gzip-compressed file is damaged",
+                                  "\ndamaged.gds: note: the file is a gzip-compressed file"});
+    ExpectError(Run({"small.gds", "--diagnostics", "xml"}), 1, {"--diagnostics", "\"xml\""});
+}
+
 }  // namespace
 }  // namespace zelmo

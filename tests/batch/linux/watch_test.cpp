@@ -167,6 +167,15 @@ TEST_F(WatchTest, TellsOfAFaultyFileAndGoesOnWhenItIsMended) {
     ExpectFresh();
 }
 
+TEST_F(WatchTest, TellsEditorsWhereAFileIsFaulty) {
+    WriteProcess("nonsense\n");
+    Start({"--no-pictures", "--diagnostics", "gcc"});
+    ExpectTold("flow.txt:4: error: Unknown command\n");
+    ExpectTold("zelmo-batch: watching flow.txt and square.gds; Ctrl-C ends it\n");
+    WriteProcess(Film(1, 100) + "depositoin -name A\n");
+    ExpectTold("flow.txt:5: error: Unknown command\n");
+}
+
 TEST_F(WatchTest, BeginsWithAFaultyFile) {
     WriteProcess("nonsense\n");
     Start({"--format", "bmp"});

@@ -35,7 +35,8 @@ command -v npm > /dev/null || node="nodejs npm"
 add desktop qt6-base-dev ""
 add packages "file g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64" "libpng1.6 libwebp"
 add tests "python3 python3-jsonschema clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev googletest \
-libgtest-dev libbenchmark-dev libxcb1-dev admesh xvfb xauth chromium" ""
+libgtest-dev libbenchmark-dev libxcb1-dev admesh xvfb xauth chromium vim \
+libkf5syntaxhighlighting-tools" ""
 if [ -z "$complete" ]; then
     echo "setup: $wanted is none of rendering, pages, desktop, packages, tests" >&2
     exit 1

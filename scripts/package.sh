@@ -1,13 +1,14 @@
 #!/bin/sh
-# Makes what users install, in build/packages: a zip for Windows and a Debian package.
+# Makes what users install, in build/packages: Debian packages and a zip for Windows, and tries them.
 set -eu
 root=$(cd "$(dirname "$0")/.." && pwd)
 packages=$root/build/packages
 
 for preset in release windows; do
     sh "$root/scripts/build.sh" packages "$preset" zelmo zelmo-batch zelmo-layout zelmo_assets \
-        zelmo_page zelmo_examples
+        zelmo_page zelmo_examples zelmo_program_documents
 done
+version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$root/build/release/CMakeCache.txt")
 
 echo "== Packing"
 mkdir -p "$packages"
@@ -21,3 +22,4 @@ for preset in release windows; do
     sed -n 's/^CPack: - package: \(.*\) generated\.$/\1/p' "$log"
 done
 rm -rf "$packages/_CPack_Packages"
+sh "$root/scripts/check_packages.sh" "$packages" "$version"

@@ -33,10 +33,11 @@ node=""
 command -v npm > /dev/null || node="nodejs npm"
 [ "$wanted" = desktop ] || add pages "$node" ""
 add desktop qt6-base-dev ""
-add packages "file g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64" "libpng1.6 libwebp"
-add tests "python3 python3-jsonschema clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev googletest \
+add packages "file g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64 python3 fakeroot lintian \
+man-db desktop-file-utils unzip" "libpng1.6 libwebp"
+add tests "python3-jsonschema clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev googletest \
 libgtest-dev libbenchmark-dev libxcb1-dev admesh xvfb xauth chromium vim \
-libkf5syntaxhighlighting-tools" ""
+libkf5syntaxhighlighting-tools mandoc" ""
 if [ -z "$complete" ]; then
     echo "setup: $wanted is none of rendering, pages, desktop, packages, tests" >&2
     exit 1

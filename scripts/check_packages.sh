@@ -1,0 +1,108 @@
+#!/bin/sh
+# Looks at the packages of a folder as their users meet them: scripts/check_packages.sh FOLDER VERSION.
+#
+# The Debian packages have to please lintian, apt has to find all that they depend on, and they are
+# installed in a root that is thrown away, tried there and removed again. The programs of that root run
+# with this machine's libraries: that shows that no file of their own is missing; that the libraries
+# come with the packages is apt's word, who only simulates. The zip is unpacked and tried under Wine.
+set -eu
+packages=$(cd "$1" && pwd)
+version=$2
+scripts=$(cd "$(dirname "$0")" && pwd)
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+cd "$work"
+
+fail() {
+    echo "run: $1" >&2
+    exit 5
+}
+
+# try FOLDER_OF_EXAMPLES BATCH LAYOUT_TOOL: the programs do what they are for. Commands may have words.
+try() {
+    # shellcheck disable=SC2086
+    $2 --version | tr -d '\r' | grep -qx "zelmo-batch $version" || fail "$2 is of another version"
+    # shellcheck disable=SC2086
+    $3 "$1/array.gds" --process "$1/array.txt" > layout.txt || fail "$3 does not run"
+    grep -q CROSSBAR layout.txt || fail "$3 does not find the layout's cell"
+    rm -rf pictures page.html
+    # shellcheck disable=SC2086
+    $2 --quiet --columns 200 --steps last -o pictures --report page.html "$1/array.gds" \
+        "$1/array.txt" || fail "$2 does not run"
+    [ "$(find pictures -name '*.png' | wc -l)" -eq 1 ] || fail "$2 made no picture"
+    grep -q '</html>' page.html || fail "$2 made no page"
+}
+
+# Of this version, each once.
+debs=""
+for package in zelmo-batch zelmo $(cd "$packages" && ls | sed -n "s/^\(python3-zelmo\)_$version.*/\1/p"); do
+    found=$(ls "$packages/${package}_${version}"_*.deb) || fail "there is no package $package"
+    debs="$debs $found"
+done
+
+echo "== lintian"
+# shellcheck disable=SC2086
+lintian --allow-root --fail-on error $debs || fail "lintian finds errors"
+
+echo "== What they depend on"
+# shellcheck disable=SC2086
+apt-get --simulate --no-install-recommends -o Debug::NoLocking=1 install $debs > apt.txt 2>&1 || {
+    cat apt.txt >&2
+    fail "apt cannot install what the packages depend on"
+}
+for deb in $debs; do
+    name=$(dpkg-deb -f "$deb" Package)
+    grep -q "^Inst $name " apt.txt || fail "apt would not install $name"
+done
+
+echo "== Installing in a root of its own"
+mkdir -p root/var/lib/dpkg/info root/var/lib/dpkg/updates root/var/log
+touch root/var/lib/dpkg/status
+find root | sort > before.txt
+# What they depend on is this machine's. Not root's own: fakeroot is enough to own what is installed.
+in_root() {
+    fakeroot dpkg --root="$work/root" --force-not-root --force-depends --log=/dev/null "$@" \
+        > dpkg.txt 2>&1 || {
+        cat dpkg.txt >&2
+        fail "dpkg $1 failed"
+    }
+}
+# shellcheck disable=SC2086
+in_root --install $debs
+in_root --audit
+usr=$work/root/usr
+try "$usr/share/doc/zelmo/examples" "$usr/bin/zelmo-batch" "$usr/bin/zelmo-layout"
+status=0
+QT_QPA_PLATFORM=offscreen timeout 5 "$usr/bin/zelmo" > zelmo.txt 2>&1 || status=$?
+[ "$status" -eq 124 ] || fail "zelmo does not stay open: status $status, $(cat zelmo.txt)"
+desktop-file-validate "$usr/share/applications/zelmo.desktop"
+for page in zelmo zelmo-batch zelmo-layout; do
+    MANPATH=$usr/share/man man -w "$page" > man.txt 2>&1 || fail "there is no manual page $page"
+done
+
+echo "== Removing them"
+names=""
+for deb in $debs; do
+    names="$(dpkg-deb -f "$deb" Package) $names"
+done
+# shellcheck disable=SC2086
+in_root --purge $names
+find root -path root/var/lib/dpkg -prune -o -print | sort > after.txt
+grep -v "^root/var/lib/dpkg" before.txt | diff - after.txt > left.txt || {
+    cat left.txt >&2
+    fail "the packages leave something behind"
+}
+
+zip=$packages/zelmo-$version-windows-x64.zip
+if [ -e "$zip" ]; then
+    echo "== The zip for Windows"
+    unzip -q "$zip"
+    folder=zelmo-$version-windows-x64
+    for program in zelmo zelmo-batch zelmo-layout; do
+        [ -f "$folder/$program.exe" ] || fail "there is no $program.exe in the zip"
+    done
+    export WINEDEBUG=-all
+    try "$folder/examples" "sh $scripts/wine.sh $folder/zelmo-batch.exe" \
+        "sh $scripts/wine.sh $folder/zelmo-layout.exe"
+fi
+echo "== All of this works"

@@ -67,4 +67,13 @@ void RunSteps(ProcessModel& model, std::size_t end) {
     }
 }
 
+const ProcessModel& FinishedExample() {
+    static const std::unique_ptr<ProcessModel> model = [] {
+        auto finished = PrepareExample("cmos_inverter", 1000);
+        RunSteps(*finished);
+        return finished;
+    }();
+    return *model;
+}
+
 }  // namespace zelmo

@@ -17,4 +17,7 @@ std::unique_ptr<ProcessModel> PrepareExample(std::string_view name, std::int32_t
 /// Executes the steps up to but without step `end`, or all, and says nothing.
 void RunSteps(ProcessModel& model, std::size_t end = SIZE_MAX);
 
+/// The CMOS example at 1000 columns after its last step, run once.
+const ProcessModel& FinishedExample();
+
 }  // namespace zelmo

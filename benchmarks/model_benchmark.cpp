@@ -14,22 +14,13 @@
 namespace zelmo {
 namespace {
 
-const ProcessModel& Finished() {
-    static const std::unique_ptr<ProcessModel> model = [] {
-        auto finished = PrepareExample("cmos_inverter", 1000);
-        RunSteps(*finished);
-        return finished;
-    }();
-    return *model;
-}
-
 /// With a tolerance in tenths of a nanometre.
 void MakeModel(benchmark::State& state) {
     const ModelAccuracy accuracy{static_cast<double>(state.range(0)) / 10.0};
     std::size_t triangles = 0;
     for (auto _ : state) {
         triangles = 0;
-        for (const LayerModel& layer : MakeStackModel(Finished(), accuracy).layers) {
+        for (const LayerModel& layer : MakeStackModel(FinishedExample(), accuracy).layers) {
             triangles += layer.triangles.size();
         }
     }
@@ -43,7 +34,7 @@ void ExportModel(benchmark::State& state) {
     state.SetLabel(std::string(format.extension));
     for (auto _ : state) {
         const FilePointer file(std::tmpfile());
-        const StackModel model = MakeStackModel(Finished(), {});
+        const StackModel model = MakeStackModel(FinishedExample(), {});
         if (!format.write(model, "stack", file.get()).empty()) {
             state.SkipWithError("the model could not be written");
             break;

@@ -15,37 +15,28 @@
 namespace zelmo {
 namespace {
 
-const ProcessModel& Finished() {
-    static const std::unique_ptr<ProcessModel> model = [] {
-        auto finished = PrepareExample("cmos_inverter", 1000);
-        RunSteps(*finished);
-        return finished;
-    }();
-    return *model;
-}
-
 /// From corner to corner of the window, which crosses the most triangles.
 CutLine LongestCut() {
-    const auto [low, high] = LocationWindow(Finished().settings);
+    const auto [low, high] = LocationWindow(FinishedExample().settings);
     return {low, high};
 }
 
 void TakeSection(benchmark::State& state) {
     const CutLine cut = LongestCut();
     for (auto _ : state) {
-        SectionTaker taker(Finished().grid, cut);
-        benchmark::DoNotOptimize(taker.Take(Finished(), {1, "step"}));
+        SectionTaker taker(FinishedExample().grid, cut);
+        benchmark::DoNotOptimize(taker.Take(FinishedExample(), {1, "step"}));
     }
 }
 BENCHMARK(TakeSection)->Unit(benchmark::kMillisecond);
 
 void WriteSection(benchmark::State& state) {
-    SectionTaker taker(Finished().grid, LongestCut());
-    const Section section = taker.Take(Finished(), {1, "step"});
+    SectionTaker taker(FinishedExample().grid, LongestCut());
+    const Section section = taker.Take(FinishedExample(), {1, "step"});
     const SectionView view{HeightsOf(std::span(&section, 1)), 1.0, "cut"};
     for (auto _ : state) {
         benchmark::DoNotOptimize(SectionSvg(section, taker.Points(), view));
-        benchmark::DoNotOptimize(SectionCsv(section, taker.Points(), Finished().settings));
+        benchmark::DoNotOptimize(SectionCsv(section, taker.Points(), FinishedExample().settings));
     }
 }
 BENCHMARK(WriteSection)->Unit(benchmark::kMillisecond);

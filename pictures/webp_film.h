@@ -18,6 +18,7 @@ struct FilmTiming {
 /// What a film has at most: the times in its file have 24 bits each, and are added up in 31.
 constexpr std::int32_t longestFrame = 60'000;
 constexpr std::int32_t mostLoops = 65'535;
+constexpr std::int32_t widestFilm = 16'383;  ///< pixels, and the same in height
 
 /// The bytes of a film (an animated WebP file) of `count` pictures, which `pictureOf` makes one
 /// after the other. It has the size of the greatest width and height of them, which are given;

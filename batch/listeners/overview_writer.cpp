@@ -30,7 +30,7 @@ Outcome OverviewWriter::Restart(const ProcessModel& /*model*/, std::size_t first
 void OverviewWriter::TakePicture(std::size_t index, const StepImage& image) {
     WaitForLast();
     keepingIndex_ = index;
-    keeping_ = std::async(std::launch::async, [picture = overview_.prepare(index, image)] {
+    keeping_ = std::async(std::launch::async, [picture = overview_.prepare(image)] {
         return KeptPicture{picture.width, picture.height, LosslessWebp(picture)};
     });
 }

@@ -30,8 +30,8 @@ struct KeptPicture {
 struct Overview {
     std::string name;  ///< as its user is told of it, "film"
     std::filesystem::path file;
-    /// What is kept of the picture of the step with this index. Called on the thread that draws.
-    std::function<StepImage(std::size_t index, const StepImage& image)> prepare;
+    /// What is kept of a step's picture. Called on the thread that draws.
+    std::function<StepImage(const StepImage& image)> prepare;
     /// Writes the file's content; the reason why not, or nothing.
     std::function<std::string(std::span<const KeptPicture>, std::FILE*)> write;
 };

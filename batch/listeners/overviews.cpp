@@ -1,5 +1,7 @@
 #include "batch/listeners/overviews.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cstddef>
 #include <span>
@@ -17,7 +19,8 @@ namespace zelmo {
 
 namespace {
 
-constexpr std::int32_t sheetPictureWidth = 480;
+constexpr std::int32_t widestOnSheet = 480;
+constexpr std::int32_t highestOnSheet = 4800;  // of a stack like a tower
 constexpr std::int32_t captionHeight = 30;
 
 struct Size {
@@ -32,6 +35,12 @@ Size LargestOf(std::span<const KeptPicture> pictures) {
         size = {std::max(size.width, picture.width), std::max(size.height, picture.height)};
     }
     return size;
+}
+
+/// How wide a picture stands on a sheet.
+std::int32_t SheetPictureWidth(const StepImage& image) {
+    const std::int64_t width = std::int64_t{highestOnSheet} * image.width / image.height;
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(width, 1, widestOnSheet));
 }
 
 /// "008 oxide deposition", by the bytes of the process file.
@@ -62,7 +71,8 @@ std::string WriteFilm(std::span<const KeptPicture> pictures, const FilmTiming& t
         size.width, size.height, pictures.size(),
         [&](std::size_t i) { return pictures[i].Image(); }, timing);
     if (bytes.empty()) {
-        return "a film holds pictures of up to 16383 by 16383 pixels, one at least";
+        return fmt::format("a film holds pictures of up to {0} by {0} pixels, one at least",
+                           widestFilm);
     }
     return std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() ? "" : SystemReason();
 }
@@ -70,8 +80,8 @@ std::string WriteFilm(std::span<const KeptPicture> pictures, const FilmTiming& t
 }  // namespace
 
 Overview MakeSheet(const BatchOptions& options, CaptionArtist artist) {
-    const auto prepare = [artist = std::move(artist)](std::size_t, const StepImage& image) {
-        const StepImage picture = SmallerImage(image, sheetPictureWidth);
+    const auto prepare = [artist = std::move(artist)](const StepImage& image) {
+        const StepImage picture = SmallerImage(image, SheetPictureWidth(image));
         return StackImages(picture, artist(CaptionOf(image), picture.width, captionHeight));
     };
     const auto write = [columns = options.overview.sheetColumns](
@@ -86,8 +96,8 @@ Overview MakeFilm(const BatchOptions& options) {
                                                           std::FILE* file) {
         return WriteFilm(pictures, timing, file);
     };
-    return {"film", options.overview.film.value(),
-            [](std::size_t, const StepImage& image) { return image; }, write};
+    return {"film", options.overview.film.value(), [](const StepImage& image) { return image; },
+            write};
 }
 
 }  // namespace zelmo

@@ -10,6 +10,8 @@
 #include "command_line/arguments.h"
 #include "command_line/number_argument.h"
 #include "command_line/path_argument.h"
+#include "command_line/whole_number.h"
+#include "pictures/webp_film.h"
 
 namespace zelmo {
 
@@ -56,6 +58,12 @@ public:
         if (failure.empty()) {
             failure = TakeTiming(arguments, overview.timing);
         }
+        if (failure.empty() && overview.film && options.picture.width > widestFilm) {
+            failure = fmt::format(
+                "--film: {} pixels (--width) are too wide for a film, which has "
+                "at most {}",
+                options.picture.width, widestFilm);
+        }
         options.sameSize = options.sameSize || overview.sheet || overview.film;
         return failure;
     }
@@ -85,13 +93,10 @@ private:
         if (arguments.Count("--sheet-columns") == 0) {
             return {};
         }
-        overview.sheetColumns = ReadNumber<std::int32_t>(columns_);
-        if (!overview.sheetColumns || *overview.sheetColumns < 1 ||
-            *overview.sheetColumns > mostSheetColumns) {
-            return fmt::format("--sheet-columns: \"{}\" is no whole number from 1 to {}", columns_,
-                               mostSheetColumns);
-        }
-        return {};
+        const WholeNumber columns =
+            ReadWholeNumber("--sheet-columns", columns_, 1, mostSheetColumns);
+        overview.sheetColumns = columns.value;
+        return columns.failure;
     }
 
     std::string TakeTiming(const Arguments& arguments, FilmTiming& timing) const {
@@ -106,12 +111,9 @@ private:
                 static_cast<std::int32_t>(std::lround(*seconds * millisecondsPerSecond));
         }
         if (arguments.Count("--film-loops") > 0) {
-            const std::optional<std::int32_t> loops = ReadNumber<std::int32_t>(loops_);
-            if (!loops || *loops < 0 || *loops > mostLoops) {
-                return fmt::format("--film-loops: \"{}\" is no whole number from 0 to {}", loops_,
-                                   mostLoops);
-            }
-            timing.loops = *loops;
+            const WholeNumber loops = ReadWholeNumber("--film-loops", loops_, 0, mostLoops);
+            timing.loops = loops.value;
+            return loops.failure;
         }
         return {};
     }

@@ -12,6 +12,7 @@
 #include "batch/options.h"
 #include "command_line/arguments.h"
 #include "command_line/number_argument.h"
+#include "command_line/whole_number.h"
 
 namespace zelmo {
 
@@ -88,13 +89,10 @@ private:
         if (arguments.Count("--width") == 0) {
             return {};
         }
-        const std::optional<std::int32_t> width = ReadNumber<std::int32_t>(width_);
-        if (!width || *width < leastWidth || *width > mostWidth) {
-            return fmt::format("--width: \"{}\" is no whole number of pixels from {} to {}", width_,
-                               leastWidth, mostWidth);
-        }
-        picture_.width = *width;
-        return {};
+        const WholeNumber width =
+            ReadWholeNumber("--width", width_, leastWidth, mostWidth, " of pixels");
+        picture_.width = width.value;
+        return width.failure;
     }
 
     std::string TakeView(const Arguments& arguments) {

@@ -7,7 +7,7 @@
 #include "batch/option_groups/option_group.h"
 #include "batch/options.h"
 #include "command_line/arguments.h"
-#include "command_line/number_argument.h"
+#include "command_line/whole_number.h"
 #include "command_line/window_argument.h"
 #include "process_file/settings_limits.h"
 
@@ -55,18 +55,20 @@ public:
 private:
     std::string TakeGridAndCamera(const Arguments& arguments, ViewChoice& view) const {
         if (arguments.Count("--columns") > 0) {
-            view.gridColumns = ReadNumber<std::uint16_t>(columns_);
-            if (!view.gridColumns || !IsGridColumns(*view.gridColumns)) {
-                return fmt::format("--columns: \"{}\" is no whole number from {} to {}", columns_,
-                                   fewestGridColumns, mostGridColumns);
+            const WholeNumber columns =
+                ReadWholeNumber("--columns", columns_, fewestGridColumns, mostGridColumns);
+            if (!columns.failure.empty()) {
+                return columns.failure;
             }
+            view.gridColumns = columns.value;
         }
         if (arguments.Count("--angle") > 0) {
-            view.cameraAngle = ReadNumber<std::uint16_t>(angle_);
-            if (!view.cameraAngle || !IsCameraAngle(*view.cameraAngle)) {
-                return fmt::format("--angle: \"{}\" is no whole number of degrees from 0 to {}",
-                                   angle_, largestCameraAngle);
+            const WholeNumber angle = ReadWholeNumber(
+                "--angle", angle_, 0, static_cast<std::int32_t>(largestCameraAngle), " of degrees");
+            if (!angle.failure.empty()) {
+                return angle.failure;
             }
+            view.cameraAngle = static_cast<float>(angle.value);
         }
         return {};
     }

@@ -63,6 +63,17 @@ TEST_F(OverviewsTest, TheFilmHasAPictureAStep) {
     EXPECT_EQ(FramesOf(film), 3u);
 }
 
+TEST_F(OverviewsTest, AFilmThatWouldBeTooWideIsRefusedAtOnce) {
+    const Ended ended =
+        Run({"-o", "out", "--width", "16384", "--film", "film.webp", "square.gds", "flow.txt"});
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_NE(ended.errors.find("--film: 16384 pixels (--width) are too wide for a film, which has "
+                                "at most 16383"),
+              std::string::npos)
+        << ended.errors;
+    EXPECT_FALSE(std::filesystem::exists(InFolder("out")));
+}
+
 TEST_F(OverviewsTest, OnlyChosenStepsAreInThem) {
     const Ended ended = Run({"-o", "out", "--width", "400", "--steps", "2-last", "--film",
                              "film.webp", "square.gds", "flow.txt"});

@@ -1,17 +1,8 @@
-#include <png.h>
-
-#include <stdexcept>
-
 #include "tests/batch/batch_fixture.h"
+#include "tests/batch/decoded_png.h"
 
 namespace zelmo {
 namespace {
-
-struct Pixels {
-    std::uint32_t width = 0;
-    std::uint32_t height = 0;
-    std::vector<std::uint8_t> rgb;  ///< top row first
-};
 
 std::uint32_t U32At(const std::string& bytes, std::size_t offset) {
     std::uint32_t value = 0;
@@ -33,21 +24,6 @@ Pixels DecodeBmp(const std::string& bytes) {
                 pixels.rgb.push_back(static_cast<std::uint8_t>(bytes.at(offset + channel)));
             }
         }
-    }
-    return pixels;
-}
-
-Pixels DecodePng(const std::string& bytes) {
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    if (png_image_begin_read_from_memory(&image, bytes.data(), bytes.size()) == 0) {
-        throw std::runtime_error(image.message);
-    }
-    EXPECT_EQ(image.format, static_cast<png_uint_32>(PNG_FORMAT_RGB));
-    image.format = PNG_FORMAT_RGB;
-    Pixels pixels{image.width, image.height, std::vector<std::uint8_t>(PNG_IMAGE_SIZE(image))};
-    if (png_image_finish_read(&image, nullptr, pixels.rgb.data(), 0, nullptr) == 0) {
-        throw std::runtime_error(image.message);
     }
     return pixels;
 }

@@ -1,5 +1,5 @@
 import type { Cut } from "./mesh.ts";
-import type { Grid, StackLayer } from "./stack.ts";
+import { type Grid, type StackLayer, stretch } from "./stack.ts";
 
 /** Micrometres from the window's lower left corner, the height as the layers have it. */
 export interface Place {
@@ -100,21 +100,6 @@ function clip(ray: Ray, part: [[number, number], [number, number]]): [number, nu
 
 function at(ray: Ray, t: number, axis: 0 | 1 | 2): number {
     return ray.origin[axis] + t * ray.direction[axis];
-}
-
-/** The index of the stretch between two places that holds a place. */
-function stretch(places: Float64Array, place: number): number {
-    let low = 0;
-    let high = places.length - 1;
-    while (high - low > 1) {
-        const middle = (low + high) >> 1;
-        if (places[middle] <= place) {
-            low = middle;
-        } else {
-            high = middle;
-        }
-    }
-    return low;
 }
 
 /** The height of a sheet in micrometres within a square, by its two triangles. */

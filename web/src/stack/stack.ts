@@ -71,8 +71,8 @@ export function heightRange(stack: Stack): { lowest: number; highest: number } {
         : { lowest: lowest * quantum, highest: highest * quantum };
 }
 
-/** The column or row that lies nearest to a place. */
-export function nearest(places: Float64Array, place: number): number {
+/** Which stretch between two places holds a place; those at the ends hold all beyond. */
+export function stretch(places: Float64Array, place: number): number {
     let low = 0;
     let high = places.length - 1;
     while (high - low > 1) {
@@ -83,5 +83,12 @@ export function nearest(places: Float64Array, place: number): number {
             high = middle;
         }
     }
+    return low;
+}
+
+/** The column or row that lies nearest to a place. */
+export function nearest(places: Float64Array, place: number): number {
+    const low = stretch(places, place);
+    const high = Math.min(low + 1, places.length - 1);
     return place - places[low] <= places[high] - place ? low : high;
 }

@@ -2,7 +2,9 @@
 # build: no contraction of products and sums, nothing of fast-math.
 add_library(zelmo_options INTERFACE)
 target_compile_options(zelmo_options INTERFACE
-    -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor
+    -Wall -Wextra -Wpedantic -Wnon-virtual-dtor
+    # Where sources are compiled together, names of one may hide names of another.
+    $<IF:$<AND:$<CXX_COMPILER_ID:GNU>,$<BOOL:$<TARGET_PROPERTY:UNITY_BUILD>>>,-Wshadow=local,-Wshadow>
     # The fuzz targets' compiler has warnings of its own, and checks that are put in cause others:
     # they are no errors.
     $<$<AND:$<CXX_COMPILER_ID:GNU>,$<NOT:$<BOOL:${ZELMO_SANITIZE}>>>:-Werror>
@@ -76,6 +78,7 @@ function(zelmo_lane_kernels library)
             endforeach()
         endif()
         add_library(${kernels} OBJECT ${sources})
+        set_target_properties(${kernels} PROPERTIES UNITY_BUILD OFF)
         target_link_libraries(${kernels} PRIVATE zelmo_options zelmo_lane_options)
         target_compile_definitions(${kernels} PRIVATE ZELMO_LANES=${lanes})
         target_sources(${library} PRIVATE $<TARGET_OBJECTS:${kernels}>)

@@ -67,13 +67,6 @@ std::int32_t Middle(std::int32_t first, std::int32_t last) {
     return first + (last - first) / 2;
 }
 
-void WidenByPoint(GdsRect& box, GdsPoint point) {
-    box.xmin = std::min(box.xmin, point.x);
-    box.ymin = std::min(box.ymin, point.y);
-    box.xmax = std::max(box.xmax, point.x);
-    box.ymax = std::max(box.ymax, point.y);
-}
-
 bool Contains(const GdsRect& outer, const GdsRect& inner) {
     return outer.xmin <= inner.xmin && outer.ymin <= inner.ymin && outer.xmax >= inner.xmax &&
            outer.ymax >= inner.ymax;

@@ -17,13 +17,6 @@ namespace zelmo {
 
 namespace {
 
-void WidenByPoint(GdsRect& box, GdsPoint point) {
-    box.xmin = std::min(box.xmin, point.x);
-    box.ymin = std::min(box.ymin, point.y);
-    box.xmax = std::max(box.xmax, point.x);
-    box.ymax = std::max(box.ymax, point.y);
-}
-
 /// Linear parts of placements. The sine and cosine of the last angle but 0 are at hand: references
 /// that follow each other are often turned alike.
 class LinearParts {

@@ -178,32 +178,32 @@ const GdsCell* ReferencedCell(const GdsCell& cell, std::size_t index) {
                                      : cell.arefs[index - cell.srefs.size()].cell;
 }
 
-enum class Mark : std::uint8_t { Unseen, Open, Done };
+enum class CellState : std::uint8_t { Unseen, Open, Done };
 
 /// A walk down the references, on a stack of its own: a file can nest cells as deep as it likes.
 class CircleSearch {
 public:
     explicit CircleSearch(const GdsDatabase& database)
-        : cells_(database.cells.Items()), marks_(database.cells.size(), Mark::Unseen) {}
+        : cells_(database.cells.Items()), marks_(database.cells.size(), CellState::Unseen) {}
 
     /// The reference that closes a circle, if one can be reached from the cell.
     std::optional<ReferencePosition> From(const GdsCell& start) {
-        if (MarkOf(start) == Mark::Unseen) {
+        if (MarkOf(start) == CellState::Unseen) {
             Open(start);
         }
         while (!path_.empty()) {
             auto& [cell, next] = path_.back();
             if (next == cell->srefs.size() + cell->arefs.size()) {
-                MarkOf(*cell) = Mark::Done;
+                MarkOf(*cell) = CellState::Done;
                 path_.pop_back();
                 continue;
             }
             const GdsCell& child = *ReferencedCell(*cell, next);
-            if (MarkOf(child) == Mark::Open) {
+            if (MarkOf(child) == CellState::Open) {
                 return PositionIn(*cell, NumberOf(*cell), next);
             }
             ++next;
-            if (MarkOf(child) == Mark::Unseen) {
+            if (MarkOf(child) == CellState::Unseen) {
                 Open(child);
             }
         }
@@ -219,15 +219,15 @@ private:
     std::size_t NumberOf(const GdsCell& cell) const {
         return static_cast<std::size_t>(&cell - cells_.data());
     }
-    Mark& MarkOf(const GdsCell& cell) { return marks_[NumberOf(cell)]; }
+    CellState& MarkOf(const GdsCell& cell) { return marks_[NumberOf(cell)]; }
 
     void Open(const GdsCell& cell) {
-        MarkOf(cell) = Mark::Open;
+        MarkOf(cell) = CellState::Open;
         path_.push_back({&cell, 0});
     }
 
     std::span<const GdsCell> cells_;
-    std::vector<Mark> marks_;
+    std::vector<CellState> marks_;
     std::vector<Visit> path_;
 };
 

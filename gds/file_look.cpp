@@ -14,12 +14,12 @@ namespace {
 
 using namespace std::string_view_literals;
 
-struct Mark {
+struct FileMark {
     std::string_view bytes;
     FileKind kind;
 };
 
-constexpr Mark marks[] = {
+constexpr FileMark marks[] = {
     {"\x1F\x8B"sv, FileKind::Gzip},
     {"BZh"sv, FileKind::Bzip2},
     {"\xFD"
@@ -109,7 +109,7 @@ FileLook LookAtBytes(std::span<const std::uint8_t> bytes) {
     const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
     const auto* const mark =
         std::find_if(std::begin(marks), std::end(marks),
-                     [&](const Mark& known) { return text.starts_with(known.bytes); });
+                     [&](const FileMark& known) { return text.starts_with(known.bytes); });
     if (bytes.empty()) {
         return {FileKind::Empty, false, {}};
     }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <deque>
@@ -31,6 +32,14 @@ struct GdsRect {
 
     bool operator==(const GdsRect&) const = default;
 };
+
+/// Widens a box as far as it takes to have the point in it.
+inline void WidenByPoint(GdsRect& box, GdsPoint point) {
+    box.xmin = std::min<std::int64_t>(box.xmin, point.x);
+    box.ymin = std::min<std::int64_t>(box.ymin, point.y);
+    box.xmax = std::max<std::int64_t>(box.xmax, point.x);
+    box.ymax = std::max<std::int64_t>(box.ymax, point.y);
+}
 
 /// One polygon of a cell; a path stands here too, already expanded.
 struct GdsBoundary {

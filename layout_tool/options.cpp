@@ -23,7 +23,7 @@ constexpr const char* exitStatuses =
     "written, 5 anything else.";
 
 /// The command line as it was typed.
-struct Texts {
+struct OptionTexts {
     std::string layout;
     std::string cell;
     std::string cellOption;
@@ -35,7 +35,7 @@ struct Texts {
     std::int64_t mostTexts = 1000;
 };
 
-void AddOptions(Arguments& arguments, Texts& texts, LayoutToolOptions& options) {
+void AddOptions(Arguments& arguments, OptionTexts& texts, LayoutToolOptions& options) {
     arguments.AddPositional("LAYOUT.gds", texts.layout,
                             "The layout, a GDSII stream file, plain or gzip-compressed", true);
     arguments.AddPositional(
@@ -72,7 +72,8 @@ void AddOptions(Arguments& arguments, Texts& texts, LayoutToolOptions& options) 
     arguments.AddText("--diagnostics", texts.diagnostics, diagnosticHelp, diagnosticForm);
 }
 
-std::string TakeCell(const Arguments& arguments, const Texts& texts, LayoutToolOptions& options) {
+std::string TakeCell(const Arguments& arguments, const OptionTexts& texts,
+                     LayoutToolOptions& options) {
     if (arguments.Count("CELL") > 0 && arguments.Count("--cell") > 0) {
         return "--cell: the cell was given as CELL already";
     }
@@ -83,7 +84,8 @@ std::string TakeCell(const Arguments& arguments, const Texts& texts, LayoutToolO
     return {};
 }
 
-std::string TakeWindow(const Arguments& arguments, const Texts& texts, LayoutToolOptions& options) {
+std::string TakeWindow(const Arguments& arguments, const OptionTexts& texts,
+                       LayoutToolOptions& options) {
     if (arguments.Count("--window") == 0) {
         return {};
     }
@@ -98,7 +100,8 @@ std::string TakeWindow(const Arguments& arguments, const Texts& texts, LayoutToo
 }
 
 /// Sets what was typed; the reason why not, or nothing if all is well.
-std::string TakeTexts(const Arguments& arguments, const Texts& texts, LayoutToolOptions& options) {
+std::string TakeTexts(const Arguments& arguments, const OptionTexts& texts,
+                      LayoutToolOptions& options) {
     options.layout = PathFromArgument(texts.layout);
     for (const std::string& reason :
          {TakePath(arguments, "--process", texts.process, "file", options.process),
@@ -120,7 +123,7 @@ std::string TakeTexts(const Arguments& arguments, const Texts& texts, LayoutTool
 }  // namespace
 
 LayoutCommandLine ParseLayoutCommandLine(const std::vector<std::string>& arguments) {
-    Texts texts;
+    OptionTexts texts;
     LayoutToolOptions options;
     Arguments known("zelmo-layout", description, exitStatuses);
     AddOptions(known, texts, options);

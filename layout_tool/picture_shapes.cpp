@@ -58,8 +58,8 @@ std::int64_t SizeOf(const RawPolygon& polygon) {
     return std::max(SaturatingSubtract(right->x, left->x), SaturatingSubtract(upper->y, lower->y));
 }
 
-/// Held where differences of such numbers fit: far outside of every picture.
-GdsPoint Held(GdsPoint point) {
+/// HeldPoint where differences of such numbers fit: far outside of every picture.
+GdsPoint HeldPoint(GdsPoint point) {
     constexpr std::int64_t limit = std::int64_t{1} << 53;
     return {std::clamp(point.x, -limit, limit), std::clamp(point.y, -limit, limit)};
 }
@@ -115,7 +115,8 @@ PictureShapes CollectShapes(const LayoutReading& reading, const CellFacts& facts
     });
     shapes.leftOut = KeepLargest(found.polygons, limits, Lengths(reading.database));
     for (RawPolygon& polygon : found.polygons) {
-        std::transform(polygon.points.begin(), polygon.points.end(), polygon.points.begin(), Held);
+        std::transform(polygon.points.begin(), polygon.points.end(), polygon.points.begin(),
+                       HeldPoint);
         for (PictureGroup& group : shapes.groups) {
             if (!polygon.points.empty() &&
                 IsPartOf(group.layers, polygon.layer, polygon.datatype)) {

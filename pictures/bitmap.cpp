@@ -14,7 +14,6 @@ namespace {
 constexpr std::size_t fileHeaderSize = 14;
 constexpr std::size_t infoHeaderSize = 40;
 constexpr std::size_t headerSize = fileHeaderSize + infoHeaderSize;
-constexpr std::size_t bytesPerPixel = 4;
 
 using BitmapHeader = std::array<std::uint8_t, headerSize>;
 

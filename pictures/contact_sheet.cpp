@@ -10,7 +10,6 @@ namespace {
 
 constexpr std::int32_t gap = 16;  ///< pixels
 constexpr double screenAspect = 16.0 / 10.0;
-constexpr std::size_t bytesPerPixel = 4;
 constexpr std::uint8_t white = 0xFF;
 
 StepImage WhiteImage(std::int32_t width, std::int32_t height) {

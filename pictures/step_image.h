@@ -1,11 +1,15 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace zelmo {
+
+/// Of every picture as a value.
+inline constexpr std::size_t bytesPerPixel = 4;
 
 /// The captured picture of a step: 4 bytes a pixel in the order blue, green, red, alpha, row 0 at
 /// the bottom of the picture.

@@ -9,7 +9,7 @@ namespace zelmo {
 namespace {
 
 constexpr std::uint32_t opaque = 0xFF000000U;
-constexpr std::uint32_t white = 0xFFFFFFFFU;
+constexpr std::uint32_t whitePixel = 0xFFFFFFFFU;
 
 void FillRow(const StepImage& image, std::int32_t row, std::uint32_t* target) {
     const std::size_t width = static_cast<std::size_t>(image.width);
@@ -38,7 +38,7 @@ WebpPicture::WebpPicture(const StepImage& image, std::int32_t width, std::int32_
     };
     if (image.width != width || image.height != height) {
         for (std::int32_t row = 0; row < height; ++row) {
-            std::fill_n(rowOf(row), width, image.isTransparent ? 0U : white);
+            std::fill_n(rowOf(row), width, image.isTransparent ? 0U : whitePixel);
         }
     }
     const std::int32_t left = (width - image.width) / 2;

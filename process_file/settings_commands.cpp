@@ -112,7 +112,7 @@ void ReadStop(ReaderState& state, std::string_view, ArgumentList, ProcessFile&) 
     state.stopSeen = true;
 }
 
-constexpr Command commands[] = {
+constexpr Command settingsCommands[] = {
     {"settings", std::nullopt, settingsArguments, ReadSettings},
     {"location", std::nullopt, locationArguments, ReadLocation},
     {"gds", std::nullopt, {}, ReadGds},
@@ -122,7 +122,7 @@ constexpr Command commands[] = {
 }  // namespace
 
 std::span<const Command> SettingsCommands() {
-    return commands;
+    return settingsCommands;
 }
 
 }  // namespace zelmo

@@ -304,7 +304,7 @@ void ReadDump(ReaderState&, std::string_view, ArgumentList, ProcessFile& file) {
     file.steps.back().description = "dumping of stack data";
 }
 
-constexpr Command commands[] = {
+constexpr Command stepCommands[] = {
     {"deposition", StepKind::Deposition, depositionArguments, ReadDeposition},
     {"coating", StepKind::Coating, coatingArguments, ReadCoating},
     {"photo", StepKind::Photo, photoArguments, ReadPhoto},
@@ -319,7 +319,7 @@ constexpr Command commands[] = {
 }  // namespace
 
 std::span<const Command> StepCommands() {
-    return commands;
+    return stepCommands;
 }
 
 }  // namespace zelmo

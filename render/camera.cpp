@@ -2,14 +2,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 #include "base/conversions.h"
 
 namespace zelmo {
 
 namespace {
-
-constexpr double pi = 3.141592653589793;
 
 float Dot(const Vector3& a, const Vector3& b) {
     return a[0] * b[0] + a[1] * b[1] + a[2] * b[2];
@@ -54,9 +53,9 @@ float AngleBetween(const Vector3& u, const Vector3& v) {
 /// Half the vertical field of view, as the scale of clip y. The detour through degrees decides the
 /// last bits.
 float ProjectionScale(double fovY) {
-    const auto degrees = static_cast<float>(fovY * 180.0 / pi);
+    const auto degrees = static_cast<float>(fovY * 180.0 / std::numbers::pi);
     const float halfTurns = degrees / 180.0f;
-    const auto radians = static_cast<float>(static_cast<double>(halfTurns) * pi);
+    const auto radians = static_cast<float>(static_cast<double>(halfTurns) * std::numbers::pi);
     return 1.0f / Tangent(radians * 0.5f);
 }
 
@@ -93,7 +92,7 @@ Camera::Camera(double width, double height, double top, double angle) {
     const auto windowWidth = static_cast<float>(width);
 
     eye = {halfWidth, static_cast<float>(width * -4.0),
-           static_cast<float>(std::tan(angle * pi / 180.0) * (width * 4.0) + top)};
+           static_cast<float>(std::tan(angle * std::numbers::pi / 180.0) * (width * 4.0) + top)};
 
     // The picture reaches from the foot of the front edge to the top of the back edge.
     const double frontAngle = AngleFromDown(Subtract({halfWidth, 0.0f, 0.0f}, eye));

@@ -24,14 +24,10 @@ std::array<float, 3> LightPosition(float windowWidth) {
     return {windowWidth * 0.5f, -windowWidth * 4.0f, windowWidth * 0.9f * 4.0f};
 }
 
-GLint UniformLocation(const ShaderProgram& shader, const char* name) {
-    return glGetUniformLocation(shader.Program(), name);
-}
-
 /// Makes the shader current, with this transform.
 void UseShader(const ShaderProgram& shader, const Matrix4& transform) {
     glUseProgram(shader.Program());
-    glUniformMatrix4fv(UniformLocation(shader, "transform"), 1, GL_FALSE, transform.data());
+    glUniformMatrix4fv(shader.Uniform("transform"), 1, GL_FALSE, transform.data());
 }
 
 /// The view keeps the camera's aspect, to the right of the legend and centred vertically.
@@ -62,8 +58,8 @@ void DrawMarkers(const ProcessModel& model, const StackUploads& uploads, const C
 
 void UseSurfaceShader(const ShaderProgram& shader, const Matrix4& transform, float windowWidth) {
     UseShader(shader, transform);
-    glUniform3fv(UniformLocation(shader, "lightColor"), 1, lightColor.data());
-    glUniform3fv(UniformLocation(shader, "lightPos"), 1, LightPosition(windowWidth).data());
+    glUniform3fv(shader.Uniform("lightColor"), 1, lightColor.data());
+    glUniform3fv(shader.Uniform("lightPos"), 1, LightPosition(windowWidth).data());
 }
 
 void RenderFrame(const ProcessModel& model, const StackUploads& uploads, const Camera& camera,

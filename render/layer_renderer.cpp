@@ -13,10 +13,6 @@ namespace zelmo {
 
 namespace {
 
-GLint UniformLocation(const ShaderProgram& shader, const char* name) {
-    return glGetUniformLocation(shader.Program(), name);
-}
-
 /// Draws the layer's whole mesh.
 void DrawMesh(const UploadedMesh& mesh) {
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, mesh.IndexBuffer());
@@ -79,8 +75,8 @@ void LayerRenderer::DrawLayer(std::size_t slot, const Layer& layer, bool isLast)
     // What lets nothing through replaces what is behind it.
     const bool blends = drawsAll_ || !IsOpaque(layer);
     (blends ? glEnable : glDisable)(GL_BLEND);
-    glUniform3fv(UniformLocation(shader_, "color"), 1, layer.color.data());
-    glUniform1f(UniformLocation(shader_, "alpha"), layer.alpha);
+    glUniform3fv(shader_.Uniform("color"), 1, layer.color.data());
+    glUniform1f(shader_.Uniform("alpha"), layer.alpha);
     glBindVertexArray(mesh->VertexArray());
     if (chosen_) {
         DrawTriangles(FindIndices(slot, isLast));

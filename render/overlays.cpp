@@ -18,9 +18,9 @@ namespace {
 constexpr std::int32_t markersInFrontRow = 10;
 constexpr float flatAngle = 15.0f;  // below this only the front row of markers is shown
 
-constexpr std::int32_t legendPitch = 36;
-constexpr float swatchWidth = 72.0f;
-constexpr std::int32_t legendTextLeft = 77;
+constexpr std::int32_t legendRowPitch = 36;
+constexpr float legendSwatchWidth = 72.0f;
+constexpr std::int32_t legendTextStart = 77;
 
 std::array<GLint, 4> CurrentViewport() {
     std::array<GLint, 4> viewport{};
@@ -47,8 +47,8 @@ float CentringOffset(const std::string& text, const GlFont& font) {
 
 void DrawSwatch(const Layer& layer, float y0, float y1) {
     const std::array<std::pair<float, float>, 4> corners{
-        PixelToClip(0.0f, y0), PixelToClip(0.0f, y1), PixelToClip(swatchWidth, y1),
-        PixelToClip(swatchWidth, y0)};
+        PixelToClip(0.0f, y0), PixelToClip(0.0f, y1), PixelToClip(legendSwatchWidth, y1),
+        PixelToClip(legendSwatchWidth, y0)};
     glUseProgram(0);
     glBegin(GL_QUADS);
     glColor4f(layer.color[0], layer.color[1], layer.color[2], layer.alpha);
@@ -115,10 +115,10 @@ void DrawLegend(const ProcessModel& model, TextFont& textFont, std::int32_t stri
                 std::int32_t height) {
     const GlFont font = textFont.GetFont(30, 700);
     const std::int32_t maxChars = font.averageWidth > 0
-                                      ? (strip - legendTextLeft) / font.averageWidth
+                                      ? (strip - legendTextStart) / font.averageWidth
                                       : std::numeric_limits<std::int32_t>::max();
     glViewport(0, 0, strip, height);
-    const std::int64_t fullHeight = std::int64_t{model.stack.layerCount} * legendPitch;
+    const std::int64_t fullHeight = std::int64_t{model.stack.layerCount} * legendRowPitch;
     const float scale =
         fullHeight > height ? static_cast<float>(height) / static_cast<float>(fullHeight) : 1.0f;
     std::int32_t row = 0;
@@ -127,11 +127,11 @@ void DrawLegend(const ProcessModel& model, TextFont& textFont, std::int32_t stri
             continue;
         }
         const float y0 = static_cast<float>(row) * scale;
-        const float y1 = static_cast<float>(row + legendPitch) * scale;
+        const float y1 = static_cast<float>(row + legendRowPitch) * scale;
         DrawSwatch(*layer, y0, y1);
-        DrawTextAtPixel(LegendText(layer->label, maxChars), static_cast<float>(legendTextLeft),
+        DrawTextAtPixel(LegendText(layer->label, maxChars), static_cast<float>(legendTextStart),
                         y0 + 2.0f, font);
-        row += legendPitch;
+        row += legendRowPitch;
     }
 }
 

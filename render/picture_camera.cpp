@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <numbers>
 
 #include "model/process_model.h"
 #include "render/camera.h"
@@ -13,7 +14,6 @@ namespace zelmo {
 
 namespace {
 
-constexpr double pi = 3.141592653589793;
 constexpr double room = 1.1;         // how much more than the stack a view shows
 constexpr double widest = 5.0;       // views, width over height
 constexpr double narrowest = 0.8;    // ditto
@@ -34,8 +34,8 @@ struct Axes {
 };
 
 Axes AxesOf(const ViewDirection& direction) {
-    const double azimuth = direction.azimuth * pi / 180.0;
-    const double elevation = direction.elevation * pi / 180.0;
+    const double azimuth = direction.azimuth * std::numbers::pi / 180.0;
+    const double elevation = direction.elevation * std::numbers::pi / 180.0;
     const double sinA = std::sin(azimuth);
     const double cosA = std::cos(azimuth);
     const double sinE = std::sin(elevation);

@@ -16,7 +16,6 @@ namespace zelmo {
 namespace {
 
 constexpr std::int32_t pictureWidth = 1920;
-constexpr std::size_t bytesPerPixel = 4;
 
 std::unique_ptr<Camera> MakeCamera(const ProcessModel& model, float top) {
     return std::make_unique<Camera>(static_cast<double>(model.settings.windowWidth),

@@ -51,6 +51,18 @@ def check_format(paths):
     return status == 0
 
 
+def single_sources(entry):
+    """The entries of the sources that one of a build compiles as one; else the entry itself."""
+    if "/Unity/unity_" not in entry["file"]:
+        return [entry]
+    with open(entry["file"], encoding="utf-8") as file:
+        sources = re.findall(r'^#include "([^"]+)"$', file.read(), re.MULTILINE)
+    return [{**entry, "file": source,
+             "command": entry["command"].replace(f" -c {entry['file']}", f" -c {source}")
+                                        .replace("-Wshadow=local", "-Wshadow")}
+            for source in sources]
+
+
 def room_sources():
     """{path: (folder of its compile commands, command)} of all sources of the rooms."""
     sources = {}
@@ -58,7 +70,7 @@ def room_sources():
         folder = os.path.join(ROOT, "build", preset)
         with open(os.path.join(folder, "compile_commands.json"), encoding="utf-8") as file:
             entries = json.load(file)
-        for entry in entries:
+        for entry in (each for entry in entries for each in single_sources(entry)):
             path = os.path.relpath(entry["file"], ROOT)
             # Kernels are compiled twice; clang takes what is for wide lanes only from the build.
             if rooms.room_of(path, rooms.ROOMS) and "-DZELMO_WIDE_LANES" not in entry["command"]:

@@ -114,4 +114,8 @@ ShaderProgram::~ShaderProgram() {
     glDeleteProgram(program_);
 }
 
+std::int32_t ShaderProgram::Uniform(const char* name) const {
+    return glGetUniformLocation(program_, name);
+}
+
 }  // namespace zelmo

@@ -36,6 +36,8 @@ public:
     ShaderProgram& operator=(const ShaderProgram&) = delete;
 
     std::uint32_t Program() const { return program_; }
+    /// Where it takes a value of this name, for glUniform...
+    std::int32_t Uniform(const char* name) const;
     /// Why it cannot draw, in lines for the user in the order of what was tried; empty if it can.
     const std::vector<std::wstring>& Errors() const { return errors_; }
     bool IsUsable() const { return errors_.empty(); }

@@ -10,8 +10,7 @@ namespace zelmo {
 
 namespace {
 
-constexpr std::size_t bytesPerPixel = 4;
-constexpr std::int32_t fewestRows = 16;  // for a thread
+constexpr std::int32_t fewestPictureRows = 16;  // for a thread
 
 std::int32_t Pieces(std::int64_t length, std::int64_t most) {
     return static_cast<std::int32_t>((length + most - 1) / most);
@@ -129,7 +128,7 @@ PixelRect FindDrawn(const StepImage& image) {
 
 void FinishPixels(StepImage& image, bool transparent) {
     image.isTransparent = transparent;
-    ForRowBands(image.height, fewestRows, [&](std::int32_t first, std::int32_t end) {
+    ForRowBands(image.height, fewestPictureRows, [&](std::int32_t first, std::int32_t end) {
         std::uint8_t* const stop = RowOf(image, end);
         for (std::uint8_t* pixel = RowOf(image, first); pixel != stop; pixel += bytesPerPixel) {
             const std::uint32_t alpha = pixel[3];

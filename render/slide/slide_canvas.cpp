@@ -4,12 +4,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numbers>
 
 namespace zelmo {
 
 namespace {
-
-constexpr double pi = 3.141592653589793;
 
 void SetColor(const InkColor& color) {
     glColor4f(color[0], color[1], color[2], color[3]);
@@ -95,7 +94,7 @@ void SlideCanvas::Ring(const PixelPoint& middle, double inner, const InkColor& i
     inner = std::max(inner, 0.0);
     glBegin(GL_TRIANGLE_STRIP);
     for (int i = 0; i <= pieces; ++i) {
-        const double angle = 2.0 * pi * i / pieces;
+        const double angle = 2.0 * std::numbers::pi * i / pieces;
         const double x = std::cos(angle);
         const double y = std::sin(angle);
         SetColor(innerColor);

@@ -14,8 +14,6 @@ namespace {
 
 // Lengths in a picture that is 1920 pixels wide
 constexpr double legendWidth = 352.0;
-constexpr double legendPitch = 36.0;
-constexpr double legendMargin = 24.0;
 constexpr double titleBand = 76.0;
 constexpr double titleRise = 20.0;  // of the base line in its band
 constexpr double remarkBand = 40.0;
@@ -47,7 +45,7 @@ SlideLayout LayOutSlide(const PictureChoice& choice, const ProcessSettings& sett
     const auto pixels = [&](double length) { return Rounded(length * layout.unit); };
     layout.legendWidth = settings.showLegend ? pixels(legendWidth) : 0;
     layout.legendHeight =
-        settings.showLegend ? pixels(legendPitch * layerCount + 2.0 * legendMargin) : 0;
+        settings.showLegend ? pixels(slideLegendPitch * layerCount + 2.0 * slideLegendMargin) : 0;
     const std::int32_t heading = choice.title ? pixels(titleBand) : 0;
     const std::int32_t remark = choice.thinnestFilm > 0.0f ? pixels(remarkBand) : 0;
     const std::int32_t below = pixels(bandBelow);
@@ -123,7 +121,7 @@ PixelRect FindContents(const SlideLayout& layout, const PictureChoice& choice,
     lowerLeft = {lowerLeft.x - beside, lowerLeft.y - bandBelow * unit};
     upperRight = {upperRight.x + beside,
                   upperRight.y + (settings.showHeights ? bandAboveWithLabels * unit : 0.0)};
-    const double margin = legendMargin * unit;
+    const double margin = slideLegendMargin * unit;
     if (layout.legendWidth > 0) {
         Hold(lowerLeft, upperRight, {margin, margin},
              {static_cast<double>(layout.legendWidth), layout.legendHeight - margin});

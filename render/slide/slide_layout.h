@@ -10,6 +10,10 @@ namespace zelmo {
 struct PictureChoice;
 struct ProcessSettings;
 
+// Of the legend, in a picture that is 1920 pixels wide: from row to row, and around it
+inline constexpr double slideLegendPitch = 36.0;
+inline constexpr double slideLegendMargin = 24.0;
+
 /// A place on a picture in pixels from its lower left corner.
 struct PixelPoint {
     double x = 0.0;

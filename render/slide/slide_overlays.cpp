@@ -22,8 +22,6 @@ namespace {
 
 // Lengths in a picture that is 1920 pixels wide
 constexpr double markRadius = 8.0;
-constexpr double legendPitch = 36.0;
-constexpr double legendMargin = 24.0;
 constexpr double swatchWidth = 72.0;
 constexpr double swatchHeight = 28.0;
 constexpr double frameWidth = 2.0;
@@ -145,8 +143,9 @@ void DrawBars(SlideCanvas& canvas, const Projector& projector, const SlideConten
 
 void DrawFramedSwatch(SlideCanvas& canvas, const Layer& layer, double bottom) {
     const double unit = canvas.Unit();
-    const PixelPoint lowerLeft{legendMargin * unit, bottom};
-    const PixelPoint upperRight{(legendMargin + swatchWidth) * unit, bottom + swatchHeight * unit};
+    const PixelPoint lowerLeft{slideLegendMargin * unit, bottom};
+    const PixelPoint upperRight{(slideLegendMargin + swatchWidth) * unit,
+                                bottom + swatchHeight * unit};
     const double frame = std::max(frameWidth * unit, 1.0);
     const PixelPoint innerLeft{lowerLeft.x + frame, lowerLeft.y + frame};
     const PixelPoint innerRight{upperRight.x - frame, upperRight.y - frame};
@@ -165,7 +164,7 @@ void DrawFramedLegend(SlideCanvas& canvas, const SlideLayout& layout, const Stac
             ? static_cast<std::int32_t>((layout.legendWidth - legendTextLeft * unit) /
                                         font.averageWidth)
             : std::numeric_limits<std::int32_t>::max();
-    double bottom = (legendMargin + (legendPitch - swatchHeight) * 0.5) * unit;
+    double bottom = (slideLegendMargin + (slideLegendPitch - swatchHeight) * 0.5) * unit;
     for (const std::unique_ptr<Layer>& layer : stack.layers) {
         if (layer == nullptr) {
             continue;
@@ -173,14 +172,14 @@ void DrawFramedLegend(SlideCanvas& canvas, const SlideLayout& layout, const Stac
         DrawFramedSwatch(canvas, *layer, bottom);
         canvas.Text(ShortenedText(layer->label, maxChars),
                     {legendTextLeft * unit, bottom + legendTextRise * unit}, font);
-        bottom += legendPitch * unit;
+        bottom += slideLegendPitch * unit;
     }
 }
 
 /// A line of text from the left margin, as much of it as fits.
 void DrawLine(SlideCanvas& canvas, const SlideLayout& layout, const std::string& text, double base,
               const GlFont& font) {
-    const double margin = legendMargin * canvas.Unit();
+    const double margin = slideLegendMargin * canvas.Unit();
     const double room = layout.width - 2.0 * margin;
     const std::int32_t maxChars = font.averageWidth > 0
                                       ? static_cast<std::int32_t>(room / font.averageWidth)

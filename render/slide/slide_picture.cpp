@@ -30,7 +30,6 @@ namespace {
 
 constexpr std::int32_t samplesAcross = 4;  // of a pixel of a smooth picture
 constexpr double cropMargin = 24.0;        // in a picture that is 1920 pixels wide
-constexpr std::size_t bytesPerPixel = 4;
 
 PictureCamera MakeCamera(const ProcessSettings& settings, const PictureChoice& choice, float top) {
     if (choice.view) {

@@ -8,7 +8,7 @@ namespace zelmo {
 
 namespace {
 
-constexpr std::int32_t fewestRows = 16;  // for a thread
+constexpr std::int32_t fewestRowsToDraw = 16;  // for a thread
 
 /// What a row of squares adds to the vertices of its mesh, and to the indices that are drawn.
 struct RowCounts {
@@ -30,7 +30,7 @@ std::vector<RowCounts> CountBefore(const SquareBytes& squares, std::int32_t rows
                                    std::size_t count) {
     // Each row's own counts stand behind its start until they are summed up.
     std::vector<RowCounts> before(static_cast<std::size_t>(rows) + 1);
-    ForRowBands(rows, fewestRows, [&](std::int32_t first, std::int32_t end) {
+    ForRowBands(rows, fewestRowsToDraw, [&](std::int32_t first, std::int32_t end) {
         for (std::int32_t row = first; row < end; ++row) {
             const std::uint8_t* last = row > 0 ? squares.Row(row - 1) : nullptr;
             before[static_cast<std::size_t>(row) + 1] = {
@@ -110,7 +110,7 @@ void WriteIndices(const ChosenTriangles& chosen, std::size_t layer,
     const std::vector<RowCounts> before = CountBefore(squares, rows, stack.Squares());
     indices.clear();  // so that growing copies nothing
     indices.resize(before.back().indices + 6 * stack.Squares());
-    ForRowBands(rows, fewestRows, [&](std::int32_t first, std::int32_t end) {
+    ForRowBands(rows, fewestRowsToDraw, [&](std::int32_t first, std::int32_t end) {
         WriteRows(squares, stack.Squares(), before, first, end, indices.data());
     });
     std::size_t count = before.back().indices;

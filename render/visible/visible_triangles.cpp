@@ -14,7 +14,7 @@ namespace zelmo {
 
 namespace {
 
-constexpr std::int32_t fewestRows = 16;  // for a thread
+constexpr std::int32_t fewestRowsToChooseIn = 16;  // for a thread
 
 /// Whether all of a stack with these heights is there and in view: heights without number, and a
 /// stack that the view cuts off, leave holes to look through.
@@ -30,13 +30,14 @@ bool HasNoHoles(const LayerStack& stack, const HeightRange& heights, const Pictu
 HeightRange ChooseAllRows(const Choice& choice, ChosenTriangles& chosen) {
     std::mutex mutex;
     HeightRange heights = noHeights;
-    ForRowBands(chosen.stack.rows - 1, fewestRows, [&](std::int32_t first, std::int32_t end) {
-        const HeightRange range = ChooseRows(choice, first, end, chosen);
-        const std::lock_guard lock(mutex);
-        heights.lowest = std::min(heights.lowest, range.lowest);
-        heights.highest = std::max(heights.highest, range.highest);
-        heights.sum += range.sum;
-    });
+    ForRowBands(chosen.stack.rows - 1, fewestRowsToChooseIn,
+                [&](std::int32_t first, std::int32_t end) {
+                    const HeightRange range = ChooseRows(choice, first, end, chosen);
+                    const std::lock_guard lock(mutex);
+                    heights.lowest = std::min(heights.lowest, range.lowest);
+                    heights.highest = std::max(heights.highest, range.highest);
+                    heights.sum += range.sum;
+                });
     return heights;
 }
 

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <set>
 #include <string>
@@ -24,12 +22,7 @@
 namespace zelmo {
 namespace {
 
-const std::filesystem::path kFolder = "examples";
-
-std::string FileBytes(const std::filesystem::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
+const std::filesystem::path kExampleFolder = "examples";
 
 void ExpectNoWarnings(const RecordingConsole& console) {
     for (const std::string& line : console.lines) {
@@ -39,14 +32,15 @@ void ExpectNoWarnings(const RecordingConsole& console) {
 }
 
 /// A prepared example, with another number of columns where one is given.
-std::unique_ptr<ProcessModel> Prepare(const std::string& example, const std::string& columns = "") {
+std::unique_ptr<ProcessModel> PrepareExample(const std::string& example,
+                                             const std::string& columns = "") {
     ColorTable colors;
     EXPECT_TRUE(LoadColorTable(colors, "colors.txt"));
     RecordingConsole console;
     GdsDatabase database;
-    EXPECT_EQ(ReadGdsFile(database, kFolder / (example + ".gds"), &console), std::nullopt);
+    EXPECT_EQ(ReadGdsFile(database, kExampleFolder / (example + ".gds"), &console), std::nullopt);
     const TempFolder folder;
-    std::string text = FileBytes(kFolder / (example + ".txt"));
+    std::string text = FileBytes(kExampleFolder / (example + ".txt"));
     if (!columns.empty()) {
         const std::size_t at = text.find("-N 500");
         EXPECT_NE(at, std::string::npos);
@@ -63,13 +57,13 @@ std::unique_ptr<ProcessModel> Prepare(const std::string& example, const std::str
 class Example : public testing::TestWithParam<const char*> {};
 
 TEST_P(Example, IsReadyToRunWithoutAWarning) {
-    const std::unique_ptr<ProcessModel> model = Prepare(GetParam());
+    const std::unique_ptr<ProcessModel> model = PrepareExample(GetParam());
     EXPECT_GT(model->polygons.size(), 0u);
     EXPECT_TRUE(model->settings.showLegend);
 }
 
 TEST_P(Example, HasPolygonsInReachForEveryMaskThatItsProcessUses) {
-    const std::unique_ptr<ProcessModel> model = Prepare(GetParam());
+    const std::unique_ptr<ProcessModel> model = PrepareExample(GetParam());
     std::set<std::uint32_t> drawn;
     for (const MaskPolygon& polygon : model->polygons) {
         drawn.insert(polygon.layer);
@@ -84,7 +78,7 @@ TEST_P(Example, HasPolygonsInReachForEveryMaskThatItsProcessUses) {
 }
 
 TEST_P(Example, NamesItsStepsSoThatFilesCanBeNamedAfterThem) {
-    const std::unique_ptr<ProcessModel> model = Prepare(GetParam());
+    const std::unique_ptr<ProcessModel> model = PrepareExample(GetParam());
     for (const ProcessStep& step : model->steps) {
         EXPECT_EQ(step.description.find_first_of("\\/:*?\"<>|"), std::string::npos)
             << step.description;
@@ -96,7 +90,7 @@ INSTANTIATE_TEST_SUITE_P(Examples, Example,
                          [](const auto& example) { return std::string(example.param); });
 
 TEST(CmosInverter, HasWellsGatesContactsAndTwoMetalsInAtLeast25Steps) {
-    const std::unique_ptr<ProcessModel> model = Prepare("cmos_inverter");
+    const std::unique_ptr<ProcessModel> model = PrepareExample("cmos_inverter");
     EXPECT_GE(model->steps.size(), 25u);
     std::set<std::string> materials;
     for (const ProcessStep& step : model->steps) {
@@ -111,7 +105,7 @@ TEST(CmosInverter, HasWellsGatesContactsAndTwoMetalsInAtLeast25Steps) {
 TEST(CrossbarLayout, UsesEveryKindOfReferenceAndBothKindsOfPath) {
     RecordingConsole console;
     GdsDatabase database;
-    ASSERT_EQ(ReadGdsFile(database, kFolder / "array.gds", &console), std::nullopt);
+    ASSERT_EQ(ReadGdsFile(database, kExampleFolder / "array.gds", &console), std::nullopt);
     bool reflected = false;
     bool turned = false;
     bool scaled = false;
@@ -155,7 +149,7 @@ float BottomOf(const ProcessModel& model, const std::string& material, std::size
 }
 
 TEST(Micromotor, HangsFreeAfterTheRelease) {
-    const std::unique_ptr<ProcessModel> model = Prepare("mems_release", "200");
+    const std::unique_ptr<ProcessModel> model = PrepareExample("mems_release", "200");
     RecordingConsole console;
     ASSERT_EQ(model->steps.back().kind, StepKind::Release);
     for (const ProcessStep& step : model->steps) {

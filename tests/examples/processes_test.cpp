@@ -6,9 +6,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <fstream>
 #include <functional>
-#include <iterator>
 #include <limits>
 #include <map>
 #include <memory>
@@ -29,25 +27,20 @@
 namespace zelmo {
 namespace {
 
-const std::filesystem::path kFolder = std::filesystem::path("examples") / "processes";
+const std::filesystem::path kProcessFolder = std::filesystem::path("examples") / "processes";
 
 /// A height that is meant to be the same, in um: 0.01 nm.
 constexpr float kSame = 1e-5f;
 
-std::string FileBytes(const std::filesystem::path& path) {
-    std::ifstream stream(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-}
-
 /// A process that is ready to run, with so many columns.
-std::unique_ptr<ProcessModel> Prepare(const std::string& process, const std::string& columns,
-                                      const ViewChoice& view = {}) {
+std::unique_ptr<ProcessModel> PrepareProcess(const std::string& process, const std::string& columns,
+                                             const ViewChoice& view = {}) {
     ColorTable colors;
     EXPECT_TRUE(LoadColorTable(colors, "colors.txt"));
     RecordingConsole console;
     GdsDatabase database;
-    EXPECT_EQ(ReadGdsFile(database, kFolder / (process + ".gds"), &console), std::nullopt);
-    std::string text = FileBytes(kFolder / (process + ".txt"));
+    EXPECT_EQ(ReadGdsFile(database, kProcessFolder / (process + ".gds"), &console), std::nullopt);
+    std::string text = FileBytes(kProcessFolder / (process + ".txt"));
     const std::size_t at = text.find("-N 500");
     EXPECT_NE(at, std::string::npos);
     text.replace(at, 6, "-N " + columns);
@@ -71,7 +64,7 @@ void Execute(ProcessModel& model, const std::function<void(const ProcessStep&)>&
 }
 
 std::unique_ptr<ProcessModel> RunToEnd(const std::string& process) {
-    std::unique_ptr<ProcessModel> model = Prepare(process, "240");
+    std::unique_ptr<ProcessModel> model = PrepareProcess(process, "240");
     Execute(*model, [](const ProcessStep&) {});
     return model;
 }
@@ -154,7 +147,7 @@ std::vector<std::int8_t> ClearOfEdges(const ProcessModel& model, const ProcessSt
 class ReferenceProcess : public testing::TestWithParam<const char*> {};
 
 TEST_P(ReferenceProcess, FindsSomethingDrawnForEveryMask) {
-    const std::unique_ptr<ProcessModel> model = Prepare(GetParam(), "500");
+    const std::unique_ptr<ProcessModel> model = PrepareProcess(GetParam(), "500");
     for (const ProcessStep& step : model->steps) {
         if (step.kind == StepKind::Photo) {
             const bool isDrawn = std::any_of(
@@ -171,7 +164,7 @@ TEST_P(ReferenceProcess, FindsSomethingDrawnForEveryMask) {
 }
 
 TEST_P(ReferenceProcess, GivesEveryMaterialATypeOfItsOwn) {
-    const std::unique_ptr<ProcessModel> model = Prepare(GetParam(), "500");
+    const std::unique_ptr<ProcessModel> model = PrepareProcess(GetParam(), "500");
     std::map<std::string, std::string> materials;
     for (const ProcessStep& step : model->steps) {
         if (!step.materialType.empty()) {
@@ -183,7 +176,7 @@ TEST_P(ReferenceProcess, GivesEveryMaterialATypeOfItsOwn) {
 
 // A film is named after the mask that it is cut with, a plug after its hole with "Plug" behind.
 TEST_P(ReferenceProcess, HasFilmsAndPlugsWhereTheirMasksAreAndResistLeftToProtectThem) {
-    const std::unique_ptr<ProcessModel> model = Prepare(GetParam(), "240");
+    const std::unique_ptr<ProcessModel> model = PrepareProcess(GetParam(), "240");
     const std::vector<std::size_t> window = WindowCells(model->grid);
     ProcessStep photo;
     bool isEtched = false;  // with this resist
@@ -325,7 +318,7 @@ TEST(ReferenceLevels, AgreeBetweenThreeWindowsOfOneCell) {
     std::vector<std::map<std::string, float>> coated;
     std::vector<std::map<std::string, Extent>> polished;
     for (const GivenWindow& window : windows) {
-        const std::unique_ptr<ProcessModel> model = Prepare("sky130", "240", {{}, window});
+        const std::unique_ptr<ProcessModel> model = PrepareProcess("sky130", "240", {{}, window});
         auto& before = coated.emplace_back();
         Execute(*model, [&](const ProcessStep& step) {
             if (step.kind == StepKind::Coating) {
@@ -356,7 +349,7 @@ TEST(ReferenceLevels, AgreeBetweenThreeWindowsOfOneCell) {
 }
 
 TEST(ReferenceMasks, JoinPolygonsThatOnlyTouch) {
-    const std::unique_ptr<ProcessModel> model = Prepare("sg13g2", "240");
+    const std::unique_ptr<ProcessModel> model = PrepareProcess("sg13g2", "240");
     Execute(*model, [&](const ProcessStep& step) {
         if (step.kind != StepKind::Strip || step.processName != "GatPoly") {
             return;

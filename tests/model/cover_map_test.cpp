@@ -2,19 +2,15 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
-
 #include "base/lanes.h"
 #include "base/row_bands.h"
 #include "tests/model/grid_model.h"
 #include "tests/plain/cover_map_plain.h"
 #include "tests/support/case_count.h"
+#include "tests/support/strange_numbers.h"
 
 namespace zelmo {
 namespace {
-
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-constexpr float infinity = std::numeric_limits<float>::infinity();
 
 /// A layer on height 1 that is 2 thick at one cell and has no thickness elsewhere.
 Layer& AppendBump(ProcessModel& model, std::int32_t col, std::int32_t row) {

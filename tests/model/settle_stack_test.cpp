@@ -3,19 +3,16 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <vector>
 
 #include "model/process_model.h"
 #include "tests/model/grid_model.h"
 #include "tests/plain/mesh_plain.h"
 #include "tests/support/case_count.h"
+#include "tests/support/strange_numbers.h"
 
 namespace zelmo {
 namespace {
-
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-constexpr float infinity = std::numeric_limits<float>::infinity();
 
 /// A grid whose cells are one micrometre apart, with margins of these cells around the window.
 void SetUpWindow(ProcessModel& model, std::int32_t cols, std::int32_t rows, float marginCols,
@@ -135,7 +132,7 @@ std::size_t IndexCountPlain(const Layer& layer, std::int32_t marginCols, std::in
 }
 
 /// Layers that are thin or thick at a few cells only, some of them unchanged.
-void AppendRandomLayers(ProcessModel& model, TestRandom& random) {
+void AppendSpottedLayers(ProcessModel& model, TestRandom& random) {
     const std::uint32_t layers = 1 + random.Below(5);
     const auto cells = static_cast<std::uint32_t>(model.grid.CellCount());
     for (std::uint32_t i = 0; i < layers; ++i) {
@@ -168,7 +165,7 @@ TEST(SettleStack, KeepsWhatHasAMesh) {
         // A part of a cell does not count.
         SetUpWindow(model, 1 + upTo(9), 1 + upTo(9), static_cast<float>(marginCols) * 1.25f,
                     static_cast<float>(marginRows) * 1.25f);
-        AppendRandomLayers(model, random);
+        AppendSpottedLayers(model, random);
         std::vector<bool> expected;
         for (const auto& layer : model.stack.layers) {
             const bool stays =

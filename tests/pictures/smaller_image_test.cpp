@@ -7,7 +7,7 @@
 namespace zelmo {
 namespace {
 
-StepImage MakeImage(std::int32_t width, std::int32_t height) {
+StepImage MakeVariedImage(std::int32_t width, std::int32_t height) {
     StepImage image;
     image.width = width;
     image.height = height;
@@ -21,7 +21,7 @@ StepImage MakeImage(std::int32_t width, std::int32_t height) {
 }
 
 TEST(SmallerImage, PicturesThatAreNotWiderStayAsTheyAre) {
-    const StepImage image = MakeImage(5, 3);
+    const StepImage image = MakeVariedImage(5, 3);
     for (const std::int32_t width : {0, 5, 6}) {
         const StepImage same = SmallerImage(image, width);
         EXPECT_EQ(same.width, 5);
@@ -31,7 +31,7 @@ TEST(SmallerImage, PicturesThatAreNotWiderStayAsTheyAre) {
 
 TEST(SmallerImage, EachPixelIsTheMeanOfWhatLiesOnIt) {
     // 5 by 4 pixels on 2 by 1: each takes two and a half columns.
-    const StepImage image = MakeImage(5, 4);
+    const StepImage image = MakeVariedImage(5, 4);
     const StepImage smaller = SmallerImage(image, 2);
     ASSERT_EQ(smaller.width, 2);
     ASSERT_EQ(smaller.height, 1);
@@ -54,7 +54,7 @@ TEST(SmallerImage, EachPixelIsTheMeanOfWhatLiesOnIt) {
 }
 
 TEST(SmallerImage, FlatPicturesAreOnePixelHigh) {
-    const StepImage smaller = SmallerImage(MakeImage(1000, 1), 10);
+    const StepImage smaller = SmallerImage(MakeVariedImage(1000, 1), 10);
     EXPECT_EQ(smaller.width, 10);
     EXPECT_EQ(smaller.height, 1);
     EXPECT_EQ(smaller.pixels.size(), 40u);

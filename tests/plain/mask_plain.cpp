@@ -14,7 +14,7 @@ namespace zelmo {
 
 namespace {
 
-bool InGrid(const Grid& grid, int col, int row) {
+bool IsInside(const Grid& grid, int col, int row) {
     return col >= 0 && col < grid.columns && row >= 0 && row < grid.rows;
 }
 
@@ -93,7 +93,7 @@ void BlurMaskPlain(const Grid& grid, std::span<std::uint8_t> mask,
         int total = 0;
         int on = 0;
         const auto take = [&](int col, int r, int sign) {
-            if (InGrid(grid, col, r)) {
+            if (IsInside(grid, col, r)) {
                 total += sign;
                 on += rawMask[At(grid, col, r)] != 0 ? sign : 0;
             }
@@ -132,7 +132,7 @@ void MaskEdgeDistancePlain(const Grid& grid, std::span<float> edgeDistance,
             if (row == 0 && col == 0) {
                 bool found = false;
                 for (const NeighbourOffset& entry : table) {
-                    if (InGrid(grid, entry.dx, entry.dy) &&
+                    if (IsInside(grid, entry.dx, entry.dy) &&
                         mask[At(grid, entry.dx, entry.dy)] == 0) {
                         running = entry.distance;
                         edgeDistance[0] = running;
@@ -157,7 +157,7 @@ void MaskEdgeDistancePlain(const Grid& grid, std::span<float> edgeDistance,
             for (std::size_t i = static_cast<std::size_t>(start); i < table.size(); ++i) {
                 const int x = col + table[i].dx;
                 const int y = row + table[i].dy;
-                if (InGrid(grid, x, y) && mask[At(grid, x, y)] == 0) {
+                if (IsInside(grid, x, y) && mask[At(grid, x, y)] == 0) {
                     running = table[i].distance;
                     break;
                 }

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "plain_decimal.h"
+#include "tests/support/strange_numbers.h"
 
 namespace zelmo {
 namespace {
@@ -77,7 +78,6 @@ TEST(DecimalTest, WordsAreNoNumbers) {
 }
 
 TEST(DecimalTest, TooLargeNumbersAreInfinite) {
-    constexpr float infinity = std::numeric_limits<float>::infinity();
     EXPECT_EQ(Bits("1e39"), Bits(infinity));
     EXPECT_EQ(Bits("-1e39"), Bits(-infinity));
     EXPECT_EQ(Bits("3.5e38"), Bits(infinity));

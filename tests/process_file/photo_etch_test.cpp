@@ -15,10 +15,6 @@ protected:
     const MaskAdjustment& Adjustment() const { return Step(1).adjustment; }
 };
 
-Lines InLine(int number, const std::string& error) {
-    return {"Error in line " + std::to_string(number) + ": " + error};
-}
-
 TEST_F(AddedArgumentsTest, ChangeNothingWhereTheyAreMissing) {
     EXPECT_EQ(ReadWith(""), Lines{});
     EXPECT_EQ(Adjustment(), MaskAdjustment());
@@ -50,13 +46,13 @@ TEST_F(AddedArgumentsTest, NumbersOfBiasAndShiftAreReadAsOtherDecimals) {
     EXPECT_EQ(Adjustment(), (MaskAdjustment{20.0f, 1.0f, 2.0f}));
     const std::string noBias = "No decimal number found reading -bias argument";
     const std::string noShift = "No decimal number found reading -shift argument";
-    EXPECT_EQ(ReadWith("-bias"), InLine(4, noBias));
-    EXPECT_EQ(ReadWith("-bias x"), InLine(4, noBias));
-    EXPECT_EQ(ReadWith("-bias -shift 1 2"), InLine(4, noBias));
-    EXPECT_EQ(ReadWith("-shift"), InLine(4, noShift));
-    EXPECT_EQ(ReadWith("-shift 1"), InLine(4, noShift));
-    EXPECT_EQ(ReadWith("-shift 1 -bias 2"), InLine(4, noShift));
-    EXPECT_EQ(ReadWith("-shift x 1"), InLine(4, noShift));
+    EXPECT_EQ(ReadWith("-bias"), InLine(4, {noBias}));
+    EXPECT_EQ(ReadWith("-bias x"), InLine(4, {noBias}));
+    EXPECT_EQ(ReadWith("-bias -shift 1 2"), InLine(4, {noBias}));
+    EXPECT_EQ(ReadWith("-shift"), InLine(4, {noShift}));
+    EXPECT_EQ(ReadWith("-shift 1"), InLine(4, {noShift}));
+    EXPECT_EQ(ReadWith("-shift 1 -bias 2"), InLine(4, {noShift}));
+    EXPECT_EQ(ReadWith("-shift x 1"), InLine(4, {noShift}));
     EXPECT_EQ(Adjustment(), MaskAdjustment());
 }
 
@@ -73,13 +69,13 @@ TEST_F(AddedArgumentsTest, ResistIsAShare) {
     }
     for (const char* rate : {"-0.01", "1.001", "2", "1e39", "-1e39"}) {
         EXPECT_EQ(ReadWith("", std::string("-resist ") + rate),
-                  InLine(5, "Invalid -resist argument: rate needs to be between 0.0 and 1.0"))
+                  InLine(5, {"Invalid -resist argument: rate needs to be between 0.0 and 1.0"}))
             << rate;
     }
     EXPECT_EQ(ReadWith("", "-resist"),
-              InLine(5, "No decimal number found reading -resist argument"));
+              InLine(5, {"No decimal number found reading -resist argument"}));
     EXPECT_EQ(ReadWith("", "-resist x"),
-              InLine(5, "No decimal number found reading -resist argument"));
+              InLine(5, {"No decimal number found reading -resist argument"}));
 }
 
 TEST_F(AddedArgumentsTest, TheResistsRateIsToldAfterTheOthers) {
@@ -106,12 +102,12 @@ TEST_F(AddedArgumentsTest, ANameThatHoldsTheirTextIsNoneOfThem) {
 }
 
 TEST_F(AddedArgumentsTest, BelongToTheirCommandsOnly) {
-    EXPECT_EQ(ReadWith("-resist 0.5"), InLine(4, "Invalid argument -resist"));
-    EXPECT_EQ(ReadWith("", "-bias 1"), InLine(5, "Invalid argument -bias"));
+    EXPECT_EQ(ReadWith("-resist 0.5"), InLine(4, {"Invalid argument -resist"}));
+    EXPECT_EQ(ReadWith("", "-bias 1"), InLine(5, {"Invalid argument -bias"}));
     EXPECT_EQ(ReadSteps("release -name R -targets -resist 1\n"),
-              InLine(4, "Invalid argument -resist"));
+              InLine(4, {"Invalid argument -resist"}));
     EXPECT_EQ(ReadSteps("deposition -name D -type t -thickness 1 -color 1 2 3 4 -shift 1 1\n"),
-              InLine(4, "Invalid argument -shift"));
+              InLine(4, {"Invalid argument -shift"}));
 }
 
 }  // namespace

@@ -7,16 +7,7 @@ using PolishCommandTest = ProcessFileTest;
 using ImplantCommandTest = ProcessFileTest;
 using Channels = std::array<float, 3>;
 
-const std::string oxideLine = "deposition -name Ox -type oxide -thickness 1 -color 1 2 3 4\n";
 const std::string nitrideLine = "coating -name Nit -type nitride -thickness 1 -color 1 2 3 4\n";
-
-Lines InLine(int number, const Lines& errors) {
-    Lines lines;
-    for (const std::string& error : errors) {
-        lines.push_back("Error in line " + std::to_string(number) + ": " + error);
-    }
-    return lines;
-}
 
 TEST_F(PolishCommandTest, APolishToAStopIsRead) {
     EXPECT_EQ(ReadSteps(oxideLine + nitrideLine + "polish -name CMP -stop nitride oxide\n"),

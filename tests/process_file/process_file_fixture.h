@@ -17,11 +17,23 @@ namespace zelmo {
 
 using Lines = std::vector<std::string>;
 
+/// The errors of a line as they are told.
+inline Lines InLine(int number, const Lines& errors) {
+    Lines lines;
+    for (const std::string& error : errors) {
+        lines.push_back("Error in line " + std::to_string(number) + ": " + error);
+    }
+    return lines;
+}
+
 /// The three commands that every file needs, as lines 1 to 3.
 inline const std::string preamble =
     "settings -version 4\n"
     "location -x 0 -y 0 -dx 10 -dy 10\n"
     "gds -cell TOP\n";
+
+inline const std::string oxideLine =
+    "deposition -name Ox -type oxide -thickness 1 -color 1 2 3 4\n";
 
 inline const ColorTable testColors = {
     {"navy", 0, 0, 128}, {"orange", 255, 165, 0}, {"navy", 1, 2, 3}};

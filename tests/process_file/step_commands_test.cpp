@@ -24,8 +24,6 @@ const std::string photoMessage = "photo command not allowed if no preceding stri
 const std::string stripMessage = "strip command not allowed if no prior photo process";
 
 const std::string photoLine = "photo -name p -mask_id 1 -type 0 -res 0 -thickness 1\n";
-const std::string oxideLine = "deposition -name Ox -type oxide -thickness 1 -color 1 2 3 4\n";
-
 TEST_F(StepCommandsTest, ADepositionIsRead) {
     EXPECT_EQ(ReadSteps("deposition -name Ox1 -type oxide -thickness 500 -sc 0.7 "
                         "-color 255 0 0 100 -alpha 0.25\n"),

@@ -2,17 +2,13 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
-
 #include "model/execute_step.h"
 #include "model/grid/grid.h"
 #include "tests/model/grid_model.h"
+#include "tests/support/strange_numbers.h"
 
 namespace zelmo {
 namespace {
-
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-constexpr float infinity = std::numeric_limits<float>::infinity();
 
 /// A model over a window, as a run has it before its first step; without its tables.
 void SetUpWindow(ProcessModel& model, std::int32_t columns, float width, float height) {

@@ -17,7 +17,7 @@ constexpr float width = 100.0f;
 constexpr float depth = 60.0f;
 constexpr float top = 12.0f;
 
-ProcessSettings Settings() {
+ProcessSettings ViewedSettings() {
     ProcessSettings settings;
     settings.windowWidth = width;
     settings.windowHeight = depth;
@@ -48,7 +48,7 @@ std::vector<ClipPoint> Corners(const PictureCamera& camera) {
 
 TEST(PictureCamera, TheUsualOneIsThatOfTheProcessFile) {
     const Camera camera(100.0, 60.0, 12.0, 30.0);
-    const PictureCamera frontal = FrontalCamera(camera, Settings());
+    const PictureCamera frontal = FrontalCamera(camera, ViewedSettings());
     EXPECT_EQ(frontal.transform, camera.transform);
     EXPECT_EQ(frontal.aspect, camera.aspect);
     EXPECT_FALSE(frontal.seen.Any());
@@ -61,7 +61,7 @@ TEST(PictureCamera, ShowsAllOfTheStackFromAnySide) {
             for (const bool isParallel : {false, true}) {
                 SCOPED_TRACE(testing::Message() << azimuth << ", " << elevation << isParallel);
                 const PictureCamera camera =
-                    CameraFrom({azimuth, elevation, isParallel}, Settings(), top);
+                    CameraFrom({azimuth, elevation, isParallel}, ViewedSettings(), top);
                 double widest = 0.0;
                 for (const ClipPoint& corner : Corners(camera)) {
                     EXPECT_LE(std::abs(corner.x), 1.0 / 1.0999);
@@ -79,24 +79,24 @@ TEST(PictureCamera, ShowsAllOfTheStackFromAnySide) {
 
 TEST(PictureCamera, NearerThingsHaveLessDepth) {
     for (const bool isParallel : {false, true}) {
-        const PictureCamera camera = CameraFrom({90.0, 20.0, isParallel}, Settings(), top);
+        const PictureCamera camera = CameraFrom({90.0, 20.0, isParallel}, ViewedSettings(), top);
         EXPECT_LT(At(camera, width, 30.0, 0.0).z, At(camera, 0.0, 30.0, 0.0).z);
     }
 }
 
 TEST(PictureCamera, ItsAzimuthGoesAroundFromTheFrontToTheRight) {
     // What is nearer is larger, and what is to the right is to the right.
-    const PictureCamera right = CameraFrom({90.0, 20.0, false}, Settings(), top);
+    const PictureCamera right = CameraFrom({90.0, 20.0, false}, ViewedSettings(), top);
     EXPECT_LT(At(right, width, 0.0, 0.0).x, At(right, width, depth, 0.0).x);
-    const PictureCamera back = CameraFrom({180.0, 20.0, false}, Settings(), top);
+    const PictureCamera back = CameraFrom({180.0, 20.0, false}, ViewedSettings(), top);
     EXPECT_GT(At(back, 0.0, depth, 0.0).x, At(back, width, depth, 0.0).x);
-    const PictureCamera left = CameraFrom({270.0, 20.0, false}, Settings(), top);
+    const PictureCamera left = CameraFrom({270.0, 20.0, false}, ViewedSettings(), top);
     EXPECT_GT(At(left, 0.0, 0.0, 0.0).x, At(left, 0.0, depth, 0.0).x);
 }
 
 TEST(PictureCamera, KnowsTheSidesThatAreSeen) {
     const auto seen = [](double azimuth, double elevation, bool isParallel) {
-        return CameraFrom({azimuth, elevation, isParallel}, Settings(), top).seen;
+        return CameraFrom({azimuth, elevation, isParallel}, ViewedSettings(), top).seen;
     };
     for (const bool isParallel : {false, true}) {
         EXPECT_EQ(seen(0.0, 30.0, isParallel), (WindowSides{false, false, false}));
@@ -110,13 +110,13 @@ TEST(PictureCamera, KnowsTheSidesThatAreSeen) {
 }
 
 TEST(PictureCamera, WithoutPerspectiveEqualLengthsAreEqual) {
-    const PictureCamera camera = CameraFrom({30.0, 25.0, true}, Settings(), top);
+    const PictureCamera camera = CameraFrom({30.0, 25.0, true}, ViewedSettings(), top);
     const auto span = [&](double y, double z) {
         return At(camera, width, y, z).x - At(camera, 0.0, y, z).x;
     };
     EXPECT_NEAR(span(0.0, 0.0), span(depth, top), 1e-6);
     // One scale across and upwards
-    const PictureCamera above = CameraFrom({0.0, 90.0, true}, Settings(), top);
+    const PictureCamera above = CameraFrom({0.0, 90.0, true}, ViewedSettings(), top);
     const double across = (At(above, width, 0.0, 0.0).x - At(above, 0.0, 0.0, 0.0).x) / 100.0;
     const double up = (At(above, 0.0, depth, 0.0).y - At(above, 0.0, 0.0, 0.0).y) / 60.0;
     EXPECT_NEAR(across * above.aspect, up, 1e-6);

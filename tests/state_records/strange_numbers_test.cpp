@@ -19,7 +19,7 @@
 namespace zelmo {
 namespace {
 
-std::vector<std::uint8_t> MakeLayout() {
+std::vector<std::uint8_t> MakeSmallLayout() {
     GdsWriter writer;
     writer.BeginLibrary();
     writer.BeginCell("TOP");
@@ -78,7 +78,7 @@ TEST_P(StrangeNumbers, GiveTheSameStatesEverywhere) {
     FnvHash hash;
     std::string records;
     try {
-        TellStateRecords(folder.Write("layout.gds", MakeLayout()),
+        TellStateRecords(folder.Write("layout.gds", MakeSmallLayout()),
                          folder.Write("process.txt", WithNumber(GetParam())), {}, &console,
                          [&](std::string_view line) { hash.Add(std::string(line) + "\n"); });
         records = hash.Text();

@@ -1,6 +1,7 @@
 #include "tests/support/temp_folder.h"
 
 #include <fstream>
+#include <iterator>
 #include <random>
 #include <stdexcept>
 #include <string>
@@ -38,6 +39,11 @@ fs::path TempFolder::Write(std::string_view name, std::string_view bytes) const 
 
 fs::path TempFolder::Write(std::string_view name, const std::vector<std::uint8_t>& bytes) const {
     return Write(name, std::string_view(reinterpret_cast<const char*>(bytes.data()), bytes.size()));
+}
+
+std::string FileBytes(const fs::path& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
 }  // namespace zelmo

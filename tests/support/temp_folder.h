@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -24,5 +25,8 @@ public:
 private:
     std::filesystem::path path_;
 };
+
+/// What is in a file; nothing if it cannot be opened.
+std::string FileBytes(const std::filesystem::path& path);
 
 }  // namespace zelmo

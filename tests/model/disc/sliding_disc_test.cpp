@@ -8,7 +8,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <limits>
 #include <memory>
 #include <vector>
 
@@ -20,12 +19,10 @@
 #include "tests/plain/disc_filter_plain.h"
 #include "tests/plain/mask_plain.h"
 #include "tests/support/case_count.h"
+#include "tests/support/strange_numbers.h"
 
 namespace zelmo {
 namespace {
-
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-constexpr float infinity = std::numeric_limits<float>::infinity();
 
 /// Small grids, some of them single rows or columns, and larger ones over several bands of rows.
 void SetUpRandomGrid(ProcessModel& model, TestRandom& random) {

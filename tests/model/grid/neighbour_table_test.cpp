@@ -5,19 +5,16 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <limits>
 #include <vector>
 
 #include "base/conversions.h"
 #include "tests/model/grid_model.h"
 #include "tests/plain/neighbour_table_plain.h"
 #include "tests/support/case_count.h"
+#include "tests/support/strange_numbers.h"
 
 namespace zelmo {
 namespace {
-
-constexpr float infinity = std::numeric_limits<float>::infinity();
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 
 NeighbourTable MakeTable(std::int32_t rows, std::int32_t cols, float spacing) {
     NeighbourTable table;

@@ -22,7 +22,6 @@
 namespace zelmo {
 namespace {
 
-constexpr std::array maskOne{MaskLayer{1, std::nullopt}};
 constexpr std::int32_t side = 40;
 
 Grid GridOfSide(std::int32_t cells, float spacing) {

@@ -1,7 +1,9 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "model/mask/mask_polygon.h"
@@ -9,6 +11,8 @@
 // Polygons of masks that are made by hand, with their boxes.
 
 namespace zelmo {
+
+inline constexpr std::array maskOne{MaskLayer{1, std::nullopt}};
 
 inline MaskPolygon MakePolygon(std::uint32_t layer, const std::vector<MaskPoint>& points) {
     MaskPolygon polygon;

@@ -16,16 +16,13 @@
 #include "model/mask/distance_transform.h"
 #include "model/mask/mask.h"
 #include "tests/model/grid_model.h"
+#include "tests/model/mask/made_polygons.h"
 #include "tests/plain/mask_plain.h"
 #include "tests/support/case_count.h"
+#include "tests/support/strange_numbers.h"
 
 namespace zelmo {
 namespace {
-
-constexpr std::array maskOne{MaskLayer{1, std::nullopt}};
-
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double infinity = std::numeric_limits<double>::infinity();
 
 void SetUpRandomGrid(ProcessModel& model, TestRandom& random) {
     // With the last three, whole numbers of cells do not divide back to themselves.

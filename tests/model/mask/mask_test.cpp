@@ -18,8 +18,6 @@
 namespace zelmo {
 namespace {
 
-constexpr std::array maskOne{MaskLayer{1, std::nullopt}};
-
 constexpr float largest = std::numeric_limits<float>::max();
 
 /// The mask of layer 1 as text, one line a row, row 0 first: '#' is resist.

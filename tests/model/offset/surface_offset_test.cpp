@@ -5,16 +5,14 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <vector>
 
 #include "model/offset/missing_cells.h"
 #include "tests/model/grid_model.h"
+#include "tests/support/strange_numbers.h"
 
 namespace zelmo {
 namespace {
-
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 
 std::vector<float> Offset(const ProcessModel& model, const std::vector<float>& heights,
                           float distance, float lateral) {

@@ -3,19 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <span>
 #include <vector>
 
 #include "model/disc/disc_filter.h"
 #include "tests/model/grid_model.h"
 #include "tests/plain/disc_filter_plain.h"
+#include "tests/support/strange_numbers.h"
 
 namespace zelmo {
 namespace {
-
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-constexpr float infinity = std::numeric_limits<float>::infinity();
 
 std::unique_ptr<Layer> NewLayer(const ProcessModel& model) {
     return CreateLayer(model.grid);

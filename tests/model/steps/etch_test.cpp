@@ -3,7 +3,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
@@ -12,6 +11,7 @@
 #include "model/offset/surface_offset.h"
 #include "model/steps/steps.h"
 #include "tests/model/grid_model.h"
+#include "tests/support/strange_numbers.h"
 
 namespace zelmo {
 namespace {
@@ -355,7 +355,6 @@ TEST_F(Etch, PassesALayerUnderTheFrontByOnItsWayDown) {
 }
 
 TEST_F(Etch, TreatsATopThatIsNoNumberAsOneUnderTheFront) {
-    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
     Append(2.0f, "ox");
     Layer& film = Append(1.0f, "ox");
     film.top[14] = nan;

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <span>
 #include <string>
 #include <utility>
@@ -13,12 +12,10 @@
 #include "model/steps/steps.h"
 #include "tests/model/grid_model.h"
 #include "tests/model/steps/random_stack.h"
+#include "tests/support/strange_numbers.h"
 
 namespace zelmo {
 namespace {
-
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-constexpr float infinity = std::numeric_limits<float>::infinity();
 
 ProcessStep ImplantInto(std::vector<std::string> targets, float depth,
                         std::string material = "well") {

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <limits>
 #include <span>
 #include <string>
 #include <utility>
@@ -14,12 +13,10 @@
 #include "tests/model/grid_model.h"
 #include "tests/model/steps/random_stack.h"
 #include "tests/support/recording_console.h"
+#include "tests/support/strange_numbers.h"
 
 namespace zelmo {
 namespace {
-
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-constexpr float infinity = std::numeric_limits<float>::infinity();
 
 ProcessStep PolishTo(std::vector<std::string> stop, float level = 0.0f) {
     ProcessStep step;

@@ -19,12 +19,12 @@
 #include "model/stack.h"
 #include "tests/plain/mesh_plain.h"
 #include "tests/support/case_count.h"
+#include "tests/support/strange_numbers.h"
 
 namespace zelmo {
 namespace {
 
 constexpr float notANumber = std::numeric_limits<float>::quiet_NaN();
-constexpr float infinity = std::numeric_limits<float>::infinity();
 
 std::unique_ptr<Layer> MakeLayer(std::int32_t rows, std::int32_t cols, float spacing,
                                  float height) {

@@ -37,7 +37,7 @@ add packages "file g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64 pyt
 man-db desktop-file-utils unzip" "libpng1.6 libwebp"
 add tests "python3-jsonschema clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev googletest \
 libgtest-dev libbenchmark-dev libxcb1-dev admesh xvfb xauth chromium vim \
-libkf5syntaxhighlighting-tools mandoc" ""
+libkf5syntaxhighlighting-tools mandoc weston qt6-wayland" ""
 if [ -z "$complete" ]; then
     echo "setup: $wanted is none of rendering, pages, desktop, packages, tests" >&2
     exit 1

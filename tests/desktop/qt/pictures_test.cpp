@@ -65,6 +65,11 @@ int DifferentPixels(const QImage& a, const QImage& b) {
     return different;
 }
 
+/// How many pixels of the display show something else than the picture fitted into them.
+int PixelsThatAreNot(const QImage& picture, const QImage& shown) {
+    return DifferentPixels(shown, Expected(picture, shown.size()));
+}
+
 class QtPictures : public testing::Test {
 protected:
     QtPictures() {
@@ -74,9 +79,7 @@ protected:
     }
 
     void ExpectShown(std::size_t picture) {
-        EXPECT_EQ(
-            DifferentPixels(user_.Shown(), Expected(pictures_[picture], user_.Picture().size())), 0)
-            << picture;
+        EXPECT_EQ(PixelsThatAreNot(pictures_[picture], user_.Shown()), 0) << picture;
     }
 
     DesktopUser user_;
@@ -136,7 +139,7 @@ TEST_F(QtPictures, OldPictureStaysUntilTheFirstNewOne) {
     user_.StartRun();
     EXPECT_EQ(DifferentPixels(user_.Shown(), before), 0);
     user_.Window().resize(640, 480);
-    EXPECT_EQ(DifferentPixels(user_.Shown(), Expected(pictures_[3], user_.Picture().size())), 0);
+    EXPECT_EQ(PixelsThatAreNot(pictures_[3], user_.Shown()), 0);
     user_.Click("&Stop");
     user_.WaitForRunEnd();
     ExpectShown(0);  // the first picture of both runs shows the same
@@ -145,8 +148,8 @@ TEST_F(QtPictures, OldPictureStaysUntilTheFirstNewOne) {
 TEST_F(QtPictures, ArrowKeysDuringAStepChangeTheCaptionButNotThePicture) {
     user_.StartRunAndHold(3);
     const QImage before = user_.Shown();
-    EXPECT_EQ(DifferentPixels(before, Expected(pictures_[1], user_.Picture().size())), 0);
-    ASSERT_NE(DifferentPixels(before, Expected(pictures_[0], user_.Picture().size())), 0);
+    EXPECT_EQ(PixelsThatAreNot(pictures_[1], before), 0);
+    ASSERT_NE(PixelsThatAreNot(pictures_[0], before), 0);
     user_.PressKey(Qt::Key_Left);
     EXPECT_TRUE(user_.Window().windowTitle().startsWith("006 "));
     EXPECT_EQ(DifferentPixels(user_.Shown(), before), 0);
@@ -169,7 +172,7 @@ TEST_F(QtPicturesOnXServer, UncoveringDuringAStepBringsBackWhatWasShownBefore) {
     user_.StartRunAndHold(3);
     QTest::qWait(100);
     const QImage before = user_.OnScreen();
-    EXPECT_EQ(DifferentPixels(before, Expected(pictures_[1], user_.Picture().size())), 0);
+    EXPECT_EQ(PixelsThatAreNot(pictures_[1], before), 0);
     user_.PressKey(Qt::Key_Left);  // what the next painting would show with a context
     QWidget cover(nullptr, Qt::Window | Qt::BypassWindowManagerHint);
     cover.setPalette(QPalette(Qt::darkRed));

@@ -61,7 +61,7 @@ touch root/var/lib/dpkg/status
 find root | sort > before.txt
 # What they depend on is this machine's. Not root's own: fakeroot is enough to own what is installed.
 in_root() {
-    fakeroot dpkg --root="$work/root" --force-not-root --force-depends --log=/dev/null "$@" \
+    PATH=$PATH:/usr/sbin:/sbin fakeroot dpkg --root="$work/root" --force-not-root --force-depends --log=/dev/null "$@" \
         > dpkg.txt 2>&1 || {
         cat dpkg.txt >&2
         fail "dpkg $1 failed"

@@ -17,4 +17,8 @@ GdsWriter MicromotorLayout();
 /// put together from references and arrays.
 GdsWriter CrossbarLayout();
 
+/// The cells of the guide, each for a few of its pages: TRANSISTOR, LINES, SLOTS, GATE_PAIR,
+/// CANTILEVER and EDGE. Its process files are on the pages.
+GdsWriter GuideLayout();
+
 }  // namespace zelmo

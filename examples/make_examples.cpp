@@ -18,6 +18,7 @@ int main(int argc, char** argv) {
         zelmo::CmosInverterLayout().Save(folder / "cmos_inverter.gds");
         zelmo::MicromotorLayout().Save(folder / "mems_release.gds");
         zelmo::CrossbarLayout().Save(folder / "array.gds");
+        zelmo::GuideLayout().Save(folder / "guide.gds");
         const std::filesystem::path processes = folder / "processes";
         std::filesystem::create_directories(processes);
         zelmo::Sky130Layout().Save(processes / "sky130.gds");

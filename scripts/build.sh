@@ -17,7 +17,7 @@ configured() {
 }
 left_out=""
 configured ZELMO_TESTS || left_out="-DZELMO_TESTS=OFF"
-if { [ "$set" = rendering ] || [ "$set" = pages ]; } && ! configured ZELMO_DESKTOP; then
+if { [ "$set" = rendering ] || [ "$set" = guide ] || [ "$set" = pages ]; } && ! configured ZELMO_DESKTOP; then
     left_out="$left_out -DZELMO_DESKTOP=OFF"
 fi
 

@@ -6,6 +6,7 @@
 #
 # The sets, each with all that stands before it; without one, everything:
 #   rendering   the batch program with its pictures
+#   guide       the site of the guide, with Sphinx; only the tests have that, too
 #   pages       the script of pages to share, with Node and the packages of web/; not for the desktop
 #   desktop     the desktop program on Linux
 #   packages    both for Windows, and what runs a Windows program here
@@ -28,6 +29,8 @@ add rendering "g++ cmake ninja-build dpkg-dev libfmt-dev libcli11-dev nlohmann-j
 libtinygltf-dev libpng-dev libwebp-dev zlib1g-dev libegl-dev libgl-dev libopengl-dev libegl1 \
 libegl-mesa0 libgl1-mesa-dri \
 libfreetype-dev libfontconfig-dev fonts-liberation" "glew libpolyclipping"
+guide="python3 python3-sphinx python3-myst-parser"
+[ "$wanted" != guide ] || add guide "$guide" ""
 # Node as Debian has it, or another one that is there already.
 node=""
 command -v npm > /dev/null || node="nodejs npm"
@@ -35,11 +38,11 @@ command -v npm > /dev/null || node="nodejs npm"
 add desktop qt6-base-dev ""
 add packages "file g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64 python3 fakeroot lintian \
 man-db desktop-file-utils unzip" "libpng1.6 libwebp"
-add tests "python3-jsonschema clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev googletest \
+add tests "$guide python3-jsonschema clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev googletest \
 libgtest-dev libbenchmark-dev libxcb1-dev admesh xvfb xauth chromium vim \
 libkf5syntaxhighlighting-tools mandoc weston qt6-wayland" ""
 if [ -z "$complete" ]; then
-    echo "setup: $wanted is none of rendering, pages, desktop, packages, tests" >&2
+    echo "setup: $wanted is none of rendering, guide, pages, desktop, packages, tests" >&2
     exit 1
 fi
 

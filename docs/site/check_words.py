@@ -11,7 +11,7 @@ import programs
 from pages import ROOT, guide_pages
 
 # Pages about the code name options of other programs.
-OTHERS = {"architecture.md", "day-in-the-code.md"}
+OTHERS = {"CONTRIBUTING.md", "architecture.md", "day-in-the-code.md"}
 
 
 def known_options(build):
@@ -19,7 +19,7 @@ def known_options(build):
     texts += [(ROOT / name).read_text() for name in ("run", "test")]
     texts += [path.read_text() for path in (ROOT / "web").glob("*/*.mjs")]
     texts += [path.read_text() for path in ROOT.glob("studies/zelmo/*.py")]
-    return set(re.findall(r"--[a-z][a-z-]+", " ".join(texts)))
+    return set(re.findall(r"--[a-z][a-z-]+", " ".join(texts))) | {"--component"}  # of cmake
 
 
 def main():

@@ -47,7 +47,7 @@ def chosen_pages(names):
     for name in names:
         place = ROOT / "docs" / name
         pages += sorted(place.rglob("*.md")) if place.is_dir() else \
-            [ROOT / "README.md" if name == "README" else place.with_suffix(".md")]
+            [ROOT / f"{name}.md" if name.isupper() else place.with_suffix(".md")]
     return pages
 
 

@@ -27,7 +27,8 @@ RUN_NAMES = re.compile(r"^\s*(\$ |zelmo-(batch|layout|study) |\./(run|test)\b)",
 
 def guide_pages():
     """All pages, those of the guide and the others of the folder, and the README."""
-    return [ROOT / "README.md"] + sorted(DOCS.rglob("*.md"))
+    return [ROOT / name for name in ("README.md", "CONTRIBUTING.md", "CHANGELOG.md")] + \
+        sorted(DOCS.rglob("*.md"))
 
 
 class Page:

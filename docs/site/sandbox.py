@@ -37,6 +37,7 @@ class Sandbox:
         self.folder = pathlib.Path(self._temp.name)
         self._lay_out()
         self.environment = dict(os.environ, LC_ALL="C.UTF-8", NO_COLOR="1")
+        self.environment["HOME"] = str(self.folder)
         self.environment["PATH"] = f"{self.folder / 'bin'}:{os.environ['PATH']}"
 
     def _lay_out(self):
@@ -49,7 +50,8 @@ class Sandbox:
             wrapper.chmod(0o755)
             (self.folder / "build/release" / program).symlink_to(wrapper)
         (self.folder / "build/release/examples").symlink_to(self.build / "examples")
-        (self.folder / "examples").symlink_to(ROOT / "examples")
+        for name in ("examples", "editors"):
+            (self.folder / name).symlink_to(ROOT / name)
         for file in (self.build / "examples").iterdir():
             if file.is_file():
                 shutil.copy(file, self.folder)

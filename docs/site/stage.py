@@ -5,6 +5,7 @@ of contents, links to what the site has not become plain text, and pages are add
 the programs' own texts.
 """
 import os
+import pathlib
 import re
 import shutil
 import subprocess
@@ -75,11 +76,11 @@ def table_of_contents(index):
     lines, chapters = [], {}
     for line in index.split("\n"):
         heading = re.match(r"^## (.*)", line)
-        link = re.match(r"^- \[.*\]\(([^()]+)\.md\)$", line)
+        link = re.match(r"^- \[.*\]\(([^()]+\.md)\)$", line)
         if heading:
             chapter = chapters.setdefault(heading[1], [])
         if link:
-            chapter.append(link[1])
+            chapter.append(str(pathlib.PurePath(link[1]).with_suffix("")))
     chapters.setdefault("Programs", [])
     for title, pages in chapters.items():
         names = pages + (MADE[title]() if title in MADE else [])
@@ -92,9 +93,7 @@ def lay_out(build, source, pictures):
     shutil.copytree(DOCS / "images", source / "images")
     for name in ("conf.py", "guide.css"):
         shutil.copy(DOCS / "site" / name, source)
-    for path in guide_pages() + [ROOT / "CONTRIBUTING.md", ROOT / "CHANGELOG.md"]:
-        if not path.exists():
-            continue
+    for path in guide_pages():
         text = staged(path, path.read_text())
         target = source / (site_name(path) + ".md")
         target.parent.mkdir(parents=True, exist_ok=True)

@@ -22,6 +22,9 @@ if os.environ.get("ZELMO_GUIDE_SMALL") and "--help" not in words and "--version"
             words[words.index(option) + 1] = value
         elif option == "--columns" or not {"--no-pictures", "--check"} & set(words):
             words += [option, value]
+    # Folders are named after the second in which they are made, and here one holds several runs.
+    if not {"-o", "--output", "--check", "--no-pictures"} & set(words):
+        words += ["--output", "run-" + str(os.getpid())]
 os.execv(%r, [%r] + words)
 """
 

@@ -1,4 +1,5 @@
-"""Options that the guide names in its sentences and tables are options that there are.
+"""Options that the guide names in its sentences and tables are options that there are, and the changelog
+begins with the version that is built.
 
     check_words.py BUILD
 """
@@ -8,6 +9,7 @@ import sys
 
 import markdown
 import programs
+import stage
 from pages import ROOT, guide_pages
 
 # Pages about the code name options of other programs.
@@ -33,6 +35,9 @@ def main():
                     count += 1
                     if option not in known:
                         wrong.append(f"{page.relative_to(ROOT)}:{number}: {option}")
+    newest = re.search(r"^## (\S+)", (ROOT / "CHANGELOG.md").read_text(), re.M)[1]
+    if newest != stage.version():
+        wrong.append(f"CHANGELOG.md begins with {newest}, and the version is {stage.version()}")
     print("\n".join(wrong) or f"{count} mentions of options that there are")
     return 1 if wrong else 0
 

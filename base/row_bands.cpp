@@ -8,6 +8,8 @@
 #include <span>
 #include <thread>
 
+#include "base/stop_scope.h"
+
 namespace zelmo {
 
 namespace {
@@ -38,6 +40,7 @@ void ForRowBands(std::int32_t rows, std::int32_t smallestBand,
     if (rows <= 0) {
         return;
     }
+    EndIfStopped();
     const std::int32_t count =
         std::clamp(rows / std::max(1, smallestBand), 1, std::max(1, RowThreads()));
     if (count == 1) {
@@ -47,7 +50,8 @@ void ForRowBands(std::int32_t rows, std::int32_t smallestBand,
     std::array<Band, mostThreads> allBands;
     const std::span<Band> bands(allBands.data(), static_cast<std::size_t>(count));
     CutIntoBands(rows, bands);
-    const auto run = [&work](Band& band) {
+    const auto run = [&work, stop = StopFlag()](Band& band) {
+        const StopScope scope(stop);
         try {
             work(band.firstRow, band.endRow);
         } catch (...) {

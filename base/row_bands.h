@@ -10,9 +10,10 @@ namespace zelmo {
 
 /// Calls `work(firstRow, endRow)` for bands that cover the rows 0 to rows - 1 once, each band on a
 /// thread of its own; the caller's thread takes one of them. Returns when all are done. What a band
-/// throws is thrown on to the caller, the lowest band's first. No band has fewer than
-/// `smallestBand` rows unless the whole has. Needs no memory of its own: where there is none for a
-/// thread, the caller's does its band.
+/// throws is thrown on to the caller, the lowest band's first. Throws Stopped, before it begins,
+/// where the caller's work was ended (base/stop_scope.h). No band has fewer than `smallestBand`
+/// rows unless the whole has. Needs no memory of its own: where there is none for a thread, the
+/// caller's does its band.
 void ForRowBands(std::int32_t rows, std::int32_t smallestBand,
                  const std::function<void(std::int32_t firstRow, std::int32_t endRow)>& work);
 

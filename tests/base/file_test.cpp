@@ -2,14 +2,18 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+#include <string>
 #include <vector>
 
 #include "base/text.h"
+#include "base/text_lines.h"
 #include "tests/support/temp_folder.h"
 
 namespace zelmo {
 namespace {
 
+/// The lines of a file with these bytes, which are those of the bytes as a text.
 std::vector<std::string> LinesOf(std::string_view bytes) {
     const TempFolder folder;
     const FilePointer file = OpenFile(folder.Write("lines.txt", bytes), "rb");
@@ -17,6 +21,11 @@ std::vector<std::string> LinesOf(std::string_view bytes) {
     for (std::string line; ReadTextLine(file.get(), line);) {
         lines.push_back(line);
     }
+    std::vector<std::string> ofText;
+    for (std::string line; TakeTextLine(bytes, line);) {
+        ofText.push_back(line);
+    }
+    EXPECT_EQ(ofText, lines);
     return lines;
 }
 
@@ -42,6 +51,18 @@ TEST(ReadTextLine, ANulEndsTheTextButCountsInTheLine) {
     using namespace std::string_literals;
     EXPECT_EQ(LinesOf("a\0b\nc\n"s), (std::vector<std::string>{"a", "c\n"}));
     EXPECT_EQ(LinesOf("\0"s + std::string(1022, 'x') + "y"), (std::vector<std::string>{"", "y"}));
+}
+
+TEST(ReadTextLine, AndTakeTextLineAgreeOnBytesOfAllKinds) {
+    std::minstd_rand random(7);
+    for (int round = 0; round < 200; ++round) {
+        std::string bytes;
+        for (unsigned i = random() % 3000; i > 0; --i) {
+            constexpr char alphabet[] = {'a', 'b', '\r', '\n', '\0', '#'};
+            bytes.push_back(alphabet[random() % (round % 2 == 0 ? 2 : sizeof(alphabet))]);
+        }
+        LinesOf(bytes);
+    }
 }
 
 TEST(OpenFile, RefusesAFolder) {

@@ -11,6 +11,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/stop_scope.h"
+
 namespace zelmo {
 namespace {
 
@@ -91,6 +93,46 @@ TEST_F(RowBandsTest, AsManyThreadsAsCoresUnlessSet) {
     SetRowThreads(0);
     EXPECT_EQ(RowThreads(),
               static_cast<std::int32_t>(std::min(64U, std::thread::hardware_concurrency())));
+}
+
+TEST_F(RowBandsTest, WorkOfAStoppedThreadDoesNotBegin) {
+    std::atomic<bool> stop = false;
+    const StopScope scope(&stop);
+    int bands = 0;
+    ForRowBands(5, 5, [&](std::int32_t, std::int32_t) { ++bands; });
+    EXPECT_EQ(bands, 1);
+    stop = true;
+    EXPECT_THROW(ForRowBands(5, 5, [&](std::int32_t, std::int32_t) { ++bands; }), Stopped);
+    EXPECT_EQ(bands, 1);
+}
+
+TEST_F(RowBandsTest, AllBandsSeeThatTheWorkIsStopped) {
+    SetRowThreads(4);
+    std::atomic<bool> stop = false;
+    std::atomic<int> ended = 0;
+    const StopScope scope(&stop);
+    EXPECT_THROW(ForRowBands(4, 1,
+                             [&](std::int32_t, std::int32_t) {
+                                 stop = true;
+                                 try {
+                                     EndIfStopped();
+                                 } catch (const Stopped&) {
+                                     ++ended;
+                                     throw;
+                                 }
+                             }),
+                 Stopped);
+    EXPECT_EQ(ended, 4);
+}
+
+TEST_F(RowBandsTest, WhatIsStoppedIsTheInnermostScopeAlone) {
+    std::atomic<bool> stop = true;
+    const StopScope outer(&stop);
+    {
+        const StopScope inner(nullptr);
+        EXPECT_NO_THROW(EndIfStopped());
+    }
+    EXPECT_THROW(EndIfStopped(), Stopped);
 }
 
 }  // namespace

@@ -26,8 +26,8 @@ void Polish(Stack& stack, const Grid& grid, const ProcessStep& step, LogConsole*
     }
 }
 
-void Execute(ProcessModel& model, const ProcessStep& step, LogConsole* console) {
-    Stack& stack = model.stack;
+void Execute(const ProcessModel& model, Stack& stack, const ProcessStep& step,
+             LogConsole* console) {
     const Grid& grid = model.grid;
     switch (step.kind) {
         case StepKind::Coating:
@@ -56,14 +56,19 @@ void Execute(ProcessModel& model, const ProcessStep& step, LogConsole* console) 
 }  // namespace
 
 void ExecuteStep(ProcessModel& model, const ProcessStep& step, LogConsole* console) {
+    ExecuteStep(model, model.stack, step, console);
+}
+
+void ExecuteStep(const ProcessModel& model, Stack& stack, const ProcessStep& step,
+                 LogConsole* console) {
     if (!step.description.empty()) {
         Say(console, fmt::format("Executing {} ...", step.description));
     }
     if (step.kind != StepKind::Dump) {
-        model.stack.coverMap.Unshare();  // before a layer changes, since memory may end here
+        stack.coverMap.Unshare();  // before a layer changes, since memory may end here
     }
-    Execute(model, step, console);
-    SettleStack(model.stack, model.grid);
+    Execute(model, stack, step, console);
+    SettleStack(stack, model.grid);
 }
 
 }  // namespace zelmo

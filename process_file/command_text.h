@@ -26,4 +26,8 @@ std::optional<std::string_view> CommandTextOf(std::string_view line);
 std::vector<CommandText> ReadCommandTexts(const std::filesystem::path& path,
                                           const VariableValues* values = nullptr);
 
+/// The same of the text of a process file.
+std::vector<CommandText> CommandTextsOf(std::string_view text,
+                                        const VariableValues* values = nullptr);
+
 }  // namespace zelmo

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "base/file.h"
+#include "base/text_lines.h"
 #include "process_file/color_table.h"
 #include "process_file/command_text.h"
 #include "process_file/commands.h"
@@ -92,26 +93,16 @@ void HandleLine(ReaderState& state, ProcessFile& file, std::string_view line) {
     HandleCommand(state, file, word, ReplaceVariables(state, *command));
 }
 
-}  // namespace
-
-std::string ErrorLine(const ProcessFileError& error) {
-    return error.line < 1 ? fmt::format("Error: {}", error.text)
-                          : fmt::format("Error in line {}: {}", error.line, error.text);
-}
-
-ProcessFile ReadProcessFile(const std::filesystem::path& path, const ColorTable& colors,
-                            const VariableValues* values) {
+/// Reads the lines that `take` has, one after the other.
+template <typename TakeLine>
+ProcessFile ReadLines(const TakeLine& take, const ColorTable& colors,
+                      const VariableValues* values) {
     ProcessFile file;
-    // Binary, so that line ends and control bytes mean the same on every platform.
-    const FilePointer stream = OpenFile(path, "rb");
-    if (!stream) {
-        return file;
-    }
     file.opened = true;
     file.steps.push_back(SubstrateStep(colors));
     ReaderState state(colors, values);
     std::string line;
-    while (!state.stopSeen && ReadTextLine(stream.get(), line)) {
+    while (!state.stopSeen && take(line)) {
         ++state.lineNumber;
         HandleLine(state, file, line);
     }
@@ -126,6 +117,29 @@ ProcessFile ReadProcessFile(const std::filesystem::path& path, const ColorTable&
     }
     file.variables = std::move(state.variables);
     return file;
+}
+
+}  // namespace
+
+std::string ErrorLine(const ProcessFileError& error) {
+    return error.line < 1 ? fmt::format("Error: {}", error.text)
+                          : fmt::format("Error in line {}: {}", error.line, error.text);
+}
+
+ProcessFile ReadProcessFile(const std::filesystem::path& path, const ColorTable& colors,
+                            const VariableValues* values) {
+    // Binary, so that line ends and control bytes mean the same on every platform.
+    const FilePointer stream = OpenFile(path, "rb");
+    if (!stream) {
+        return {};
+    }
+    return ReadLines([&](std::string& line) { return ReadTextLine(stream.get(), line); }, colors,
+                     values);
+}
+
+ProcessFile ReadProcessText(std::string_view text, const ColorTable& colors,
+                            const VariableValues* values) {
+    return ReadLines([&](std::string& line) { return TakeTextLine(text, line); }, colors, values);
 }
 
 std::vector<Variable> FindVariables(const std::filesystem::path& path) {

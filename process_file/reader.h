@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "model/process.h"
@@ -28,6 +29,10 @@ struct ProcessFile {
 /// `values` the file's variables are replaced by them, or by their defaults, and a value without a
 /// variable is an error; without, nothing is replaced.
 ProcessFile ReadProcessFile(const std::filesystem::path& path, const ColorTable& colors,
+                            const VariableValues* values = nullptr);
+
+/// The same of the text of a process file, which counts as opened.
+ProcessFile ReadProcessText(std::string_view text, const ColorTable& colors,
                             const VariableValues* values = nullptr);
 
 /// The variables of a process file, in the order in which they first come. None if it cannot be

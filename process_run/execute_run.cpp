@@ -21,7 +21,11 @@ void ExecuteStepWithReport(ProcessModel& model, const ProcessStep& step, LogCons
     const std::int32_t start = ElapsedMilliseconds();
     ExecuteStep(model, step, console);
     WriteResult(model, step.result);
-    const double seconds = static_cast<double>(ElapsedMilliseconds() - start) / 1000.0;
+    ReportStepEnd(start, console);
+}
+
+void ReportStepEnd(std::int32_t startClock, LogConsole* console) {
+    const double seconds = static_cast<double>(ElapsedMilliseconds() - startClock) / 1000.0;
     console->Write(fmt::format("Completed in {:.3f} s", seconds));
 }
 

@@ -17,6 +17,9 @@ void ReportRunStart(LogConsole* console);
 /// Executes a step, with the file that it asks for, and reports its time.
 void ExecuteStepWithReport(ProcessModel& model, const ProcessStep& step, LogConsole* console);
 
+/// Writes the time of a step that started at `startClock` milliseconds (ElapsedMilliseconds).
+void ReportStepEnd(std::int32_t startClock, LogConsole* console);
+
 /// Executes a step that was executed before, to have its stack again: without a report and without
 /// the file that it asks for.
 void RepeatStep(ProcessModel& model, const ProcessStep& step);

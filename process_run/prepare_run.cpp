@@ -32,9 +32,8 @@ void Refuse(PreparedRun& run, const std::string& line, LogConsole* console) {
 }
 
 /// Takes settings and steps from a process file. False if it was refused.
-bool TakeProcessFile(PreparedRun& run, const std::filesystem::path& path, const ColorTable& colors,
-                     const ViewChoice& view, LogConsole* console) {
-    ProcessFile file = ReadProcessFile(path, colors, view.variables ? &*view.variables : nullptr);
+bool TakeProcessFile(PreparedRun& run, const std::filesystem::path& path, ProcessFile file,
+                     LogConsole* console) {
     run.fileOpened = file.opened;
     if (!file.opened) {
         const std::wstring line = L"Failed to open process file: " + PathText(path);
@@ -146,10 +145,18 @@ void WriteGridReport(const ProcessModel& model, LogConsole* console) {
 
 PreparedRun PrepareRun(const std::filesystem::path& path, const GdsDatabase& gds,
                        const ColorTable& colors, LogConsole* console, const ViewChoice& view) {
+    return PrepareRun(path,
+                      ReadProcessFile(path, colors, view.variables ? &*view.variables : nullptr),
+                      gds, console, view);
+}
+
+PreparedRun PrepareRun(const std::filesystem::path& name, ProcessFile file, const GdsDatabase& gds,
+                       LogConsole* console, const ViewChoice& view) {
     PreparedRun run;
     run.model = std::make_unique<ProcessModel>();
-    if (!TakeProcessFile(run, path, colors, view, console) || !TakeView(run, view, gds, console) ||
-        !TakeGrid(run, console) || !TakePolygons(run, gds, console)) {
+    if (!TakeProcessFile(run, name, std::move(file), console) ||
+        !TakeView(run, view, gds, console) || !TakeGrid(run, console) ||
+        !TakePolygons(run, gds, console)) {
         run.model.reset();
         return run;
     }

@@ -13,6 +13,7 @@ namespace zelmo {
 
 class LogConsole;
 struct GdsDatabase;
+struct ProcessFile;
 struct ProcessModel;
 
 /// A model that is ready to run, or why there is none.
@@ -28,5 +29,9 @@ struct PreparedRun {
 /// chooses stands in place of what the process file says, which is read and refused as ever.
 PreparedRun PrepareRun(const std::filesystem::path& path, const GdsDatabase& gds,
                        const ColorTable& colors, LogConsole* console, const ViewChoice& view = {});
+
+/// The same of a process file that was read. `name` is what the console calls it.
+PreparedRun PrepareRun(const std::filesystem::path& name, ProcessFile file, const GdsDatabase& gds,
+                       LogConsole* console, const ViewChoice& view);
 
 }  // namespace zelmo

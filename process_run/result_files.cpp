@@ -1,16 +1,10 @@
 #include "process_run/result_files.h"
 
-#include <memory>
+#include <utility>
+
+#include "base/file.h"
 
 namespace zelmo {
-
-namespace {
-
-struct FileCloser {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-};
-
-}  // namespace
 
 const ResultFile* FindResultFile(std::string_view result) {
     for (const ResultFile& row : resultFiles) {
@@ -27,10 +21,24 @@ void WriteResult(const ProcessModel& model, std::string_view result) {
         return;
     }
     // As text: the line ends are the platform's.
-    const std::unique_ptr<std::FILE, FileCloser> file(std::fopen(row->fileName, "w"));
+    const FilePointer file(std::fopen(row->fileName, "w"));
     if (file != nullptr) {
         row->write(model, file.get());
     }
+}
+
+bool WriteResultTo(const std::filesystem::path& folder, const ProcessModel& model,
+                   std::string_view result) {
+    const ResultFile* const row = FindResultFile(result);
+    if (row == nullptr) {
+        return true;
+    }
+    FilePointer file = OpenFile(folder / row->fileName, "w");
+    if (file == nullptr) {
+        return false;
+    }
+    row->write(model, file.get());
+    return CloseWritten(std::move(file));
 }
 
 }  // namespace zelmo

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdio>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -26,7 +27,12 @@ inline constexpr ResultFile resultFiles[] = {
 /// The row of a result, or null.
 const ResultFile* FindResultFile(std::string_view result);
 
-/// Writes a result's file, in place of an older one. Says nothing if it cannot be opened.
+/// Writes a result's file into the current directory, in place of an older one. Says nothing if it
+/// cannot be opened.
 void WriteResult(const ProcessModel& model, std::string_view result);
+
+/// Writes it into a folder. False, with the reason in errno, where it could not be written whole.
+bool WriteResultTo(const std::filesystem::path& folder, const ProcessModel& model,
+                   std::string_view result);
 
 }  // namespace zelmo

@@ -1,5 +1,8 @@
 #include "render/studio.h"
 
+#include <fmt/format.h>
+
+#include "base/text.h"
 #include "render/frame_renderer.h"
 #include "render/picture_choice.h"
 #include "render/slide/caption.h"
@@ -36,6 +39,17 @@ StepImage Studio::TakePicture(const ProcessModel& model, const ProcessStep& step
 
 StepImage Studio::DrawCaption(const std::string& text, std::int32_t width, std::int32_t height) {
     return zelmo::DrawCaption(text, width, height, textFont_);
+}
+
+std::string WhyUnusable(const Studio& studio) {
+    if (studio.FaultyShaders().empty()) {
+        return {};
+    }
+    const auto& [path, reasons] = studio.FaultyShaders().front();
+    const std::string more =
+        reasons.size() < 2 ? "" : fmt::format(" (and {} more)", reasons.size() - 1);
+    return fmt::format("the shader file {} cannot be used: {}{}", Utf8FromWide(PathText(path)),
+                       Utf8FromWide(reasons.at(0)), more);
 }
 
 }  // namespace zelmo

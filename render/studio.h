@@ -63,4 +63,8 @@ private:
     std::optional<HidingRules> hidingRules_;
 };
 
+/// Why pictures lack their layers: the first shader that failed, with its reasons. Empty where none
+/// did.
+std::string WhyUnusable(const Studio& studio);
+
 }  // namespace zelmo

@@ -35,21 +35,6 @@ std::int32_t ImageNumber(std::size_t index) {
     return static_cast<std::int32_t>(index) + 1;
 }
 
-/// The desktop draws what it can with a faulty shader; pictures that lack their layers are of no
-/// use to a script. The reason, or an empty text.
-std::string WhyUnusable(const Studio& studio) {
-    if (studio.FaultyShaders().empty()) {
-        return "";
-    }
-    const FaultyShader& shader = studio.FaultyShaders().front();
-    std::vector<std::string> lines;
-    for (const std::wstring& reason : shader.reasons) {
-        lines.push_back(Utf8FromWide(reason));
-    }
-    return fmt::format("the shader file {} cannot be used: {}", TextOf(shader.path),
-                       FirstOf(lines));
-}
-
 std::string NoPicture(const ProcessModel& model, std::size_t index, const std::string& reason) {
     const std::wstring name = StepImageName(ImageNumber(index), model.steps[index].description);
     return fmt::format("the picture \"{}\" could not be made: {}", Utf8FromWide(name), reason);
@@ -77,6 +62,7 @@ Outcome PictureSaver::Begin(const ProcessModel& model) {
     }
     studio_ = std::make_unique<Studio>(FindDataFile(assetFolders_, "surface.shader"),
                                        FindDataFile(assetFolders_, "point.shader"));
+    // The desktop draws what it can; pictures that lack their layers are of no use to a script.
     problem = WhyUnusable(*studio_);
     if (!problem.empty()) {
         return {ExitStatus::Picture, problem};

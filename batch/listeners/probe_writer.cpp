@@ -7,11 +7,11 @@
 
 #include "batch/options.h"
 #include "batch/run_record.h"
-#include "batch/window_places.h"
 #include "command_line/whole_file.h"
 #include "model/process_model.h"
 #include "process_run/step_choice.h"
 #include "results/readable_text.h"
+#include "results/window_places.h"
 
 namespace zelmo {
 

@@ -1,6 +1,5 @@
 #include "batch/listeners/report_writer.h"
 
-#include <algorithm>
 #include <tuple>
 #include <utility>
 
@@ -12,15 +11,13 @@
 #include "batch/run_record.h"
 #include "command_line/reasons.h"
 #include "command_line/whole_file.h"
-#include "model/grid/places.h"
 #include "model/process_model.h"
-#include "pictures/smaller_image.h"
-#include "pictures/webp.h"
+#include "pictures/step_image.h"
 #include "process_file/command_text.h"
 #include "process_run/step_choice.h"
-#include "report/argument_meanings.h"
 #include "report/page_file.h"
 #include "report/process_file_lines.h"
+#include "report/run_page.h"
 #include "results/readable_text.h"
 
 namespace zelmo {
@@ -29,67 +26,18 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// Pixels across: what screens show of a page, and what its strip does.
-constexpr std::int32_t pictureWidth = 1920;
-constexpr std::int32_t thumbnailWidth = 240;
-constexpr float thumbnailQuality = 75.0f;
-
-/// Both pictures that a page has of a step.
-std::pair<PagePicture, PagePicture> EncodePictures(const StepImage& drawn) {
-    const StepImage picture = SmallerImage(drawn, pictureWidth);
-    const StepImage thumbnail = SmallerImage(drawn, thumbnailWidth);
-    return {{picture.width, picture.height, LosslessWebp(picture)},
-            {thumbnail.width, thumbnail.height, LossyWebp(thumbnail, thumbnailQuality)}};
-}
-
 std::string FileName(const fs::path& path) {
     return ReadableText(TextOf(path.filename()));
 }
 
-PageNote PageNoteOf(const Note& note) {
-    return {std::string(note.kind), ReadableText(TextOf(note.file)), note.line,
-            ReadableText(note.text)};
+PageSource SourceOf(const BatchOptions& options) {
+    return {std::string("zelmo-batch ") + programVersion, FileName(options.process),
+            FileName(options.layout), ProcessFileLines(options.process)};
 }
 
-/// What is known of all steps before they run.
-std::vector<PageStep> StepsOf(const ProcessModel& model, const BatchOptions& options) {
+std::vector<CommandText> CommandsOf(const BatchOptions& options) {
     const auto& variables = options.view.variables;
-    const std::vector<CommandText> commands =
-        ReadCommandTexts(options.process, variables ? &*variables : nullptr);
-    std::vector<PageStep> steps;
-    for (const ProcessStep& step : model.steps) {
-        PageStep known;
-        known.number = static_cast<int>(steps.size()) + 1;
-        known.name = ReadableText(step.description);
-        known.kind = CommandWord(step.kind);
-        known.line = step.line;
-        const auto isOfStep = [&](const CommandText& text) { return text.line == step.line; };
-        const auto command = std::find_if(commands.begin(), commands.end(), isOfStep);
-        if (command != commands.end()) {
-            known.arguments = ArgumentsOf(command->text);
-        }
-        steps.push_back(std::move(known));
-    }
-    return steps;
-}
-
-/// What is told of a run but for its steps.
-Page HeadOf(const ProcessModel& model, const BatchOptions& options, const PageGrid& grid) {
-    const auto [low, high] = LocationWindow(model.settings);
-    Page page;
-    page.program = std::string("zelmo-batch ") + programVersion;
-    page.title = FileName(options.process);
-    page.layout = FileName(options.layout);
-    page.cell = ReadableText(model.settings.cellName);
-    page.windowX = low.x;
-    page.windowY = low.y;
-    page.windowWidth = high.x - low.x;
-    page.windowHeight = high.y - low.y;
-    page.unit = LayoutUnitName(model.settings);
-    page.stepCount = model.steps.size();
-    page.positions = FindPagePositions(grid, model.grid, model.settings);
-    page.processFile = ProcessFileLines(options.process);
-    return page;
+    return ReadCommandTexts(options.process, variables ? &*variables : nullptr);
 }
 
 }  // namespace
@@ -125,8 +73,8 @@ Outcome ReportWriter::Restart(const ProcessModel& model, std::size_t first) {
 void ReportWriter::TakeOver(const ProcessModel& model) {
     chosen_ = ChooseSteps(options_.steps, model.steps).chosen;
     grid_ = ThinGrid(model.grid, options_.report.columns);
-    steps_ = StepsOf(model, options_);
-    head_ = HeadOf(model, options_, grid_);
+    steps_ = PageSteps(model, CommandsOf(options_));
+    head_ = PageHead(model, SourceOf(options_), grid_);
 }
 
 void ReportWriter::BeforeStep(const ProcessModel& /*model*/, std::size_t /*index*/) {
@@ -152,7 +100,7 @@ Outcome ReportWriter::AfterStep(const ProcessModel& model, std::size_t index,
 void ReportWriter::TakePicture(std::size_t index, const std::shared_ptr<const StepImage>& image) {
     WaitForPicture();
     pictureIndex_ = index;
-    const auto encode = [image] { return EncodePictures(*image); };
+    const auto encode = [image] { return EncodePagePictures(*image); };
     try {
         picture_ = std::async(std::launch::async, encode);
     } catch (const std::system_error&) {
@@ -187,15 +135,7 @@ Page ReportWriter::MakePage(const RunRecord& record) const {
     for (const auto& [index, taken] : taken_) {
         page.steps.push_back(MakeStep(index, record));
     }
-    const std::string process = ReadableText(TextOf(options_.process));
-    for (const Note& note : record.notes) {
-        const PageNote told = PageNoteOf(note);
-        const auto isOfStep = [&](const PageStep& step) {
-            return step.line > 0 && step.line == told.line && told.file == process;
-        };
-        const auto step = std::find_if(page.steps.begin(), page.steps.end(), isOfStep);
-        (step != page.steps.end() ? step->notes : page.notes).push_back(told);
-    }
+    AddPageNotes(page, record.notes, ReadableText(TextOf(options_.process)));
     page.chunks = fields_->Chunks();
     return page;
 }

@@ -9,13 +9,13 @@
 #include "batch/files/safe_file_name.h"
 #include "batch/options.h"
 #include "batch/run_record.h"
-#include "batch/window_places.h"
 #include "command_line/reasons.h"
 #include "model/process_model.h"
 #include "pictures/picture_names.h"
 #include "pictures/step_image.h"
 #include "process_run/step_choice.h"
 #include "results/section_svg.h"
+#include "results/window_places.h"
 
 namespace zelmo {
 
@@ -98,12 +98,6 @@ Outcome SectionWriter::Finish(RunRecord& record, bool complete) {
     return allWritten ? Outcome{} : Outcome{ExitStatus::Picture, {}};
 }
 
-std::string SectionWriter::CutName(std::size_t cut) const {
-    const auto& [x0, y0, x1, y1] = numbers_.cuts[cut];
-    return fmt::format("cut {} from ({}, {}) to ({}, {}) {}", cut + 1, x0, y0, x1, y1,
-                       LayoutUnitName(settings_));
-}
-
 std::wstring SectionWriter::FileName(std::size_t index, std::size_t cut,
                                      const wchar_t* extension) const {
     const auto number = static_cast<std::int32_t>(index) + 1;
@@ -132,7 +126,8 @@ bool SectionWriter::Write(std::size_t cut, std::size_t stepCount) const {
             all.push_back(section);
         }
     }
-    const SectionView view{HeightsOf(all), numbers_.stretch, CutName(cut)};
+    const SectionView view{HeightsOf(all), numbers_.stretch,
+                           CutName(cut + 1, numbers_.cuts[cut], settings_)};
     const std::vector<CutPoint>& points = takers_[cut].Points();
     bool allWritten = true;
     const auto save = [&](std::size_t index, const wchar_t* extension, const std::string& text) {

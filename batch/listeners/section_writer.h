@@ -43,7 +43,6 @@ private:
     using Sections = std::map<std::size_t, Section>;  ///< by step
 
     std::string CutFailure(const ProcessModel& model) const;
-    std::string CutName(std::size_t cut) const;
     /// Without what no file name can hold.
     std::wstring FileName(std::size_t index, std::size_t cut, const wchar_t* extension) const;
     /// Of the chosen steps, or of all.

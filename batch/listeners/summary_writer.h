@@ -3,18 +3,17 @@
 #include <cstddef>
 #include <filesystem>
 #include <map>
-#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "batch/listeners/step_listener.h"
 #include "batch/options.h"
 #include "model/process.h"
+#include "results/layer_measurer.h"
 #include "results/summary.h"
 
 namespace zelmo {
-
-struct SurfaceVersion;
 
 /// Measures the layers after each step, and writes the summary at the end of the run.
 class SummaryWriter : public StepListener {
@@ -32,22 +31,14 @@ public:
     Outcome Finish(RunRecord& record, bool complete) override;
 
 private:
-    /// What the layer in a slot of the stack measured, until its surfaces change.
-    struct Measured {
-        std::shared_ptr<const SurfaceVersion> version;
-        LayerNumbers numbers;
-    };
-
     Outcome AddInput(const std::string& role, const std::filesystem::path& path);
-    std::vector<MeasuredLayer> Measure(const ProcessModel& model);
 
     BatchOptions options_;
     std::vector<std::filesystem::path> assetFolders_;
     std::vector<SummaryInput> inputs_;
     ProcessSettings settings_;
-    WindowShares shares_;
-    std::vector<bool> chosen_;  ///< of the steps
-    std::vector<Measured> measured_;
+    std::optional<LayerMeasurer> measurer_;
+    std::vector<bool> chosen_;                  ///< of the steps
     std::map<std::size_t, SummaryStep> steps_;  ///< by step
 };
 

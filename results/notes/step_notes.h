@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <map>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "results/notes/note.h"
@@ -20,6 +21,11 @@ class StepNotes {
 public:
     /// `processFile` is its name for the notes.
     explicit StepNotes(std::filesystem::path processFile) : file_(std::move(processFile)) {}
+
+    /// What is known of photos, by their indices: whether their resist opened all of the window or
+    /// none of it. For a run that goes on elsewhere.
+    const std::map<std::size_t, bool>& KnownPhotos() const { return opensAllOrNone_; }
+    void SetKnownPhotos(std::map<std::size_t, bool> known) { opensAllOrNone_ = std::move(known); }
 
     /// Looks at the stack before a step.
     void Before(const ProcessModel& model, std::size_t index);

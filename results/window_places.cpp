@@ -1,4 +1,4 @@
-#include "batch/window_places.h"
+#include "results/window_places.h"
 
 #include <fmt/format.h>
 
@@ -17,6 +17,13 @@ std::string WhyOutside(const ProcessSettings& settings, const Place& given) {
     return fmt::format(
         "({:g}, {:g}) {} lies outside the window, which goes from ({:g}, {:g}) to ({:g}, {:g})",
         given.x, given.y, LayoutUnitName(settings), first.x, first.y, last.x, last.y);
+}
+
+std::string CutName(std::size_t number, const std::array<double, 4>& ends,
+                    const ProcessSettings& settings) {
+    const auto& [x0, y0, x1, y1] = ends;
+    return fmt::format("cut {} from ({}, {}) to ({}, {}) {}", number, x0, y0, x1, y1,
+                       LayoutUnitName(settings));
 }
 
 StepName NameOf(const ProcessStep& step, std::size_t index) {

@@ -40,11 +40,21 @@ if(ZELMO_SANITIZE_THREADS)
     add_link_options(-fsanitize=thread)
 endif()
 
+# What a library needs to become part of the Python module: code that can lie anywhere. No name is
+# seen from outside, so that calls within it cost what they cost in a program.
+function(zelmo_for_python library)
+    if(ZELMO_PYTHON)
+        set_target_properties(${library} PROPERTIES POSITION_INDEPENDENT_CODE ON
+            CXX_VISIBILITY_PRESET hidden VISIBILITY_INLINES_HIDDEN ON)
+    endif()
+endfunction()
+
 # A library of the project: zelmo_library(<name> SOURCES ... LINK ...)
 function(zelmo_library name)
     cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
     add_library(${name} STATIC ${ARG_SOURCES})
     target_link_libraries(${name} PUBLIC zelmo_options ${ARG_LINK})
+    zelmo_for_python(${name})
 endfunction()
 
 # A test program, registered with CTest: zelmo_test(<name> SOURCES ... LINK ...)
@@ -82,6 +92,7 @@ function(zelmo_lane_kernels library)
         set_target_properties(${kernels} PROPERTIES UNITY_BUILD OFF)
         target_link_libraries(${kernels} PRIVATE zelmo_options zelmo_lane_options)
         target_compile_definitions(${kernels} PRIVATE ZELMO_LANES=${lanes})
+        zelmo_for_python(${kernels})
         target_sources(${library} PRIVATE $<TARGET_OBJECTS:${kernels}>)
     endforeach()
     target_compile_definitions(${library}_wide PRIVATE ZELMO_WIDE_LANES)

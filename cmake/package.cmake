@@ -38,6 +38,15 @@ the data files, the guide, examples, and process files in Vim and Kate.")
     set(CPACK_COMPONENT_DESKTOP_DESCRIPTION "${CPACK_PACKAGE_DESCRIPTION}\n\n\
 This package has the program with a window.")
 
+    if(ZELMO_PYTHON)
+        list(APPEND DEBIAN_PACKAGES python=python3-zelmo)
+        set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+        set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "zelmo-batch (= ${PROJECT_VERSION}), \
+python3 (>= 3.11), python3 (<< 3.12), python3-numpy")
+        set(CPACK_COMPONENT_PYTHON_DESCRIPTION "${CPACK_PACKAGE_DESCRIPTION}\n\n\
+This package has the module for Python, with the stacks as NumPy arrays.")
+    endif()
+
     # What every Debian package has to say of itself.
     execute_process(COMMAND date -u -R -d ${RELEASE_DAY} OUTPUT_VARIABLE RELEASE_TIME
                     OUTPUT_STRIP_TRAILING_WHITESPACE)

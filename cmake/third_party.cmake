@@ -29,12 +29,14 @@ target_include_directories(zelmo_tinygltf SYSTEM PUBLIC ${THIRD_PARTY}/include)
 target_compile_definitions(zelmo_tinygltf PUBLIC
     TINYGLTF_NO_FS TINYGLTF_NO_STB_IMAGE TINYGLTF_NO_STB_IMAGE_WRITE TINYGLTF_NO_EXTERNAL_IMAGE)
 target_compile_options(zelmo_tinygltf PRIVATE -w)
+zelmo_for_python(zelmo_tinygltf)
 
 # GLEW, compiled here so that it finds its entry points through EGL where there is no display
 add_library(zelmo_glew STATIC ${THIRD_PARTY}/glew/src/glew.c)
 target_include_directories(zelmo_glew SYSTEM PUBLIC ${THIRD_PARTY}/glew/include)
 target_compile_definitions(zelmo_glew PUBLIC GLEW_NO_GLU)
 target_compile_options(zelmo_glew PRIVATE -w)
+zelmo_for_python(zelmo_glew)
 if(WIN32)
     target_compile_definitions(zelmo_glew PUBLIC GLEW_STATIC)
     target_link_libraries(zelmo_glew PUBLIC opengl32 gdi32)
@@ -49,6 +51,7 @@ endif()
 add_library(zelmo_clipper STATIC ${THIRD_PARTY}/libpolyclipping/cpp/clipper.cpp)
 target_include_directories(zelmo_clipper SYSTEM PUBLIC ${THIRD_PARTY}/libpolyclipping/cpp)
 target_compile_options(zelmo_clipper PRIVATE -w)
+zelmo_for_python(zelmo_clipper)
 
 # zlib
 add_library(zelmo_zlib INTERFACE)

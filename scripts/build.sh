@@ -21,6 +21,11 @@ if { [ "$set" = rendering ] || [ "$set" = guide ] || [ "$set" = pages ]; } && ! 
     left_out="$left_out -DZELMO_DESKTOP=OFF"
 fi
 
+case $set in
+    packages | tests) ;;
+    *) configured ZELMO_PYTHON || left_out="$left_out -DZELMO_PYTHON=OFF" ;;
+esac
+
 echo "== Building"
 mkdir -p build
 # shellcheck disable=SC2086

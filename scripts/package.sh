@@ -5,8 +5,11 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 packages=$root/build/packages
 
 for preset in release windows; do
+    python=
+    [ "$preset" = windows ] || python=zelmo_python
+    # shellcheck disable=SC2086
     sh "$root/scripts/build.sh" packages "$preset" zelmo zelmo-batch zelmo-layout zelmo_assets \
-        zelmo_page zelmo_examples zelmo_program_documents
+        zelmo_page zelmo_examples zelmo_program_documents $python
 done
 version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$root/build/release/CMakeCache.txt")
 

@@ -37,8 +37,9 @@ command -v npm > /dev/null || node="nodejs npm"
 [ "$wanted" = desktop ] || add pages "$node" ""
 add desktop qt6-base-dev ""
 add packages "file g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64 python3 fakeroot lintian \
-man-db desktop-file-utils unzip" "libpng1.6 libwebp"
-add tests "$guide python3-jsonschema clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev googletest \
+man-db desktop-file-utils unzip \
+pybind11-dev python3-dev python3-numpy" "libpng1.6 libwebp"
+add tests "$guide python3-jsonschema python3-pytest clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev googletest \
 libgtest-dev libbenchmark-dev libxcb1-dev admesh xvfb xauth chromium vim \
 libkf5syntaxhighlighting-tools mandoc weston qt6-wayland" ""
 if [ -z "$complete" ]; then

@@ -59,7 +59,7 @@ def single_sources(entry):
         sources = re.findall(r'^#include "([^"]+)"$', file.read(), re.MULTILINE)
     return [{**entry, "file": source,
              "command": entry["command"].replace(f" -c {entry['file']}", f" -c {source}")
-                                        .replace("-Wshadow=local", "-Wshadow")}
+                                        .replace("-Wshadow=local -Wno-restrict", "-Wshadow")}
             for source in sources]
 
 

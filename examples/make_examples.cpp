@@ -6,6 +6,7 @@
 
 #include "examples/layouts.h"
 #include "examples/processes/layouts.h"
+#include "examples/studies/layouts.h"
 
 int main(int argc, char** argv) {
     if (argc != 2) {
@@ -26,6 +27,12 @@ int main(int argc, char** argv) {
         zelmo::Sg13g2Layout().Save(processes / "sg13g2.gds");
         zelmo::Soi220Layout().Save(processes / "soi220.gds");
         zelmo::MemsThreePolyLayout().Save(processes / "mems_three_poly.gds");
+        const std::filesystem::path studies = folder / "studies";
+        std::filesystem::create_directories(studies);
+        zelmo::SpacerLayout().Save(studies / "spacer.gds");
+        zelmo::ContactLayout().Save(studies / "contact.gds");
+        zelmo::CoverageLayout().Save(studies / "coverage.gds");
+        zelmo::IsolationLayout().Save(studies / "isolation.gds");
     } catch (const std::exception& error) {
         std::fprintf(stderr, "zelmo-make-examples: %s\n", error.what());
         return 1;

@@ -41,7 +41,8 @@ man-db desktop-file-utils unzip \
 pybind11-dev python3-dev python3-numpy" "libpng1.6 libwebp"
 add tests "$guide python3-jsonschema python3-pytest clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev googletest \
 libgtest-dev libbenchmark-dev libxcb1-dev admesh xvfb xauth chromium vim \
-libkf5syntaxhighlighting-tools mandoc weston qt6-wayland" ""
+libkf5syntaxhighlighting-tools mandoc weston qt6-wayland \
+python3-numpy python3-distributed python3-dask python3-pandas python3-matplotlib" ""
 if [ -z "$complete" ]; then
     echo "setup: $wanted is none of rendering, guide, pages, desktop, packages, tests" >&2
     exit 1

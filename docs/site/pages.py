@@ -20,7 +20,7 @@ import pixels
 from sandbox import ROOT, Failure
 
 DOCS = ROOT / "docs"
-OTHER_LANGUAGES = {"json", "cpp", "python", "cmake", "make", "html", "csv"}
+OTHER_LANGUAGES = {"json", "cpp", "python", "cmake", "make", "html", "csv", "toml"}
 PRELUDE = "settings -version 4 -N 200\nlocation -x 0 -y 0 -dx 4 -dy 2\ngds -cell TRANSISTOR\n"
 RUN_NAMES = re.compile(r"^\s*(\$ |zelmo-(batch|layout|study) |\./(run|test)\b)", re.M)
 

@@ -43,8 +43,11 @@ This package has the program with a window.")
         set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
         set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS "zelmo-batch (= ${PROJECT_VERSION}), \
 python3 (>= 3.11), python3 (<< 3.12), python3-numpy")
+        set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS
+            "python3-distributed, python3-dask, python3-pandas, python3-matplotlib")
         set(CPACK_COMPONENT_PYTHON_DESCRIPTION "${CPACK_PACKAGE_DESCRIPTION}\n\n\
-This package has the module for Python, with the stacks as NumPy arrays.")
+This package has the module for Python, with the stacks as NumPy arrays,\n\
+and zelmo-study, which runs a process in many variants.")
     endif()
 
     # What every Debian package has to say of itself.

@@ -6,7 +6,7 @@ packages=$root/build/packages
 
 for preset in release windows; do
     python=
-    [ "$preset" = windows ] || python=zelmo_python
+    [ "$preset" = windows ] || python="zelmo_python zelmo_studies"
     # shellcheck disable=SC2086
     sh "$root/scripts/build.sh" packages "$preset" zelmo zelmo-batch zelmo-layout zelmo_assets \
         zelmo_page zelmo_examples zelmo_program_documents $python

@@ -121,6 +121,7 @@ py::str SectionSvgText(const PythonSection& cut, double stretch) {
 
 std::vector<SummaryInput> InputsOf(const std::vector<std::array<std::string, 3>>& given) {
     std::vector<SummaryInput> inputs;
+    inputs.reserve(given.size());
     for (const auto& [role, path, digest] : given) {
         inputs.push_back({role, ReadableText(path), digest});
     }

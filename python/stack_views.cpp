@@ -37,7 +37,7 @@ py::array ViewOf(const SharedArray<Item>& array, const Value* first, const Grid&
     auto held = std::make_unique<SharedArray<Item>>(array);
     const py::capsule owner(held.get(),
                             [](void* values) { delete static_cast<SharedArray<Item>*>(values); });
-    held.release();
+    static_cast<void>(held.release());
     const py::ssize_t step = sizeof(Item);
     py::array view(py::dtype::of<Value>(), std::vector<py::ssize_t>{grid.rows, grid.columns},
                    std::vector<py::ssize_t>{step * grid.columns, step}, first, owner);

@@ -88,7 +88,7 @@ RunPosition DoNextStep(const RunPlan& plan, RunPosition position,
 std::shared_ptr<StepTask> StepTask::Start(std::shared_ptr<const RunPlan> plan,
                                           const RunPosition& position,
                                           std::optional<std::filesystem::path> dumps) {
-    const auto task = std::make_shared<StepTask>();
+    auto task = std::make_shared<StepTask>();
     std::thread([task, plan = std::move(plan), position = RunPosition(position),
                  dumps = std::move(dumps)]() mutable {
         task->Run(*plan, std::move(position), dumps);

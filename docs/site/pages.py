@@ -8,12 +8,14 @@ A block of code says by its language what becomes of it:
     zelmo FILE.txt + lines that are added to it
     sh               commands that have to succeed; their grid is the smallest one
     console          commands behind "$ ", with what they write: a line "..." stands for any lines
+    diff             changes of the code, which have to apply to it, all of a page together
     text             anything that is neither
     others           the guide's other tests have to know them
 """
 import re
 import shlex
 import shutil
+import subprocess
 
 import markdown
 import pixels
@@ -41,6 +43,7 @@ class Page:
         self.pictures_to = pictures_to
         self.text = path.read_text()
         self.lets, self.failures, self.left_out, self.count = {}, [], [], 0
+        self.changes = ""
 
     def run(self):
         for part in markdown.parts(self.text):
@@ -54,9 +57,18 @@ class Page:
                 self.count += 1
             except (Failure, ValueError) as error:
                 self.failures.append(f"{self.path.relative_to(ROOT)}:{part.line}: {error}")
+        if self.changes:
+            self._try_changes()
         if self.update:
             self.path.write_text(self.text)
         return self
+
+    def _try_changes(self):
+        done = subprocess.run(["git", "apply", "--check", "-"], cwd=ROOT, input=self.changes,
+                              text=True, stderr=subprocess.PIPE, check=False)
+        if done.returncode:
+            self.failures.append(f"{self.path.relative_to(ROOT)}: the changes do not apply:\n"
+                                 f"{done.stderr}")
 
     def _block(self, block):
         reasons = [order for order in block.orders if order.startswith("not run, ")]
@@ -82,6 +94,8 @@ class Page:
         elif block.language == "text":
             if "[OPTIONS]" not in block.text and RUN_NAMES.search(block.text):
                 raise ValueError("a text block with a command: it is sh or console")
+        elif block.language == "diff":
+            self.changes += block.text + "\n"
         elif block.language not in OTHER_LANGUAGES:
             raise ValueError(f"no known language: {block.language or '(none)'}")
 

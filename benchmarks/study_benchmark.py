@@ -3,7 +3,8 @@
 separate runs. PYTHONPATH=build/release/python benchmarks/study_benchmark.py build/release/examples
 
 The scheduler and its workers are started before the time is taken. Separate runs are executed one after
-the other on all cores, some of them, and counted for 100.
+the other on all cores, some of them, and counted for 100. The processor's seconds, of the scheduler and
+of the workers as well, tell the same on a machine that others use.
 """
 import argparse
 import pathlib
@@ -11,6 +12,7 @@ import re
 import tempfile
 import time
 
+import psutil
 import zelmo
 from zelmo.studies import cluster, running
 from zelmo.studies.study_file import read_study
@@ -24,6 +26,12 @@ def process_with_variable(path):
     return text
 
 
+def processor_seconds():
+    """Of this process and of all that it started."""
+    found = [psutil.Process(), *psutil.Process().children(recursive=True)]
+    return sum(sum(each.cpu_times()[:2]) for each in found)
+
+
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     parser.add_argument("examples", type=pathlib.Path)
@@ -35,12 +43,13 @@ def main():
     text = process_with_variable(options.examples / "cmos_inverter.txt")
     layout = options.examples / "cmos_inverter.gds"
 
-    begun = time.perf_counter()
+    begun, used = time.perf_counter(), processor_seconds()
     for n in range(options.separate):
         run = zelmo.Run(zelmo.Layout(layout), text, set={"DEPTH": 600 + n}, columns=options.columns).run()
         run.numbers()
     separate = (time.perf_counter() - begun) / options.separate * options.values
-    print(f"separate runs: {separate:.1f} s for {options.values}, {separate / options.values:.3f} s each, "
+    separate_used = (processor_seconds() - used) / options.separate * options.values
+    print(f"separate runs: {separate:.1f} s for {options.values}, {separate_used:.1f} s of a processor, "
           f"{run.nbytes / 2**20:.0f} MiB a state")
 
     with tempfile.TemporaryDirectory() as folder, cluster.local_client(options.workers, None) as client:
@@ -49,11 +58,12 @@ def main():
             "parameters": {"DEPTH": {"start": 600, "stop": 600 + options.values - 1, "step": 1}},
             "measures": {"open": 'area("TopNitride")', "left": 'volume("TopNitride")'},
         }, output=folder)
-        begun = time.perf_counter()
+        begun, used = time.perf_counter(), processor_seconds()
         result = running.run_study(study, scheduler=client.scheduler.address, quiet=True, page=False)
-        taken = time.perf_counter() - begun
+        taken, used = time.perf_counter() - begun, processor_seconds() - used
         assert result.failed == 0 and result.frame.left.nunique() > 1
-    print(f"study: {taken:.1f} s on {options.workers} workers, {taken / separate:.3f} of separate runs")
+    print(f"study: {taken:.1f} s on {options.workers} workers, {taken / separate:.3f} of separate runs; {used:.1f} s of a "
+          f"processor, {used / separate_used:.3f}")
 
 
 if __name__ == "__main__":

@@ -13,6 +13,9 @@ from . import measures as measures_of
 from .parameters import TAG
 from .run_numbers import RunNumbers
 
+# What a run has beside its surfaces, by which states that are kept count as more than those.
+RUN_BYTES_A_CELL = 56
+
 _layouts = {}
 _lock = threading.Lock()
 
@@ -244,6 +247,7 @@ def grow(job, parent, variant, last, task):
     own = zelmo.shared_nbytes([run])
     if parent:
         own = zelmo.shared_nbytes([run, parent.run]) - zelmo.shared_nbytes([parent.run])
+    own += RUN_BYTES_A_CELL * run.settings["rows"] * run.settings["columns"]
     return Kept(run, None, taken, own, steps)
 
 

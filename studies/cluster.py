@@ -62,7 +62,13 @@ def local_client(workers, memory):
     with contextlib.ExitStack() as stack:
         folder = stack.enter_context(tempfile.TemporaryDirectory(prefix="zelmo-study-", ignore_cleanup_errors=True))
         stack.enter_context(dask.config.set({
+            # The study counts failures itself. On a machine that is busy with other things a worker may
+            # take minutes to start or to answer: that is no reason to do without it.
             "distributed.scheduler.allowed-failures": 0,
+            "distributed.scheduler.worker-ttl": "1 hour",
+            "distributed.deploy.lost-worker-timeout": "1 hour",
+            "distributed.comm.timeouts.connect": "5 minutes",
+            "distributed.comm.timeouts.tcp": "5 minutes",
             "distributed.worker.memory.monitor-interval": "50ms",
             "distributed.worker.daemon": True,
             "distributed.worker.profile.enabled": False,
@@ -80,6 +86,15 @@ def local_client(workers, memory):
         client = stack.enter_context(Client(cluster, set_as_default=False))
         client.register_worker_plugin(_Quiet())
         yield client
+
+
+def replace_workers(client):
+    """Starts the workers of this machine again that are gone with their nannies. Whether there are any
+    to start: those of a scheduler elsewhere are not the study's."""
+    if client.cluster is None:
+        return False
+    client.cluster.scale(len(client.cluster.worker_spec))
+    return True
 
 
 def _close(cluster):

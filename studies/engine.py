@@ -16,7 +16,7 @@ import uuid
 
 from distributed import KilledWorker
 
-from . import worker
+from . import cluster, worker
 from .errors import Cut, ExitStatus, StudyError
 from .worker import Outcome, VariantError
 
@@ -27,6 +27,8 @@ BATCH_SECONDS_A_THREAD = 0.02  # of many workers, so that the scheduler keeps up
 BATCH_MOST = 50
 GRACE = 5.0  # after which a worker that does not listen to its time limit is replaced
 TICK = 0.25
+LONELY_SECONDS = 300  # which a study waits for workers when all are gone
+REPLACE_SECONDS = 10  # after which it starts new ones, where it may
 
 
 @dataclasses.dataclass(eq=False)
@@ -69,6 +71,7 @@ class Engine:
         self.strikes = collections.Counter()  # by variant, or by branch
         self.blamed = {}  # a lost worker to (task name, variant) of what ran there
         self.known_threads = (0, -1.0)
+        self.lonely_since = self.replaced = time.monotonic()
         job.topic = "zelmo-study-" + self.run_name
         self.client.subscribe_topic(job.topic, self._told)
         self.job_future = client.submit(worker.same, job, key=f"study-{self.run_name}", pure=False)
@@ -92,22 +95,29 @@ class Engine:
     def outcomes(self):
         """Yields lists of outcomes as they come, and empty ones now and then. Raises Cut."""
         self._open(self.tree.root)
-        lonely_since = time.monotonic()
         while self.ready or self.tasks:
             if self.cut:
                 raise Cut(0, 0, self.cut)
             if self.client.status != "running":
                 raise StudyError("the scheduler is gone: the same command goes on", ExitStatus.OTHER)
             threads = self.threads()
-            if threads:
-                lonely_since = time.monotonic()
-            elif time.monotonic() - lonely_since > 60:
-                raise StudyError("the scheduler has no workers any more: start some, and the same command "
-                                 "goes on", ExitStatus.OTHER)
+            self._look_for_workers(threads)
             self._submit(max(threads, 1))
             found = self._listen()
             self._replace_stuck(found)
             yield found
+
+    def _look_for_workers(self, threads):
+        """Waits a while for workers when there are none, and starts new ones where the study may."""
+        now = time.monotonic()
+        if threads:
+            self.lonely_since = self.replaced = now
+        elif now - self.lonely_since > LONELY_SECONDS:
+            raise StudyError("the scheduler has no workers any more: start some, and the same command goes on",
+                             ExitStatus.OTHER)
+        elif now - self.replaced > REPLACE_SECONDS:
+            self.replaced = now
+            cluster.replace_workers(self.client)
 
     # Handing out
 

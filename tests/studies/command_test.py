@@ -83,7 +83,7 @@ def begin(study, *arguments):
 
 
 def wait_for_rows(process, folder, count):
-    for _ in range(3000):
+    for _ in range(15000):
         if rows(folder) >= count or process.poll() is not None:
             break
         time.sleep(0.02)
@@ -104,7 +104,7 @@ def processes_of(session):
 
 
 def wait_for_end(session):
-    for _ in range(600):
+    for _ in range(1200):
         if not processes_of(session):
             return True
         time.sleep(0.1)
@@ -124,13 +124,13 @@ def test_a_study_that_is_killed_or_interrupted_goes_on_with_the_same_command(stu
     second = begin(study)
     wait_for_rows(second, results, kept + 2)
     os.killpg(second.pid, signal.SIGINT)  # as a terminal sends it, to all its processes
-    out, told = second.communicate(timeout=60)
+    out, told = second.communicate(timeout=200)
     assert second.returncode == 130 and "the same command goes on" in told and "Traceback" not in told + out
     assert wait_for_end(second.pid)
     interrupted = rows(results)
 
     third = begin(study)
-    out, told = third.communicate(timeout=120)
+    out, told = third.communicate(timeout=300)
     assert third.returncode == 0, told
     assert f"12 variants, {interrupted} of them done already" in out
     lines = (results / "results.csv").read_text().splitlines()

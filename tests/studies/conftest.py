@@ -55,5 +55,6 @@ def folder(tmp_path):
 def scheduler():
     """The address of a Dask scheduler with two workers."""
     from zelmo.studies import cluster
+    cluster.START_SECONDS = 600  # on a machine that is busy with other tests
     with cluster.local_client(2, 2 * 2**30) as client:
         yield client.scheduler.address

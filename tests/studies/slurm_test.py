@@ -49,7 +49,7 @@ def test_the_script_starts_scheduler_and_workers_and_ends_them(folder):
                     'trap "kill $one $two" TERM\nwait\nwait\n')
     srun.chmod(0o755)
     told = subprocess.run([str(SCRIPT), str(folder / "s.toml"), "--no-page"], capture_output=True, text=True,
-                          timeout=200, env={**environment(), "PATH": f"{folder / 'bin'}:{os.environ['PATH']}",
+                          timeout=600, env={**environment(), "PATH": f"{folder / 'bin'}:{os.environ['PATH']}",
                                             "TMPDIR": str(folder)})
     assert told.returncode == 0, told.stderr + told.stdout
     assert "12 variants done" in told.stdout
@@ -89,7 +89,7 @@ def slurm(tmp_path):
         for command in commands:
             daemons.append(subprocess.Popen(command, env=used, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL))
             time.sleep(0.5)
-        for _ in range(100):
+        for _ in range(300):
             state = subprocess.run(["sinfo", "-h", "-o", "%t"], env=used, capture_output=True, text=True).stdout
             if state.strip() == "idle":
                 break
@@ -110,7 +110,7 @@ def slurm(tmp_path):
 def test_a_study_runs_in_an_allocation_of_slurm(folder, slurm):
     write_toml(folder / "s.toml", spacer_study(folder))
     told = subprocess.run(["sbatch", "--wait", f"--ntasks={min(2, os.cpu_count())}", f"--chdir={folder}", str(SCRIPT),
-                           str(folder / "s.toml"), "--no-page"], capture_output=True, text=True, timeout=200, env=slurm)
+                           str(folder / "s.toml"), "--no-page"], capture_output=True, text=True, timeout=600, env=slurm)
     log = "".join(path.read_text() for path in folder.glob("slurm-*.out"))
     assert told.returncode == 0, told.stderr + log
     assert "12 variants done" in log

@@ -121,7 +121,7 @@ UNREACHABLE = {
 
 STEPS = """deposition -name Base -type base -thickness 300 -sc 1.0 -color 214 186 150 100
 photo -name Base -mask_id 10 -type 1 -res 0.05 -thickness 500 -taper 89
-etch -name Base -targets base -depth 300 -iso 0.0
+etch -name Base -targets base -depth 320 -iso 0.0
 strip -name Base
 """
 FLAT = "deposition -name Base -type base -thickness 300 -sc 1.0 -color 214 186 150 100\n"

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/row_bands.h"
+#include "base/stop_scope.h"
 #include "model/disc/disc_filter_lanes.h"
 #include "model/disc/sliding_disc.h"
 #include "model/grid/grid.h"
@@ -142,6 +143,7 @@ void SmoothLayerTop(const Grid& grid, Layer& layer, float radius) {
         RowsFilter filter(disc, heights);
         for (std::int32_t firstRow = first * rowsAtOnce;
              firstRow < std::min(end * rowsAtOnce, rows); firstRow += rowsAtOnce) {
+            EndIfStopped();
             filter.SumUp(firstRow);
             for (std::int32_t row = firstRow; row < std::min(firstRow + rowsAtOnce, rows); ++row) {
                 filter.TakeMeans(layer, firstRow, row);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "base/conversions.h"
+#include "base/stop_scope.h"
 #include "model/grid/grid.h"
 #include "model/mask/distance_transform.h"
 #include "model/mask/edge_distance_lanes.h"
@@ -154,6 +155,7 @@ void MaskEdgeDistance(const Grid& grid, std::span<float> edgeDistance,
     std::vector<std::int32_t> late(cols);
     float running = 0.0f;
     for (std::int32_t row = 0; row < grid.rows; ++row) {
+        EndIfStopped();
         const std::size_t first = static_cast<std::size_t>(row) * cols;
         float* distances = edgeDistance.data() + first;
         ZELMO_PICK_LANES(TableDistances)

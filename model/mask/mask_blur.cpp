@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/row_bands.h"
+#include "base/stop_scope.h"
 #include "model/disc/sliding_disc.h"
 #include "model/grid/grid.h"
 #include "model/mask/mask.h"
@@ -139,6 +140,7 @@ void BlurMask(const Grid& grid, std::span<std::uint8_t> mask, std::span<const st
     ForRowBands(grid.rows, 64, [&](std::int32_t firstRow, std::int32_t endRow) {
         RowBlur blur(disc, rawMask);
         for (std::int32_t row = firstRow; row < endRow; ++row) {
+            EndIfStopped();
             blur.BlurRow(row, mask);
         }
     });

@@ -7,6 +7,7 @@
 
 #include "base/padded_rows.h"
 #include "base/row_bands.h"
+#include "base/stop_scope.h"
 #include "model/grid/grid.h"
 #include "model/offset/missing_cells.h"
 #include "model/offset/offset_raster_lanes.h"
@@ -147,6 +148,7 @@ void ScanRows(const Surface& surface, const SurfaceMove& move, std::span<float> 
     };
     VertexRow lower = moveRow(firstSquare);
     for (std::int32_t row = firstSquare; row < endSquare; ++row) {
+        EndIfStopped();
         const VertexRow upper = moveRow(row + 1);
         scanSquares(band, {lower, upper, row});
         lower = upper;

@@ -63,7 +63,7 @@ def _parser():
     parser = _Parser(prog="zelmo-study", description=DESCRIPTION, epilog=FOOTER, allow_abbrev=False,
                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("study", metavar="STUDY.toml", help="The study")
-    parser.add_argument("--version", action="version", version=zelmo.__version__)
+    parser.add_argument("--version", action="version", version=f"zelmo-study {zelmo.__version__}")
     parser.add_argument("-o", "--output", metavar="DIR", help="Folder for the results, in place of the study's")
     parser.add_argument("--dry-run", action="store_true",
                         help="Tell how many steps would run and how long that takes; one variant is executed for that")

@@ -1,6 +1,7 @@
 """The program zelmo-study, as a person or a script calls it."""
 import os
 import pathlib
+import shutil
 import signal
 import subprocess
 import sys
@@ -35,6 +36,20 @@ def test_help_tells_of_studies_options_and_exit_statuses():
     assert told.returncode == 0
     for word in ("STUDY.toml", "[parameters]", "[measures]", "--dry-run", "--scheduler", "--memory", "Exit status"):
         assert word in told.stdout
+
+
+def test_the_installed_program_finds_its_package(study, folder):
+    made = subprocess.run(["cmake", "--install", str(BUILD), "--prefix", str(folder / "usr"), "--component", "python"],
+                          capture_output=True, text=True, timeout=300)
+    assert made.returncode == 0, made.stderr
+    for name in ("share/man/man1/zelmo-study.1.gz", "share/zelmo/zelmo-study.sbatch",
+                 "share/doc/python3-zelmo/examples/studies/spacer.toml"):
+        assert (folder / "usr" / name).is_file(), name
+    shutil.copy(BUILD / "colors.txt", folder / "usr" / "share" / "zelmo")  # of the package that this one needs
+    installed = {name: each for name, each in os.environ.items() if name != "PYTHONPATH"}
+    told = subprocess.run([str(folder / "usr" / "bin" / "zelmo-study"), "--dry-run", str(study)], capture_output=True,
+                          text=True, timeout=300, env=installed)
+    assert told.returncode == 0 and "21 steps to run" in told.stdout, told.stderr
 
 
 @pytest.mark.parametrize("arguments, status, words", [

@@ -51,7 +51,7 @@ foreach(library
         libpng=${THIRD_PARTY}/libpng1.6/LICENSE
         libwebp=${THIRD_PARTY}/libwebp/COPYING
         zlib=/usr/share/doc/libz-mingw-w64-dev/copyright
-        fmt=/usr/share/doc/libfmt-dev/copyright
+        fmt=${THIRD_PARTY}/fmtlib/LICENSE.rst
         CLI11=/usr/share/doc/libcli11-dev/copyright
         JSON=/usr/share/doc/nlohmann-json3-dev/copyright
         TinyGLTF=/usr/share/doc/libtinygltf-dev/copyright)

@@ -4,10 +4,11 @@ set(THIRD_PARTY ${CMAKE_SOURCE_DIR}/build/third_party)
 
 find_package(Threads REQUIRED)
 
-# {fmt}, headers alone
-add_library(zelmo_fmt INTERFACE)
-target_compile_definitions(zelmo_fmt INTERFACE FMT_HEADER_ONLY=1)
-target_include_directories(zelmo_fmt SYSTEM INTERFACE ${THIRD_PARTY}/include)
+# {fmt}, compiled here: as headers alone it takes most of the time of each source that formats a text
+add_library(zelmo_fmt STATIC ${THIRD_PARTY}/fmtlib/src/format.cc)
+target_include_directories(zelmo_fmt SYSTEM PUBLIC ${THIRD_PARTY}/fmtlib/include)
+target_compile_options(zelmo_fmt PRIVATE -w)
+zelmo_for_python(zelmo_fmt)
 
 # CLI11, headers alone
 add_library(zelmo_cli11 INTERFACE)

@@ -6,7 +6,8 @@
 #
 # The sets, each with all that stands before it; without one, everything:
 #   rendering   the batch program with its pictures
-#   guide       the site of the guide, with Sphinx; only the tests have that, too
+#   guide       the site of the guide, with Sphinx, the Python package and its studies; only the tests
+#               have all of that, too
 #   pages       the script of pages to share, with Node and the packages of web/; not for the desktop
 #   desktop     the desktop program on Linux
 #   packages    both for Windows, and what runs a Windows program here
@@ -25,24 +26,26 @@ add() {
     sources="$sources $3"
     [ "$1" != "$wanted" ] || complete=yes
 }
-add rendering "g++ cmake ninja-build dpkg-dev libfmt-dev libcli11-dev nlohmann-json3-dev \
+add rendering "g++ cmake ninja-build dpkg-dev libcli11-dev nlohmann-json3-dev \
 libtinygltf-dev libpng-dev libwebp-dev zlib1g-dev libegl-dev libgl-dev libopengl-dev libegl1 \
 libegl-mesa0 libgl1-mesa-dri \
-libfreetype-dev libfontconfig-dev fonts-liberation" "glew libpolyclipping"
-guide="python3 python3-sphinx python3-myst-parser"
+libfreetype-dev libfontconfig-dev fonts-liberation" "fmtlib glew libpolyclipping"
+module="python3 python3-dev python3-numpy pybind11-dev"
+studies="python3-distributed python3-dask python3-pandas python3-matplotlib"
+guide="python3-sphinx python3-myst-parser $module $studies"
 [ "$wanted" != guide ] || add guide "$guide" ""
 # Node as Debian has it, or another one that is there already.
 node=""
 command -v npm > /dev/null || node="nodejs npm"
 [ "$wanted" = desktop ] || add pages "$node" ""
 add desktop qt6-base-dev ""
-add packages "file g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64 python3 fakeroot lintian \
+add packages "file g++-mingw-w64-x86-64-posix libz-mingw-w64-dev wine wine64 fakeroot lintian \
 man-db desktop-file-utils unzip \
-pybind11-dev python3-dev python3-numpy" "libpng1.6 libwebp"
+$module" "libpng1.6 libwebp"
 add tests "$guide python3-jsonschema python3-pytest clang-14 clang-format-14 clang-tidy-14 libclang-rt-14-dev googletest \
 libgtest-dev libbenchmark-dev libxcb1-dev admesh xvfb xauth chromium vim \
 libkf5syntaxhighlighting-tools mandoc weston qt6-wayland \
-python3-numpy python3-distributed python3-dask python3-pandas python3-matplotlib" ""
+munge slurmctld slurmd slurm-client" ""
 if [ -z "$complete" ]; then
     echo "setup: $wanted is none of rendering, guide, pages, desktop, packages, tests" >&2
     exit 1
@@ -105,10 +108,9 @@ for source in $sources; do
     fetch_source "$source"
 done
 
-# {fmt}, CLI11, the JSON library and TinyGLTF are used as headers alone, for every target;
+# CLI11, the JSON library and TinyGLTF are used as headers alone, for every target;
 # a folder that holds only links to them keeps the rest of the machine's headers out.
 mkdir -p build/third_party/include
-ln -sfn /usr/include/fmt build/third_party/include/fmt
 ln -sfn /usr/include/CLI build/third_party/include/CLI
 ln -sfn /usr/include/nlohmann build/third_party/include/nlohmann
 ln -sfn /usr/include/tiny_gltf.h build/third_party/include/tiny_gltf.h

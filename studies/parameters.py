@@ -95,6 +95,8 @@ def _checked(table, values, name="values"):
 
 def _of_kind(tables, name, kind, value):
     """The value as the run takes it; refuses what can never be one."""
+    if isinstance(value, str) and len(f"{value}.".splitlines()) > 1:
+        tables.refuse(name, f"{value!r} has several lines: a value stands in one")
     if kind in ("columns", "angle"):
         if not re.fullmatch(r"[0-9]+", text_of(value)):
             tables.refuse(name, f"{kind} are whole numbers, not {text_of(value)}")

@@ -283,7 +283,7 @@ def _check_names(study):
                 raise StudyError(
                     f"{study.file}: file \"{name}\" would be that of variants {seen[name]} and {number}: "
                     "let the name have {variant} or the parameters that differ")
-            if name in ("results.csv", "times.csv", "study.json", "index.html"):
+            if name == "results.csv" or re.fullmatch(r"plot [0-9]+\.png", name):
                 raise StudyError(f"{study.file}: file \"{name}\" is one of the study's own: "
                                  "give another name")
             seen[name] = number

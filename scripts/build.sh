@@ -22,7 +22,7 @@ if { [ "$set" = rendering ] || [ "$set" = guide ] || [ "$set" = pages ]; } && ! 
 fi
 
 case $set in
-    packages | tests) ;;
+    guide | packages | tests) ;;
     *) configured ZELMO_PYTHON || left_out="$left_out -DZELMO_PYTHON=OFF" ;;
 esac
 

@@ -20,7 +20,6 @@ def known_options(build):
     texts = [programs.help_text(build, name) for name in programs.PROGRAMS]
     texts += [(ROOT / name).read_text() for name in ("run", "test")]
     texts += [path.read_text() for path in (ROOT / "web").glob("*/*.mjs")]
-    texts += [path.read_text() for path in ROOT.glob("studies/*.py")]
     return set(re.findall(r"--[a-z][a-z-]+", " ".join(texts))) | {"--component"}  # of cmake
 
 

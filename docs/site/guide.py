@@ -5,7 +5,7 @@
     guide.py update --build DIR [PAGE...]   writes the pages' outputs and pictures anew into docs/
     guide.py site   --build DIR             makes all pictures and the site in DIR/guide/html
 
-DIR is a build folder with zelmo-batch, zelmo-layout, zelmo-print-manual and the examples.
+DIR is a build folder with the programs, zelmo-print-manual and the examples.
 """
 import argparse
 import concurrent.futures

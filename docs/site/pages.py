@@ -8,6 +8,7 @@ A block of code says by its language what becomes of it:
     zelmo FILE.txt + lines that are added to it
     sh               commands that have to succeed; their grid is the smallest one
     console          commands behind "$ ", with what they write: a line "..." stands for any lines
+    toml FILE        a study, which the commands below it use
     diff             changes of the code, which have to apply to it, all of a page together
     text             anything that is neither
     others           the guide's other tests have to know them
@@ -84,6 +85,8 @@ class Page:
         status = numbers["status"]
         if block.language == "zelmo":
             self._process(block)
+        elif block.language == "toml" and block.words:
+            (self.sandbox.folder / block.words[0]).write_text(block.text + "\n")
         elif self.pictures_to:
             return
         elif block.language == "sh":

@@ -3,9 +3,8 @@ import ast
 import os
 import subprocess
 
-from sandbox import ROOT
+from sandbox import PROGRAMS, ROOT
 
-PROGRAMS = ["zelmo-batch", "zelmo-layout"]
 MODULE = ROOT / "python/zelmo"
 
 
@@ -15,7 +14,7 @@ def page_names():
 
 def help_text(build, name):
     return subprocess.run([build / name, "--help"], text=True, check=True, stdout=subprocess.PIPE,
-                          env=dict(os.environ, LC_ALL="C.UTF-8")).stdout
+                          env=dict(os.environ, LC_ALL="C.UTF-8", COLUMNS="100")).stdout
 
 
 def public_names():

@@ -8,8 +8,8 @@ import subprocess
 import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
+PROGRAMS = ["zelmo-batch", "zelmo-layout", "zelmo-study"]
 LONGEST = 200  # seconds of a command; some hundred times what it should take
-PROGRAMS = ["zelmo-batch", "zelmo-layout"]
 
 # Where only the success of a command counts, its grid and its pictures are the smallest.
 WRAPPER = """#!/usr/bin/python3 -IS

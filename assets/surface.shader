@@ -16,6 +16,7 @@ layout(location = 1) in vec3 normal;   // of any length
 uniform mat4 transform;
 uniform vec3 lightPos;
 uniform vec3 lightColor;
+uniform vec2 viewRight; // what lies to the right in the view, across the window
 uniform vec3 color;
 
 // A mesh is so fine that its corners are lit in place of its pixels.
@@ -30,6 +31,9 @@ void main() {
     // above, but a little weaker.
     float under = n.z < 0.0 ? 1.0 : 0.0;
     n = under > 0.0 ? -n : n;
+    // The light goes with the eye around the window, so that the sides that face the eye are lit as
+    // the front is from there.
+    n.xy = vec2(n.x * viewRight.x + n.y * viewRight.y, n.y * viewRight.x - n.x * viewRight.y);
     // The lamp is far away: all places see it as the middle of the front edge does.
     vec3 toLight = normalize(vec3(0.0, lightPos.yz));
 

@@ -10,6 +10,7 @@
 #include "render/gl/shader_program.h"
 #include "render/layer_renderer.h"
 #include "render/overlays.h"
+#include "render/picture_camera.h"
 #include "render/stack_uploads.h"
 
 namespace zelmo {
@@ -56,15 +57,18 @@ void DrawMarkers(const ProcessModel& model, const StackUploads& uploads, const C
 
 }  // namespace
 
-void UseSurfaceShader(const ShaderProgram& shader, const Matrix4& transform, float windowWidth) {
+void UseSurfaceShader(const ShaderProgram& shader, const Matrix4& transform, float windowWidth,
+                      const std::array<float, 2>& viewRight) {
     UseShader(shader, transform);
     glUniform3fv(shader.Uniform("lightColor"), 1, lightColor.data());
     glUniform3fv(shader.Uniform("lightPos"), 1, LightPosition(windowWidth).data());
+    glUniform2fv(shader.Uniform("viewRight"), 1, viewRight.data());
 }
 
 void RenderFrame(const ProcessModel& model, const StackUploads& uploads, const Camera& camera,
                  const PictureTools& tools, std::int32_t width, std::int32_t height) {
-    UseSurfaceShader(tools.surfaceShader, camera.transform, model.settings.windowWidth);
+    UseSurfaceShader(tools.surfaceShader, camera.transform, model.settings.windowWidth,
+                     frontalRight);
     glClearColor(1.0f, 1.0f, 1.0f, 1.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 
@@ -28,8 +29,9 @@ struct PictureTools {
 };
 
 /// Makes the shader of the layers current, with a transform and the light over a window of this
-/// width in micrometres.
-void UseSurfaceShader(const ShaderProgram& shader, const Matrix4& transform, float windowWidth);
+/// width in micrometres, for an eye that has `viewRight` to its right, of length 1.
+void UseSurfaceShader(const ShaderProgram& shader, const Matrix4& transform, float windowWidth,
+                      const std::array<float, 2>& viewRight);
 
 /// Draws the complete picture of a model into the framebuffer that is bound, `width` by `height`
 /// pixels: white background, the layers in stack order, height markers, width label, legend. The

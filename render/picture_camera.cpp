@@ -168,6 +168,7 @@ PictureCamera CameraFrom(const ViewDirection& direction, const ProcessSettings& 
                                             : PerspectiveTransform(axes, eye, extent);
     camera.aspect = extent.x.Length() / extent.y.Length();
     camera.isFrontal = false;
+    camera.right = {static_cast<float>(axes.right[0]), static_cast<float>(axes.right[1])};
     camera.seen = SeenSides(axes, eye, size, direction.isParallel);
     camera.elevation = direction.elevation;
     return camera;

@@ -108,7 +108,7 @@ void DrawPart(const PixelRect& part, const SlideLayout& layout, const SlideConte
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     UseSurfaceShader(tools.surfaceShader,
                      TransformForPart(contents.camera.transform, layout.view, viewport),
-                     contents.model.settings.windowWidth);
+                     contents.model.settings.windowWidth, contents.camera.right);
     layers.Draw(isLast);
     glUseProgram(0);
     glViewport(0, 0, part.width, part.height);

@@ -322,6 +322,21 @@ TEST_F(SlidePicture, ShowsTheWallsOfTheSidesThatAreSeen) {
     }
 }
 
+TEST_F(SlidePicture, SidesThatFaceTheEyeAreLitAlikeAllAround) {
+    const auto model = MakeTwoFilms();
+    PictureChoice choice;
+    choice.width = 640;
+    std::vector<Pixel> colors;
+    for (const double azimuth : {0.0, 90.0, 180.0, 270.0}) {
+        choice.view = ViewDirection{azimuth, 0.0, true};
+        const Pixels picture = Picture(*model, choice);
+        const PixelBox lower = picture.BoxOf(IsBlue);
+        colors.push_back(
+            picture.At((lower.left + lower.right) / 2, (lower.bottom + lower.top) / 2));
+    }
+    EXPECT_EQ(colors, std::vector<Pixel>(4, colors[0]));
+}
+
 TEST_F(SlidePicture, FromBelowShowsTheUnderside) {
     const auto model = MakeTwoFilms();
     PictureChoice choice;

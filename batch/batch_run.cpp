@@ -16,6 +16,7 @@
 #include "batch/preparation.h"
 #include "batch/reporting.h"
 #include "batch/resumable_run.h"
+#include "batch/step_list.h"
 #include "batch/time_table.h"
 #include "batch/watch/watch_files.h"
 #include "command_line/interrupt.h"
@@ -50,6 +51,11 @@ Outcome RunFiles(const BatchOptions& options, Reporting& reporting, NoteTeller& 
     if (outcome.Failed() || options.checkOnly) {
         return outcome;
     }
+    if (options.listSteps) {
+        std::string failure;
+        return WriteToOutput(StepList(model->steps), failure) ? Outcome{}
+                                                              : Outcome{ExitStatus::Other, failure};
+    }
     ResumableRun run(options, MakeListeners(options, assetFolders, reporting, notes, files),
                      reporting, files);
     outcome = run.Run(std::move(model), [] { return false; });
@@ -83,7 +89,8 @@ ExitStatus RunBatch(const BatchOptions& options) {
     UnfinishedFiles files;
     std::atomic<ExitStatus> watchStatus = ExitStatus::Success;
     Interrupt interrupt;  // before the first thread; what it looks at stands above it
-    Reporting reporting(options.quiet, options.diagnostics);
+    // A list is for whoever reads it, not to be looked for among the lines of a run.
+    Reporting reporting(options.quiet || options.listSteps, options.diagnostics);
     NoteTeller notes(options.notes, options.quiet, [&](const Note& note) { reporting.Tell(note); });
     interrupt.Then([&] {
         const auto lock = files.WaitForNone();

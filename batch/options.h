@@ -37,6 +37,7 @@ struct BatchOptions {
     std::optional<std::filesystem::path> output;  ///< none: a new folder beside the process file
     ViewChoice view;                              ///< in place of what the process file says
     std::string steps;  ///< those of pictures and numbers (ChooseSteps); empty: all
+    std::string until;  ///< the last step to execute (ChooseSteps, its last one); empty: of all
     NumberChoice numbers;
     ModelChoice model;
     ReportChoice report;
@@ -49,6 +50,7 @@ struct BatchOptions {
     std::optional<std::uint64_t> memoryMebibytes;  ///< for stacks while watching; none: the usual
     bool repair = false;                           ///< the layout, where it would be refused
     bool checkOnly = false;
+    bool listSteps = false;  ///< and run nothing
     bool pictures = true;
     PictureChoice picture;                        ///< how they are drawn
     bool sameSize = false;                        ///< with room for the highest stack, all of them

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <string>
 
 #include "base/data_files.h"
@@ -29,6 +30,20 @@ void TellRepairs(const LayoutRepairs& repairs, const std::filesystem::path& layo
         reporting.Warning({TextOf(layout), 0, "repaired: " + line},
                           fmt::format("the layout {} was repaired: {}", TextOf(layout), line));
     }
+}
+
+/// Leaves the model the steps up to the last one that is wanted.
+Outcome EndAtStep(const std::string& until, ProcessModel& model) {
+    if (until.empty()) {
+        return {};
+    }
+    const StepChoice choice = ChooseSteps(until, model.steps);
+    if (!choice.failure.empty()) {
+        return {ExitStatus::Usage, "--until: " + choice.failure};
+    }
+    const auto last = std::find(choice.chosen.rbegin(), choice.chosen.rend(), true);
+    model.steps.erase(model.steps.end() - (last - choice.chosen.rbegin()), model.steps.end());
+    return {};
 }
 
 /// Whether the steps that were asked for are there.
@@ -79,6 +94,9 @@ Outcome Prepare(const BatchOptions& options, const std::vector<std::filesystem::
         outcome = PrepareProcess(options.process, *database, colors, options.view,
                                  &reporting.console, model);
         NoteProcess(options, *database, colors, model.get(), notes);
+    }
+    if (!outcome.Failed()) {
+        outcome = EndAtStep(options.until, *model);
     }
     if (!outcome.Failed()) {
         outcome = CheckSteps(options, *model);

@@ -14,18 +14,36 @@ public:
                           "executed): numbers, 1 the substrate's, ranges such as 3-7, first, last, "
                           "commands such as photo, names of the process file; commas in between",
                           "LIST");
+        arguments.AddText("--until", until_,
+                          "Execute up to this step, the last one that fits, as if the process "
+                          "file ended there: a number or a name as --steps takes them",
+                          "STEP");
+        arguments.AddFlag(
+            "--list-steps", listSteps_,
+            "List the steps with the numbers and names that --steps and --until take, "
+            "run nothing");
     }
 
     std::string Take(const Arguments& arguments, BatchOptions& options) override {
         if (arguments.Count("--steps") > 0 && steps_.empty()) {
             return "--steps: the list is empty";
         }
+        if (arguments.Count("--until") > 0 && until_.empty()) {
+            return "--until: no step is named";
+        }
+        if (listSteps_ && (options.checkOnly || arguments.Count("--watch") > 0)) {
+            return "--list-steps runs nothing: leave --check and --watch out";
+        }
         options.steps = steps_;
+        options.until = until_;
+        options.listSteps = listSteps_;
         return {};
     }
 
 private:
     std::string steps_;
+    std::string until_;
+    bool listSteps_ = false;
 };
 
 }  // namespace

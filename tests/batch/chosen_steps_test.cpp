@@ -46,5 +46,39 @@ TEST_F(ChosenStepsTest, AListThatFitsNothingEndsBeforeTheRun) {
     ExpectRefusal(Run({"square.gds", "flow.txt", "--steps", ""}), 1, {"--steps"});
 }
 
+TEST_F(ChosenStepsTest, ARunUntilAStepIsThatOfAFileThatEndsThere) {
+    ASSERT_EQ(Run({"square.gds", "flow.txt", "-o", "all"}).status, 0);
+    const Ended some = Run({"square.gds", "flow.txt", "-o", "some", "--until", "Hole photo",
+                            "--steps", "last", "--probe", "1,1"});
+    EXPECT_EQ(some.status, 0) << some.errors;
+    EXPECT_EQ(some.output.find("Hole etching"), std::string::npos);
+    EXPECT_NE(some.output.find("003 Hole photo"), std::string::npos) << some.output;
+    EXPECT_EQ(FilesIn("some"), std::vector<std::string>{"003 003 Hole photo.png"});
+    EXPECT_TRUE(FileText("some/003 003 Hole photo.png") == FileText("all/003 003 Hole photo.png"));
+}
+
+TEST_F(ChosenStepsTest, ARunGoesUntilTheLastOfTheStepsThatAWordFits) {
+    const Ended ended = Run({"square.gds", "flow.txt", "--no-pictures", "--until", "Hole"});
+    EXPECT_EQ(ended.status, 0) << ended.errors;
+    EXPECT_NE(ended.output.find("Executing Hole etching"), std::string::npos);
+    ExpectRefusal(Run({"square.gds", "flow.txt", "--until", "Hoel"}), 1,
+                  {"--until: \"Hoel\"", "\"Hole\""});
+    ExpectRefusal(Run({"square.gds", "flow.txt", "--until", ""}), 1, {"--until"});
+    ExpectRefusal(Run({"square.gds", "flow.txt", "--until", "photo", "--steps", "4"}), 1,
+                  {"--steps", "to 3"});
+}
+
+TEST_F(ChosenStepsTest, AListOfTheStepsIsAllThatStandardOutputGets) {
+    const Ended ended = Run({"square.gds", "flow.txt", "--list-steps"});
+    EXPECT_EQ(ended.status, 0) << ended.errors;
+    EXPECT_EQ(ended.output,
+              "   1  Substrate\n   2  Oxide deposition (line 4)\n   3  Hole photo (line 5)\n"
+              "   4  Hole etching (line 6)\n");
+    EXPECT_EQ(Run({"square.gds", "flow.txt", "--list-steps", "--until", "3"}).output,
+              "   1  Substrate\n   2  Oxide deposition (line 4)\n   3  Hole photo (line 5)\n");
+    ExpectRefusal(Run({"square.gds", "flow.txt", "--list-steps", "--check"}), 1,
+                  {"--list-steps", "--check"});
+}
+
 }  // namespace
 }  // namespace zelmo

@@ -189,8 +189,12 @@ std::vector<Note> UnknownCellNotes(const std::filesystem::path& processFile,
         return {};
     }
     const std::string_view nearest = NearestName(name, known);
-    const std::string wayOut = nearest.empty() ? "zelmo-layout lists those that it has"
-                                               : fmt::format("is {} meant?", Quoted(nearest));
+    std::string wayOut = nearest.empty() ? "zelmo-layout lists those that it has"
+                                         : fmt::format("is {} meant?", Quoted(nearest));
+    if (!view.cell) {
+        wayOut += nearest.empty() ? ", and --cell NAME looks at one of them"
+                                  : " --cell NAME looks at that or another";
+    }
     notes.Add(note_kind::misspelt, view.cell ? 0 : line,
               fmt::format("the layout has no cell {}: {}", Quoted(name), wayOut));
     return notes.Take();

@@ -82,8 +82,10 @@ TEST_F(ProcessFileNotesTest, NameTheNearestCell) {
         const auto path = folder.Write("process.txt", "settings -version 4\ngds -cell " + cell);
         return UnknownCellNotes(path, ReadCommandTexts(path), view, layout);
     };
-    ExpectNote(notesOf("top"), note_kind::misspelt, 2, {"no cell \"top\"", "is \"TOP\" meant?"});
-    ExpectNote(notesOf("ADDER"), note_kind::misspelt, 2, {"no cell \"ADDER\"", "lists"});
+    ExpectNote(notesOf("top"), note_kind::misspelt, 2,
+               {"no cell \"top\"", "is \"TOP\" meant?", "--cell NAME"});
+    ExpectNote(notesOf("ADDER"), note_kind::misspelt, 2,
+               {"no cell \"ADDER\"", "lists", "--cell NAME"});
     ExpectSilence(notesOf("TOP"));
     view.cell = "TOPP";
     ExpectNote(notesOf("TOP"), note_kind::misspelt, 0, {"no cell \"TOPP\"", "is \"TOP\" meant?"});

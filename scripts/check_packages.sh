@@ -77,7 +77,27 @@ status=0
 QT_QPA_PLATFORM=offscreen timeout 5 "$usr/bin/zelmo" > zelmo.txt 2>&1 || status=$?
 [ "$status" -eq 124 ] || fail "zelmo does not stay open: status $status, $(cat zelmo.txt)"
 desktop-file-validate "$usr/share/applications/zelmo.desktop"
-for page in zelmo zelmo-batch zelmo-layout; do
+pages="zelmo zelmo-batch zelmo-layout"
+case $debs in
+    *python3-zelmo*)
+        pages="$pages zelmo-study"
+        PYTHONPATH=$usr/lib/python3/dist-packages PYTHONDONTWRITEBYTECODE=1 /usr/bin/python3 - \
+            "$usr/share/doc/zelmo/examples" "$usr" << 'END' || fail "the Python package does not work"
+import sys
+import zelmo
+
+examples, usr = sys.argv[1:]
+assert zelmo.__file__.startswith(usr), zelmo.__file__
+run = zelmo.Run(examples + "/array.gds", examples + "/array.txt", columns=200)
+run.run()
+assert run.layers["Columns"].thickness.max() > 0
+run.picture(width=320).save("python.png")
+END
+        PYTHONDONTWRITEBYTECODE=1 "$usr/bin/zelmo-study" --version | grep -qx "zelmo-study $version" ||
+            fail "zelmo-study is of another version"
+        ;;
+esac
+for page in $pages; do
     MANPATH=$usr/share/man man -w "$page" > man.txt 2>&1 || fail "there is no manual page $page"
 done
 

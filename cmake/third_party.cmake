@@ -29,14 +29,15 @@ add_library(zelmo_tinygltf STATIC ${TINYGLTF_FILE})
 target_include_directories(zelmo_tinygltf SYSTEM PUBLIC ${THIRD_PARTY}/include)
 target_compile_definitions(zelmo_tinygltf PUBLIC
     TINYGLTF_NO_FS TINYGLTF_NO_STB_IMAGE TINYGLTF_NO_STB_IMAGE_WRITE TINYGLTF_NO_EXTERNAL_IMAGE)
-target_compile_options(zelmo_tinygltf PRIVATE -w)
+# Neither this nor GLEW computes anything: they need not take the compiler half a minute each.
+target_compile_options(zelmo_tinygltf PRIVATE -w -O1)
 zelmo_for_python(zelmo_tinygltf)
 
 # GLEW, compiled here so that it finds its entry points through EGL where there is no display
 add_library(zelmo_glew STATIC ${THIRD_PARTY}/glew/src/glew.c)
 target_include_directories(zelmo_glew SYSTEM PUBLIC ${THIRD_PARTY}/glew/include)
 target_compile_definitions(zelmo_glew PUBLIC GLEW_NO_GLU)
-target_compile_options(zelmo_glew PRIVATE -w)
+target_compile_options(zelmo_glew PRIVATE -w -O1)
 zelmo_for_python(zelmo_glew)
 if(WIN32)
     target_compile_definitions(zelmo_glew PUBLIC GLEW_STATIC)

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "gds/placed_boxes.h"
+#include "layout_tool/layer_choice.h"
 #include "layout_tool/lengths.h"
 #include "layout_tool/reports.h"
 #include "layout_tool/shown_text.h"
@@ -175,6 +176,9 @@ std::string CellJson(const LayoutReading& reading, const CellFacts& facts,
                           {"y", Decimal(facts.window->y)},
                           {"dx", Decimal(facts.window->width)},
                           {"dy", Decimal(facts.window->height)}};
+    }
+    if (!facts.only.empty()) {
+        json["onlyLayers"] = LayerListText(facts.only);
     }
     json["layers"] = Layers(reading, facts);
     if (!subject.process.empty()) {

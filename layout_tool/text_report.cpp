@@ -6,6 +6,7 @@
 
 #include "gds/coordinates.h"
 #include "gds/placed_boxes.h"
+#include "layout_tool/layer_choice.h"
 #include "layout_tool/lengths.h"
 #include "layout_tool/reports.h"
 #include "layout_tool/shown_text.h"
@@ -136,6 +137,9 @@ std::string CellHead(const LayoutReading& reading, const CellFacts& facts) {
     };
     addCells("contains", reading.contained[facts.cell]);
     addCells("used in", facts.usedIn);
+    if (!facts.only.empty()) {
+        text += fmt::format("layers: only {}\n", LayerListText(facts.only));
+    }
     if (facts.window) {
         text += fmt::format("window: {} to {} by {} to {} um\n", ShortText(facts.window->x),
                             ShortText(facts.window->x + facts.window->width),
@@ -215,7 +219,9 @@ std::string MaskTable(const LayoutReading& reading, const CellFacts& facts,
                       isCut ? SquareMicronsText(mask.cut.area) : unknown,
                       isCut ? ShareText(facts, mask.cut) : unknown, UsesText(mask)});
     }
-    text += table.IsEmpty() ? "none: the process has no photo step\n" : table.Text();
+    const char* const none = facts.only.empty() ? "none: the process has no photo step\n"
+                                                : "none: no mask of the process has these layers\n";
+    text += table.IsEmpty() ? none : table.Text();
     for (const std::string& line : MissingMaskLines(reading, facts)) {
         text += fmt::format("missing: {}\n", line);
     }
@@ -232,7 +238,7 @@ std::string TextTable(const LayoutReading& reading, const CellFacts& facts) {
         table.AddRow({fmt::format("{}/{}", text.layer, text.texttype), lengths.Text(text.place.x),
                       lengths.Text(text.place.y), ShownText(text.string)});
     }
-    const FlatCount all = reading.cells[facts.cell].texts;
+    const FlatCount all = facts.allTexts;
     const std::string rest = all == CountOf(facts.texts.size())
                                  ? ""
                                  : fmt::format("{} of {} texts (--texts lists more)\n",
@@ -258,8 +264,9 @@ std::vector<std::string> MissingMaskLines(const LayoutReading& reading, const Ce
             lines.push_back(fmt::format("mask {} of {}: cell {} draws nothing on it", mask.text,
                                         UsesText(mask), CellName(reading, facts.cell)));
         } else if (facts.window && facts.cutFailure.empty() && mask.cut.shapes == 0) {
-            lines.push_back(fmt::format("mask {} of {}: nothing of it lies in the window",
-                                        mask.text, UsesText(mask)));
+            lines.push_back(fmt::format("mask {} of {}: nothing of it{} lies in the window",
+                                        mask.text, UsesText(mask),
+                                        facts.only.empty() ? "" : " on these layers"));
         }
     }
     if (!facts.cutFailure.empty()) {

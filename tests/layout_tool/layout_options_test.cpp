@@ -8,7 +8,7 @@ namespace {
 TEST(LayoutOptions, TakesWhatIsAskedFor) {
     const LayoutCommandLine line = ParseLayoutCommandLine(
         {"a.gds", "TOP", "--process", "p.txt", "--window", "1,2,3,4", "--json", "--repair",
-         "--picture", "x.svg", "--texts", "5", "--assets", "d"});
+         "--picture", "x.svg", "--texts", "5", "--assets", "d", "--layers", "22,30,33/0"});
     ASSERT_TRUE(line.options) << line.end.text;
     EXPECT_EQ(line.options->layout, "a.gds");
     EXPECT_EQ(line.options->cell, "TOP");
@@ -19,6 +19,8 @@ TEST(LayoutOptions, TakesWhatIsAskedFor) {
     EXPECT_EQ(line.options->texts, 5u);
     EXPECT_TRUE(line.options->json);
     EXPECT_TRUE(line.options->repair);
+    EXPECT_EQ(line.options->layers,
+              (std::vector<MaskLayer>{{22, std::nullopt}, {30, std::nullopt}, {33, 0}}));
 }
 
 TEST(LayoutOptions, AreOffAtFirst) {
@@ -30,6 +32,7 @@ TEST(LayoutOptions, AreOffAtFirst) {
     EXPECT_EQ(line.options->window.index(), 0u);
     EXPECT_EQ(line.options->texts, 1000u);
     EXPECT_FALSE(line.options->json);
+    EXPECT_TRUE(line.options->layers.empty());
     EXPECT_EQ(ParseLayoutCommandLine({"a.gds", "--cell", "B"}).options->cell, "B");
 }
 
@@ -44,7 +47,13 @@ TEST(LayoutOptions, AreRefusedWithTheReason) {
         {{"a.gds", "--window", "fit"}, "--process"},
         {{"a.gds", "--picture", ""}, "--picture: the file has no name"},
         {{"a.gds", "--texts", "x"}, "--texts"},
-        {{"a.gds", "--texts", "-1"}, "--texts"}};
+        {{"a.gds", "--texts", "-1"}, "--texts"},
+        {{"a.gds", "--layers", ""}, "--layers: \"\" is neither"},
+        {{"a.gds", "--layers", "22, 30"}, "--layers: \" 30\" is neither"},
+        {{"a.gds", "--layers", "22,"}, "--layers: \"\" is neither"},
+        {{"a.gds", "--layers", "22/"}, "--layers: \"22/\" is neither"},
+        {{"a.gds", "--layers", "-1"}, "--layers"},
+        {{"a.gds", "--layers", "65536"}, "--layers: \"65536\" is neither"}};
     for (const auto& [arguments, piece] : cases) {
         const LayoutCommandLine line = ParseLayoutCommandLine(arguments);
         EXPECT_FALSE(line.options) << piece;

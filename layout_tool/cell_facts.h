@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "gds/cell_places.h"
 #include "gds/layout_contents.h"
 #include "gds/text_places.h"
 #include "layout_tool/layout_reading.h"
@@ -43,6 +44,12 @@ struct MaskFacts {
     WindowCut cut;
 };
 
+/// Where another cell is placed in a cell.
+struct PlaceFacts {
+    std::size_t cell = 0;  ///< that one
+    CellPlaces places;
+};
+
 /// What is known of one cell.
 struct CellFacts {
     std::size_t cell = 0;
@@ -52,6 +59,7 @@ struct CellFacts {
     std::vector<std::size_t> numbers;
     std::vector<PlacedText> texts;  ///< by layer, type, string and place
     FlatCount allTexts;             ///< of the layers, listed or not
+    std::optional<PlaceFacts> places;
     std::vector<ContainedCell> usedIn;
     std::vector<MaskFacts> masks;  ///< of the process, in the order of the first steps
     std::optional<GivenWindow> window;

@@ -16,6 +16,7 @@
 #include "layout_tool/layout_picture.h"
 #include "layout_tool/layout_reading.h"
 #include "layout_tool/options.h"
+#include "layout_tool/place_facts.h"
 #include "layout_tool/process_view.h"
 #include "layout_tool/reports.h"
 #include "layout_tool/shown_text.h"
@@ -57,7 +58,8 @@ Outcome WritePicture(const LayoutReading& reading, const CellFacts& facts,
     return {};
 }
 
-/// What is known of a cell, of the layers that are asked for alone. Fails if it lacks one.
+/// What is known of a cell, of the layers that are asked for alone. Fails if it lacks one, or the
+/// cell whose places are asked for.
 Outcome FindFacts(const LayoutReading& reading, const LayoutToolOptions& options, std::size_t cell,
                   CellFacts& facts) {
     const CellLayers layers = CountLayers(reading.database, cell);
@@ -70,7 +72,7 @@ Outcome FindFacts(const LayoutReading& reading, const LayoutToolOptions& options
                         TextOf(options.layout), LayerListText(unknown), KnownLayersText(layers))};
     }
     facts = FindCellFacts(reading, cell, options.texts, layers, options.layers);
-    return {};
+    return ChoosePlaces(reading, options, facts);
 }
 
 /// What is asked for of one cell.

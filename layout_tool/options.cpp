@@ -32,6 +32,7 @@ struct OptionTexts {
     std::string window;
     std::string picture;
     std::string layers;
+    std::string places;
     std::string assets;
     std::string diagnostics = "plain";
     std::int64_t mostTexts = 1000;
@@ -64,6 +65,9 @@ void AddOptions(Arguments& arguments, OptionTexts& texts, LayoutToolOptions& opt
                       "Tell of these layers alone, and draw no others: 22 for all datatypes of a "
                       "layer, 33/0 for one",
                       "LIST");
+    arguments.AddText("--places", texts.places,
+                      "Tell where this cell is placed in the one that is looked into, at any depth",
+                      "NAME");
     arguments.AddFlag("--json", options.json, "Write data in place of tables");
     arguments.AddNumber(
         "--texts", texts.mostTexts,
@@ -115,6 +119,15 @@ std::string TakeLayers(const Arguments& arguments, const OptionTexts& texts,
     return argument.failure;
 }
 
+std::string TakePlaces(const Arguments& arguments, const OptionTexts& texts,
+                       LayoutToolOptions& options) {
+    if (arguments.Count("--places") == 0) {
+        return {};
+    }
+    options.places = texts.places;
+    return texts.places.empty() ? "--places: the cell has no name" : "";
+}
+
 /// Sets what was typed; the reason why not, or nothing if all is well.
 std::string TakeTexts(const Arguments& arguments, const OptionTexts& texts,
                       LayoutToolOptions& options) {
@@ -124,7 +137,7 @@ std::string TakeTexts(const Arguments& arguments, const OptionTexts& texts,
           TakePath(arguments, "--picture", texts.picture, "file", options.picture),
           TakePath(arguments, "--assets", texts.assets, "folder", options.assets),
           TakeCell(arguments, texts, options), TakeWindow(arguments, texts, options),
-          TakeLayers(arguments, texts, options),
+          TakeLayers(arguments, texts, options), TakePlaces(arguments, texts, options),
           TakeDiagnosticStyle(texts.diagnostics, options.diagnostics)}) {
         if (!reason.empty()) {
             return reason;

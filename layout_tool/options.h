@@ -22,6 +22,7 @@ struct LayoutToolOptions {
     std::optional<std::filesystem::path> picture;
     std::optional<std::filesystem::path> assets;  ///< none: where the program's own are
     std::vector<MaskLayer> layers;                ///< that alone are told of; none: all
+    std::optional<std::string> places;            ///< the cell whose places are told
     std::size_t texts = 0;                        ///< most that are listed
     bool json = false;
     bool repair = false;

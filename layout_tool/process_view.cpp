@@ -95,8 +95,8 @@ Outcome ChooseCell(const LayoutReading& reading, const LayoutToolOptions& option
                    const std::optional<ProcessFile>& process, std::optional<std::size_t>& cell) {
     const bool isNamed = options.cell.has_value() || process.has_value();
     if (!isNamed) {
-        const bool isNeeded =
-            options.picture || options.window.index() != 0 || !options.layers.empty();
+        const bool isNeeded = options.picture || options.window.index() != 0 ||
+                              !options.layers.empty() || options.places;
         return isNeeded ? ChooseTop(reading, options, cell) : Outcome{};
     }
     const std::string name = options.cell ? *options.cell : process->settings.cellName;

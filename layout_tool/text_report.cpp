@@ -66,6 +66,11 @@ std::string ContainedText(const LayoutReading& reading, const std::vector<Contai
     return fmt::format("{}{}", fmt::join(names, ", "), rest);
 }
 
+/// How many places there are beyond those whose boxes are known.
+FlatCount CountBeyond(const CellPlaces& places) {
+    return places.count.isExact ? CountOf(places.count.exact - places.boxes.size()) : places.count;
+}
+
 const char* CellMark(const LayoutReading& reading, std::size_t cell) {
     if (reading.isAgain[cell]) {
         return "again";
@@ -145,6 +150,30 @@ std::string CellHead(const LayoutReading& reading, const CellFacts& facts) {
                             ShortText(facts.window->x + facts.window->width),
                             ShortText(facts.window->y),
                             ShortText(facts.window->y + facts.window->height));
+    }
+    return text;
+}
+
+/// Where the cell is placed that is asked for.
+std::string PlaceTable(const LayoutReading& reading, const CellFacts& facts) {
+    if (!facts.places) {
+        return {};
+    }
+    const CellPlaces& places = facts.places->places;
+    std::string text =
+        fmt::format("\nplaces of {} in {}: {}\n", CellName(reading, facts.places->cell),
+                    CellName(reading, facts.cell), CountText(places.count));
+    if (!places.hasShapes) {
+        return text + "they have no boxes: the cell has no shapes\n";
+    }
+    const Lengths lengths(reading.database);
+    Table table({{"x um"}, {"y um"}, {"dx um"}, {"dy um"}});
+    for (const GdsRect& box : places.boxes) {
+        table.AddRow(BoxCells(box, true, lengths));
+    }
+    text += table.Text();
+    if (places.count != CountOf(places.boxes.size())) {
+        text += fmt::format("and {} more\n", CountText(CountBeyond(places)));
     }
     return text;
 }
@@ -281,8 +310,9 @@ std::string LayoutText(const LayoutReading& reading, const ReportSubject& subjec
 
 std::string CellText(const LayoutReading& reading, const CellFacts& facts,
                      const ReportSubject& subject) {
-    return HeadLine(reading, subject) + CellHead(reading, facts) + LayerTable(reading, facts) +
-           MaskTable(reading, facts, subject) + TextTable(reading, facts) + ProblemText(reading);
+    return HeadLine(reading, subject) + CellHead(reading, facts) + PlaceTable(reading, facts) +
+           LayerTable(reading, facts) + MaskTable(reading, facts, subject) +
+           TextTable(reading, facts) + ProblemText(reading);
 }
 
 }  // namespace zelmo

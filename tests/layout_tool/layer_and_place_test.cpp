@@ -1,5 +1,6 @@
-// What zelmo-layout tells of chosen layers.
+// What zelmo-layout tells of chosen layers, and where it says that cells are placed.
 
+#include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
 #include "tests/layout_tool/layout_tool_fixture.h"
@@ -69,6 +70,71 @@ TEST_F(LayoutToolTest, RefusesLayersThatTheCellDoesNotHave) {
     writer.EndCell();
     writer.EndLibrary();
     ExpectError(RunOn(writer, {"--layers", "1"}), 1, {"has nothing on 1; it has no layers"});
+}
+
+TEST_F(LayoutToolTest, TellsWhereACellIsPlaced) {
+    const Ended ended = Run({"small.gds", "TOP", "--places", "PART"});
+    EXPECT_EQ(ended.status, 0) << ended.errors;
+    ExpectPieces(ended.output, {"used in: no other cell\n"
+                                "\n"
+                                "places of PART in TOP: 3\n"
+                                " x um    y um  dx um  dy um\n"
+                                "0.000  -0.500  1.000  0.500\n"
+                                "3.000   0.000  1.000  0.500\n"
+                                "5.000   0.000  1.000  0.500\n"
+                                "\n"
+                                "layer  shapes"});
+    const Json json = Json::parse(Run({"small.gds", "TOP", "--places", "PART", "--json"}).output);
+    EXPECT_EQ(json["places"]["cell"], "PART");
+    EXPECT_EQ(json["places"]["count"], 3);
+    ASSERT_EQ(json["places"]["boxes"].size(), 3u);
+    EXPECT_EQ(json["places"]["boxes"][1], Json({{"x", 3.0}, {"y", 0.0}, {"dx", 1.0}, {"dy", 0.5}}));
+}
+
+/// Arrays of arrays of a cell, and of one without shapes.
+GdsWriter ManyPlaces() {
+    GdsWriter writer;
+    writer.BeginLibrary();
+    writer.BeginCell("TOP");
+    writer.Array("ROWS", 30000, 30000, {0, 0}, {600000, 0}, {0, 900000});
+    writer.EndCell();
+    writer.BeginCell("ROWS");
+    writer.Array("RING", 30000, 30000, {0, 0}, {600000, 0}, {0, 900000});
+    writer.Reference("HOLLOW", {0, 0});
+    writer.EndCell();
+    writer.BeginCell("RING");
+    writer.Rectangle(1, 0, 0, 10, 10);
+    writer.EndCell();
+    writer.BeginCell("HOLLOW");
+    writer.EndCell();
+    writer.EndLibrary();
+    return writer;
+}
+
+TEST_F(LayoutToolTest, ShowsTheFirstOfManyPlacesAndCountsTheOthers) {
+    const Ended ended = RunOn(ManyPlaces(), {"--places", "RING"});
+    EXPECT_EQ(ended.status, 0) << ended.errors;
+    const std::uint64_t all = 810000000000000000u;
+    ExpectPieces(ended.output, {fmt::format("places of RING in TOP: {}\n", all),
+                                "\n0.000  0.000  0.010  0.010\n0.020  0.000  0.010  0.010\n"
+                                "0.020  0.000  0.010  0.010\n0.040  0.000  0.010  0.010\n",
+                                fmt::format("\nand {} more\n", all - 100)});
+    const Json json = Json::parse(RunOn(ManyPlaces(), {"--places", "RING", "--json"}).output);
+    EXPECT_EQ(json["places"]["count"], all);
+    EXPECT_EQ(json["places"]["boxes"].size(), 10000u);
+    ExpectPieces(RunOn(ManyPlaces(), {"--places", "HOLLOW"}).output,
+                 {"places of HOLLOW in TOP: 900000000\n"
+                  "they have no boxes: the cell has no shapes\n"});
+}
+
+TEST_F(LayoutToolTest, NamesTheNearestOfTheCellsThatAreContained) {
+    ExpectError(Run({"small.gds", "TOP", "--places", "PRAT"}), 1,
+                {"--places: cell \"TOP\" of the layout small.gds does not contain a cell "
+                 "\"PRAT\"; the nearest is \"PART\""});
+    ExpectError(Run({"small.gds", "TOP", "--places", "TOP"}), 1, {"does not contain a cell"});
+    ExpectError(Run({"small.gds", "LONE", "--places", "PART"}), 1,
+                {"does not contain a cell \"PART\"; it contains no other cell"});
+    ExpectError(Run({"small.gds", "--places", "PART"}), 1, {"2 cells on top"});
 }
 
 }  // namespace

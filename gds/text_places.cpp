@@ -11,12 +11,13 @@ namespace zelmo {
 
 namespace {
 
-/// A walk down to the texts, on a stack of its own. Cells without texts in them are passed by, so
+/// A walk down to the chosen texts, on a stack of its own. Cells without such are passed by, so
 /// that every cell that is entered leads to one.
 class TextWalk {
 public:
-    TextWalk(const GdsDatabase& database, std::size_t limit)
-        : database_(database), limit_(limit), own_(database.cells.size()) {
+    TextWalk(const GdsDatabase& database, std::size_t limit,
+             const std::function<bool(const GdsText&)>& isChosen)
+        : database_(database), limit_(limit), isChosen_(isChosen), own_(database.cells.size()) {
         const CellOrder order = OrderCells(database);
         for (const CellTexts& texts : database.texts) {
             own_[texts.cell] = texts.texts;
@@ -59,7 +60,7 @@ private:
         for (const std::size_t number : order.childrenFirst) {
             bool has = false;
             for (const GdsText& text : own_[number]) {
-                has = has || text.placed;
+                has = has || (text.placed && isChosen_(text));
             }
             for (const GdsSref& sref : database_.cells[number].srefs) {
                 has = has || LeadsToText(sref.cell);
@@ -78,7 +79,7 @@ private:
     void Enter(std::size_t cell, const GdsTransform& transform) {
         const LinearPart linear = LinearPartOf(transform);
         for (const GdsText& text : own_[cell]) {
-            if (text.placed && found_.size() < limit_) {
+            if (text.placed && found_.size() < limit_ && isChosen_(text)) {
                 found_.push_back({text.layer, text.texttype,
                                   PlacePoint(text.origin, transform, linear),
                                   NameText(text.string)});
@@ -114,6 +115,7 @@ private:
 
     const GdsDatabase& database_;
     std::size_t limit_;
+    const std::function<bool(const GdsText&)>& isChosen_;
     std::vector<std::span<const GdsText>> own_;
     std::vector<bool> hasTexts_;
     std::vector<Visit> path_;
@@ -124,7 +126,12 @@ private:
 
 std::vector<PlacedText> FindTexts(const GdsDatabase& database, std::size_t cell,
                                   std::size_t limit) {
-    return TextWalk(database, limit).From(cell);
+    return FindTexts(database, cell, limit, [](const GdsText&) { return true; });
+}
+
+std::vector<PlacedText> FindTexts(const GdsDatabase& database, std::size_t cell, std::size_t limit,
+                                  const std::function<bool(const GdsText&)>& isChosen) {
+    return TextWalk(database, limit, isChosen).From(cell);
 }
 
 }  // namespace zelmo

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -24,5 +25,9 @@ struct PlacedText {
 /// file does not say are left out. The cell is not endless. Throws std::out_of_range("invalid
 /// vector subscript") if an array has no points.
 std::vector<PlacedText> FindTexts(const GdsDatabase& database, std::size_t cell, std::size_t limit);
+
+/// The same of chosen texts alone.
+std::vector<PlacedText> FindTexts(const GdsDatabase& database, std::size_t cell, std::size_t limit,
+                                  const std::function<bool(const GdsText&)>& isChosen);
 
 }  // namespace zelmo

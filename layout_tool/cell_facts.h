@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "gds/cell_places.h"
 #include "gds/layout_contents.h"
 #include "gds/text_places.h"
 #include "layout_tool/layout_reading.h"
@@ -36,17 +37,29 @@ struct MaskFacts {
     std::vector<MaskLayer> layers;
     std::string text;  ///< as the process file has it: "66/20,66/44"
     std::vector<MaskUse> uses;
+    std::size_t number = 0;        ///< among the masks of the process, from 0
     std::array<float, 3> color{};  ///< of the film that it shapes, or that fills its openings
     bool hasColor = false;
     std::vector<std::size_t> rows;  ///< of the cell's layers, those with shapes
     WindowCut cut;
 };
 
+/// Where another cell is placed in a cell.
+struct PlaceFacts {
+    std::size_t cell = 0;  ///< that one
+    CellPlaces places;
+};
+
 /// What is known of one cell.
 struct CellFacts {
     std::size_t cell = 0;
-    CellLayers layers;
+    std::vector<MaskLayer> only;  ///< the layers that were chosen; none: all
+    CellLayers layers;            ///< these alone
+    /// Of the layers: how many with shapes come before it in the cell, chosen or not
+    std::vector<std::size_t> numbers;
     std::vector<PlacedText> texts;  ///< by layer, type, string and place
+    FlatCount allTexts;             ///< of the layers, listed or not
+    std::optional<PlaceFacts> places;
     std::vector<ContainedCell> usedIn;
     std::vector<MaskFacts> masks;  ///< of the process, in the order of the first steps
     std::optional<GivenWindow> window;
@@ -57,8 +70,15 @@ struct CellFacts {
 /// Layers and texts of a cell that is not endless; at most `mostTexts` texts.
 CellFacts FindCellFacts(const LayoutReading& reading, std::size_t cell, std::size_t mostTexts);
 
+/// The same of chosen layers alone, which the cell has: `layers` are all of its layers.
+CellFacts FindCellFacts(const LayoutReading& reading, std::size_t cell, std::size_t mostTexts,
+                        const CellLayers& layers, std::vector<MaskLayer> only);
+
 /// The masks of a process, each once, with the rows of the cell's layers that they have.
 std::vector<MaskFacts> FindMasks(const ProcessFile& process, const CellLayers& layers);
+
+/// Those of them that have a part on the chosen layers.
+std::vector<MaskFacts> FindMasks(const ProcessFile& process, const CellFacts& facts);
 
 /// Cuts the layers and the masks with the window.
 void CutWithWindow(const LayoutReading& reading, CellFacts& facts);

@@ -2,7 +2,9 @@
 
 #include <cmath>
 
+#include "gds/coordinates.h"
 #include "gds/placed_boxes.h"
+#include "layout_tool/layer_choice.h"
 #include "layout_tool/lengths.h"
 #include "layout_tool/reports.h"
 #include "layout_tool/shown_text.h"
@@ -147,6 +149,20 @@ Json Texts(const LayoutReading& reading, const CellFacts& facts) {
     return list;
 }
 
+Json Places(const LayoutReading& reading, const PlaceFacts& facts) {
+    const Lengths lengths(reading.database);
+    Json boxes = Json::array();
+    for (const GdsRect& box : facts.places.boxes) {
+        boxes.push_back({{"x", Number(lengths.Microns(box.xmin))},
+                         {"y", Number(lengths.Microns(box.ymin))},
+                         {"dx", Number(lengths.Microns(SaturatingSubtract(box.xmax, box.xmin)))},
+                         {"dy", Number(lengths.Microns(SaturatingSubtract(box.ymax, box.ymin)))}});
+    }
+    return {{"cell", Name(reading, facts.cell)},
+            {"count", Count(facts.places.count)},
+            {"boxes", std::move(boxes)}};
+}
+
 std::string Written(const Json& json) {
     constexpr int indent = 1;
     return json.dump(indent) + "\n";
@@ -175,6 +191,12 @@ std::string CellJson(const LayoutReading& reading, const CellFacts& facts,
                           {"y", Decimal(facts.window->y)},
                           {"dx", Decimal(facts.window->width)},
                           {"dy", Decimal(facts.window->height)}};
+    }
+    if (facts.places) {
+        json["places"] = Places(reading, *facts.places);
+    }
+    if (!facts.only.empty()) {
+        json["onlyLayers"] = LayerListText(facts.only);
     }
     json["layers"] = Layers(reading, facts);
     if (!subject.process.empty()) {

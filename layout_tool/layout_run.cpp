@@ -12,9 +12,11 @@
 #include "command_line/standard_streams.h"
 #include "command_line/whole_file.h"
 #include "layout_tool/cell_facts.h"
+#include "layout_tool/layer_choice.h"
 #include "layout_tool/layout_picture.h"
 #include "layout_tool/layout_reading.h"
 #include "layout_tool/options.h"
+#include "layout_tool/place_facts.h"
 #include "layout_tool/process_view.h"
 #include "layout_tool/reports.h"
 #include "layout_tool/shown_text.h"
@@ -56,22 +58,43 @@ Outcome WritePicture(const LayoutReading& reading, const CellFacts& facts,
     return {};
 }
 
+/// What is known of a cell, of the layers that are asked for alone. Fails if it lacks one, or the
+/// cell whose places are asked for.
+Outcome FindFacts(const LayoutReading& reading, const LayoutToolOptions& options, std::size_t cell,
+                  CellFacts& facts) {
+    const CellLayers layers = CountLayers(reading.database, cell);
+    const std::vector<MaskLayer> unknown = UnknownLayers(options.layers, layers);
+    if (!unknown.empty()) {
+        return {
+            ExitStatus::Usage,
+            fmt::format("--layers: cell \"{}\" of the layout {} has nothing on {}; it has {}",
+                        ShownText(NameText(reading.database.cells[cell].name)),
+                        TextOf(options.layout), LayerListText(unknown), KnownLayersText(layers))};
+    }
+    facts = FindCellFacts(reading, cell, options.texts, layers, options.layers);
+    return ChoosePlaces(reading, options, facts);
+}
+
 /// What is asked for of one cell.
 Outcome TellCell(const LayoutReading& reading, const LayoutToolOptions& options,
                  const std::optional<ProcessFile>& process, std::size_t cell) {
     const ReportSubject subject{TextOf(options.layout),
                                 options.process ? TextOf(*options.process) : std::string()};
-    CellFacts facts = FindCellFacts(reading, cell, options.texts);
-    if (process) {
-        facts.masks = FindMasks(*process, facts.layers);
+    CellFacts facts;
+    Outcome outcome = FindFacts(reading, options, cell, facts);
+    if (!outcome.Failed() && process) {
+        facts.masks = FindMasks(*process, facts);
     }
-    if (Outcome outcome = ChooseWindow(reading, options, process, facts); outcome.Failed()) {
+    if (!outcome.Failed()) {
+        outcome = ChooseWindow(reading, options, process, facts);
+    }
+    if (outcome.Failed()) {
         return outcome;
     }
     if (facts.window) {
         CutWithWindow(reading, facts);
     }
-    Outcome outcome =
+    outcome =
         Write(options.json ? CellJson(reading, facts, subject) : CellText(reading, facts, subject));
     if (outcome.Failed() || !options.picture) {
         return outcome;

@@ -1,9 +1,8 @@
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <iterator>
 
 #include "layout_tool/cell_facts.h"
+#include "layout_tool/layer_choice.h"
 #include "model/process.h"
 #include "process_file/reader.h"
 
@@ -12,15 +11,6 @@ namespace zelmo {
 namespace {
 
 using Steps = std::vector<ProcessStep>;
-
-std::string MaskText(const std::vector<MaskLayer>& layers) {
-    std::string text;
-    for (const MaskLayer& layer : layers) {
-        text += fmt::format("{}{}", text.empty() ? "" : ",", layer.layer);
-        text += layer.datatype ? fmt::format("/{}", *layer.datatype) : "";
-    }
-    return text;
-}
 
 bool MakesFilm(const ProcessStep& step) {
     return step.kind == StepKind::Coating || step.kind == StepKind::Deposition;
@@ -84,7 +74,8 @@ std::vector<MaskFacts> FindMasks(const ProcessFile& process, const CellLayers& l
         auto mask = std::find_if(masks.begin(), masks.end(),
                                  [&](const MaskFacts& known) { return known.layers == step.mask; });
         if (mask == masks.end()) {
-            masks.push_back({step.mask, MaskText(step.mask), {}, {}, false, {}, {}});
+            masks.push_back(
+                {step.mask, LayerListText(step.mask), {}, masks.size(), {}, false, {}, {}});
             mask = std::prev(masks.end());
             FindRows(*mask, layers);
         }
@@ -94,6 +85,14 @@ std::vector<MaskFacts> FindMasks(const ProcessFile& process, const CellLayers& l
             mask->color = coloring->color;
             mask->hasColor = true;
         }
+    }
+    return masks;
+}
+
+std::vector<MaskFacts> FindMasks(const ProcessFile& process, const CellFacts& facts) {
+    std::vector<MaskFacts> masks = FindMasks(process, facts.layers);
+    if (!facts.only.empty()) {
+        std::erase_if(masks, [](const MaskFacts& mask) { return mask.rows.empty(); });
     }
     return masks;
 }

@@ -8,6 +8,7 @@
 #include "command_line/arguments.h"
 #include "command_line/path_argument.h"
 #include "command_line/window_argument.h"
+#include "layout_tool/layer_choice.h"
 
 namespace zelmo {
 
@@ -30,6 +31,8 @@ struct OptionTexts {
     std::string process;
     std::string window;
     std::string picture;
+    std::string layers;
+    std::string places;
     std::string assets;
     std::string diagnostics = "plain";
     std::int64_t mostTexts = 1000;
@@ -58,6 +61,13 @@ void AddOptions(Arguments& arguments, OptionTexts& texts, LayoutToolOptions& opt
                       "Draw the layers, or the masks of the process, from above; an older file is "
                       "replaced",
                       "FILE.svg");
+    arguments.AddText("--layers", texts.layers,
+                      "Tell of these layers alone, and draw no others: 22 for all datatypes of a "
+                      "layer, 33/0 for one",
+                      "LIST");
+    arguments.AddText("--places", texts.places,
+                      "Tell where this cell is placed in the one that is looked into, at any depth",
+                      "NAME");
     arguments.AddFlag("--json", options.json, "Write data in place of tables");
     arguments.AddNumber(
         "--texts", texts.mostTexts,
@@ -99,6 +109,25 @@ std::string TakeWindow(const Arguments& arguments, const OptionTexts& texts,
                                     : "";
 }
 
+std::string TakeLayers(const Arguments& arguments, const OptionTexts& texts,
+                       LayoutToolOptions& options) {
+    if (arguments.Count("--layers") == 0) {
+        return {};
+    }
+    const LayerListArgument argument = ParseLayerList(texts.layers);
+    options.layers = argument.layers;
+    return argument.failure;
+}
+
+std::string TakePlaces(const Arguments& arguments, const OptionTexts& texts,
+                       LayoutToolOptions& options) {
+    if (arguments.Count("--places") == 0) {
+        return {};
+    }
+    options.places = texts.places;
+    return texts.places.empty() ? "--places: the cell has no name" : "";
+}
+
 /// Sets what was typed; the reason why not, or nothing if all is well.
 std::string TakeTexts(const Arguments& arguments, const OptionTexts& texts,
                       LayoutToolOptions& options) {
@@ -108,6 +137,7 @@ std::string TakeTexts(const Arguments& arguments, const OptionTexts& texts,
           TakePath(arguments, "--picture", texts.picture, "file", options.picture),
           TakePath(arguments, "--assets", texts.assets, "folder", options.assets),
           TakeCell(arguments, texts, options), TakeWindow(arguments, texts, options),
+          TakeLayers(arguments, texts, options), TakePlaces(arguments, texts, options),
           TakeDiagnosticStyle(texts.diagnostics, options.diagnostics)}) {
         if (!reason.empty()) {
             return reason;

@@ -8,6 +8,7 @@
 
 #include "command_line/command_end.h"
 #include "command_line/diagnostics.h"
+#include "model/mask/mask_layer.h"
 #include "process_run/view_choice.h"
 
 namespace zelmo {
@@ -20,6 +21,8 @@ struct LayoutToolOptions {
     WindowChoice window;  ///< in place of what the process file says
     std::optional<std::filesystem::path> picture;
     std::optional<std::filesystem::path> assets;  ///< none: where the program's own are
+    std::vector<MaskLayer> layers;                ///< that alone are told of; none: all
+    std::optional<std::string> places;            ///< the cell whose places are told
     std::size_t texts = 0;                        ///< most that are listed
     bool json = false;
     bool repair = false;

@@ -25,21 +25,35 @@ constexpr std::array<std::array<float, 3>, 10> palette = {{{0.12f, 0.47f, 0.71f}
                                                            {0.74f, 0.74f, 0.13f},
                                                            {0.30f, 0.30f, 0.30f}}};
 
+/// What is drawn of a mask: its layers, or those of them that are chosen.
+std::vector<MaskLayer> LayersOf(const MaskFacts& mask, const CellFacts& facts) {
+    if (facts.only.empty()) {
+        return mask.layers;
+    }
+    std::vector<MaskLayer> layers;
+    for (const std::size_t row : mask.rows) {
+        const LayerContents& layer = facts.layers.layers[row];
+        layers.push_back({layer.layer, layer.datatype});
+    }
+    return layers;
+}
+
 std::vector<PictureGroup> MakeGroups(const CellFacts& facts, const ReportSubject& subject) {
     std::vector<PictureGroup> groups;
     if (!subject.process.empty()) {
         for (const MaskFacts& mask : facts.masks) {
-            const auto& color =
-                mask.hasColor ? mask.color : palette[groups.size() % palette.size()];
+            const auto& color = mask.hasColor ? mask.color : palette[mask.number % palette.size()];
             const std::string photo = mask.uses.empty() ? "" : mask.uses[0].photo;
-            groups.push_back({fmt::format("{} {}", mask.text, photo), color, mask.layers, {}});
+            groups.push_back(
+                {fmt::format("{} {}", mask.text, photo), color, LayersOf(mask, facts), {}});
         }
         return groups;
     }
-    for (const LayerContents& layer : facts.layers.layers) {
+    for (std::size_t row = 0; row < facts.layers.layers.size(); ++row) {
+        const LayerContents& layer = facts.layers.layers[row];
         if (layer.shapes != FlatCount()) {
             groups.push_back({fmt::format("{}/{}", layer.layer, layer.datatype),
-                              palette[groups.size() % palette.size()],
+                              palette[facts.numbers[row] % palette.size()],
                               {{layer.layer, layer.datatype}},
                               {}});
         }

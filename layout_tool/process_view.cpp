@@ -9,10 +9,10 @@
 #include <vector>
 
 #include "base/data_files.h"
-#include "base/nearest_name.h"
 #include "base/text.h"
 #include "command_line/inputs.h"
 #include "command_line/reasons.h"
+#include "layout_tool/cell_names.h"
 #include "layout_tool/shown_text.h"
 #include "model/process.h"
 #include "process_file/color_table.h"
@@ -29,37 +29,6 @@ std::vector<std::filesystem::path> AssetFolders(const LayoutToolOptions& options
     auto folders = InstalledDataFolders();
     folders.emplace_back();
     return folders;
-}
-
-std::optional<std::size_t> FindCell(const LayoutReading& reading, std::string_view name) {
-    const auto& cells = reading.database.cells;
-    const auto* const found = std::find_if(cells.begin(), cells.end(), [&](const GdsCell& cell) {
-        return NameText(cell.name) == name;
-    });
-    return found == cells.end() ? std::nullopt
-                                : std::optional(static_cast<std::size_t>(found - cells.begin()));
-}
-
-/// "; the nearest are "A", "B"", or nothing.
-std::string NearestCells(const LayoutReading& reading, std::string_view name) {
-    constexpr int most = 3;
-    std::vector<std::string_view> known;
-    for (const std::size_t cell : ListedCells(reading)) {
-        if (!reading.isAgain[cell]) {
-            known.push_back(NameText(reading.database.cells[cell].name));
-        }
-    }
-    std::vector<std::string> nearest;
-    for (int i = 0; i < most; ++i) {
-        const std::string_view next = NearestName(name, known);
-        if (next.empty()) {
-            break;
-        }
-        nearest.push_back(fmt::format("\"{}\"", ShownText(next)));
-        std::erase(known, next);
-    }
-    const char* const words = nearest.size() == 1 ? "; the nearest is " : "; the nearest are ";
-    return nearest.empty() ? "" : fmt::format("{}{}", words, fmt::join(nearest, ", "));
 }
 
 /// The only cell on top.
@@ -87,8 +56,9 @@ Outcome ChooseTop(const LayoutReading& reading, const LayoutToolOptions& options
 
 Outcome UnknownCell(const LayoutReading& reading, const LayoutToolOptions& options,
                     const std::string& name) {
-    const std::string reason = fmt::format("has no cell \"{}\"{} (without a CELL all are listed)",
-                                           ShownText(name), NearestCells(reading, name));
+    const std::string reason =
+        fmt::format("has no cell \"{}\"{} (without a CELL all are listed)", ShownText(name),
+                    NearestCells(reading, name, ListedCells(reading)));
     if (options.cell) {
         return {ExitStatus::Usage, fmt::format("the layout {} {}", TextOf(options.layout), reason)};
     }
@@ -125,7 +95,8 @@ Outcome ChooseCell(const LayoutReading& reading, const LayoutToolOptions& option
                    const std::optional<ProcessFile>& process, std::optional<std::size_t>& cell) {
     const bool isNamed = options.cell.has_value() || process.has_value();
     if (!isNamed) {
-        const bool isNeeded = options.picture || options.window.index() != 0;
+        const bool isNeeded = options.picture || options.window.index() != 0 ||
+                              !options.layers.empty() || options.places;
         return isNeeded ? ChooseTop(reading, options, cell) : Outcome{};
     }
     const std::string name = options.cell ? *options.cell : process->settings.cellName;

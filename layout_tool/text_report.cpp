@@ -6,6 +6,7 @@
 
 #include "gds/coordinates.h"
 #include "gds/placed_boxes.h"
+#include "layout_tool/layer_choice.h"
 #include "layout_tool/lengths.h"
 #include "layout_tool/reports.h"
 #include "layout_tool/shown_text.h"
@@ -63,6 +64,11 @@ std::string ContainedText(const LayoutReading& reading, const std::vector<Contai
     const std::string rest =
         cells.size() > most ? fmt::format(" and {} more", cells.size() - most) : std::string();
     return fmt::format("{}{}", fmt::join(names, ", "), rest);
+}
+
+/// How many places there are beyond those whose boxes are known.
+FlatCount CountBeyond(const CellPlaces& places) {
+    return places.count.isExact ? CountOf(places.count.exact - places.boxes.size()) : places.count;
 }
 
 const char* CellMark(const LayoutReading& reading, std::size_t cell) {
@@ -136,11 +142,38 @@ std::string CellHead(const LayoutReading& reading, const CellFacts& facts) {
     };
     addCells("contains", reading.contained[facts.cell]);
     addCells("used in", facts.usedIn);
+    if (!facts.only.empty()) {
+        text += fmt::format("layers: only {}\n", LayerListText(facts.only));
+    }
     if (facts.window) {
         text += fmt::format("window: {} to {} by {} to {} um\n", ShortText(facts.window->x),
                             ShortText(facts.window->x + facts.window->width),
                             ShortText(facts.window->y),
                             ShortText(facts.window->y + facts.window->height));
+    }
+    return text;
+}
+
+/// Where the cell is placed that is asked for.
+std::string PlaceTable(const LayoutReading& reading, const CellFacts& facts) {
+    if (!facts.places) {
+        return {};
+    }
+    const CellPlaces& places = facts.places->places;
+    std::string text =
+        fmt::format("\nplaces of {} in {}: {}\n", CellName(reading, facts.places->cell),
+                    CellName(reading, facts.cell), CountText(places.count));
+    if (!places.hasShapes) {
+        return text + "they have no boxes: the cell has no shapes\n";
+    }
+    const Lengths lengths(reading.database);
+    Table table({{"x um"}, {"y um"}, {"dx um"}, {"dy um"}});
+    for (const GdsRect& box : places.boxes) {
+        table.AddRow(BoxCells(box, true, lengths));
+    }
+    text += table.Text();
+    if (places.count != CountOf(places.boxes.size())) {
+        text += fmt::format("and {} more\n", CountText(CountBeyond(places)));
     }
     return text;
 }
@@ -215,7 +248,9 @@ std::string MaskTable(const LayoutReading& reading, const CellFacts& facts,
                       isCut ? SquareMicronsText(mask.cut.area) : unknown,
                       isCut ? ShareText(facts, mask.cut) : unknown, UsesText(mask)});
     }
-    text += table.IsEmpty() ? "none: the process has no photo step\n" : table.Text();
+    const char* const none = facts.only.empty() ? "none: the process has no photo step\n"
+                                                : "none: no mask of the process has these layers\n";
+    text += table.IsEmpty() ? none : table.Text();
     for (const std::string& line : MissingMaskLines(reading, facts)) {
         text += fmt::format("missing: {}\n", line);
     }
@@ -232,7 +267,7 @@ std::string TextTable(const LayoutReading& reading, const CellFacts& facts) {
         table.AddRow({fmt::format("{}/{}", text.layer, text.texttype), lengths.Text(text.place.x),
                       lengths.Text(text.place.y), ShownText(text.string)});
     }
-    const FlatCount all = reading.cells[facts.cell].texts;
+    const FlatCount all = facts.allTexts;
     const std::string rest = all == CountOf(facts.texts.size())
                                  ? ""
                                  : fmt::format("{} of {} texts (--texts lists more)\n",
@@ -258,8 +293,9 @@ std::vector<std::string> MissingMaskLines(const LayoutReading& reading, const Ce
             lines.push_back(fmt::format("mask {} of {}: cell {} draws nothing on it", mask.text,
                                         UsesText(mask), CellName(reading, facts.cell)));
         } else if (facts.window && facts.cutFailure.empty() && mask.cut.shapes == 0) {
-            lines.push_back(fmt::format("mask {} of {}: nothing of it lies in the window",
-                                        mask.text, UsesText(mask)));
+            lines.push_back(fmt::format("mask {} of {}: nothing of it{} lies in the window",
+                                        mask.text, UsesText(mask),
+                                        facts.only.empty() ? "" : " on these layers"));
         }
     }
     if (!facts.cutFailure.empty()) {
@@ -274,8 +310,9 @@ std::string LayoutText(const LayoutReading& reading, const ReportSubject& subjec
 
 std::string CellText(const LayoutReading& reading, const CellFacts& facts,
                      const ReportSubject& subject) {
-    return HeadLine(reading, subject) + CellHead(reading, facts) + LayerTable(reading, facts) +
-           MaskTable(reading, facts, subject) + TextTable(reading, facts) + ProblemText(reading);
+    return HeadLine(reading, subject) + CellHead(reading, facts) + PlaceTable(reading, facts) +
+           LayerTable(reading, facts) + MaskTable(reading, facts, subject) +
+           TextTable(reading, facts) + ProblemText(reading);
 }
 
 }  // namespace zelmo

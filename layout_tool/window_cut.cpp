@@ -110,9 +110,9 @@ void CutWithWindow(const LayoutReading& reading, CellFacts& facts) {
     for (const RawPolygon& polygon : found.polygons) {
         const double area = AreaWithin(polygon.points, window.x0 - left, window.y0 - lower,
                                        window.x1 - left, window.y1 - lower);
-        if (area > 0.0) {
-            Add(facts.cuts[rows.at({polygon.layer, polygon.datatype})],
-                area * micronsPerUnit * micronsPerUnit);
+        const auto row = rows.find({polygon.layer, polygon.datatype});
+        if (area > 0.0 && row != rows.end()) {
+            Add(facts.cuts[row->second], area * micronsPerUnit * micronsPerUnit);
         }
     }
     for (MaskFacts& mask : facts.masks) {

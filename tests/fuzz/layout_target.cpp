@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "base/row_bands.h"
+#include "gds/cell_places.h"
 #include "gds/gds_database.h"
 #include "gds/gds_reader.h"
 #include "gds/gzip_bytes.h"
@@ -54,6 +55,21 @@ bool KeepsScale(const GdsDatabase& database) {
     });
 }
 
+/// The first places of a cell in another.
+void FindSomePlaces(const GdsDatabase& database, std::size_t within, std::size_t cell) {
+    constexpr std::size_t most = 20;
+    if (within == cell) {
+        return;
+    }
+    const CellPlaces places =
+        FindPlaces(database, within, cell, most, {.turns = 300, .steps = 5000, .waiting = 500});
+    const bool isWhole = places.hasShapes && !places.beyondLimits;
+    Require(places.boxes.size() <= most, "places keep to their limit");
+    Require(!isWhole || !places.count.isExact ||
+                places.boxes.size() == std::min<std::uint64_t>(most, places.count.exact),
+            "there are as many boxes as places");
+}
+
 /// What cells hold, counted once each and layer by layer.
 void CountContents(const GdsDatabase& database) {
     const ContentLimits limits{.turns = 300, .turnedElements = 20000};
@@ -80,6 +96,9 @@ void CountContents(const GdsDatabase& database) {
         Require(!keepsScale || !haveBoxes || box == cells[i].box,
                 "layers lie in the box of the cell");
         Require(FindTexts(database, i, 50).size() <= 50, "texts keep to their limit");
+        for (std::size_t j = 0; j < std::min<std::size_t>(cells.size(), 5); ++j) {
+            FindSomePlaces(database, i, j);
+        }
     }
 }
 

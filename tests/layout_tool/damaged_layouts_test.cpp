@@ -36,6 +36,11 @@ bool TellAll(const Bytes& bytes, const TempFolder& folder) {
         CellFacts facts = FindCellFacts(reading, cell, 50);
         facts.window = GivenWindow{0.0f, 0.0f, 5.0f, 4.0f};
         CutWithWindow(reading, facts);
+        const std::size_t other = (cell + 1) % reading.cells.size();
+        if (other != cell) {
+            facts.places = PlaceFacts{
+                other, FindPlaces(reading.database, cell, other, 20, {500, 20000, 5000})};
+        }
         EXPECT_TRUE(CellText(reading, facts, subject).ends_with("\n"));
         EXPECT_TRUE(CellJson(reading, facts, subject).ends_with("}\n"));
         EXPECT_TRUE(DrawLayout(reading, facts, subject, {100, 2000}).svg.ends_with("</svg>\n"));

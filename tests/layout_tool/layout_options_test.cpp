@@ -6,9 +6,10 @@ namespace zelmo {
 namespace {
 
 TEST(LayoutOptions, TakesWhatIsAskedFor) {
-    const LayoutCommandLine line = ParseLayoutCommandLine(
-        {"a.gds", "TOP", "--process", "p.txt", "--window", "1,2,3,4", "--json", "--repair",
-         "--picture", "x.svg", "--texts", "5", "--assets", "d"});
+    const LayoutCommandLine line =
+        ParseLayoutCommandLine({"a.gds", "TOP", "--process", "p.txt", "--window", "1,2,3,4",
+                                "--json", "--repair", "--picture", "x.svg", "--texts", "5",
+                                "--assets", "d", "--layers", "22,30,33/0", "--places", "ring"});
     ASSERT_TRUE(line.options) << line.end.text;
     EXPECT_EQ(line.options->layout, "a.gds");
     EXPECT_EQ(line.options->cell, "TOP");
@@ -19,6 +20,9 @@ TEST(LayoutOptions, TakesWhatIsAskedFor) {
     EXPECT_EQ(line.options->texts, 5u);
     EXPECT_TRUE(line.options->json);
     EXPECT_TRUE(line.options->repair);
+    EXPECT_EQ(line.options->layers,
+              (std::vector<MaskLayer>{{22, std::nullopt}, {30, std::nullopt}, {33, 0}}));
+    EXPECT_EQ(line.options->places, "ring");
 }
 
 TEST(LayoutOptions, AreOffAtFirst) {
@@ -30,6 +34,8 @@ TEST(LayoutOptions, AreOffAtFirst) {
     EXPECT_EQ(line.options->window.index(), 0u);
     EXPECT_EQ(line.options->texts, 1000u);
     EXPECT_FALSE(line.options->json);
+    EXPECT_TRUE(line.options->layers.empty());
+    EXPECT_FALSE(line.options->places);
     EXPECT_EQ(ParseLayoutCommandLine({"a.gds", "--cell", "B"}).options->cell, "B");
 }
 
@@ -44,7 +50,14 @@ TEST(LayoutOptions, AreRefusedWithTheReason) {
         {{"a.gds", "--window", "fit"}, "--process"},
         {{"a.gds", "--picture", ""}, "--picture: the file has no name"},
         {{"a.gds", "--texts", "x"}, "--texts"},
-        {{"a.gds", "--texts", "-1"}, "--texts"}};
+        {{"a.gds", "--texts", "-1"}, "--texts"},
+        {{"a.gds", "--layers", ""}, "--layers: \"\" is neither"},
+        {{"a.gds", "--layers", "22, 30"}, "--layers: \" 30\" is neither"},
+        {{"a.gds", "--layers", "22,"}, "--layers: \"\" is neither"},
+        {{"a.gds", "--layers", "22/"}, "--layers: \"22/\" is neither"},
+        {{"a.gds", "--layers", "-1"}, "--layers"},
+        {{"a.gds", "--layers", "65536"}, "--layers: \"65536\" is neither"},
+        {{"a.gds", "--places", ""}, "--places: the cell has no name"}};
     for (const auto& [arguments, piece] : cases) {
         const LayoutCommandLine line = ParseLayoutCommandLine(arguments);
         EXPECT_FALSE(line.options) << piece;

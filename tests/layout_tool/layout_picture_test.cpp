@@ -69,6 +69,9 @@ protected:
         ASSERT_TRUE(reading_.hasCells);
         facts_ = FindCellFacts(reading_, 0, 10);
     }
+    void Choose(const std::vector<MaskLayer>& only) {
+        facts_ = FindCellFacts(reading_, 0, 10, CountLayers(reading_.database, 0), only);
+    }
     LayoutPicture Draw(const PictureLimits& limits = {}) {
         return DrawLayout(reading_, facts_, {"layout.gds", process_}, limits);
     }
@@ -111,6 +114,51 @@ TEST_F(LayoutPictureTest, DrawsTheLargestShapesWhereThereAreTooMany) {
     EXPECT_NE(picture.svg.find(picture.leftOut), std::string::npos);
     EXPECT_EQ(CountOfText(Draw({.shapes = 100, .points = 29}).svg, "<path"), 5u);
     EXPECT_EQ(Draw({.shapes = 50, .points = 250}).leftOut, "");
+}
+
+TEST_F(LayoutPictureTest, DrawsChosenLayersInTheColoursThatTheyHaveAmongAll) {
+    GdsWriter writer = LibraryWithCell([](GdsWriter& cell) {
+        cell.Rectangle({1, 0}, 0, 0, 4000, 2000);
+        cell.Rectangle({2, 5}, 0, 0, 1000, 1000);
+        cell.Rectangle({2, 6}, 0, 0, 1000, 500);
+        cell.Rectangle({3, 0}, 0, 0, 500, 500);
+    });
+    Read(writer);
+    const std::string all = Draw().svg;
+    Choose({{2, 6}, {3, std::nullopt}});
+    const std::string some = Draw().svg;
+    EXPECT_EQ(FaultOf(some), "");
+    EXPECT_EQ(CountOfText(some, "<path"), 2u);
+    for (const std::string title : {"<title>2/6</title>", "<title>3/0</title>"}) {
+        const auto group = [&](const std::string& svg) {
+            const std::size_t end = svg.find("</g>", svg.find(title));
+            const std::size_t begin = svg.rfind("<g opacity", end);
+            return svg.substr(begin, end - begin);
+        };
+        EXPECT_EQ(group(some), group(all));
+    }
+    EXPECT_EQ(some.find("2/5"), std::string::npos);
+}
+
+TEST_F(LayoutPictureTest, DrawsOfAMaskTheChosenLayersAlone) {
+    GdsWriter writer = LibraryWithCell([](GdsWriter& cell) {
+        cell.Rectangle({1, 0}, 0, 0, 4000, 2000);
+        cell.Rectangle({2, 5}, 0, 0, 1000, 1000);
+        cell.Rectangle({3, 0}, 0, 0, 500, 500);
+    });
+    Read(writer);
+    ProcessFile process;
+    process.steps.resize(2);
+    process.steps[0].kind = process.steps[1].kind = StepKind::Photo;
+    process.steps[0].mask = {{3, std::nullopt}};
+    process.steps[1].mask = {{1, std::nullopt}, {2, std::nullopt}};
+    process_ = "p.txt";
+    Choose({{2, std::nullopt}});
+    facts_.masks = FindMasks(process, facts_);
+    ASSERT_EQ(facts_.masks.size(), 1u);
+    EXPECT_EQ(facts_.masks[0].text, "1,2");
+    EXPECT_EQ(CountOfText(Draw().svg, "<path"), 1u);
+    EXPECT_NE(Draw().svg.find("h1000v1000h-1000z"), std::string::npos);
 }
 
 TEST_F(LayoutPictureTest, IsXmlWhateverNamesThereAre) {

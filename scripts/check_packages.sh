@@ -2,7 +2,7 @@
 # Looks at the packages of a folder as their users meet them: scripts/check_packages.sh FOLDER VERSION.
 #
 # The Debian packages have to please lintian, apt has to find all that they depend on, and they are
-# installed in a root that is thrown away, tried there and removed again. The programs of that root run
+# installed in a system that is thrown away, tried there and removed again. The programs of that system run
 # with this machine's libraries: that shows that no file of their own is missing; that the libraries
 # come with the packages is apt's word, who only simulates. The zip is unpacked and tried under Wine.
 set -eu
@@ -55,22 +55,22 @@ for deb in $debs; do
     grep -q "^Inst $name " apt.txt || fail "apt would not install $name"
 done
 
-echo "== Installing in a root of its own"
-mkdir -p root/var/lib/dpkg/info root/var/lib/dpkg/updates root/var/log
-touch root/var/lib/dpkg/status
-find root | sort > before.txt
+echo "== Installing in a system of its own"
+mkdir -p system/var/lib/dpkg/info system/var/lib/dpkg/updates system/var/log
+touch system/var/lib/dpkg/status
+find system | sort > before.txt
 # What they depend on is this machine's. Not root's own: fakeroot is enough to own what is installed.
-in_root() {
-    PATH=$PATH:/usr/sbin:/sbin fakeroot dpkg --root="$work/root" --force-not-root --force-depends --log=/dev/null "$@" \
+in_system() {
+    PATH=$PATH:/usr/sbin:/sbin fakeroot dpkg --root="$work/system" --force-not-root --force-depends --log=/dev/null "$@" \
         > dpkg.txt 2>&1 || {
         cat dpkg.txt >&2
         fail "dpkg $1 failed"
     }
 }
 # shellcheck disable=SC2086
-in_root --install $debs
-in_root --audit
-usr=$work/root/usr
+in_system --install $debs
+in_system --audit
+usr=$work/system/usr
 try "$usr/share/doc/zelmo/examples" "$usr/bin/zelmo-batch" "$usr/bin/zelmo-layout" --output=pictures
 [ "$(find pictures -name '*.png' | wc -l)" -eq 1 ] || fail "zelmo-batch made no picture"
 status=0
@@ -107,9 +107,9 @@ for deb in $debs; do
     names="$(dpkg-deb -f "$deb" Package) $names"
 done
 # shellcheck disable=SC2086
-in_root --purge $names
-find root -path root/var/lib/dpkg -prune -o -print | sort > after.txt
-grep -v "^root/var/lib/dpkg" before.txt | diff - after.txt > left.txt || {
+in_system --purge $names
+find system -path system/var/lib/dpkg -prune -o -print | sort > after.txt
+grep -v "^system/var/lib/dpkg" before.txt | diff - after.txt > left.txt || {
     cat left.txt >&2
     fail "the packages leave something behind"
 }

@@ -15,8 +15,8 @@ public:
                           "commands such as photo, names of the process file; commas in between",
                           "LIST");
         arguments.AddText("--until", until_,
-                          "Execute up to this step, the last one that fits, as if the process "
-                          "file ended there: a number or a name as --steps takes them",
+                          "Execute up to this step, the last one that fits: a number or a name "
+                          "as --steps takes them. Notes about the process file are about all of it",
                           "STEP");
         arguments.AddFlag(
             "--list-steps", listSteps_,

@@ -164,20 +164,7 @@ TEST(CellPlaces, OnTopOfEachOtherCountAsOften) {
 }
 
 TEST(CellPlaces, AreNotSoughtBeyondTheLimits) {
-    GdsWriter writer;
-    writer.BeginLibrary();
-    for (int level = 0; level < 30; ++level) {
-        writer.BeginCell(fmt::format("C{}", level));
-        for (const double degrees : {0.37 * level + 0.1, 0.0}) {
-            writer.Reference(fmt::format("C{}", level + 1), {1, 2}, {false, 1.0, degrees});
-        }
-        writer.EndCell();
-    }
-    writer.BeginCell("C30");
-    writer.Rectangle(7, 0, 0, 100, 50);
-    writer.EndCell();
-    writer.EndLibrary();
-    const GdsDatabase database = std::move(Load(writer).database);
+    const GdsDatabase database = TowerOfTurns();
     const CellPlaces places = FindPlaces(database, 0, 30, 5, {.turns = 1000});
     EXPECT_EQ(places.count, CountOf(std::uint64_t{1} << 30));
     EXPECT_TRUE(places.beyondLimits);

@@ -202,20 +202,7 @@ TEST(LayoutContents, TellWhatIsMoreThanAnyIntegerHolds) {
 }
 
 TEST(LayoutContents, SayWhereTurnsAreTooManyToFollow) {
-    GdsWriter writer;
-    writer.BeginLibrary();
-    for (int level = 0; level < 30; ++level) {
-        writer.BeginCell(fmt::format("C{}", level));
-        for (const double degrees : {0.37 * level + 0.1, 0.0}) {
-            writer.Reference(fmt::format("C{}", level + 1), {1, 2}, {false, 1.0, degrees});
-        }
-        writer.EndCell();
-    }
-    writer.BeginCell("C30");
-    writer.Rectangle(7, 0, 0, 100, 50);
-    writer.EndCell();
-    writer.EndLibrary();
-    const GdsDatabase database = std::move(Load(writer).database);
+    const GdsDatabase database = TowerOfTurns();
     const ContentLimits limits{.turns = 5000, .turnedElements = 100000};
     const std::vector<CellContents> cells = CountCells(database, limits);
     EXPECT_FALSE(cells[0].hasBox);

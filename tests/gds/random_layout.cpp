@@ -1,5 +1,7 @@
 #include "tests/gds/random_layout.h"
 
+#include <fmt/format.h>
+
 #include <cstddef>
 #include <limits>
 #include <string>
@@ -140,6 +142,24 @@ GdsDatabase RandomLayout(std::mt19937& random, const RandomLayoutSettings& setti
     RecordingConsole console;
     ComputeBoundaryBounds(database, &console);
     return database;
+}
+
+GdsDatabase TowerOfTurns() {
+    constexpr int levels = 30;
+    GdsWriter writer;
+    writer.BeginLibrary();
+    for (int level = 0; level < levels; ++level) {
+        writer.BeginCell(fmt::format("C{}", level));
+        for (const double degrees : {0.37 * level + 0.1, 0.0}) {
+            writer.Reference(fmt::format("C{}", level + 1), {1, 2}, {false, 1.0, degrees});
+        }
+        writer.EndCell();
+    }
+    writer.BeginCell(fmt::format("C{}", levels));
+    writer.Rectangle(7, 0, 0, 100, 50);
+    writer.EndCell();
+    writer.EndLibrary();
+    return std::move(Load(writer).database);
 }
 
 }  // namespace zelmo

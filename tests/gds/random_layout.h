@@ -22,6 +22,10 @@ struct RandomLayoutSettings {
 /// no circle; boundaries have their boxes, cells are not sized.
 GdsDatabase RandomLayout(std::mt19937& random, const RandomLayoutSettings& settings);
 
+/// Cells C0 to C30, each with the next one twice, once turned by an angle of its own: 2^30 places
+/// of a rectangle in C30, no two of them turned alike.
+GdsDatabase TowerOfTurns();
+
 /// An angle as the reader gives it, often a multiple of 90 degrees.
 double RandomAngle(std::mt19937& random);
 

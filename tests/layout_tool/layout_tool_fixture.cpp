@@ -86,6 +86,15 @@ std::vector<std::string> LayoutToolTest::FilesInFolder() const {
     return names;
 }
 
+std::string SmallTopHead() {
+    return "small.gds: 3 cells, 2 on top; database unit 0.001 um, user unit 1 um\n"
+           "\n"
+           "cell TOP: 4 shapes, 1 of its own; 4 texts\n"
+           "box: -1.000 to 6.000 by -0.500 to 2.000 um\n"
+           "contains: PART x 3\n"
+           "used in: no other cell\n";
+}
+
 void ExpectPieces(const std::string& text, const std::vector<std::string>& pieces) {
     for (const std::string& piece : pieces) {
         EXPECT_NE(text.find(piece), std::string::npos) << piece << " in\n" << text;

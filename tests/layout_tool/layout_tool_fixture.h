@@ -30,6 +30,9 @@ protected:
 /// Cells TOP, PART (three times in TOP) and LONE; texts, and layers 1/0, 2/3 and 7/0.
 GdsWriter SmallLayout();
 
+/// What the program says of TOP in small.gds before anything of its layers.
+std::string SmallTopHead();
+
 /// Whether the text has each of the pieces.
 void ExpectPieces(const std::string& text, const std::vector<std::string>& pieces);
 

@@ -28,26 +28,20 @@ TEST_F(LayoutToolTest, ListsTheCellsWithTheTopsFirst) {
 TEST_F(LayoutToolTest, TellsLayersAndTextsOfACell) {
     const Ended ended = Run({"small.gds", "TOP"});
     EXPECT_EQ(ended.status, 0) << ended.errors;
-    EXPECT_EQ(ended.output,
-              "small.gds: 3 cells, 2 on top; database unit 0.001 um, user unit 1 um\n"
-              "\n"
-              "cell TOP: 4 shapes, 1 of its own; 4 texts\n"
-              "box: -1.000 to 6.000 by -0.500 to 2.000 um\n"
-              "contains: PART x 3\n"
-              "used in: no other cell\n"
-              "\n"
-              "layer  shapes  area um2    x um    y um  dx um  dy um  texts\n"
-              "  1/0       1     6.000  -1.000   0.000  3.000  2.000      0\n"
-              "  2/3       3     1.500   0.000  -0.500  6.000  1.000      0\n"
-              "  5/0       0         0       -       -      -      -      4\n"
-              "\n"
-              "layer   x um    y um  text\n"
-              "  5/0  0.000   0.000  name\n"
-              "  5/0  0.100  -0.200  pin\n"
-              "  5/0  3.100   0.200  pin\n"
-              "  5/0  5.100   0.200  pin\n"
-              "\n"
-              "problems: none\n");
+    EXPECT_EQ(ended.output, SmallTopHead() +
+                                "\n"
+                                "layer  shapes  area um2    x um    y um  dx um  dy um  texts\n"
+                                "  1/0       1     6.000  -1.000   0.000  3.000  2.000      0\n"
+                                "  2/3       3     1.500   0.000  -0.500  6.000  1.000      0\n"
+                                "  5/0       0         0       -       -      -      -      4\n"
+                                "\n"
+                                "layer   x um    y um  text\n"
+                                "  5/0  0.000   0.000  name\n"
+                                "  5/0  0.100  -0.200  pin\n"
+                                "  5/0  3.100   0.200  pin\n"
+                                "  5/0  5.100   0.200  pin\n"
+                                "\n"
+                                "problems: none\n");
     ExpectPieces(Run({"small.gds", "--cell", "PART"}).output, {"used in: TOP x 3"});
     ExpectPieces(Run({"small.gds", "TOP", "--texts", "2"}).output,
                  {"2 of 4 texts (--texts lists more)"});
